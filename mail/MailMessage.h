@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace quellbox {
+
+/// One leaf entity of a message.
+struct MessagePart {
+    std::vector<std::pair<QString, QString>> headers; ///< names as written, values unfolded and decoded, in order
+    QString attachment;                               ///< file name of the attachment; empty if it has none
+    QString text;                                     ///< decoded text with CRLF line ends; empty if it is no text
+};
+
+/// A message with its header fields and parts, parsed in full from a file. Deviant input never throws: what cannot be
+/// loaded gives an error code and text.
+class MailMessage {
+public:
+    MailMessage();
+    ~MailMessage();
+    MailMessage(const MailMessage&) = delete;
+    MailMessage& operator=(const MailMessage&) = delete;
+
+    /// Forgets the loaded message.
+    void Reset();
+
+    /// Loads a message file; 0 when it was loaded, else a code whose text is LastErrorText().
+    int Load(const FileSystem& files, const QString& path);
+
+    /// The same for bytes in memory.
+    int LoadBytes(const QByteArray& bytes);
+
+    QString LastErrorText() const;
+
+    /// The value of the message's first field of that name (any case), unfolded and decoded; empty when absent.
+    std::optional<QString> Header(const QString& name) const;
+
+    /// Display texts as the list shows them (see HeaderFields).
+    QString Recipient() const;
+    QString Sender() const;
+    QString Subject() const;
+
+    /// A message property by name: "DATE", "FROM", "TO", "CC", "BCC", "Subject"; empty when there is none.
+    QString Property(const QString& name) const;
+
+    /// The leaf entities, depth first. An attached message is one leaf; a message without a body has none.
+    const std::vector<MessagePart>& Parts() const;
+
+private:
+    struct Content;
+    std::unique_ptr<Content> content_;
+};
+
+} // namespace quellbox

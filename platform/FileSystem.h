@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace quellbox {
+
+/// What the file system tells of a regular file without opening it.
+struct FileStatus {
+    qint64 size = 0;       ///< bytes
+    qint64 modifiedNs = 0; ///< last modification, nanoseconds since 1970-01-01 UTC
+};
+
+/// A file opened for reading from its start; closed by the destructor.
+class InputFile {
+public:
+    virtual ~InputFile() = default;
+
+    /// Reads up to `capacity` bytes; 0 at the end of the file. Throws FileError.
+    virtual qint64 Read(char* buffer, qint64 capacity) = 0;
+};
+
+/// The port to files and folders. Paths are texts in the form that FileNames() returns: readable, and mapped back to
+/// the exact bytes of the name (see PathBytes.h). Every method may be called from several threads at once.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    virtual bool FolderExists(const QString& folder) const = 0;
+
+    /// True when `path` names a regular file, or a symbolic link to one.
+    virtual bool FileExists(const QString& path) const = 0;
+
+    /// Names (without folder) of everything in `folder` that may be a regular file, in no particular order; what
+    /// Status() does not confirm is to be skipped. Throws FileError.
+    virtual QStringList FileNames(const QString& folder) const = 0;
+
+    /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
+    /// something else.
+    virtual std::optional<FileStatus> Status(const QString& path) const = 0;
+
+    /// Opens a file for reading. Throws FileError.
+    virtual std::unique_ptr<InputFile> Open(const QString& path) const = 0;
+
+    /// Moves a file and never overwrites: an existing `to` is an error. Within one file system this is one atomic
+    /// rename; across file systems the file is copied under a temporary name, flushed, renamed into place, and only
+    /// then is the source removed. Throws FileError, and the source is then still whole.
+    virtual void Move(const QString& from, const QString& to) = 0;
+
+    /// Deletes a file, but not a read-only one. Throws FileError.
+    virtual void Remove(const QString& path) = 0;
+
+    /// Creates a file with these bytes so that nobody ever sees half of it; replaces an existing one. Throws FileError.
+    virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
+};
+
+/// Reads a whole file. Throws FileError.
+QByteArray ReadWhole(const FileSystem& files, const QString& path);
+
+} // namespace quellbox
