@@ -1,0 +1,15 @@
+#include "settings/AppState.h"
+
+#include <QCoreApplication>
+
+namespace quellbox {
+
+std::array<QString, 8> MakeFilterCaptions() {
+    std::array<QString, 8> captions;
+    captions[1] = QCoreApplication::translate("quellbox", " (just today)");
+    captions[2] = QCoreApplication::translate("quellbox", " (in two days)");
+    captions[7] = QCoreApplication::translate("quellbox", " (one week)");
+    return captions;
+}
+
+} // namespace quellbox

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <array>
+
+namespace quellbox {
+
+/// The state that several subsystems share for one run of the program. The main window owns it and lends it.
+/// LoadSettings() fills in what is stored; the rest starts as it stands here.
+struct AppState {
+    // Kept in the settings store.
+
+    QString ArchiveDir;            ///< folder whose messages are listed; ends with a path separator
+    QString PickupDir;             ///< folder into which messages are unblocked; ends with a path separator
+    qint16 HeaderField = 0;        ///< index of the header field that Find searches
+    qint16 FilterDays = 0;         ///< day window: 0 all, 1 today, 2 two days, 7 one week
+    qint16 TolerationLevel = 0;    ///< use of the whitelist: 0 disabled, 1 manual, 2 automatic
+    qint16 RefreshInterval = 0;    ///< seconds between automatic refreshes
+    qint16 RawBody = 0;            ///< 1 shows message bodies as they are in the file
+    qint16 AutoRefresh = 0;        ///< automatic refresh is on when exactly 1
+    qint16 OutlookExpress = 0;     ///< 1 shows messages in the external viewer
+    qint32 FilterMessages = 0;     ///< state of the "filter" button: 0 released, 1 pressed
+    qint32 ContentsAttachment = 0; ///< state of the "attachment" button: 0 released, 1 pressed
+    qint32 ContentsCollapse = 0;   ///< state of the "collapse" button: 0 released, 1 pressed
+    bool StatusBar = false;        ///< the status bar is shown
+    bool Toolbar = false;          ///< the toolbar is shown
+    bool Contents = false;         ///< the contents pane is shown
+    bool HideMinimized = false;    ///< the window hides when it is minimized
+    bool BulkMode = false;         ///< bulk mode is on
+    qint32 Whole = 0;              ///< position of the splitter splWhole, twips
+    qint32 Bottom = 0;             ///< position of the splitter splBottom, twips
+
+    // Known only while the program runs.
+
+    QString ActiveFilterDays = QStringLiteral("0"); ///< FilterDays as text while "filter" is pressed, else "0"
+    std::array<QString, 8> FilterCaptions;          ///< caption suffix of the day filter, by FilterDays
+    QString UserName;                               ///< network user name; empty when unknown
+    QString LastAddedFile;                          ///< file name of the message that was listed last
+    QString strXSender;                             ///< envelope sender of the message whose headers were read last
+    QString FindText;                               ///< text that Find searches for
+    int FindPosition = 0;                           ///< row at which Find goes on
+    qint16 SelectedCount = 0;                       ///< number of selected rows
+    int SavedWindowState = 0;                       ///< window state before minimizing: 0 normal, 2 maximized
+    qint16 LastRefreshDay = 0;                      ///< day of the month of the latest refresh; 0 before the first
+
+    // What a dialog leaves behind for whoever opened it.
+
+    bool CleansingConfirmed = false; ///< the cleansing dialog was confirmed
+    qint16 CleansingDays = 0;        ///< age from which cleansing deletes, days
+    QString SelectedFolder;          ///< folder chosen in the directory selection
+    bool FolderConfirmed = false;    ///< the directory selection was confirmed
+    QString ToleranceResult;         ///< result of the whitelist dialog: "OK" or empty
+};
+
+/// The caption suffixes of the day filter, indexed by its day count; empty for a count that has none.
+std::array<QString, 8> MakeFilterCaptions();
+
+} // namespace quellbox

@@ -1,0 +1,145 @@
+#include "settings/SettingsTable.h"
+
+#include "platform/RuntimeError.h"
+#include "settings/TextConversion.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <type_traits>
+
+namespace quellbox {
+namespace {
+
+QString SettingsSection() {
+    return QStringLiteral("Settings");
+}
+
+void Assign(QString& member, const QString& text) {
+    member = text;
+}
+
+void Assign(qint16& member, const QString& text) {
+    member = ToInteger16(text);
+}
+
+void Assign(qint32& member, const QString& text) {
+    member = ToInteger32(text);
+}
+
+void Assign(bool& member, const QString& text) {
+    member = ToBoolean(text);
+}
+
+QString ToText(qint32 value) {
+    return QString::number(value);
+}
+
+QString ToText(bool value) {
+    return FromBoolean(value);
+}
+
+void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
+    std::visit([&](auto member) { Assign(state.*member, text); }, row.member);
+}
+
+bool IsFolder(const SettingRow& row) {
+    return std::holds_alternative<QString AppState::*>(row.member);
+}
+
+bool IsFilterMessages(const SettingRow& row) {
+    return row.member == SettingMember(&AppState::FilterMessages);
+}
+
+/// Reads one setting; returns what to tell the user when the stored text is unfit, and is empty otherwise.
+QString LoadRow(const SettingsStore& store, const SettingRow& row, const QString& defaultText, AppState& state) {
+    const QString text = ReadSetting(store, row.key, defaultText);
+    try {
+        AssignMember(state, row, text);
+        return QString();
+    } catch (const RuntimeError& error) {
+        AssignMember(state, row, defaultText);
+        return QCoreApplication::translate("quellbox", "The setting \"%1\" is stored as \"%2\" and cannot be used; its "
+                                                       "default \"%3\" is used instead. %4")
+            .arg(QString(row.key), text, defaultText, error.Text());
+    }
+}
+
+QString WithSeparator(const QString& folder) {
+    return folder.endsWith(QDir::separator()) || folder.endsWith(QLatin1Char('/')) ? folder
+                                                                                   : folder + QDir::separator();
+}
+
+} // namespace
+
+const std::vector<SettingRow>& SettingsTable() {
+    static const std::vector<SettingRow> table = {
+        {QLatin1String("ArchiveDir"), QLatin1String(""), &AppState::ArchiveDir},
+        {QLatin1String("PickupDir"), QLatin1String(""), &AppState::PickupDir},
+        {QLatin1String("FilterMessages"), QLatin1String("0"), &AppState::FilterMessages},
+        {QLatin1String("FilterDays"), QLatin1String("0"), &AppState::FilterDays},
+        {QLatin1String("TolerationLevel"), QLatin1String("0"), &AppState::TolerationLevel},
+        {QLatin1String("RefreshInterval"), QLatin1String("60"), &AppState::RefreshInterval},
+        {QLatin1String("RawBody"), QLatin1String("0"), &AppState::RawBody},
+        {QLatin1String("AutoRefresh"), QLatin1String("1"), &AppState::AutoRefresh},
+        {QLatin1String("OutlookExpress"), QLatin1String("0"), &AppState::OutlookExpress},
+        {QLatin1String("ContentsAttachment"), QLatin1String("0"), &AppState::ContentsAttachment},
+        {QLatin1String("ContentsCollapse"), QLatin1String("0"), &AppState::ContentsCollapse},
+        {QLatin1String("StatusBar"), QLatin1String("1"), &AppState::StatusBar},
+        {QLatin1String("Toolbar"), QLatin1String("1"), &AppState::Toolbar},
+        {QLatin1String("HideMinimized"), QLatin1String("0"), &AppState::HideMinimized},
+        {QLatin1String("BulkMode"), QLatin1String("0"), &AppState::BulkMode},
+        {QLatin1String("Whole"), QLatin1String("2000"), &AppState::Whole},
+        {QLatin1String("Bottom"), QLatin1String("2000"), &AppState::Bottom},
+        {QLatin1String("Contents"), QLatin1String("1"), &AppState::Contents},
+        {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
+    };
+    return table;
+}
+
+QString ReadSetting(const SettingsStore& store, const QString& key, const QString& defaultText) {
+    return store.Value(SettingsSection(), key).value_or(defaultText);
+}
+
+void WriteSetting(SettingsStore& store, const QString& key, const QString& value) {
+    store.SetValue(SettingsSection(), key, value);
+}
+
+QStringList LoadSettings(const SettingsStore& store, const QString& programDirectory, AppState& state) {
+    const QString defaultFolder = WithSeparator(programDirectory);
+    QStringList failures;
+    const auto load = [&](const SettingRow& row) {
+        const QString defaultText = IsFolder(row) ? defaultFolder : QString(row.defaultText);
+        const QString failure = LoadRow(store, row, defaultText, state);
+        if (!failure.isEmpty()) {
+            failures.append(failure);
+        }
+    };
+    state.FilterMessages = 0;
+    for (const SettingRow& row : SettingsTable()) {
+        if (!IsFilterMessages(row)) {
+            load(row);
+        }
+    }
+    // Without a day window there is nothing to filter: the button starts released, whatever is stored.
+    for (const SettingRow& row : SettingsTable()) {
+        if (IsFilterMessages(row) && state.FilterDays != 0) {
+            load(row);
+        }
+    }
+    return failures;
+}
+
+void SaveSettings(SettingsStore& store, const AppState& state) {
+    for (const SettingRow& row : SettingsTable()) {
+        const auto write = [&](auto member) {
+            if constexpr (!std::is_same_v<decltype(member), QString AppState::*>) {
+                WriteSetting(store, row.key, ToText(state.*member));
+            }
+        };
+        std::visit(write, row.member);
+    }
+    store.Flush();
+}
+
+} // namespace quellbox
