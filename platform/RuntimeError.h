@@ -33,7 +33,8 @@ public:
 /// A call of the file system failed; the path and the system's reason are part of the text.
 class FileError : public RuntimeError {
 public:
-    FileError(const QString& path, const QString& reason) : RuntimeError(path + QStringLiteral(": ") + reason), path_(path), reason_(reason) {}
+    FileError(const QString& path, const QString& reason)
+        : RuntimeError(path + QStringLiteral(": ") + reason), path_(path), reason_(reason) {}
 
     const QString& Path() const { return path_; }
     const QString& Reason() const { return reason_; }

@@ -1,0 +1,132 @@
+#include "platform/FolderListing.h"
+
+#include "platform/ReaderCount.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+#include <QThread>
+#include <QThreadPool>
+#include <QWaitCondition>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <exception>
+
+namespace quellbox {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr qsizetype probeCount = 8;
+
+/// The looks at all files of a folder, shared by the threads that take them. A thread of the pool that starts after
+/// everything is claimed touches nothing but this object, so nobody has to wait for it.
+class StatusPass {
+public:
+    StatusPass(const FileSystem& files, const QString& folder)
+        : files_(files), folder_(folder), names_(files.FileNames(folder)), found_(static_cast<size_t>(names_.size())) {}
+
+    qsizetype Unclaimed() const { return names_.size() - next_.load(); }
+
+    /// Looks at the first files and returns how long the middle one took.
+    std::chrono::nanoseconds Probe() {
+        std::vector<std::chrono::nanoseconds> durations;
+        const qsizetype end = std::min(probeCount, names_.size());
+        for (qsizetype index = 0; index < end; ++index) {
+            const Clock::time_point start = Clock::now();
+            Look(index);
+            durations.push_back(Clock::now() - start);
+        }
+        next_ = end;
+        done_ = end;
+        std::sort(durations.begin(), durations.end());
+        return durations.empty() ? std::chrono::nanoseconds(0) : durations[durations.size() / 2];
+    }
+
+    /// Claims `step` files at a time and looks at them, until all are claimed.
+    void Work(qsizetype step) {
+        for (;;) {
+            const qsizetype begin = next_.fetch_add(step);
+            if (begin >= names_.size()) {
+                return;
+            }
+            const qsizetype end = std::min(begin + step, names_.size());
+            try {
+                for (qsizetype index = begin; index < end; ++index) {
+                    Look(index);
+                }
+            } catch (...) {
+                const QMutexLocker lock(&mutex_);
+                failure_ = std::current_exception();
+            }
+            const QMutexLocker lock(&mutex_);
+            done_ += end - begin;
+            if (done_ == names_.size()) {
+                finished_.wakeAll();
+            }
+        }
+    }
+
+    /// Waits for the looks that other threads have claimed.
+    void Finish() {
+        const QMutexLocker lock(&mutex_);
+        while (done_ < names_.size()) {
+            finished_.wait(&mutex_);
+        }
+        if (failure_) {
+            std::rethrow_exception(failure_);
+        }
+    }
+
+    std::vector<FileEntry> InOrderOfArrival() {
+        std::vector<FileEntry> entries;
+        entries.reserve(found_.size());
+        for (size_t index = 0; index < found_.size(); ++index) {
+            if (found_[index]) {
+                entries.push_back({std::move(names_[static_cast<qsizetype>(index)]), *found_[index]});
+            }
+        }
+        std::sort(entries.begin(), entries.end(), [](const FileEntry& left, const FileEntry& right) {
+            return left.status.modifiedNs != right.status.modifiedNs ? left.status.modifiedNs < right.status.modifiedNs
+                                                                     : left.name < right.name;
+        });
+        return entries;
+    }
+
+private:
+    void Look(qsizetype index) { found_[static_cast<size_t>(index)] = files_.Status(folder_ + names_.at(index)); }
+
+    const FileSystem& files_;
+    const QString folder_;
+    QStringList names_;
+    std::vector<std::optional<FileStatus>> found_;
+    std::atomic<qsizetype> next_ = 0;
+    QMutex mutex_;
+    QWaitCondition finished_;
+    qsizetype done_ = 0;
+    std::exception_ptr failure_;
+};
+
+} // namespace
+
+std::vector<FileEntry> FilesByArrival(const FileSystem& files, const QString& folder, QThreadPool& pool) {
+    const auto pass = std::make_shared<StatusPass>(files, folder);
+    const int cores = QThread::idealThreadCount();
+    const int wanted = ReaderCount(pass->Probe(), cores);
+    // Quick looks are claimed by the handful, slow ones singly, so that the last threads end together.
+    const qsizetype step = wanted > std::max(2, cores) ? 1 : 64;
+    const qsizetype helpers = std::min<qsizetype>(wanted, (pass->Unclaimed() + step - 1) / step) - 1;
+    if (pool.maxThreadCount() < wanted) {
+        pool.setMaxThreadCount(wanted);
+    }
+    for (qsizetype helper = 0; helper < helpers; ++helper) {
+        pool.start([pass, step] { pass->Work(step); });
+    }
+    pass->Work(step);
+    pass->Finish();
+    return pass->InOrderOfArrival();
+}
+
+} // namespace quellbox

@@ -1,0 +1,125 @@
+#ifndef _WIN32
+
+#include "platform/PosixFile.h"
+
+#include "platform/PathBytes.h"
+#include "platform/RuntimeError.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace quellbox {
+
+namespace {
+
+/// The folder of a path with its separator; empty when the path is a bare name.
+QByteArray FolderOf(const QByteArray& path) {
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
+} // namespace
+
+Descriptor::~Descriptor() {
+    if (IsOpen()) {
+        ::close(number_);
+    }
+}
+
+void ThrowFileError(const QString& path, int error) {
+    throw FileError(path, qt_error_string(error));
+}
+
+QByteArray SystemPath(const QString& path) {
+    QByteArray bytes = PathBytes(path);
+    if (bytes.contains('\0')) {
+        ThrowFileError(path, EINVAL);
+    }
+    return bytes;
+}
+
+qint64 ModifiedNs(const struct stat& status) {
+    return static_cast<qint64>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec;
+}
+
+int OpenRegular(const QString& path, struct stat& status) {
+    const int number = ::open(SystemPath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (number < 0) {
+        ThrowFileError(path, errno);
+    }
+    int error = ::fstat(number, &status) == 0 ? 0 : errno;
+    if (error == 0 && !S_ISREG(status.st_mode)) {
+        error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    }
+    if (error != 0) {
+        ::close(number);
+        ThrowFileError(path, error);
+    }
+    return number;
+}
+
+qint64 ReadSome(int descriptor, char* buffer, qint64 capacity, const QString& path) {
+    for (;;) {
+        const ssize_t count = ::read(descriptor, buffer, static_cast<size_t>(capacity));
+        if (count >= 0) {
+            return count;
+        }
+        if (errno != EINTR) {
+            ThrowFileError(path, errno);
+        }
+    }
+}
+
+void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& path) {
+    while (count > 0) {
+        const ssize_t written = ::write(descriptor, bytes, static_cast<size_t>(count));
+        if (written < 0 && errno != EINTR) {
+            ThrowFileError(path, errno);
+        }
+        if (written > 0) {
+            bytes += written;
+            count -= written;
+        }
+    }
+}
+
+TemporaryFile::TemporaryFile(const QString& target, mode_t mode) : target_(target) {
+    const QByteArray folder = FolderOf(SystemPath(target));
+    do {
+        const QByteArray random = QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+        path_ = folder + ".quellbox-" + random + ".tmp";
+        number_ = ::open(path_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    } while (number_ < 0 && errno == EEXIST);
+    if (number_ < 0) {
+        ThrowFileError(target, errno);
+    }
+}
+
+TemporaryFile::~TemporaryFile() {
+    ::close(number_);
+    if (!kept_) {
+        ::unlink(path_.constData());
+    }
+}
+
+void TemporaryFile::Flush() {
+    if (::fsync(number_) != 0) {
+        ThrowFileError(target_, errno);
+    }
+}
+
+void FlushFolderOf(const QString& path) {
+    const QByteArray folder = FolderOf(SystemPath(path));
+    const Descriptor descriptor(
+        ::open(folder.isEmpty() ? "." : folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // A folder that may be written but not read, or a share whose folders cannot be flushed, is no reason to fail.
+    if (descriptor.IsOpen() && ::fsync(descriptor.Number()) != 0 && (errno == EIO || errno == ENOSPC)) {
+        ThrowFileError(path, errno);
+    }
+}
+
+} // namespace quellbox
+
+#endif

@@ -1,0 +1,76 @@
+#pragma once
+
+#ifndef _WIN32
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/stat.h>
+
+namespace quellbox {
+
+/// Owns a file descriptor.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor();
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int Number() const { return number_; }
+    bool IsOpen() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+/// Throws the FileError for `path` with the system's text for `error`, an errno value.
+[[noreturn]] void ThrowFileError(const QString& path, int error);
+
+/// The bytes of a path for a system call. Throws FileError for a path that holds a NUL, which the call would take for
+/// the end of a shorter path.
+QByteArray SystemPath(const QString& path);
+
+/// Size and time of last modification in nanoseconds.
+qint64 ModifiedNs(const struct stat& status);
+
+/// Opens a regular file for reading; a FIFO or a device neither blocks nor is accepted. `status` receives what the
+/// system tells of the file. Throws FileError. The caller owns the number that is returned.
+int OpenRegular(const QString& path, struct stat& status);
+
+/// read() that repeats itself after a signal. Throws FileError.
+qint64 ReadSome(int descriptor, char* buffer, qint64 capacity, const QString& path);
+
+/// Writes all bytes. Throws FileError.
+void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& path);
+
+/// A new file beside its later place, under a name that no mail server picks up. Unless Keep() says that it has been
+/// renamed, the destructor removes it.
+class TemporaryFile {
+public:
+    /// Creates the file in the folder of `target`, with the permissions `mode` less the user's mask. Throws FileError.
+    TemporaryFile(const QString& target, mode_t mode);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    int Number() const { return number_; }
+    const QByteArray& Path() const { return path_; }
+
+    /// Brings the contents to the disk. Throws FileError.
+    void Flush();
+    void Keep() { kept_ = true; }
+
+private:
+    QString target_;
+    QByteArray path_;
+    int number_ = -1;
+    bool kept_ = false;
+};
+
+/// Brings the names in the folder of `path` to the disk, where the file system knows how. Throws FileError.
+void FlushFolderOf(const QString& path);
+
+} // namespace quellbox
+
+#endif

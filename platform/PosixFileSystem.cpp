@@ -1,0 +1,159 @@
+#ifndef _WIN32
+
+#include "platform/LocalFileSystem.h"
+#include "platform/PathBytes.h"
+#include "platform/PosixFile.h"
+#include "platform/PosixMove.h"
+#include "platform/RuntimeError.h"
+
+#include <QCoreApplication>
+
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <unistd.h>
+
+namespace quellbox {
+
+namespace {
+
+class PosixInputFile : public InputFile {
+public:
+    PosixInputFile(int number, QString path) : descriptor_(number), path_(std::move(path)) {}
+
+    qint64 Read(char* buffer, qint64 capacity) override {
+        return ReadSome(descriptor_.Number(), buffer, capacity, path_);
+    }
+
+private:
+    Descriptor descriptor_;
+    QString path_;
+};
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// False for what the folder itself says is no regular file. Some file systems do not say.
+bool MayBeRegular(const dirent& entry) {
+    return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
+}
+
+/// What the system tells of `path`, links followed; false when there is nothing.
+bool Look(const QString& path, struct stat& status) {
+    const QByteArray bytes = PathBytes(path);
+    return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
+}
+
+class PosixFileSystem : public FileSystem {
+public:
+    bool FolderExists(const QString& folder) const override {
+        struct stat status {};
+        return Look(folder, status) && S_ISDIR(status.st_mode);
+    }
+
+    bool FileExists(const QString& path) const override {
+        struct stat status {};
+        return Look(path, status) && S_ISREG(status.st_mode);
+    }
+
+    QStringList FileNames(const QString& folder) const override {
+        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
+        if (!stream) {
+            ThrowFileError(folder, errno);
+        }
+        QStringList names;
+        errno = 0;
+        while (const dirent* entry = ::readdir(stream.get())) {
+            const QByteArrayView name(entry->d_name);
+            if (MayBeRegular(*entry) && name != "." && name != "..") {
+                names += PathText(QByteArray::fromRawData(name.data(), name.size()));
+            }
+            errno = 0;
+        }
+        if (errno != 0) {
+            ThrowFileError(folder, errno);
+        }
+        return names;
+    }
+
+    std::optional<FileStatus> Status(const QString& path) const override {
+        struct stat status {};
+        if (!Look(path, status) || !S_ISREG(status.st_mode)) {
+            return std::nullopt;
+        }
+        return FileStatus{status.st_size, ModifiedNs(status)};
+    }
+
+    std::unique_ptr<InputFile> Open(const QString& path) const override {
+        struct stat status {};
+        return std::make_unique<PosixInputFile>(OpenRegular(path, status), path);
+    }
+
+    void Move(const QString& from, const QString& to) override {
+        struct stat status {};
+        const QByteArray source = SystemPath(from);
+        const QByteArray target = SystemPath(to);
+        if (::lstat(source.constData(), &status) != 0) {
+            ThrowFileError(from, errno);
+        }
+        // A link that moved would name another file, or none, from its new folder.
+        if (S_ISLNK(status.st_mode)) {
+            return MoveByCopy(from, to);
+        }
+        if (!S_ISREG(status.st_mode)) {
+            ThrowFileError(from, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        }
+        switch (const int error = RenameNoReplace(source, target)) {
+        case 0:
+            return;
+        case EXDEV:
+            return MoveByCopy(from, to);
+        case EEXIST:
+            ThrowFileError(to, error);
+        default:
+            ThrowFileError(from, error);
+        }
+    }
+
+    void Remove(const QString& path) override {
+        struct stat status {};
+        const QByteArray bytes = SystemPath(path);
+        if (::lstat(bytes.constData(), &status) != 0) {
+            ThrowFileError(path, errno);
+        }
+        // The system itself asks only for the right to write the folder.
+        if (S_ISREG(status.st_mode) && (status.st_mode & 0222U) == 0) {
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+        }
+        if (::unlink(bytes.constData()) != 0) {
+            ThrowFileError(path, errno);
+        }
+    }
+
+    void WriteWhole(const QString& path, const QByteArray& bytes) override {
+        TemporaryFile fresh(path, 0666);
+        WriteAll(fresh.Number(), bytes.constData(), bytes.size(), path);
+        struct stat status {};
+        if (Look(path, status)) {
+            // What could read the file before can read it afterwards; a share may not know permissions.
+            [[maybe_unused]] const int mode = ::fchmod(fresh.Number(), status.st_mode & 0777U);
+        }
+        fresh.Flush();
+        if (::rename(fresh.Path().constData(), SystemPath(path).constData()) != 0) {
+            ThrowFileError(path, errno);
+        }
+        fresh.Keep();
+        FlushFolderOf(path);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<FileSystem> MakeLocalFileSystem() {
+    return std::make_unique<PosixFileSystem>();
+}
+
+} // namespace quellbox
+
+#endif

@@ -1,0 +1,227 @@
+#include "tests/support/MemoryFileSystem.h"
+
+#include "platform/RuntimeError.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace quellbox {
+
+namespace {
+
+QString WithoutSeparator(const QString& folder) {
+    return folder.size() > 1 && folder.endsWith(QLatin1Char('/')) ? folder.chopped(1) : folder;
+}
+
+QString FolderOf(const QString& path) {
+    return WithoutSeparator(path.left(path.lastIndexOf(QLatin1Char('/')) + 1));
+}
+
+} // namespace
+
+class MemoryInputFile : public InputFile {
+public:
+    MemoryInputFile(const MemoryFileSystem& files, QString path, QByteArray bytes)
+        : files_(files), path_(std::move(path)), bytes_(std::move(bytes)) {}
+
+    qint64 Read(char* buffer, qint64 capacity) override {
+        std::function<void(const QString&)> hook;
+        {
+            const std::lock_guard lock(files_.mutex_);
+            hook = files_.readHook_;
+        }
+        if (hook) {
+            hook(path_);
+        }
+        files_.EnterOrThrow(path_);
+        const qint64 count = std::min<qint64>(capacity, bytes_.size() - position_);
+        std::copy_n(bytes_.constData() + position_, count, buffer);
+        position_ += count;
+        return count;
+    }
+
+private:
+    const MemoryFileSystem& files_;
+    QString path_;
+    QByteArray bytes_;
+    qint64 position_ = 0;
+};
+
+void MemoryFileSystem::AddFolder(const QString& folder) {
+    const std::lock_guard lock(mutex_);
+    folders_.insert(WithoutSeparator(folder));
+}
+
+void MemoryFileSystem::Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs) {
+    const std::lock_guard lock(mutex_);
+    folders_.insert(FolderOf(path));
+    files_[path] = File{bytes, modifiedNs, false};
+}
+
+void MemoryFileSystem::SetReadOnly(const QString& path) {
+    const std::lock_guard lock(mutex_);
+    files_.at(path).readOnly = true;
+}
+
+void MemoryFileSystem::FailCall(int n) {
+    const std::lock_guard lock(mutex_);
+    failIn_ = n;
+}
+
+void MemoryFileSystem::FailPath(const QString& path, const QString& reason) {
+    const std::lock_guard lock(mutex_);
+    failures_[WithoutSeparator(path)] = reason;
+}
+
+void MemoryFileSystem::SetLatency(std::chrono::microseconds latency) {
+    const std::lock_guard lock(mutex_);
+    latency_ = latency;
+}
+
+void MemoryFileSystem::SetReadHook(std::function<void(const QString&)> hook) {
+    const std::lock_guard lock(mutex_);
+    readHook_ = std::move(hook);
+}
+
+int MemoryFileSystem::OpenCount() const {
+    const std::lock_guard lock(mutex_);
+    return opens_;
+}
+
+int MemoryFileSystem::CallCount() const {
+    const std::lock_guard lock(mutex_);
+    return calls_;
+}
+
+QByteArray MemoryFileSystem::Bytes(const QString& path) const {
+    const std::lock_guard lock(mutex_);
+    return files_.at(path).bytes;
+}
+
+QStringList MemoryFileSystem::Paths() const {
+    const std::lock_guard lock(mutex_);
+    QStringList paths;
+    for (const auto& [path, file] : files_) {
+        paths += path;
+    }
+    return paths;
+}
+
+bool MemoryFileSystem::FolderExists(const QString& folder) const {
+    const bool works = Enter(folder).isEmpty();
+    const std::lock_guard lock(mutex_);
+    return works && folders_.contains(WithoutSeparator(folder));
+}
+
+bool MemoryFileSystem::FileExists(const QString& path) const {
+    const bool works = Enter(path).isEmpty();
+    const std::lock_guard lock(mutex_);
+    return works && files_.contains(path);
+}
+
+QStringList MemoryFileSystem::FileNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    const QString wanted = WithoutSeparator(folder);
+    if (!folders_.contains(wanted)) {
+        throw FileError(folder, QStringLiteral("No such file or directory"));
+    }
+    const QString prefix = wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+    QStringList names;
+    for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
+        const QString name = file->first.mid(prefix.size());
+        if (!name.contains(QLatin1Char('/'))) {
+            names += name;
+        }
+    }
+    return names;
+}
+
+std::optional<FileStatus> MemoryFileSystem::Status(const QString& path) const {
+    const bool works = Enter(path).isEmpty();
+    const std::lock_guard lock(mutex_);
+    const auto file = files_.find(path);
+    if (!works || file == files_.end()) {
+        return std::nullopt;
+    }
+    return FileStatus{file->second.bytes.size(), file->second.modifiedNs};
+}
+
+std::unique_ptr<InputFile> MemoryFileSystem::Open(const QString& path) const {
+    {
+        const std::lock_guard lock(mutex_);
+        ++opens_;
+    }
+    EnterOrThrow(path);
+    const std::lock_guard lock(mutex_);
+    return std::make_unique<MemoryInputFile>(*this, path, Find(path)->second.bytes);
+}
+
+void MemoryFileSystem::Move(const QString& from, const QString& to) {
+    EnterOrThrow(from);
+    const std::lock_guard lock(mutex_);
+    const File file = Find(from)->second;
+    RequireFolderOf(to);
+    if (const auto failure = failures_.find(to); failure != failures_.end()) {
+        throw FileError(to, failure->second);
+    }
+    if (files_.contains(to)) {
+        throw FileError(to, QStringLiteral("File exists"));
+    }
+    files_.erase(from);
+    files_[to] = file;
+}
+
+void MemoryFileSystem::Remove(const QString& path) {
+    EnterOrThrow(path);
+    const std::lock_guard lock(mutex_);
+    if (Find(path)->second.readOnly) {
+        throw FileError(path, QStringLiteral("The file is read-only."));
+    }
+    files_.erase(path);
+}
+
+void MemoryFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
+    EnterOrThrow(path);
+    const std::lock_guard lock(mutex_);
+    RequireFolderOf(path);
+    files_[path].bytes = bytes;
+}
+
+QString MemoryFileSystem::Enter(const QString& path) const {
+    std::unique_lock lock(mutex_);
+    ++calls_;
+    const auto failure = failures_.find(WithoutSeparator(path));
+    QString reason = failure != failures_.end() ? failure->second : QString();
+    if (failIn_ > 0 && --failIn_ == 0) {
+        reason = QStringLiteral("Input/output error");
+    }
+    const std::chrono::microseconds latency = latency_;
+    lock.unlock();
+    if (latency.count() > 0) {
+        std::this_thread::sleep_for(latency);
+    }
+    return reason;
+}
+
+void MemoryFileSystem::EnterOrThrow(const QString& path) const {
+    if (const QString reason = Enter(path); !reason.isEmpty()) {
+        throw FileError(path, reason);
+    }
+}
+
+void MemoryFileSystem::RequireFolderOf(const QString& path) const {
+    if (!folders_.contains(FolderOf(path))) {
+        throw FileError(path, QStringLiteral("No such file or directory"));
+    }
+}
+
+std::map<QString, MemoryFileSystem::File>::const_iterator MemoryFileSystem::Find(const QString& path) const {
+    const auto file = files_.find(path);
+    if (file == files_.end()) {
+        throw FileError(path, QStringLiteral("No such file or directory"));
+    }
+    return file;
+}
+
+} // namespace quellbox
