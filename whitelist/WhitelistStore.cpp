@@ -1,0 +1,27 @@
+#include "whitelist/WhitelistStore.h"
+
+namespace quellbox {
+namespace {
+
+QString WhitelistSection() {
+    return QStringLiteral("Tolerate");
+}
+
+} // namespace
+
+QStringList LoadWhitelist(const SettingsStore& store) {
+    return store.Keys(WhitelistSection());
+}
+
+void SaveWhitelist(SettingsStore& store, const QStringList& entries) {
+    // The dummy value makes sure that there is a section to remove, since a store may refuse to remove a missing one.
+    store.SetValue(WhitelistSection(), QStringLiteral("0"), QString());
+    store.RemoveSection(WhitelistSection());
+    for (const QString& entry : entries) {
+        // Only the key counts; what is stored under it is never read.
+        store.SetValue(WhitelistSection(), entry, QStringLiteral("0"));
+    }
+    store.Flush();
+}
+
+} // namespace quellbox
