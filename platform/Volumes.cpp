@@ -1,0 +1,151 @@
+#include "platform/Volumes.h"
+
+#include "platform/UncPath.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <algorithm>
+#include <array>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include "platform/PathBytes.h"
+#endif
+
+namespace quellbox {
+
+namespace {
+
+template <size_t Count>
+bool IsOneOf(const QString& text, const std::array<QLatin1String, Count>& choices) {
+    return std::find(choices.begin(), choices.end(), text) != choices.end();
+}
+
+#ifdef _WIN32
+
+VolumeKind KindOf(const QStorageInfo& volume) {
+    switch (GetDriveTypeW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(volume.rootPath()).utf16()))) {
+    case DRIVE_REMOVABLE:
+        return VolumeKind::Removable;
+    case DRIVE_REMOTE:
+        return VolumeKind::Network;
+    case DRIVE_CDROM:
+        return VolumeKind::Optical;
+    case DRIVE_RAMDISK:
+        return VolumeKind::Ram;
+    default:
+        return VolumeKind::Fixed;
+    }
+}
+
+/// A drive without a medium counts: choosing it gives a message that says so.
+bool HoldsFolders(const QStorageInfo&) {
+    return true;
+}
+
+#else
+
+/// What the kernel says of the disk that `device` is, or is a part of.
+bool IsRemovable(const QByteArray& device) {
+    const QString name = QFileInfo(QFile::decodeName(device)).canonicalFilePath().section(QLatin1Char('/'), -1);
+    if (name.isEmpty()) {
+        return false;
+    }
+    const QString block = QLatin1String("/sys/class/block/") + name;
+    const QString disk = QFileInfo(block).canonicalFilePath();
+    for (const QString& folder : {disk, QFileInfo(disk).path()}) {
+        QFile flag(folder + QLatin1String("/removable"));
+        if (flag.open(QIODevice::ReadOnly)) {
+            return flag.readAll().trimmed() == "1";
+        }
+    }
+    return false;
+}
+
+VolumeKind KindOf(const QStorageInfo& volume) {
+    return KindOfVolume(QString::fromLatin1(volume.fileSystemType()), IsRemovable(volume.device()));
+}
+
+/// The system's own mounts hold no folders of the user.
+bool HoldsFolders(const QStorageInfo& volume) {
+    constexpr std::array<QLatin1String, 4> systemFolders{QLatin1String("/proc"), QLatin1String("/sys"),
+                                                         QLatin1String("/dev"), QLatin1String("/run")};
+    const QString root = volume.rootPath();
+    const bool isSystem = IsOneOf(QLatin1Char('/') + root.section(QLatin1Char('/'), 1, 1), systemFolders) &&
+                          !root.startsWith(QLatin1String("/run/media/"));
+    return volume.isReady() && !isSystem && QFileInfo(root).isDir();
+}
+
+#endif
+
+} // namespace
+
+VolumeKind KindOfVolume(const QString& fileSystemType, bool removable) {
+    constexpr std::array network{QLatin1String("cifs"),           QLatin1String("smb3"),
+                                 QLatin1String("smbfs"),          QLatin1String("nfs"),
+                                 QLatin1String("nfs4"),           QLatin1String("9p"),
+                                 QLatin1String("ncpfs"),          QLatin1String("afs"),
+                                 QLatin1String("ceph"),           QLatin1String("fuse.sshfs"),
+                                 QLatin1String("fuse.davfs"),     QLatin1String("davfs"),
+                                 QLatin1String("fuse.gvfsd-fuse")};
+    constexpr std::array optical{QLatin1String("iso9660"), QLatin1String("udf")};
+    constexpr std::array memory{QLatin1String("tmpfs"), QLatin1String("ramfs")};
+    if (IsOneOf(fileSystemType, network)) {
+        return VolumeKind::Network;
+    }
+    if (IsOneOf(fileSystemType, optical)) {
+        return VolumeKind::Optical;
+    }
+    if (IsOneOf(fileSystemType, memory)) {
+        return VolumeKind::Ram;
+    }
+    return removable ? VolumeKind::Removable : VolumeKind::Fixed;
+}
+
+std::vector<Volume> Volumes::Mounted() const {
+    std::vector<Volume> volumes;
+    for (const QStorageInfo& found : QStorageInfo::mountedVolumes()) {
+        if (HoldsFolders(found)) {
+            volumes.push_back({found.displayName(), found.rootPath(), KindOf(found)});
+        }
+    }
+    // Of several mounts at one place only the topmost is in sight.
+    std::stable_sort(volumes.begin(), volumes.end(),
+                     [](const Volume& left, const Volume& right) { return left.root < right.root; });
+    const auto last = std::unique(volumes.begin(), volumes.end(),
+                                  [](const Volume& left, const Volume& right) { return left.root == right.root; });
+    volumes.erase(last, volumes.end());
+    return volumes;
+}
+
+QString Volumes::Resolve(const QString& path) const {
+#ifdef _WIN32
+    return path;
+#else
+    if (!path.startsWith(QLatin1String("\\\\"))) {
+        return path;
+    }
+    if (!IsUncPath(path)) {
+        return {};
+    }
+    QFile table(QStringLiteral("/proc/self/mountinfo"));
+    if (table.open(QIODevice::ReadOnly)) {
+        const QString found = FindInMountTable(path, PathText(table.readAll()));
+        if (!found.isEmpty()) {
+            return found;
+        }
+    }
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (runtimeFolder.isEmpty()) {
+        return {};
+    }
+    const QString mounts = runtimeFolder + QLatin1String("/gvfs");
+    return FindInShareMounts(path, mounts, QDir(mounts).entryList(QDir::Dirs | QDir::NoDotAndDotDot));
+#endif
+}
+
+} // namespace quellbox

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+namespace quellbox {
+
+enum class VolumeKind { Fixed, Removable, Network, Optical, Ram };
+
+/// A drive on Windows, a mounted file system elsewhere.
+struct Volume {
+    QString name; ///< what the user reads: the label, or else the root
+    QString root; ///< the path of its topmost folder
+    VolumeKind kind = VolumeKind::Fixed;
+};
+
+/// The port to the places where folders can lie.
+class Volumes {
+public:
+    virtual ~Volumes() = default;
+
+    /// What is mounted now and can hold folders of the user, in order of the roots.
+    virtual std::vector<Volume> Mounted() const;
+
+    /// The local form of a path. On Windows, and for every path but a UNC one, that is the path itself. A UNC path
+    /// becomes the place where its share is mounted, and an empty text when the share is not mounted.
+    virtual QString Resolve(const QString& path) const;
+};
+
+/// The kind of a volume elsewhere than on Windows, of the type of its file system and of what the system says of its
+/// medium.
+VolumeKind KindOfVolume(const QString& fileSystemType, bool removable);
+
+} // namespace quellbox
