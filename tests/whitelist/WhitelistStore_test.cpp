@@ -1,0 +1,76 @@
+#include "whitelist/WhitelistStore.h"
+
+#include "tests/support/MemorySettingsStore.h"
+
+#include <gtest/gtest.h>
+
+using namespace quellbox;
+
+namespace {
+
+const QString section = QStringLiteral("Tolerate");
+
+/// Remembers the calls that change it.
+class RecordingStore : public MemorySettingsStore {
+public:
+    void SetValue(const QString& inSection, const QString& key, const QString& value) override {
+        calls.append(QStringLiteral("set %1/%2=%3").arg(inSection, key, value));
+        MemorySettingsStore::SetValue(inSection, key, value);
+    }
+
+    void RemoveSection(const QString& inSection) override {
+        calls.append(QStringLiteral("remove %1").arg(inSection));
+        MemorySettingsStore::RemoveSection(inSection);
+    }
+
+    void Flush() override {
+        calls.append(QStringLiteral("flush"));
+        MemorySettingsStore::Flush();
+    }
+
+    QStringList calls;
+};
+
+} // namespace
+
+TEST(LoadWhitelist, IsEmptyWithoutASection) {
+    EXPECT_TRUE(LoadWhitelist(MemorySettingsStore()).isEmpty());
+}
+
+TEST(LoadWhitelist, TakesTheNamesInTheOrderOfTheStoreAndNeverTheData) {
+    MemorySettingsStore store;
+    store.SetValue(section, QStringLiteral("b@x.org"), QStringLiteral("anything"));
+    store.SetValue(section, QStringLiteral("@a.org"), QString());
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("Whole"), QStringLiteral("1"));
+    EXPECT_EQ(LoadWhitelist(store), store.Keys(section));
+    EXPECT_EQ(LoadWhitelist(store).size(), 2);
+}
+
+TEST(SaveWhitelist, WritesTheDummyDeletesTheSectionAndRewritesTheEntries) {
+    RecordingStore store;
+    SaveWhitelist(store, {QStringLiteral("b@x.org"), QStringLiteral("@a.org")});
+    const QStringList expected{QStringLiteral("set Tolerate/0="), QStringLiteral("remove Tolerate"),
+                               QStringLiteral("set Tolerate/b@x.org=0"), QStringLiteral("set Tolerate/@a.org=0"),
+                               QStringLiteral("flush")};
+    EXPECT_EQ(store.calls, expected);
+}
+
+TEST(SaveWhitelist, ReplacesWhatWasStored) {
+    MemorySettingsStore store;
+    store.SetValue(section, QStringLiteral("old@x.org"), QStringLiteral("0"));
+    SaveWhitelist(store, {QStringLiteral("new@x.org")});
+    EXPECT_EQ(LoadWhitelist(store), QStringList{QStringLiteral("new@x.org")});
+}
+
+TEST(SaveWhitelist, LeavesNoDummyBehindForAnEmptyList) {
+    MemorySettingsStore store;
+    SaveWhitelist(store, {});
+    EXPECT_TRUE(LoadWhitelist(store).isEmpty());
+}
+
+TEST(SaveWhitelist, LeavesOtherSectionsAlone) {
+    MemorySettingsStore store;
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("Whole"), QStringLiteral("1"));
+    SaveWhitelist(store, {QStringLiteral("a@x.org")});
+    EXPECT_EQ(store.Value(QStringLiteral("Settings"), QStringLiteral("Whole")), QStringLiteral("1"));
+}
