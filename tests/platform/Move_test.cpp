@@ -1,0 +1,162 @@
+#include "platform/LocalFileSystem.h"
+#include "platform/PosixMove.h"
+#include "platform/RuntimeError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#ifndef _WIN32
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace quellbox {
+
+namespace {
+
+QString Text(const char* text) {
+    return QString::fromUtf8(text);
+}
+
+class MoveTest : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(QDir(folder_.path()).mkdir(Text("archive")));
+        ASSERT_TRUE(QDir(folder_.path()).mkdir(Text("pickup")));
+        files_->WriteWhole(from_, "message");
+    }
+
+    QByteArray Native(const QString& path) const { return QFile::encodeName(path); }
+
+    QTemporaryDir folder_;
+    std::unique_ptr<FileSystem> files_ = MakeLocalFileSystem();
+    const QString from_ = folder_.path() + Text("/archive/a.EML");
+    const QString to_ = folder_.path() + Text("/pickup/a.EML");
+};
+
+TEST_F(MoveTest, FileIsInTheOtherFolderOnly) {
+    const qint64 modifiedNs = files_->Status(from_)->modifiedNs;
+    files_->Move(from_, to_);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, to_), "message");
+    EXPECT_EQ(files_->Status(to_)->modifiedNs, modifiedNs);
+}
+
+TEST_F(MoveTest, ExistingTargetIsNeverOverwritten) {
+    files_->WriteWhole(to_, "other");
+    EXPECT_THROW(files_->Move(from_, to_), FileError);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_EQ(ReadWhole(*files_, to_), "other");
+}
+
+TEST_F(MoveTest, MissingTargetFolderLeavesTheSource) {
+    EXPECT_THROW(files_->Move(from_, folder_.path() + Text("/none/a.EML")), FileError);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+}
+
+TEST_F(MoveTest, FileMovedOntoItselfStays) {
+    EXPECT_THROW(files_->Move(from_, from_), FileError);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+}
+
+#ifndef _WIN32
+
+/// The ways of a rename that never overwrites; each must do the same as the others.
+class RenameTest : public MoveTest,
+                   public testing::WithParamInterface<int (*)(const QByteArray&, const QByteArray&)> {};
+
+TEST_P(RenameTest, Renames) {
+    EXPECT_EQ(GetParam()(Native(from_), Native(to_)), 0);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, to_), "message");
+}
+
+TEST_P(RenameTest, RefusesAnExistingTarget) {
+    files_->WriteWhole(to_, "other");
+    EXPECT_EQ(GetParam()(Native(from_), Native(to_)), EEXIST);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_EQ(ReadWhole(*files_, to_), "other");
+}
+
+TEST_P(RenameTest, RefusesADanglingLinkAsTarget) {
+    ASSERT_EQ(::symlink("nowhere", Native(to_).constData()), 0);
+    EXPECT_EQ(GetParam()(Native(from_), Native(to_)), EEXIST);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+}
+
+TEST_P(RenameTest, LeavesNothingBehindWithoutASource) {
+    EXPECT_EQ(GetParam()(Native(from_) + ".none", Native(to_)), ENOENT);
+    EXPECT_FALSE(files_->FileExists(to_));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, RenameTest, testing::Values(&RenameNoReplace, &RenameByLink, &RenameByReservation));
+
+TEST_F(MoveTest, CopiedMoveKeepsContentsTimeAndPermissions) {
+    const QByteArray bytes(500'000, 'x');
+    files_->WriteWhole(from_, bytes);
+    ASSERT_EQ(::chmod(Native(from_).constData(), 0440), 0);
+    const qint64 modifiedNs = files_->Status(from_)->modifiedNs;
+    MoveByCopy(from_, to_);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, to_), bytes);
+    EXPECT_EQ(files_->Status(to_)->modifiedNs, modifiedNs);
+    struct stat status {};
+    ASSERT_EQ(::stat(Native(to_).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0440U);
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+}
+
+TEST_F(MoveTest, CopiedMoveNeverOverwritesAndCleansUp) {
+    files_->WriteWhole(to_, "other");
+    EXPECT_THROW(MoveByCopy(from_, to_), FileError);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_EQ(ReadWhole(*files_, to_), "other");
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+}
+
+TEST_F(MoveTest, SourceThatCannotBeRemovedStaysAlone) {
+    // Nothing can be removed from the process folder, not even by the superuser.
+    const QString irremovable = Text("/proc/self/status");
+    ASSERT_TRUE(files_->FileExists(irremovable));
+    EXPECT_THROW(files_->Move(irremovable, to_), FileError);
+    EXPECT_TRUE(files_->FileNames(folder_.path() + Text("/pickup")).isEmpty());
+}
+
+TEST_F(MoveTest, MovedLinkArrivesAsTheFileThatItNames) {
+    const QString link = folder_.path() + Text("/archive/link.EML");
+    ASSERT_EQ(::symlink("a.EML", Native(link).constData()), 0);
+    files_->Move(link, to_);
+    EXPECT_EQ(ReadWhole(*files_, to_), "message");
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/archive")), QStringList{Text("a.EML")});
+}
+
+TEST_F(MoveTest, MoveToAnotherFileSystem) {
+    const QTemporaryDir other(Text("/dev/shm/quellbox-XXXXXX"));
+    struct stat here {};
+    struct stat there {};
+    if (!other.isValid() || ::stat(Native(folder_.path()).constData(), &here) != 0 ||
+        ::stat(Native(other.path()).constData(), &there) != 0 || here.st_dev == there.st_dev) {
+        GTEST_SKIP() << "there is only one file system";
+    }
+    const QString target = other.path() + Text("/a.EML");
+    files_->WriteWhole(target, "other");
+    EXPECT_THROW(files_->Move(from_, target), FileError);
+    EXPECT_EQ(ReadWhole(*files_, target), "other");
+    files_->Remove(target);
+    const qint64 modifiedNs = files_->Status(from_)->modifiedNs;
+    files_->Move(from_, target);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, target), "message");
+    EXPECT_EQ(files_->Status(target)->modifiedNs, modifiedNs);
+    EXPECT_EQ(files_->FileNames(other.path()), QStringList{Text("a.EML")});
+}
+
+#endif
+
+} // namespace
+
+} // namespace quellbox

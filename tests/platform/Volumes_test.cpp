@@ -1,0 +1,63 @@
+#include "platform/Volumes.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace quellbox {
+
+namespace {
+
+QString Text(const char* text) {
+    return QString::fromUtf8(text);
+}
+
+TEST(Volumes, KindFollowsFileSystemThenMedium) {
+    EXPECT_EQ(KindOfVolume(Text("ext4"), false), VolumeKind::Fixed);
+    EXPECT_EQ(KindOfVolume(Text("vfat"), true), VolumeKind::Removable);
+    EXPECT_EQ(KindOfVolume(Text("cifs"), false), VolumeKind::Network);
+    EXPECT_EQ(KindOfVolume(Text("nfs4"), false), VolumeKind::Network);
+    EXPECT_EQ(KindOfVolume(Text("iso9660"), true), VolumeKind::Optical);
+    EXPECT_EQ(KindOfVolume(Text("tmpfs"), false), VolumeKind::Ram);
+}
+
+TEST(Volumes, MountedOnesHaveDistinctExistingRootsInOrder) {
+    const std::vector<Volume> volumes = Volumes().Mounted();
+    for (size_t index = 0; index < volumes.size(); ++index) {
+        EXPECT_FALSE(volumes[index].name.isEmpty());
+        EXPECT_TRUE(QDir(volumes[index].root).exists());
+        if (index > 0) {
+            EXPECT_LT(volumes[index - 1].root, volumes[index].root);
+        }
+    }
+}
+
+TEST(Volumes, OtherPathsResolveToThemselves) {
+    for (const char* path : {"", "/", "/home/mail/", "relative", "//nas/mail", "\\one"}) {
+        EXPECT_EQ(Volumes().Resolve(Text(path)), Text(path));
+    }
+}
+
+#ifndef _WIN32
+
+TEST(Volumes, UnmountedShareResolvesToNothing) {
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\no-such-server\share\folder)")), QString());
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\no-such-server)")), QString());
+}
+
+TEST(Volumes, ShareThatTheDesktopMountedIsFound) {
+    const QTemporaryDir runtime;
+    const QString mount = runtime.path() + Text("/gvfs/smb-share:server=some-server,share=mail");
+    ASSERT_TRUE(QDir().mkpath(mount));
+    const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\SOME-SERVER\mail\spam)")), mount + Text("/spam"));
+    qputenv("XDG_RUNTIME_DIR", before);
+}
+
+#endif
+
+} // namespace
+
+} // namespace quellbox
