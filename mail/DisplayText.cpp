@@ -1,0 +1,38 @@
+#include "mail/DisplayText.h"
+
+#include <algorithm>
+
+namespace quellbox {
+
+namespace {
+
+bool IsSpace(char16_t unit) {
+    return (unit >= u'\t' && unit <= u'\r') || unit == 0x85 || unit == 0x2028 || unit == 0x2029;
+}
+
+bool IsRemoved(char16_t unit) {
+    const bool control = unit < 0x20 || (unit >= 0x7F && unit <= 0x9F);
+    const bool direction = (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+    return control || direction;
+}
+
+} // namespace
+
+QString CleanseForDisplay(QString text) {
+    const auto touched = [](QChar unit) { return IsSpace(unit.unicode()) || IsRemoved(unit.unicode()); };
+    // Nearly every text is clean already; it is then passed on without a copy.
+    const auto first = std::find_if(text.cbegin(), text.cend(), touched);
+    if (first != text.cend()) {
+        auto out = text.begin() + (first - text.cbegin());
+        for (auto in = out; in != text.end(); ++in) {
+            if (IsSpace(in->unicode()))
+                *out++ = u' ';
+            else if (!IsRemoved(in->unicode()))
+                *out++ = *in;
+        }
+        text.truncate(out - text.begin());
+    }
+    return std::move(text).trimmed();
+}
+
+} // namespace quellbox

@@ -1,0 +1,117 @@
+#include "mail/HeaderScanner.h"
+
+#include <cstring>
+
+namespace quellbox {
+
+namespace {
+
+/// The index behind the next line end, or -1 when the line is not finished.
+qsizetype NextLine(QByteArrayView bytes, qsizetype from) {
+    if (from >= bytes.size())
+        return -1;
+    const void* found = std::memchr(bytes.data() + from, '\n', static_cast<size_t>(bytes.size() - from));
+    return found == nullptr ? -1 : static_cast<const char*>(found) - bytes.data() + 1;
+}
+
+/// The index behind the field that begins at `from`, its folded lines included; -1 when more bytes are needed.
+qsizetype FieldEnd(QByteArrayView bytes, qsizetype from, bool atEnd) {
+    for (;;) {
+        const qsizetype next = NextLine(bytes, from);
+        if (next < 0 || next == bytes.size())
+            return atEnd ? bytes.size() : -1;
+        if (bytes[next] != ' ' && bytes[next] != '\t')
+            return next;
+        from = next;
+    }
+}
+
+/// The length of the field name at the start of `line`, 0 when there is none; `colon` receives the colon's index.
+/// 8-bit bytes count as part of a name, as they do for GMime.
+qsizetype FieldName(QByteArrayView line, qsizetype& colon) {
+    qsizetype length = 0;
+    while (length < line.size() && line[length] != ':' && static_cast<unsigned char>(line[length]) > ' ' &&
+           line[length] != '\x7F')
+        ++length;
+    colon = length;
+    while (colon < line.size() && (line[colon] == ' ' || line[colon] == '\t'))
+        ++colon;
+    return colon < line.size() && line[colon] == ':' ? length : 0;
+}
+
+struct WantedName {
+    QByteArrayView name;
+    WantedField field;
+};
+
+constexpr std::array<WantedName, kWantedFieldCount> kWantedNames = {{
+    {"to", WantedField::To},
+    {"from", WantedField::From},
+    {"subject", WantedField::Subject},
+    {"x-scl", WantedField::Scl},
+    {"x-smsmse-scl", WantedField::Smsmse},
+    {"x-sender", WantedField::XSender},
+}};
+
+} // namespace
+
+HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atEnd) {
+    static constexpr QByteArrayView kByteOrderMark = "\xEF\xBB\xBF";
+    qsizetype start = bytes.startsWith(kByteOrderMark) ? kByteOrderMark.size() : 0;
+    qsizetype next = NextLine(bytes, start);
+    const QByteArrayView line = bytes.sliced(start, (next < 0 ? bytes.size() : next) - start);
+    if (line.startsWith("From ") || line.startsWith(">From ")) {
+        if (next < 0)
+            return atEnd ? Result::NoMessage : Result::NeedsMore;
+        start = next;
+        next = NextLine(bytes, start);
+    }
+    qsizetype colon = 0;
+    if (FieldName(bytes.sliced(start), colon) > 0) {
+        headerStart_ = position_ = start;
+        return Result::Complete;
+    }
+    return next < 0 && !atEnd ? Result::NeedsMore : Result::NoMessage;
+}
+
+void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
+    const QByteArrayView line = bytes.sliced(position_, end - position_);
+    qsizetype colon = 0;
+    const qsizetype length = FieldName(line, colon);
+    for (const WantedName& wanted : kWantedNames) {
+        if (length != wanted.name.size() || wanted.name.compare(line.first(length), Qt::CaseInsensitive) != 0)
+            continue;
+        Span& span = spans_[static_cast<size_t>(wanted.field)];
+        if (span.start < 0)
+            span = {position_ + colon + 1, end};
+        return;
+    }
+}
+
+HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
+    if (headerStart_ < 0) {
+        const Result result = SkipPreamble(bytes, atEnd);
+        if (result != Result::Complete)
+            return result;
+    }
+    while (position_ < bytes.size()) {
+        const char first = bytes[position_];
+        if (first == '\n' || (first == '\r' && position_ + 1 < bytes.size() && bytes[position_ + 1] == '\n'))
+            return Result::Complete;
+        const qsizetype end = FieldEnd(bytes, position_, atEnd);
+        if (end < 0)
+            return Result::NeedsMore;
+        // The initials of the wanted names, in both cases: most lines need no closer look.
+        if (std::memchr("tfsxTFSX", first, 8) != nullptr)
+            TakeField(bytes, end);
+        position_ = end;
+    }
+    return atEnd ? Result::Complete : Result::NeedsMore;
+}
+
+QByteArrayView HeaderScanner::Value(WantedField field, QByteArrayView bytes) const {
+    const Span& span = spans_[static_cast<size_t>(field)];
+    return span.start < 0 ? QByteArrayView() : bytes.sliced(span.start, span.end - span.start);
+}
+
+} // namespace quellbox

@@ -1,0 +1,205 @@
+#include "mail/MessageParser.h"
+
+#include "mail/DisplayText.h"
+#include "mail/GMimeStart.h"
+#include "mail/HeaderDecoder.h"
+#include "mail/HeaderScanner.h"
+#include "mail/PartContent.h"
+
+#include <gmime/gmime.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace quellbox {
+
+namespace {
+
+struct Unref {
+    void operator()(void* object) const { g_object_unref(object); }
+};
+template <typename T>
+using GMimePtr = std::unique_ptr<T, Unref>;
+
+struct FreeOptions {
+    void operator()(GMimeParserOptions* options) const { g_mime_parser_options_free(options); }
+};
+using OptionsPtr = std::unique_ptr<GMimeParserOptions, FreeOptions>;
+
+using Fields = std::vector<GMimeHeader*>;
+
+void AddFields(GMimeObject* object, Fields& fields) {
+    GMimeHeaderList* list = g_mime_object_get_header_list(object);
+    const int count = g_mime_header_list_get_count(list);
+    for (int i = 0; i < count; ++i)
+        fields.push_back(g_mime_header_list_get_header_at(list, i));
+}
+
+std::vector<std::pair<QString, QString>> DecodeFields(const Fields& fields) {
+    std::vector<std::pair<QString, QString>> decoded;
+    for (GMimeHeader* field : fields) {
+        const char* raw = g_mime_header_get_raw_value(field);
+        QString name = DecodeHeaderValue(g_mime_header_get_name(field));
+        if (!name.isEmpty())
+            decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw));
+    }
+    return decoded;
+}
+
+/// The fields of the whole message. GMime keeps the Content-* fields with the outermost part; here they return to
+/// their places in the file.
+Fields MessageFields(GMimeMessage* message) {
+    Fields fields;
+    AddFields(GMIME_OBJECT(message), fields);
+    if (GMimeObject* part = g_mime_message_get_mime_part(message))
+        AddFields(part, fields);
+    std::stable_sort(fields.begin(), fields.end(), [](GMimeHeader* left, GMimeHeader* right) {
+        return g_mime_header_get_offset(left) < g_mime_header_get_offset(right);
+    });
+    return fields;
+}
+
+QString AttachmentName(GMimeObject* part) {
+    const char* name = g_mime_object_get_content_disposition_parameter(part, "filename");
+    if (name == nullptr)
+        name = g_mime_object_get_content_type_parameter(part, "name");
+    return name == nullptr ? QString() : CleanseForDisplay(QString::fromUtf8(name));
+}
+
+QByteArray Content(GMimePart* part) {
+    GMimeDataWrapper* content = g_mime_part_get_content(part);
+    if (content == nullptr)
+        return {};
+    const GMimePtr<GMimeStream> stream(g_mime_stream_mem_new());
+    g_mime_data_wrapper_write_to_stream(content, stream.get());
+    const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(stream.get()));
+    return QByteArray(reinterpret_cast<const char*>(bytes->data), bytes->len);
+}
+
+QString PartText(GMimeObject* part) {
+    // A multipart without a single part inside has all of its text before the first boundary.
+    if (GMIME_IS_MULTIPART(part)) {
+        const char* prologue = g_mime_multipart_get_prologue(GMIME_MULTIPART(part));
+        return prologue == nullptr ? QString() : DecodeTextPart(prologue, {});
+    }
+    if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
+        return {};
+    const char* charset = g_mime_object_get_content_type_parameter(part, "charset");
+    return DecodeTextPart(Content(GMIME_PART(part)), charset == nullptr ? "" : charset);
+}
+
+MessagePart MakePart(GMimeObject* part, const Fields& fields) {
+    return {DecodeFields(fields), AttachmentName(part), PartText(part)};
+}
+
+/// True when the only entity of a message has no content at all.
+bool IsBodyless(GMimeObject* part) {
+    if (GMIME_IS_MULTIPART(part)) {
+        const char* prologue = g_mime_multipart_get_prologue(GMIME_MULTIPART(part));
+        return prologue == nullptr || *prologue == '\0';
+    }
+    if (GMIME_IS_MESSAGE_PART(part))
+        return g_mime_message_part_get_message(GMIME_MESSAGE_PART(part)) == nullptr;
+    GMimeDataWrapper* content = GMIME_IS_PART(part) ? g_mime_part_get_content(GMIME_PART(part)) : nullptr;
+    GMimeStream* stream = content == nullptr ? nullptr : g_mime_data_wrapper_get_stream(content);
+    return stream == nullptr || g_mime_stream_length(stream) <= 0;
+}
+
+bool IsLeaf(GMimeObject* part) {
+    return !GMIME_IS_MULTIPART(part) || g_mime_multipart_get_count(GMIME_MULTIPART(part)) == 0;
+}
+
+/// Collects the leaves of a multipart, depth first. Recursion is bounded by kMaximumDepth.
+class LeafCollector {
+public:
+    LeafCollector(std::vector<MessagePart>& parts, size_t fieldCount) : parts_(parts), fieldCount_(fieldCount) {}
+
+    LoadError Collect(GMimeMultipart* multipart, int depth) {
+        if (depth > kMaximumDepth)
+            return LoadError::TooDeep;
+        const int count = g_mime_multipart_get_count(multipart);
+        LoadError error = LoadError::None;
+        for (int i = 0; i < count && error == LoadError::None; ++i) {
+            GMimeObject* part = g_mime_multipart_get_part(multipart, i);
+            error = IsLeaf(part) ? Add(part) : Collect(GMIME_MULTIPART(part), depth + 1);
+        }
+        return error;
+    }
+
+private:
+    LoadError Add(GMimeObject* part) {
+        Fields fields;
+        AddFields(part, fields);
+        fieldCount_ += fields.size();
+        if (fieldCount_ > static_cast<size_t>(kMaximumFields))
+            return LoadError::TooManyFields;
+        if (parts_.size() >= static_cast<size_t>(kMaximumParts))
+            return LoadError::TooManyParts;
+        parts_.push_back(MakePart(part, fields));
+        return LoadError::None;
+    }
+
+    std::vector<MessagePart>& parts_;
+    size_t fieldCount_;
+};
+
+ParsedMessage TakeApart(GMimeMessage* message) {
+    ParsedMessage parsed;
+    const Fields fields = MessageFields(message);
+    if (fields.size() > static_cast<size_t>(kMaximumFields))
+        return {LoadError::TooManyFields, {}, {}};
+    parsed.headers = DecodeFields(fields);
+    GMimeObject* body = g_mime_message_get_mime_part(message);
+    if (body == nullptr)
+        return parsed;
+    if (!IsLeaf(body)) {
+        const LoadError error = LeafCollector(parsed.parts, fields.size()).Collect(GMIME_MULTIPART(body), 1);
+        if (error != LoadError::None)
+            return {error, {}, {}};
+    } else if (!IsBodyless(body)) {
+        parsed.parts.push_back(MakePart(body, fields));
+    }
+    return parsed;
+}
+
+GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
+    StartGMime();
+    const OptionsPtr options(g_mime_parser_options_new());
+    // For parameters such as file names, which GMime decodes itself, undeclared text has the same meaning as elsewhere.
+    const char* fallback[] = {"utf-8", "windows-1252", nullptr};
+    g_mime_parser_options_set_fallback_charsets(options.get(), fallback);
+    const GMimePtr<GMimeStream> stream(
+        g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<size_t>(bytes.size())));
+    const GMimePtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+    return GMimePtr<GMimeMessage>(g_mime_parser_construct_message(parser.get(), options.get()));
+}
+
+} // namespace
+
+ParsedMessage ParseMessage(const QByteArray& bytes) {
+    if (bytes.isEmpty())
+        return {LoadError::Empty, {}, {}};
+    // What a message is, the scanner decides: the list and the structure tree must agree on it.
+    HeaderScanner scanner;
+    const QByteArrayView block = QByteArrayView(bytes).first(std::min(bytes.size(), kMaximumHeaderBytes));
+    switch (scanner.Scan(block, bytes.size() <= kMaximumHeaderBytes)) {
+    case HeaderScanner::Result::NoMessage:
+        return {LoadError::NoHeaderField, {}, {}};
+    case HeaderScanner::Result::NeedsMore:
+        return {LoadError::HeaderTooLarge, {}, {}};
+    case HeaderScanner::Result::Complete:
+        break;
+    }
+    QByteArray input = bytes.sliced(scanner.HeaderStart());
+    // GMime gives up on a file that ends within a field name; with a blank line it takes what came before.
+    if (scanner.HeaderEnd() == bytes.size())
+        input.append(input.endsWith('\n') ? "\n" : "\n\n");
+    // GMime's texts end at a NUL; another control byte in its place keeps the rest of the value.
+    std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
+    const GMimePtr<GMimeMessage> message = RunParser(input);
+    if (message == nullptr)
+        return {LoadError::NoHeaderField, {}, {}};
+    return TakeApart(message.get());
+}
+
+} // namespace quellbox

@@ -1,0 +1,35 @@
+#include "mail/PartContent.h"
+
+#include "mail/Charset.h"
+
+namespace quellbox {
+
+namespace {
+
+QString WithCrlf(const QString& text) {
+    QString out;
+    out.reserve(text.size() + text.count(u'\n'));
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text[i];
+        if (unit == u'\r' || unit == u'\n') {
+            out += u'\r';
+            out += u'\n';
+            if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
+                ++i;
+        } else {
+            out += unit;
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset) {
+    QString text = charset.trimmed().isEmpty() ? DecodeUndeclared(bytes) : DecodeCharset(bytes, charset);
+    if (text.startsWith(QChar(0xFEFF)))
+        text.remove(0, 1);
+    return WithCrlf(text);
+}
+
+} // namespace quellbox
