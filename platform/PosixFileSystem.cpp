@@ -45,6 +45,12 @@ bool Look(const QString& path, struct stat& status) {
     return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
 }
 
+/// True when a rename of an existing file can have failed so only because of the new name or its folder.
+bool ConcernsTarget(int error) {
+    return error == EEXIST || error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ENOSPC ||
+           error == EDQUOT;
+}
+
 class PosixFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
@@ -104,15 +110,12 @@ public:
         if (!S_ISREG(status.st_mode)) {
             ThrowFileError(from, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
         }
-        switch (const int error = RenameNoReplace(source, target)) {
-        case 0:
-            return;
-        case EXDEV:
+        const int error = RenameNoReplace(source, target);
+        if (error == EXDEV) {
             return MoveByCopy(from, to);
-        case EEXIST:
-            ThrowFileError(to, error);
-        default:
-            ThrowFileError(from, error);
+        }
+        if (error != 0) {
+            ThrowFileError(ConcernsTarget(error) ? to : from, error);
         }
     }
 
