@@ -1,0 +1,148 @@
+#include "app/MessageListView.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace quellbox {
+
+namespace {
+
+/// Draws unread rows bold.
+class UnreadDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->font.setBold(index.data(MessageListModel::unreadRole).toBool());
+    }
+};
+
+} // namespace
+
+MessageListView::MessageListView(QWidget* parent) : QTreeView(parent) {
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setTextElideMode(Qt::ElideRight);
+    setItemDelegate(new UnreadDelegate(this));
+    header()->setSectionsClickable(true);
+    header()->setSectionsMovable(false);
+    header()->setStretchLastSection(false);
+    header()->setMinimumSectionSize(0);
+}
+
+void MessageListView::setModel(QAbstractItemModel* model) {
+    QTreeView::setModel(model);
+    header()->setSectionHidden(ColumnBytes, true);
+    FitColumns();
+}
+
+std::vector<RowRange> MessageListView::SelectedRanges() const {
+    std::vector<RowRange> ranges;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        ranges.push_back({range.top(), range.bottom()});
+    }
+    std::sort(ranges.begin(), ranges.end(),
+              [](const RowRange& left, const RowRange& right) { return left.first < right.first; });
+    std::vector<RowRange> merged;
+    for (const RowRange& range : ranges) {
+        if (merged.empty() || range.first > merged.back().last + 1) {
+            merged.push_back(range);
+        } else {
+            merged.back().last = std::max(merged.back().last, range.last);
+        }
+    }
+    return merged;
+}
+
+void MessageListView::SelectOnly(int row) {
+    const QModelIndex index = model()->index(row, 0);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(index);
+}
+
+void MessageListView::FitColumns() {
+    if (model() == nullptr) {
+        return;
+    }
+    // The system's icon width, of which half is added to the sample texts.
+    constexpr int halfIcon = 32 / 2;
+    const QFontMetrics metrics(window()->font());
+    const int dateWidth = metrics.horizontalAdvance(QStringLiteral("2004-09-30 23:59:59XX")) + halfIcon;
+    const int sizeWidth = metrics.horizontalAdvance(QStringLiteral("  999999 ")) + halfIcon;
+    const int sclWidth = metrics.horizontalAdvance(QStringLiteral(" 9 99.99 ")) + halfIcon;
+    const int rest = width() - ColumnCount - verticalScrollBar()->sizeHint().width() - dateWidth - sizeWidth - sclWidth;
+    const int share = std::abs(rest) / (ColumnCount - 4);
+    header()->resizeSection(ColumnDate, dateWidth);
+    header()->resizeSection(ColumnTo, share);
+    header()->resizeSection(ColumnFrom, share);
+    header()->resizeSection(ColumnSubject, share);
+    header()->resizeSection(ColumnSize, sizeWidth);
+    header()->resizeSection(ColumnScl, sclWidth);
+    header()->setSectionHidden(ColumnBytes, true);
+}
+
+int MessageListView::ColumnAt(int x) const {
+    const int section = header()->logicalIndexAt(x);
+    return section < 0 ? int{ColumnScl} : section;
+}
+
+void MessageListView::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT MouseDown(event->button(), event->modifiers(), event->position().toPoint().x());
+    QTreeView::mousePressEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.isValid()) {
+        Q_EMIT ItemClick(index.row());
+    }
+}
+
+void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
+    QTreeView::mouseReleaseEvent(event);
+    Q_EMIT MouseUp(event->modifiers());
+}
+
+void MessageListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTreeView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) {
+        Q_EMIT ViewRequested();
+    }
+}
+
+void MessageListView::keyPressEvent(QKeyEvent* event) {
+    Q_EMIT KeyDown(event->key());
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isSpace = event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier;
+    if (isEnter || isSpace) {
+        Q_EMIT ViewRequested();
+        return;
+    }
+    const QModelIndex before = currentIndex();
+    QTreeView::keyPressEvent(event);
+    if (currentIndex().isValid() && currentIndex() != before) {
+        Q_EMIT ItemClick(currentIndex().row());
+    }
+}
+
+void MessageListView::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard || !currentIndex().isValid()) {
+        return;
+    }
+    const QRect cell = visualRect(currentIndex());
+    Q_EMIT ContextMenuByKey(viewport()->mapToGlobal(cell.bottomLeft()));
+}
+
+} // namespace quellbox

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "messages/SelectionStatus.h"
+
+#include <QTreeView>
+
+namespace quellbox {
+
+/// The message list: full rows, several selectable, unread ones bold. It turns Qt's events into those that the window
+/// handles.
+class MessageListView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit MessageListView(QWidget* parent);
+
+    void setModel(QAbstractItemModel* model) override;
+
+    /// The selected rows as ascending ranges without overlap.
+    std::vector<RowRange> SelectedRanges() const;
+
+    /// Selects one row alone and makes it the current one.
+    void SelectOnly(int row);
+
+    /// Gives the columns their widths: date, size and confidence by sample texts, the rest in equal shares.
+    void FitColumns();
+
+    /// Sub-item index of the column at a horizontal position in pixels.
+    int ColumnAt(int x) const;
+
+Q_SIGNALS:
+    /// A mouse button goes down; Qt has not handled it yet.
+    void MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x);
+    void MouseUp(Qt::KeyboardModifiers modifiers);
+    void KeyDown(int key);
+    /// Enter or Space was typed.
+    void ViewRequested();
+    /// A row was clicked, or reached with the keyboard.
+    void ItemClick(int row);
+    /// The keyboard asks for the context menu at a point of the screen.
+    void ContextMenuByKey(QPoint screen);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+};
+
+} // namespace quellbox

@@ -1,0 +1,114 @@
+#include "app/StatusBarView.h"
+
+#include "settings/Placement.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace quellbox {
+
+namespace {
+
+constexpr int infoWidth = 11906;  // twips
+constexpr int narrowWidth = 2540; // twips
+
+} // namespace
+
+StatusPanelView::StatusPanelView(const QString& key, QWidget* parent) : QLabel(parent) {
+    setObjectName(QStringLiteral("stbBottom_") + key);
+    setProperty("key", key);
+    setTextFormat(Qt::PlainText);
+    setFrameShape(QFrame::NoFrame);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setContentsMargins(4, 1, 4, 1);
+}
+
+void StatusPanelView::Show(const StatusPanel& panel) {
+    setText(panel.text);
+    // A tool tip that looks like markup would be drawn as such; texts of messages must not be.
+    setToolTip(panel.toolTip.isEmpty() ? QString() : panel.toolTip.toHtmlEscaped());
+}
+
+void StatusPanelView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+}
+
+void StatusPanelView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
+        Q_EMIT Clicked();
+    }
+}
+
+StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
+    : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), this)),
+      size_(new StatusPanelView(QStringLiteral("size"), this)),
+      count_(new StatusPanelView(QStringLiteral("count"), this)), prbFiles(new QProgressBar(this)) {
+    setObjectName(QStringLiteral("stbBottom"));
+    setSizeGripEnabled(true);
+    prbFiles->setObjectName(QStringLiteral("prbFiles"));
+    prbFiles->setAccessibleName(tr("Progress"));
+    prbFiles->setTextVisible(false);
+    prbFiles->hide();
+    const int sampleWidth = fontMetrics().horizontalAdvance(QStringLiteral("00 messages (just today)XX"));
+    info_->setMinimumWidth(ToPixels(narrowWidth));
+    for (StatusPanelView* panel : {size_, count_}) {
+        panel->setMinimumWidth(std::max(ToPixels(narrowWidth), sampleWidth));
+    }
+    addWidget(info_, ToPixels(infoWidth));
+    addWidget(size_, ToPixels(narrowWidth));
+    addWidget(count_, ToPixels(narrowWidth));
+    for (StatusPanelView* panel : {info_, size_, count_}) {
+        connect(panel, &StatusPanelView::Clicked, this,
+                [this, panel] { Q_EMIT PanelClick(panel->property("key").toString()); });
+    }
+    panels_.SetSize({}, tr("Last screen update"));
+    count_->setToolTip(tr("Number of archived files"));
+    connect(&panels_, &StatusPanels::Changed, this, &StatusBarView::ShowLater);
+    ShowNow();
+}
+
+void StatusBarView::ShowFileProgress(bool show, int maximum) {
+    if (!show || maximum < 1) {
+        prbFiles->hide();
+        return;
+    }
+    prbFiles->setRange(0, maximum);
+    prbFiles->setValue(0);
+    PlaceProgress();
+    prbFiles->show();
+    prbFiles->raise();
+}
+
+void StatusBarView::resizeEvent(QResizeEvent* event) {
+    QStatusBar::resizeEvent(event);
+    PlaceProgress();
+}
+
+// A pass writes to the panels thousands of times; they are painted once per turn of the event loop.
+void StatusBarView::ShowLater() {
+    if (showIsDue_) {
+        return;
+    }
+    showIsDue_ = true;
+    QMetaObject::invokeMethod(this, &StatusBarView::ShowNow, Qt::QueuedConnection);
+}
+
+void StatusBarView::ShowNow() {
+    showIsDue_ = false;
+    info_->Show(panels_.Info());
+    size_->Show(panels_.Size());
+    count_->setText(panels_.Count().text);
+}
+
+void StatusBarView::PlaceProgress() {
+    const QRect panel = size_->geometry();
+    prbFiles->setGeometry(panel.left() + ToPixels(10), ToPixels(40), panel.width() - ToPixels(20),
+                          height() - ToPixels(60));
+}
+
+} // namespace quellbox

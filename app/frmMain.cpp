@@ -1,0 +1,134 @@
+#include "app/frmMain.h"
+
+#include "app/MessageListView.h"
+#include "app/StatusBarView.h"
+#include "archive/RefreshTimer.h"
+#include "settings/Placement.h"
+#include "settings/SettingsTable.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QIcon>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScreen>
+
+namespace quellbox {
+
+frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
+    LoadSettings();
+    tmrRefresh = new QTimer(this);
+    tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
+    CreateMenus();
+    CreateToolbars();
+    CreatePanes();
+    ConnectList();
+    ApplySettings();
+    connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
+    tmrRefresh->start(firstTickMs);
+    qApp->installEventFilter(this);
+}
+
+frmMain::~frmMain() {
+    qApp->removeEventFilter(this);
+}
+
+void frmMain::LoadSettings() {
+    state_.FilterCaptions = MakeFilterCaptions();
+    loadErrors_ = quellbox::LoadSettings(ports_.store, ports_.programDirectory, state_);
+    state_.UserName = ports_.shell.UserName();
+}
+
+void frmMain::ApplySettings() {
+    SetMenuPictures();
+    RestoreWindowPlacement();
+    UpdateMainCaption();
+    const bool filterPressed = state_.FilterDays != 0 && state_.FilterMessages != 0;
+    buttons_[QStringLiteral("filter")]->setChecked(filterPressed);
+    state_.ActiveFilterDays = filterPressed ? QString::number(state_.FilterDays) : QStringLiteral("0");
+    buttons_[QStringLiteral("attachment")]->setChecked(state_.ContentsAttachment != 0);
+    buttons_[QStringLiteral("collapse")]->setChecked(state_.ContentsCollapse != 0);
+    mnuViewStatus->setChecked(state_.StatusBar);
+    mnuViewToolbar->setChecked(state_.Toolbar);
+    mnuViewContents->setChecked(state_.Contents);
+    mnuViewHide->setChecked(state_.HideMinimized);
+    mnuViewBulk->setChecked(state_.BulkMode);
+    mnuViewFormat->setChecked(true);
+    LayOut();
+    ShowSortArrow();
+    UpdateSelectionStatus();
+    if (!loadErrors_.isEmpty()) {
+        // The box comes with the first turn of the event loop, above the window.
+        QTimer::singleShot(0, this, [this] { ReportError(loadErrors_.join(QStringLiteral("\n\n"))); });
+    }
+}
+
+void frmMain::RestoreWindowPlacement() {
+    const QSize available = screen()->size();
+    const Placement placement = ComputePlacement(ReadPlacement(ports_.store, objectName()), ToTwips(available.width()),
+                                                 ToTwips(available.height()));
+    setGeometry(ToPixels(placement.left), ToPixels(placement.top), ToPixels(placement.width),
+                ToPixels(placement.height));
+    if (placement.windowState == 1) {
+        setWindowState(Qt::WindowMinimized);
+    } else if (placement.windowState == 2) {
+        setWindowState(Qt::WindowMaximized);
+    }
+}
+
+void frmMain::SaveWindowPlacement() {
+    const int windowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
+    const QRect rectangle = geometry();
+    WritePlacement(ports_.store, objectName(),
+                   {windowState, ToTwips(rectangle.left()), ToTwips(rectangle.top()), ToTwips(rectangle.width()),
+                    ToTwips(rectangle.height())});
+}
+
+void frmMain::UpdateMainCaption() {
+    setWindowTitle(QStringLiteral("Quellbox - ") + state_.ArchiveDir);
+}
+
+void frmMain::SaveAllSettings() {
+    SaveWindowPlacement();
+    state_.FilterMessages = buttons_[QStringLiteral("filter")]->isChecked() ? 1 : 0;
+    state_.ContentsAttachment = buttons_[QStringLiteral("attachment")]->isChecked() ? 1 : 0;
+    state_.ContentsCollapse = buttons_[QStringLiteral("collapse")]->isChecked() ? 1 : 0;
+    state_.StatusBar = mnuViewStatus->isChecked();
+    state_.Toolbar = mnuViewToolbar->isChecked();
+    state_.HideMinimized = mnuViewHide->isChecked();
+    state_.BulkMode = mnuViewBulk->isChecked();
+    state_.Contents = mnuViewContents->isChecked();
+    // While a pane is hidden its splitter tells nothing; what showing it would restore is kept instead.
+    state_.Whole = ToTwips(mnuViewContents->isChecked() ? splWhole->sizes().value(0) : listPaneSize_);
+    state_.Bottom = ToTwips(mnuViewFormat->isChecked() && mnuViewContents->isChecked() ? splBottom->sizes().value(0)
+                                                                                       : treePaneSize_);
+    SaveSettings(ports_.store, state_);
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    closing_ = true;
+    tmrRefresh->stop();
+    if (pass_) {
+        pass_->Cancel();
+    }
+    if (!isMinimized()) {
+        Guarded([this] { SaveAllSettings(); });
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void frmMain::ReportError(const QString& text) {
+    const bool ticking = tmrRefresh->isActive();
+    tmrRefresh->stop();
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quellbox"), text, QMessageBox::Ok, this);
+    box.setObjectName(QStringLiteral("msgError"));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+    if (ticking && !closing_) {
+        tmrRefresh->start();
+    }
+}
+
+} // namespace quellbox

@@ -1,0 +1,202 @@
+#pragma once
+
+#include "archive/RefreshPass.h"
+#include "messages/SortState.h"
+#include "platform/RuntimeError.h"
+#include "platform/Shell.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
+
+#include <optional>
+
+namespace quellbox {
+
+class MessageListView;
+class StatusBarView;
+
+/// The ports that the main window works with; they outlive it.
+struct MainPorts {
+    FileSystem& files;
+    SettingsStore& store;
+    const Clock& clock;
+    const Shell& shell;
+    QThreadPool& pool;
+    QString programDirectory; ///< ends with a separator
+};
+
+/// The main window. It owns the program's state and hands events to the stages behind it.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit frmMain(MainPorts ports);
+    ~frmMain() override;
+
+    /// One refresh pass; a full one when `LastAddedFile` is empty. Does nothing while a pass runs.
+    void RefreshArchive(bool markNew);
+
+    /// The Refresh command: a full refresh with the current filter.
+    void mnuAcRefresh_Click();
+
+    /// Counts the selection, fills the panels and sets what is enabled. Returns the number of selected rows.
+    qint16 UpdateSelectionStatus();
+
+    /// Deselects every row and empties the contents panes.
+    void ClearSelection();
+
+    /// Enters or leaves the busy state around a long operation of `maximum` steps.
+    void SetBusy(bool busy, int maximum);
+
+    /// Writes every setting back to the store.
+    void SaveAllSettings();
+
+    AppState& State() { return state_; }
+    MessageListModel& Messages() { return model_; }
+    StatusPanels& Panels() { return panels_; }
+
+Q_SIGNALS:
+    /// A refresh pass has ended.
+    void Refreshed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    // frmMain.cpp: creation, loading, unloading
+    void LoadSettings();
+    void ApplySettings();
+    void RestoreWindowPlacement();
+    void SaveWindowPlacement();
+    void UpdateMainCaption();
+    void ReportError(const QString& text);
+    template <class Handler>
+    void Guarded(Handler handler);
+
+    // frmMainMenus.cpp
+    void CreateMenus();
+    void CreateToolbars();
+    QAction* AddEntry(QMenu* menu, const char* name, const QString& caption, const QString& shortcut = {});
+    void AddBar(QMenu* menu, const char* name);
+    QAction* AddButton(QToolBar* bar, const char* key, const QString& toolTip, bool twoState);
+    void SetCommandEnabled(QAction* command, bool enabled);
+    void WithoutCode(std::initializer_list<QAction*> commands);
+    void SetMenuPictures();
+
+    // frmMainLayout.cpp
+    void CreatePanes();
+    void LayOut();
+    void ShowContentsBand();
+    void mnuViewContents_Click();
+    void mnuViewFormat_Click();
+    void mnuViewToolbar_Click();
+    void mnuViewStatus_Click();
+    void mnuView_Click();
+    void splWhole_Moved();
+    void splBottom_Moved();
+    void FormKeyDown(int key);
+
+    // frmMainList.cpp
+    void ConnectList();
+    void lvwMessages_ColumnClick(int column);
+    void lvwMessages_ItemClick(int row);
+    void lvwMessages_KeyDown();
+    void lvwMessages_KeyPress();
+    void lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x);
+    void lvwMessages_MouseUp(Qt::KeyboardModifiers modifiers);
+    void PopUpMessageMenu(QPoint screen);
+    void ShowSortArrow();
+    void ReadMessageHeaders(int row);
+    void mnuEdit_Click();
+    void mnuEditSelectAll_Click();
+    void MarkSelected(bool unread);
+    void mnuEditMarkAllRead_Click();
+
+    // frmMainRefresh.cpp
+    void tmrRefresh_Timer();
+    void FirstTick();
+    void SetRefreshInterval();
+    void ClearMessageView();
+    void ClearContents();
+    void ShowFileProgress(bool show, int maximum);
+    void mnuViewBulk_Click();
+    void tlbMessages_ButtonClick(const QString& key);
+    void FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead);
+    void SortList();
+
+    MainPorts ports_;
+    AppState state_;
+    MessageListModel model_;
+    StatusPanels panels_;
+    SortState sort_;
+    QStringList loadErrors_; // reported once the window is shown
+    bool busy_ = false;
+    bool closing_ = false;
+    std::optional<RefreshPass> pass_;
+    bool LoadOnItemClick = false;
+    Qt::MouseButton LastMouseButton = Qt::NoButton;
+    int ClickedColumn = 0;
+    int listPaneSize_ = 0; // pixels; what "Message contents" restores
+    int treePaneSize_ = 0; // pixels; what "Format layout" restores
+    QList<QAction*> withoutCode_;
+
+    MessageListView* lvwMessages = nullptr;
+    QTreeWidget* trvMessage = nullptr;
+    QPlainTextEdit* rtfRaw = nullptr;
+    QSplitter* splWhole = nullptr;
+    QSplitter* splBottom = nullptr;
+    QWidget* clbLeft = nullptr;
+    QToolBar* tlbMessages = nullptr;
+    QToolBar* tlbContents = nullptr;
+    StatusBarView* stbBottom = nullptr;
+    QTimer* tmrRefresh = nullptr;
+
+    QMenu* mnuFile = nullptr;
+    QMenu* mnuEdit = nullptr;
+    QMenu* mnuView = nullptr;
+    QMenu* mnuActions = nullptr;
+    QMenu* mnuTools = nullptr;
+    QMenu* mnuHelp = nullptr;
+    QMenu* mnuMessage = nullptr;
+    QMenu* mnuTray = nullptr;
+    QAction* mnuEditFindNext = nullptr;
+    QAction* mnuViewBulk = nullptr;
+    QAction* mnuViewHide = nullptr;
+    QAction* mnuViewToolbar = nullptr;
+    QAction* mnuViewStatus = nullptr;
+    QAction* mnuViewContents = nullptr;
+    QAction* mnuViewFormat = nullptr;
+    QAction* mnuAcRefresh = nullptr;
+    QAction* mnuActionsDelete = nullptr;
+    QAction* mnuActionsUnblock = nullptr;
+    QAction* mnuActionsTolerate = nullptr;
+    QAction* mnuToolsOptions = nullptr;
+    QAction* mnuToolsCleansing = nullptr;
+    QAction* mnuMessageTolerate = nullptr;
+    QAction* mnuMessageView = nullptr;
+    QHash<QString, QAction*> buttons_; // of both toolbars, by key
+};
+
+/// Runs a handler so that a run-time error ends in a message box and the program goes on.
+template <class Handler>
+void frmMain::Guarded(Handler handler) {
+    try {
+        handler();
+    } catch (const RuntimeError& error) {
+        ReportError(error.Text());
+    } catch (const std::exception& error) {
+        ReportError(QString::fromUtf8(error.what()));
+    }
+}
+
+} // namespace quellbox

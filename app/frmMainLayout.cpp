@@ -1,0 +1,222 @@
+#include "app/frmMain.h"
+
+#include "app/MessageListView.h"
+#include "app/StatusBarView.h"
+#include "archive/RefreshTimer.h"
+#include "settings/Placement.h"
+
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quellbox {
+
+namespace {
+
+constexpr int smallestPane = 60; // pixels; list, contents and raw text
+constexpr int splitBarWidth = 5; // pixels
+
+} // namespace
+
+void frmMain::CreatePanes() {
+    lvwMessages = new MessageListView(this);
+    lvwMessages->setObjectName(QStringLiteral("lvwMessages"));
+    lvwMessages->setAccessibleName(tr("Messages"));
+    lvwMessages->setModel(&model_);
+    lvwMessages->setMinimumHeight(smallestPane);
+
+    trvMessage = new QTreeWidget(this);
+    trvMessage->setObjectName(QStringLiteral("trvMessage"));
+    trvMessage->setAccessibleName(tr("Message format layout"));
+    trvMessage->setToolTip(tr("Message format layout"));
+    trvMessage->setHeaderHidden(true);
+    trvMessage->setMinimumWidth(smallestPane);
+
+    rtfRaw = new QPlainTextEdit(this);
+    rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
+    rtfRaw->setAccessibleName(tr("Raw message contents"));
+    rtfRaw->setToolTip(tr("Raw message contents"));
+    rtfRaw->setReadOnly(true);
+    rtfRaw->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QFont fixed(QStringLiteral("Courier New"));
+    fixed.setStyleHint(QFont::Monospace);
+    rtfRaw->setFont(fixed);
+    rtfRaw->setMinimumWidth(smallestPane);
+
+    splBottom = new QSplitter(Qt::Horizontal, this);
+    splBottom->setObjectName(QStringLiteral("splBottom"));
+    splBottom->addWidget(trvMessage);
+    splBottom->addWidget(rtfRaw);
+    splBottom->setCollapsible(1, false);
+    splBottom->setMinimumHeight(smallestPane);
+
+    splWhole = new QSplitter(Qt::Vertical, this);
+    splWhole->setObjectName(QStringLiteral("splWhole"));
+    splWhole->addWidget(lvwMessages);
+    splWhole->addWidget(splBottom);
+    splWhole->setCollapsible(0, false);
+    for (QSplitter* splitter : {splWhole, splBottom}) {
+        splitter->setHandleWidth(splitBarWidth);
+        splitter->setStretchFactor(0, 0);
+        splitter->setStretchFactor(1, 1);
+    }
+
+    clbLeft = new QWidget(this);
+    clbLeft->setObjectName(QStringLiteral("clbLeft"));
+    auto* bands = new QVBoxLayout(clbLeft);
+    bands->setContentsMargins(0, 0, 0, 0);
+    bands->addWidget(tlbMessages);
+    bands->addWidget(tlbContents);
+    bands->addStretch();
+
+    auto* inside = new QWidget(this);
+    auto* across = new QHBoxLayout(inside);
+    across->setContentsMargins(0, 0, 0, 0);
+    across->setSpacing(0);
+    across->addWidget(clbLeft);
+    across->addWidget(splWhole, 1);
+    setCentralWidget(inside);
+
+    stbBottom = new StatusBarView(panels_, this);
+    setStatusBar(stbBottom);
+
+    listPaneSize_ = ToPixels(state_.Whole);
+    treePaneSize_ = ToPixels(state_.Bottom);
+    connect(splWhole, &QSplitter::splitterMoved, this, &frmMain::splWhole_Moved);
+    connect(splBottom, &QSplitter::splitterMoved, this, &frmMain::splBottom_Moved);
+}
+
+void frmMain::LayOut() {
+    clbLeft->setVisible(mnuViewToolbar->isChecked());
+    stbBottom->setVisible(mnuViewStatus->isChecked());
+    ShowContentsBand();
+    centralWidget()->layout()->activate();
+    const int height = std::max(splWhole->height(), 2 * smallestPane);
+    const int list = mnuViewContents->isChecked() ? std::min(listPaneSize_, height - smallestPane) : height;
+    splBottom->setMinimumHeight(mnuViewContents->isChecked() ? smallestPane : 0);
+    splWhole->setSizes({list, height - list});
+    const int width = std::max(splBottom->width(), 2 * smallestPane);
+    const int tree = mnuViewFormat->isChecked() ? treePaneSize_ : 0;
+    trvMessage->setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
+    splBottom->setSizes({tree, std::max(width - tree, 0)});
+    lvwMessages->FitColumns();
+}
+
+void frmMain::ShowContentsBand() {
+    tlbContents->setVisible(mnuViewContents->isChecked() && mnuViewFormat->isChecked());
+}
+
+void frmMain::mnuView_Click() {
+    SetCommandEnabled(mnuViewFormat, mnuViewContents->isChecked());
+}
+
+void frmMain::mnuViewContents_Click() {
+    if (!mnuViewContents->isChecked()) {
+        listPaneSize_ = splWhole->sizes().value(0);
+        if (mnuViewFormat->isChecked()) {
+            treePaneSize_ = splBottom->sizes().value(0);
+        }
+    }
+    LayOut();
+    const QModelIndex current = lvwMessages->currentIndex();
+    if (mnuViewContents->isChecked() && current.isValid()) {
+        lvwMessages->scrollTo(current);
+        lvwMessages_ItemClick(current.row());
+    }
+}
+
+void frmMain::mnuViewFormat_Click() {
+    if (!mnuViewFormat->isChecked()) {
+        treePaneSize_ = splBottom->sizes().value(0);
+    }
+    listPaneSize_ = mnuViewContents->isChecked() ? splWhole->sizes().value(0) : listPaneSize_;
+    LayOut();
+}
+
+void frmMain::mnuViewToolbar_Click() {
+    clbLeft->setVisible(mnuViewToolbar->isChecked());
+}
+
+void frmMain::mnuViewStatus_Click() {
+    stbBottom->setVisible(mnuViewStatus->isChecked());
+}
+
+void frmMain::splBottom_Moved() {
+    const int tree = splBottom->sizes().value(0);
+    mnuViewFormat->setChecked(tree > splitBarWidth);
+    mnuViewContents->setChecked(splWhole->sizes().value(1) > splitBarWidth);
+    if (mnuViewFormat->isChecked()) {
+        treePaneSize_ = tree;
+        trvMessage->setMinimumWidth(smallestPane);
+    }
+    ShowContentsBand();
+}
+
+void frmMain::splWhole_Moved() {
+    mnuViewContents->setChecked(splWhole->sizes().value(1) > splitBarWidth);
+    if (mnuViewContents->isChecked()) {
+        listPaneSize_ = splWhole->sizes().value(0);
+        splBottom->setMinimumHeight(smallestPane);
+    }
+    ShowContentsBand();
+}
+
+// Before the window is shown its panes have no sizes that could be divided.
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous()) {
+        layout()->activate();
+        LayOut();
+    }
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (isMinimized()) {
+        return;
+    }
+    state_.SavedWindowState = isMaximized() ? 2 : 0;
+    centralWidget()->layout()->activate();
+    lvwMessages->FitColumns();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::FontChange && lvwMessages != nullptr) {
+        lvwMessages->FitColumns();
+    }
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    const auto* widget = isKey ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (widget == nullptr || widget->window() != this) {
+        return QMainWindow::eventFilter(watched, event);
+    }
+    // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts.
+    if (event->type() == QEvent::ShortcutOverride) {
+        event->ignore();
+        return true;
+    }
+    if (widget->hasFocus()) {
+        FormKeyDown(static_cast<QKeyEvent*>(event)->key());
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
+void frmMain::FormKeyDown(int key) {
+    // The first refresh is not put off: its interval is how it is known.
+    if (tmrRefresh->isActive() && tmrRefresh->interval() != firstTickMs) {
+        SetRefreshInterval();
+    }
+    if (key == Qt::Key_Escape) {
+        state_.FindText.clear();
+        Guarded([this] { ClearSelection(); });
+    }
+}
+
+} // namespace quellbox

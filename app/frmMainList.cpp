@@ -1,0 +1,163 @@
+#include "app/frmMain.h"
+
+#include "app/MessageListView.h"
+#include "app/StatusBarView.h"
+#include "archive/MessageHeaders.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QIcon>
+#include <QMenu>
+
+namespace quellbox {
+
+void frmMain::ConnectList() {
+    const auto guarded = [this](auto method) {
+        return [this, method](auto... arguments) { Guarded([&] { (this->*method)(arguments...); }); };
+    };
+    connect(lvwMessages->header(), &QHeaderView::sectionClicked, this, guarded(&frmMain::lvwMessages_ColumnClick));
+    connect(lvwMessages, &MessageListView::ItemClick, this, guarded(&frmMain::lvwMessages_ItemClick));
+    connect(lvwMessages, &MessageListView::KeyDown, this, [this] { lvwMessages_KeyDown(); });
+    connect(lvwMessages, &MessageListView::ViewRequested, this, guarded(&frmMain::lvwMessages_KeyPress));
+    connect(lvwMessages, &MessageListView::MouseDown, this, guarded(&frmMain::lvwMessages_MouseDown));
+    connect(lvwMessages, &MessageListView::MouseUp, this, guarded(&frmMain::lvwMessages_MouseUp));
+    connect(lvwMessages, &MessageListView::ContextMenuByKey, this, &frmMain::PopUpMessageMenu);
+}
+
+void frmMain::ShowSortArrow() {
+    for (int column = 0; column < ColumnCount; ++column) {
+        const QString picture = column == sort_.SortColumn ? sort_.ArrowKey() : QStringLiteral("blank");
+        const QIcon icon(QStringLiteral(":/icons/%1.svg").arg(picture));
+        model_.setHeaderData(column, Qt::Horizontal, icon, Qt::DecorationRole);
+    }
+}
+
+void frmMain::SortList() {
+    model_.sort(sort_.SortKey(), sort_.order);
+}
+
+void frmMain::lvwMessages_ColumnClick(int column) {
+    if (model_.Count() == 0 || busy_) {
+        return;
+    }
+    sort_.Click(column);
+    ShowSortArrow();
+    SortList();
+    const QModelIndex current = lvwMessages->currentIndex();
+    if (!current.isValid() || !lvwMessages->selectionModel()->isRowSelected(current.row())) {
+        lvwMessages->selectionModel()->setCurrentIndex(model_.index(0, 0), QItemSelectionModel::NoUpdate);
+    }
+    lvwMessages->scrollTo(lvwMessages->currentIndex());
+}
+
+void frmMain::lvwMessages_ItemClick(int row) {
+    if (model_.Row(row).cells[ColumnTo].isEmpty() && mnuViewBulk->isChecked()) {
+        ReadMessageHeaders(row);
+    }
+    if (LoadOnItemClick) {
+        UpdateSelectionStatus();
+    }
+    if (LastMouseButton == Qt::RightButton) {
+        PopUpMessageMenu(QCursor::pos());
+    }
+}
+
+void frmMain::ReadMessageHeaders(int row) {
+    MessageRow contents = model_.Row(row);
+    FillRow(contents, ReadHeaderFields(ports_.files, state_.ArchiveDir + contents.key));
+    state_.strXSender = contents.tag;
+    model_.Update(row, std::move(contents));
+}
+
+void frmMain::PopUpMessageMenu(QPoint screen) {
+    SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
+    mnuMessage->popup(screen);
+}
+
+void frmMain::lvwMessages_KeyDown() {
+    LoadOnItemClick = true;
+    LastMouseButton = Qt::NoButton;
+}
+
+void frmMain::lvwMessages_KeyPress() {
+    mnuMessageView->trigger();
+}
+
+void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x) {
+    constexpr auto modifierKeys = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
+    LastMouseButton = button;
+    LoadOnItemClick = (modifiers & modifierKeys) == Qt::NoModifier;
+    SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
+    ClickedColumn = lvwMessages->ColumnAt(x);
+}
+
+void frmMain::lvwMessages_MouseUp(Qt::KeyboardModifiers modifiers) {
+    if ((modifiers & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier)) != Qt::NoModifier) {
+        UpdateSelectionStatus();
+    }
+}
+
+qint16 frmMain::UpdateSelectionStatus() {
+    const QAction* filter = buttons_[QStringLiteral("filter")];
+    state_.SelectedCount = 0;
+    const SelectionStatus status =
+        ComputeSelectionStatus(model_, lvwMessages->SelectedRanges(), state_, filter->isChecked());
+    state_.SelectedCount = status.SelectedCount;
+    mnuEdit->menuAction()->setEnabled(status.hasRows);
+    if (status.hasRows) {
+        panels_.SetInfo(status.info.text);
+        panels_.SetSize(status.size.text, status.size.toolTip);
+        panels_.SetCount(status.count);
+    }
+    for (auto button = buttons_.cbegin(); button != buttons_.cend(); ++button) {
+        SetCommandEnabled(button.value(), status.hasSelection);
+    }
+    SetCommandEnabled(buttons_[QStringLiteral("find")], status.hasRows);
+    SetCommandEnabled(buttons_[QStringLiteral("filter")], true);
+    SetCommandEnabled(buttons_[QStringLiteral("cleansing")], true);
+    SetCommandEnabled(buttons_[QStringLiteral("whitelist")], status.usesWhitelist);
+    SetCommandEnabled(buttons_[QStringLiteral("tolerate")], status.canTolerate);
+    SetCommandEnabled(mnuMessageTolerate, status.usesWhitelist);
+    return state_.SelectedCount;
+}
+
+void frmMain::ClearSelection() {
+    lvwMessages->clearSelection();
+    UpdateSelectionStatus();
+    ClearContents();
+    if (!isMinimized()) {
+        lvwMessages->setFocus();
+    }
+}
+
+void frmMain::mnuEdit_Click() {
+    SetCommandEnabled(mnuEditFindNext, !state_.FindText.isEmpty());
+}
+
+void frmMain::mnuEditSelectAll_Click() {
+    if (busy_) {
+        return;
+    }
+    SetBusy(true, model_.Count());
+    lvwMessages->selectAll();
+    SetBusy(false, 0);
+    UpdateSelectionStatus();
+    rtfRaw->clear();
+}
+
+void frmMain::MarkSelected(bool unread) {
+    if (busy_) {
+        return;
+    }
+    SetBusy(true, model_.Count());
+    for (const RowRange& range : lvwMessages->SelectedRanges()) {
+        model_.MarkRows(range.first, range.last, unread);
+    }
+    SetBusy(false, 0);
+}
+
+void frmMain::mnuEditMarkAllRead_Click() {
+    model_.MarkRows(0, model_.Count() - 1, false);
+}
+
+} // namespace quellbox

@@ -1,0 +1,160 @@
+#include "app/frmMain.h"
+
+#include "app/MessageListView.h"
+#include "app/StatusBarView.h"
+#include "archive/RefreshTimer.h"
+
+#include <QApplication>
+#include <QLocale>
+
+namespace quellbox {
+
+void frmMain::RefreshArchive(bool markNew) {
+    if (busy_ || pass_ || closing_) {
+        return;
+    }
+    ClearContents();
+    RefreshCallbacks callbacks;
+    callbacks.clearView = [this] { ClearMessageView(); };
+    callbacks.enterBusy = [this](int maximum) { SetBusy(true, maximum); };
+    callbacks.showProgress = [this](int value) { stbBottom->Progress().setValue(value); };
+    callbacks.runEvents = [] { QCoreApplication::processEvents(); };
+    pass_.emplace(RefreshPorts{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_, panels_,
+                  std::move(callbacks));
+    try {
+        const RefreshOutcome outcome = pass_->Run(markNew, mnuViewBulk->isChecked());
+        const bool lastMessageWasRead = pass_->LastMessageWasRead();
+        pass_.reset();
+        FinishRefresh(outcome, lastMessageWasRead);
+    } catch (...) {
+        pass_.reset();
+        FinishRefresh(RefreshOutcome::Cancelled, false);
+        throw;
+    }
+}
+
+void frmMain::FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead) {
+    if (closing_) {
+        return;
+    }
+    if (busy_) {
+        SetBusy(false, 0);
+    }
+    if (outcome == RefreshOutcome::Completed || outcome == RefreshOutcome::Cancelled) {
+        ClearSelection();
+    }
+    if (model_.Count() > 0 && lastMessageWasRead) {
+        lvwMessages->scrollTo(model_.index(0, 0));
+    }
+    panels_.SetSize(QLocale().toString(ports_.clock.Now(), QStringLiteral("dd-MMM hh:mm:ss")),
+                    tr("Time of last screen update"));
+    ShowFileProgress(false, 0);
+    Q_EMIT Refreshed();
+}
+
+void frmMain::mnuAcRefresh_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
+    tmrRefresh->stop();
+    state_.LastAddedFile.clear();
+    state_.ActiveFilterDays = QString::number(buttons_[QStringLiteral("filter")]->isChecked() ? state_.FilterDays : 0);
+    Guarded([this] { RefreshArchive(false); });
+    SetRefreshInterval();
+}
+
+void frmMain::tmrRefresh_Timer() {
+    if (busy_ || pass_) {
+        return;
+    }
+    switch (DecideTick(tmrRefresh->interval(), ports_.clock.Now().date(), model_.Count(), state_)) {
+    case TickAction::Nothing:
+        return;
+    case TickAction::FirstRefresh:
+        FirstTick();
+        return;
+    case TickAction::FullRefresh:
+        mnuAcRefresh_Click();
+        return;
+    case TickAction::RefillEmptyList:
+        state_.LastAddedFile.clear();
+        break;
+    case TickAction::IncrementalRefresh:
+        break;
+    }
+    Guarded([this] { RefreshArchive(true); });
+    SetRefreshInterval();
+}
+
+void frmMain::FirstTick() {
+    tmrRefresh->stop();
+    Guarded([this] {
+        RefreshArchive(false);
+        if (model_.Count() > 0 && !closing_) {
+            lvwMessages->SelectOnly(0);
+            LoadOnItemClick = true;
+            lvwMessages_ItemClick(0);
+        }
+    });
+    SetRefreshInterval();
+}
+
+void frmMain::SetRefreshInterval() {
+    const int interval = RefreshIntervalMs(state_.RefreshInterval);
+    if (interval == 0 || closing_) {
+        tmrRefresh->stop();
+        return;
+    }
+    tmrRefresh->start(interval);
+}
+
+void frmMain::SetBusy(bool busy, int maximum) {
+    if (!isVisible() || busy == busy_) {
+        busy_ = busy;
+        if (!busy) {
+            SortList();
+        }
+        return;
+    }
+    busy_ = busy;
+    lvwMessages->setEnabled(!busy);
+    if (busy) {
+        ShowFileProgress(true, maximum);
+        panels_.SetInfo(tr("Please wait till operation completes..."));
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        return;
+    }
+    SortList();
+    panels_.SetInfo(tr("Done"));
+    QApplication::restoreOverrideCursor();
+    ShowFileProgress(false, 0);
+    if (!isMinimized()) {
+        lvwMessages->setFocus();
+    }
+}
+
+void frmMain::ShowFileProgress(bool show, int maximum) {
+    stbBottom->ShowFileProgress(show, maximum);
+}
+
+void frmMain::ClearMessageView() {
+    model_.Clear();
+    ClearContents();
+}
+
+void frmMain::ClearContents() {
+    rtfRaw->clear();
+    trvMessage->clear();
+}
+
+void frmMain::mnuViewBulk_Click() {
+    mnuAcRefresh_Click();
+}
+
+void frmMain::tlbMessages_ButtonClick(const QString& key) {
+    if (key == QLatin1String("filter")) {
+        mnuAcRefresh_Click();
+    }
+}
+
+} // namespace quellbox

@@ -1,0 +1,81 @@
+#include "app/frmMain.h"
+
+#include "platform/LocalFileSystem.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QThreadPool>
+
+#include <cstdio>
+
+using namespace quellbox;
+
+namespace {
+
+// More threads than any reader count, so that those who wait for a share never hold up the listing.
+constexpr int mostThreads = 72;
+
+void PrintList(const MessageListModel& model) {
+    for (int row = 0; row < model.Count(); ++row) {
+        QStringList cells;
+        for (const int column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
+            cells.append(model.Row(row).cells[static_cast<size_t>(column)]);
+        }
+        std::printf("%s\n", cells.join(QLatin1Char('\t')).toUtf8().constData());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    QCoreApplication::setApplicationName(QStringLiteral("Quellbox"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUELLBOX_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quellbox"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QCoreApplication::translate(
+        "quellbox", "Look through the archive of a mail server's spam filter, and deliver what is no spam."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption printList(
+        QStringLiteral("print-list"),
+        QCoreApplication::translate("quellbox", "Print the list after the first refresh, and quit."));
+    const QCommandLineOption screenshot(
+        QStringLiteral("screenshot"),
+        QCoreApplication::translate("quellbox", "Save a picture of the window after the first refresh, and quit."),
+        QStringLiteral("file"));
+    parser.addOptions({printList, screenshot});
+    parser.process(application);
+
+    const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
+    const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.completeBaseName());
+    const Clock clock;
+    const Shell shell;
+    QThreadPool pool; // ends before the file system that its readers use
+    pool.setMaxThreadCount(mostThreads);
+
+    frmMain window({*files, *store, clock, shell, pool, program.absolutePath() + QDir::separator()});
+    int exitCode = 0;
+    if (parser.isSet(printList) || parser.isSet(screenshot)) {
+        const auto report = [&] {
+            if (parser.isSet(printList)) {
+                PrintList(window.Messages());
+            }
+            const QString file = parser.value(screenshot);
+            if (!file.isEmpty() && !window.grab().save(file)) {
+                std::fprintf(stderr, "Cannot write %s\n", qPrintable(file));
+                exitCode = 1;
+            }
+            window.close();
+        };
+        // The picture shows the first message selected, which happens right after the refresh.
+        QObject::connect(&window, &frmMain::Refreshed, &window, [&] { QTimer::singleShot(200, &window, report); });
+    }
+    window.show();
+    const int result = QApplication::exec();
+    return result != 0 ? result : exitCode;
+}

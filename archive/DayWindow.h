@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+namespace quellbox {
+
+/// The date filter: whether a file time (nanoseconds since 1970-01-01 UTC) lies fewer than `days` calendar-day
+/// boundaries from today. "0" lets every file pass.
+bool IsRecentFile(const QString& days, qint64 modifiedNs, QDate today);
+
+} // namespace quellbox

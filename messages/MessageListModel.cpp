@@ -1,0 +1,208 @@
+#include "messages/MessageListModel.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <numeric>
+
+namespace quellbox {
+
+namespace {
+
+// Above this number of separate ranges a view spends longer on the removals than on a reset.
+constexpr int mostRangesRemovedSingly = 32;
+
+constexpr std::array<const char*, ColumnCount> captions{
+    QT_TRANSLATE_NOOP("quellbox", "Date"), QT_TRANSLATE_NOOP("quellbox", "To"),
+    QT_TRANSLATE_NOOP("quellbox", "From"), QT_TRANSLATE_NOOP("quellbox", "Subject"),
+    QT_TRANSLATE_NOOP("quellbox", "Size"), QT_TRANSLATE_NOOP("quellbox", "Bytes"),
+    QT_TRANSLATE_NOOP("quellbox", "SCL%")};
+
+int AlignmentOf(int column) {
+    const bool right = column == ColumnSize || column == ColumnBytes;
+    return int{Qt::AlignVCenter} | int{right ? Qt::AlignRight : Qt::AlignLeft};
+}
+
+struct Range {
+    int first;
+    int last;
+};
+
+std::vector<Range> RangesOf(const std::vector<int>& rows) {
+    std::vector<Range> ranges;
+    for (const int row : rows) {
+        if (ranges.empty() || ranges.back().last + 1 != row) {
+            ranges.push_back({row, row});
+        } else {
+            ranges.back().last = row;
+        }
+    }
+    return ranges;
+}
+
+} // namespace
+
+int MessageListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : Count();
+}
+
+int MessageListModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int{ColumnCount};
+}
+
+QVariant MessageListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) {
+        return {};
+    }
+    const MessageRow& row = Row(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return row.cells[static_cast<size_t>(index.column())];
+    case Qt::TextAlignmentRole:
+        return AlignmentOf(index.column());
+    case unreadRole:
+        return row.unread;
+    case Qt::AccessibleTextRole:
+        return row.unread ? QCoreApplication::translate("quellbox", "%1, unread")
+                                .arg(row.cells[static_cast<size_t>(index.column())])
+                          : row.cells[static_cast<size_t>(index.column())];
+    default:
+        return {};
+    }
+}
+
+QVariant MessageListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount) {
+        return {};
+    }
+    switch (role) {
+    case Qt::DisplayRole:
+        return QCoreApplication::translate("quellbox", captions[static_cast<size_t>(section)]);
+    case Qt::TextAlignmentRole:
+        return AlignmentOf(section);
+    case Qt::DecorationRole:
+        return headerPictures_[static_cast<size_t>(section)];
+    default:
+        return {};
+    }
+}
+
+bool MessageListModel::setHeaderData(int section, Qt::Orientation orientation, const QVariant& value, int role) {
+    if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount || role != Qt::DecorationRole) {
+        return false;
+    }
+    headerPictures_[static_cast<size_t>(section)] = value;
+    Q_EMIT headerDataChanged(orientation, section, section);
+    return true;
+}
+
+int MessageListModel::RowOfKey(const QString& key) const {
+    if (rowOfKey_.isEmpty()) {
+        rowOfKey_.reserve(Count());
+        for (int row = 0; row < Count(); ++row) {
+            rowOfKey_.insert(Row(row).key, row);
+        }
+    }
+    return rowOfKey_.value(key, -1);
+}
+
+void MessageListModel::Clear() {
+    if (rows_.empty()) {
+        return;
+    }
+    beginResetModel();
+    rows_.clear();
+    rowOfKey_.clear();
+    endResetModel();
+}
+
+void MessageListModel::Append(std::vector<MessageRow> rows) {
+    if (rows.empty()) {
+        return;
+    }
+    beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
+    std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+    rowOfKey_.clear();
+    endInsertRows();
+}
+
+void MessageListModel::Update(int row, MessageRow contents) {
+    contents.key = Row(row).key;
+    rows_[static_cast<size_t>(row)] = std::move(contents);
+    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+void MessageListModel::Remove(const std::vector<int>& rows) {
+    if (rows.empty()) {
+        return;
+    }
+    rowOfKey_.clear();
+    const std::vector<Range> ranges = RangesOf(rows);
+    if (ranges.size() <= mostRangesRemovedSingly) {
+        for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
+            beginRemoveRows({}, range->first, range->last);
+            rows_.erase(rows_.begin() + range->first, rows_.begin() + range->last + 1);
+            endRemoveRows();
+        }
+        return;
+    }
+    beginResetModel();
+    size_t kept = 0;
+    auto removed = rows.begin();
+    for (size_t row = 0; row < rows_.size(); ++row) {
+        if (removed != rows.end() && static_cast<size_t>(*removed) == row) {
+            ++removed;
+            continue;
+        }
+        if (kept != row) {
+            rows_[kept] = std::move(rows_[row]);
+        }
+        ++kept;
+    }
+    rows_.resize(kept);
+    endResetModel();
+}
+
+void MessageListModel::MarkRows(int first, int last, bool unread) {
+    for (int row = first; row <= last; ++row) {
+        rows_[static_cast<size_t>(row)].unread = unread;
+    }
+    if (first <= last) {
+        Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
+    }
+}
+
+void MessageListModel::sort(int column, Qt::SortOrder order) {
+    const auto cell = static_cast<size_t>(column);
+    const auto precedes = [this, cell, order](int left, int right) {
+        const int compared = QString::compare(rows_[static_cast<size_t>(left)].cells[cell],
+                                              rows_[static_cast<size_t>(right)].cells[cell], Qt::CaseInsensitive);
+        return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
+    };
+    std::vector<int> sequence(rows_.size());
+    std::iota(sequence.begin(), sequence.end(), 0);
+    if (std::is_sorted(sequence.begin(), sequence.end(), precedes)) {
+        return;
+    }
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    std::stable_sort(sequence.begin(), sequence.end(), precedes);
+    std::vector<MessageRow> sorted;
+    sorted.reserve(rows_.size());
+    std::vector<int> newRow(rows_.size());
+    for (const int row : sequence) {
+        newRow[static_cast<size_t>(row)] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(rows_[static_cast<size_t>(row)]));
+    }
+    rows_ = std::move(sorted);
+    rowOfKey_.clear();
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex& old : before) {
+        after.append(index(newRow[static_cast<size_t>(old.row())], old.column()));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+} // namespace quellbox

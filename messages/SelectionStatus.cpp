@@ -1,0 +1,74 @@
+#include "messages/SelectionStatus.h"
+
+#include "messages/FormatSize.h"
+#include "platform/RuntimeError.h"
+
+#include <QCoreApplication>
+
+#include <limits>
+
+namespace quellbox {
+
+namespace {
+
+qint32 AddSize(qint32 total, const MessageRow& row) {
+    bool isNumber = false;
+    const QString& text = row.cells[ColumnSize];
+    const qint64 size = text.toLongLong(&isNumber);
+    if (!isNumber) {
+        throw TypeMismatchError(
+            QCoreApplication::translate("quellbox", "The size \"%1\" of %2 is not a number. Refresh the list.")
+                .arg(text, row.key));
+    }
+    const qint64 sum = total + size;
+    if (sum > std::numeric_limits<qint32>::max()) {
+        throw OverflowError(QCoreApplication::translate(
+            "quellbox", "Overflow: the selected messages hold 2 GiB or more. Select fewer messages."));
+    }
+    return static_cast<qint32>(sum);
+}
+
+QString CountText(const MessageListModel& model, const AppState& state, bool filtered) {
+    const QString count = QString::number(model.Count());
+    if (!filtered) {
+        return QCoreApplication::translate("quellbox", "%1 messages").arg(count);
+    }
+    const bool known = state.FilterDays >= 0 && state.FilterDays < static_cast<int>(state.FilterCaptions.size());
+    return known ? count + state.FilterCaptions[static_cast<size_t>(state.FilterDays)] : count;
+}
+
+} // namespace
+
+SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std::vector<RowRange>& selected,
+                                       const AppState& state, bool filtered) {
+    SelectionStatus status;
+    status.hasRows = model.Count() > 0;
+    status.usesWhitelist = state.TolerationLevel >= 1;
+    if (!status.hasRows) {
+        return status;
+    }
+    int count = 0;
+    qint32 total = 0;
+    for (const RowRange& range : selected) {
+        for (int row = range.first; row <= range.last; ++row) {
+            ++count;
+            total = AddSize(total, model.Row(row));
+        }
+    }
+    status.SelectedCount = static_cast<qint16>(count);
+    status.hasSelection = count > 0;
+    status.canTolerate = count == 1 && state.TolerationLevel > 0;
+    status.count = CountText(model, state, filtered);
+    if (count == 0) {
+        status.info.text = state.ArchiveDir;
+    } else if (count == 1) {
+        status.info.text = model.Row(selected.front().first).key;
+        status.size = {FormatSize(total), QCoreApplication::translate("quellbox", "Size of selected messages")};
+    } else {
+        status.info.text = QCoreApplication::translate("quellbox", "%1 selected").arg(count);
+        status.size = {FormatSize(total), QCoreApplication::translate("quellbox", "Total size of selected messages")};
+    }
+    return status;
+}
+
+} // namespace quellbox

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "messages/MessageListModel.h"
+#include "messages/StatusPanels.h"
+#include "settings/AppState.h"
+
+#include <vector>
+
+namespace quellbox {
+
+/// Rows `first` to `last` of the list.
+struct RowRange {
+    int first = 0;
+    int last = 0;
+};
+
+/// What counting the selection yields: the panel texts and which commands can be used.
+struct SelectionStatus {
+    qint16 SelectedCount = 0;
+    StatusPanel info;
+    StatusPanel size;
+    QString count;
+    bool hasRows = false;       ///< the Edit menu and "find"
+    bool hasSelection = false;  ///< the buttons that act on messages
+    bool canTolerate = false;   ///< the toolbar button "tolerate"
+    bool usesWhitelist = false; ///< the button "whitelist" and the context menu's "Tolerate"
+};
+
+/// Counts the selected rows and adds up their sizes. `selected` holds ascending ranges without overlap; `filtered`
+/// tells that the button "filter" is pressed. In an empty list the panel texts are left empty and are not to be shown.
+/// Throws OverflowError at 2 GiB and more, TypeMismatchError for a size that is no number.
+SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std::vector<RowRange>& selected,
+                                       const AppState& state, bool filtered);
+
+} // namespace quellbox
