@@ -1,5 +1,7 @@
 #include "messages/MessageListModel.h"
 
+#include "messages/SortKeys.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -121,14 +123,16 @@ void MessageListModel::Append(std::vector<MessageRow> rows) {
         return;
     }
     beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
-    std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+    for (MessageRow& row : rows) {
+        rows_.push_back(std::make_unique<MessageRow>(std::move(row)));
+    }
     rowOfKey_.clear();
     endInsertRows();
 }
 
 void MessageListModel::Update(int row, MessageRow contents) {
     contents.key = Row(row).key;
-    rows_[static_cast<size_t>(row)] = std::move(contents);
+    *rows_[static_cast<size_t>(row)] = std::move(contents);
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
@@ -165,7 +169,7 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
 
 void MessageListModel::MarkRows(int first, int last, bool unread) {
     for (int row = first; row <= last; ++row) {
-        rows_[static_cast<size_t>(row)].unread = unread;
+        rows_[static_cast<size_t>(row)]->unread = unread;
     }
     if (first <= last) {
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
@@ -173,10 +177,9 @@ void MessageListModel::MarkRows(int first, int last, bool unread) {
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
-    const auto cell = static_cast<size_t>(column);
-    const auto precedes = [this, cell, order](int left, int right) {
-        const int compared = QString::compare(rows_[static_cast<size_t>(left)].cells[cell],
-                                              rows_[static_cast<size_t>(right)].cells[cell], Qt::CaseInsensitive);
+    const SortKeys texts(rows_, static_cast<size_t>(column));
+    const auto precedes = [&texts, order](int left, int right) {
+        const int compared = texts.Compare(left, right);
         return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
     };
     std::vector<int> sequence(rows_.size());
@@ -186,7 +189,7 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
-    std::vector<MessageRow> sorted;
+    std::vector<std::unique_ptr<MessageRow>> sorted;
     sorted.reserve(rows_.size());
     std::vector<int> newRow(rows_.size());
     for (const int row : sequence) {
