@@ -22,7 +22,7 @@ Mutt::Mutt(const QString& folder, const QString& place) : place_(place) {
     const QDir maildir(place_ + QStringLiteral("/maildir"));
     Require(maildir.mkpath(QStringLiteral("new")) && maildir.mkpath(QStringLiteral("tmp")), "no folder for mutt");
     Require(QFile::link(folder.chopped(1), maildir.filePath(QStringLiteral("cur"))), "no link for mutt");
-    const QByteArray settings = "set mbox_type=Maildir move=no quit=yes confirmappend=no\n"
+    const QByteArray settings = "set mbox_type=Maildir move=no quit=yes sleep_time=0 confirmappend=no\n"
                                 "set folder=" +
                                 QFile::encodeName(place_) + "\n";
     Write(place_ + QStringLiteral("/plain.rc"), settings);

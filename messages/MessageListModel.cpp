@@ -3,9 +3,11 @@
 #include "messages/SortKeys.h"
 
 #include <QCoreApplication>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace quellbox {
 
@@ -40,6 +42,12 @@ std::vector<Range> RangesOf(const std::vector<int>& rows) {
         }
     }
     return ranges;
+}
+
+/// Another thread frees a long list, which takes longer than a window may stand still.
+void DestroyLater(std::vector<std::unique_ptr<MessageRow>> rows) {
+    auto unused = std::make_shared<std::vector<std::unique_ptr<MessageRow>>>(std::move(rows));
+    QThreadPool::globalInstance()->start([last = std::move(unused)]() mutable { last.reset(); });
 }
 
 } // namespace
@@ -113,7 +121,7 @@ void MessageListModel::Clear() {
         return;
     }
     beginResetModel();
-    rows_.clear();
+    DestroyLater(std::exchange(rows_, {}));
     rowOfKey_.clear();
     endResetModel();
 }
