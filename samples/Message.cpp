@@ -13,7 +13,7 @@ namespace quellbox::samples {
 namespace {
 
 constexpr qsizetype headerSize = 900;
-constexpr qsizetype attachmentThreshold = 16 * 1024;
+constexpr qsizetype attachmentThreshold = 16384;
 constexpr qsizetype smallestText = 120;
 
 /// The Date fields lie in the weeks before this moment (2026-03-15 12:00 UTC): were they near the present, the same
