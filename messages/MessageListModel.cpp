@@ -148,12 +148,12 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
     if (rows.empty()) {
         return;
     }
-    rowOfKey_.clear();
     const std::vector<Range> ranges = RangesOf(rows);
     if (ranges.size() <= mostRangesRemovedSingly) {
         for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
             beginRemoveRows({}, range->first, range->last);
             rows_.erase(rows_.begin() + range->first, rows_.begin() + range->last + 1);
+            rowOfKey_.clear(); // after every range, since a listener may look rows up between them
             endRemoveRows();
         }
         return;
@@ -172,6 +172,7 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         ++kept;
     }
     rows_.resize(kept);
+    rowOfKey_.clear();
     endResetModel();
 }
 
