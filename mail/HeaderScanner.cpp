@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace quellbox {
 
@@ -115,7 +116,7 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
         if (end < 0)
             return Result::NeedsMore;
         // The initials of the wanted names, in both cases: most lines need no closer look.
-        if (std::memchr("tfsxTFSX", first, 8) != nullptr)
+        if (std::string_view("tfsxTFSX").find(first) != std::string_view::npos)
             TakeField(bytes, end);
         position_ = end;
     }

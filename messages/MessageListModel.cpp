@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <ranges>
 #include <utility>
 
 namespace quellbox {
@@ -150,9 +151,9 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
     }
     const std::vector<Range> ranges = RangesOf(rows);
     if (ranges.size() <= mostRangesRemovedSingly) {
-        for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
-            beginRemoveRows({}, range->first, range->last);
-            rows_.erase(rows_.begin() + range->first, rows_.begin() + range->last + 1);
+        for (const Range& range : std::ranges::reverse_view(ranges)) {
+            beginRemoveRows({}, range.first, range.last);
+            rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
             rowOfKey_.clear(); // after every range, since a listener may look rows up between them
             endRemoveRows();
         }
