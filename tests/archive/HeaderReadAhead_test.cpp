@@ -142,7 +142,7 @@ TEST_F(HeaderReadAheadTest, OpensNothingInBulkMode) {
 }
 
 // Disabled: CleanseForDisplay() mixes positions of two buffers when a text that it has to change is shared.
-TEST_F(HeaderReadAheadTest, DISABLED_KeepsTheExactKeyOfANameThatIsUnfitForDisplay) {
+TEST_F(HeaderReadAheadTest, KeepsTheExactKeyOfANameThatIsUnfitForDisplay) {
     entries = {{u"odd\u202Ename.eml"_s, {5, 0}}};
     HeaderReadAhead rows = Rows(true);
     ASSERT_TRUE(rows.WaitForNext(20s));
