@@ -5,13 +5,13 @@
 #include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
+#include "settings/frmPlacement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QMessageBox>
-#include <QScreen>
 
 namespace quellbox {
 
@@ -43,7 +43,7 @@ void frmMain::LoadSettings() {
 
 void frmMain::ApplySettings() {
     SetMenuPictures();
-    RestoreWindowPlacement();
+    RestoreWindowPlacement(*this, ports_.store);
     UpdateMainCaption();
     const bool filterPressed = state_.FilterDays != 0 && state_.FilterMessages != 0;
     buttons_[QStringLiteral("filter")]->setChecked(filterPressed);
@@ -65,33 +65,12 @@ void frmMain::ApplySettings() {
     }
 }
 
-void frmMain::RestoreWindowPlacement() {
-    const QSize available = screen()->size();
-    const Placement placement = ComputePlacement(ReadPlacement(ports_.store, objectName()), ToTwips(available.width()),
-                                                 ToTwips(available.height()));
-    setGeometry(ToPixels(placement.left), ToPixels(placement.top), ToPixels(placement.width),
-                ToPixels(placement.height));
-    if (placement.windowState == 1) {
-        setWindowState(Qt::WindowMinimized);
-    } else if (placement.windowState == 2) {
-        setWindowState(Qt::WindowMaximized);
-    }
-}
-
-void frmMain::SaveWindowPlacement() {
-    const int windowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
-    const QRect rectangle = geometry();
-    WritePlacement(ports_.store, objectName(),
-                   {windowState, ToTwips(rectangle.left()), ToTwips(rectangle.top()), ToTwips(rectangle.width()),
-                    ToTwips(rectangle.height())});
-}
-
 void frmMain::UpdateMainCaption() {
     setWindowTitle(QStringLiteral("Quellbox - ") + state_.ArchiveDir);
 }
 
 void frmMain::SaveAllSettings() {
-    SaveWindowPlacement();
+    SaveWindowPlacement(*this, ports_.store);
     state_.FilterMessages = buttons_[QStringLiteral("filter")]->isChecked() ? 1 : 0;
     state_.ContentsAttachment = buttons_[QStringLiteral("attachment")]->isChecked() ? 1 : 0;
     state_.ContentsCollapse = buttons_[QStringLiteral("collapse")]->isChecked() ? 1 : 0;

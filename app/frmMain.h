@@ -76,8 +76,6 @@ private:
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
-    void RestoreWindowPlacement();
-    void SaveWindowPlacement();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
