@@ -23,7 +23,8 @@ QString CleanseForDisplay(QString text) {
     // Nearly every text is clean already; it is then passed on without a copy.
     const auto first = std::find_if(text.cbegin(), text.cend(), touched);
     if (first != text.cend()) {
-        auto out = text.begin() + (first - text.cbegin());
+        const auto clean = first - text.cbegin(); // before begin(), which moves a shared text elsewhere
+        auto out = text.begin() + clean;
         for (auto in = out; in != text.end(); ++in) {
             if (IsSpace(in->unicode()))
                 *out++ = u' ';
