@@ -25,6 +25,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
     CreateToolbars();
     CreatePanes();
     ConnectList();
+    ConnectContents();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     tmrRefresh->start(firstTickMs);
@@ -32,6 +33,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
 }
 
 frmMain::~frmMain() {
+    delete view_;
     qApp->removeEventFilter(this);
 }
 
@@ -92,6 +94,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     if (pass_) {
         pass_->Cancel();
     }
+    CloseViewer();
     if (!isMinimized()) {
         Guarded([this] { SaveAllSettings(); });
     }

@@ -57,6 +57,7 @@ void frmMain::lvwMessages_ItemClick(int row) {
     if (LoadOnItemClick) {
         UpdateSelectionStatus();
     }
+    ShowMessage(row);
     if (LastMouseButton == Qt::RightButton) {
         PopUpMessageMenu(QCursor::pos());
     }
@@ -71,6 +72,7 @@ void frmMain::ReadMessageHeaders(int row) {
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
     SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
+    SetCommandEnabled(mnuMessageView, state_.SelectedCount == 1);
     mnuMessage->popup(screen);
 }
 
@@ -80,7 +82,7 @@ void frmMain::lvwMessages_KeyDown() {
 }
 
 void frmMain::lvwMessages_KeyPress() {
-    mnuMessageView->trigger();
+    mnuMessageView_Click();
 }
 
 void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x) {
@@ -118,6 +120,7 @@ qint16 frmMain::UpdateSelectionStatus() {
     SetCommandEnabled(buttons_[QStringLiteral("whitelist")], status.usesWhitelist);
     SetCommandEnabled(buttons_[QStringLiteral("tolerate")], status.canTolerate);
     SetCommandEnabled(mnuMessageTolerate, status.usesWhitelist);
+    mnuActions_Click(); // a shortcut works without the menu having been opened
     return state_.SelectedCount;
 }
 

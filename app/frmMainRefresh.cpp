@@ -145,16 +145,11 @@ void frmMain::ClearMessageView() {
 void frmMain::ClearContents() {
     rtfRaw->clear();
     trvMessage->clear();
+    structure_.clear();
 }
 
 void frmMain::mnuViewBulk_Click() {
     mnuAcRefresh_Click();
-}
-
-void frmMain::tlbMessages_ButtonClick(const QString& key) {
-    if (key == QLatin1String("filter")) {
-        mnuAcRefresh_Click();
-    }
 }
 
 } // namespace quellbox

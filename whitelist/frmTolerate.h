@@ -17,9 +17,9 @@ namespace quellbox {
 
 /// The mode words of the whitelist dialog, and its result after OK.
 namespace ToleranceWord {
-inline const QString tolerate = QStringLiteral("TOLERATE");   ///< tolerate the sender of one message
-inline const QString whitelist = QStringLiteral("WHITELIST"); ///< maintain the list
-inline const QString ok = QStringLiteral("OK");
+inline constexpr QLatin1String tolerate("TOLERATE");   ///< tolerate the sender of one message
+inline constexpr QLatin1String whitelist("WHITELIST"); ///< maintain the list
+inline constexpr QLatin1String ok("OK");
 } // namespace ToleranceWord
 
 /// The dialog that maintains the list of tolerated senders. OK stores the list; OK and Cancel, but no other way of
