@@ -38,7 +38,7 @@ void frmMain::ProcessSelectedMessages(qint16 action) {
     const DisposalResult result = DisposeOfMessages(ports_.files, action, {state_.ArchiveDir, state_.PickupDir},
                                                     RowsOf(lvwMessages->SelectedRanges()), model_, showProgress);
     DropFailures(result.failures);
-    if (result.rowsGone > 0) {
+    if (result.rowsGone > 0 || model_.Count() == 0) {
         ShowNextMessage(result.nextRow);
     }
     SortList();

@@ -71,8 +71,9 @@ void frmMain::ReadMessageHeaders(int row) {
 }
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
+    // The click that opens the menu has changed the selection since the mouse went down.
+    SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
     SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
-    SetCommandEnabled(mnuMessageView, state_.SelectedCount == 1);
     mnuMessage->popup(screen);
 }
 

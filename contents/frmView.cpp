@@ -14,6 +14,7 @@ namespace quellbox {
 frmView::frmView(SettingsStore& store) : QWidget(nullptr, Qt::Window), store_(store), ui_(new Ui::frmView) {
     ui_->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false); // the main window may be hidden, but it is still there
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
     QFont fixed = ui_->rtfRaw->font();
     fixed.setPointSizeF(8.5); // a form file holds whole points only
