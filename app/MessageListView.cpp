@@ -8,6 +8,7 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 namespace quellbox {
@@ -112,7 +113,7 @@ void MessageListView::mousePressEvent(QMouseEvent* event) {
 
 void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
     QTreeView::mouseReleaseEvent(event);
-    Q_EMIT MouseUp(event->modifiers());
+    Q_EMIT MouseUp();
 }
 
 void MessageListView::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -131,9 +132,23 @@ void MessageListView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const QModelIndex before = currentIndex();
+    const QItemSelection selectedBefore = selectionModel()->selection();
     QTreeView::keyPressEvent(event);
-    if (currentIndex().isValid() && currentIndex() != before) {
-        Q_EMIT ItemClick(currentIndex().row());
+    const QModelIndex now = currentIndex();
+    // At the end of the list a key that moves selects the row that it stays on.
+    constexpr std::array movingKeys{Qt::Key_Up,  Qt::Key_Down,   Qt::Key_Home,
+                                    Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown};
+    const bool moves = std::find(movingKeys.begin(), movingKeys.end(), event->key()) != movingKeys.end();
+    if (moves && now.isValid() && now == before && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+        SelectOnly(now.row());
+    }
+    const bool selectionChanged = selectionModel()->selection() != selectedBefore;
+    // With Ctrl a key moves the focus without selecting, or deselects the row that has it.
+    const bool isSelected = now.isValid() && selectionModel()->isSelected(now);
+    if (isSelected && (now != before || selectionChanged)) {
+        Q_EMIT ItemClick(now.row());
+    } else if (selectionChanged) {
+        Q_EMIT SelectedByKey();
     }
 }
 

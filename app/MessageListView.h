@@ -31,11 +31,13 @@ public:
 Q_SIGNALS:
     /// A mouse button goes down; Qt has not handled it yet.
     void MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x);
-    void MouseUp(Qt::KeyboardModifiers modifiers);
+    void MouseUp();
     void KeyDown(int key);
+    /// The keyboard changed the selection without selecting the current row.
+    void SelectedByKey();
     /// Enter or Space was typed.
     void ViewRequested();
-    /// A row was clicked, or reached with the keyboard.
+    /// A row was clicked, or selected with the keyboard.
     void ItemClick(int row);
     /// The keyboard asks for the context menu at a point of the screen.
     void ContextMenuByKey(QPoint screen);

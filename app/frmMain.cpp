@@ -58,7 +58,9 @@ void frmMain::ApplySettings() {
     mnuViewHide->setChecked(state_.HideMinimized);
     mnuViewBulk->setChecked(state_.BulkMode);
     mnuViewFormat->setChecked(true);
+    ShowBulkMode();
     LayOut();
+    DividePanes();
     ShowSortArrow();
     UpdateSelectionStatus();
     if (!loadErrors_.isEmpty()) {

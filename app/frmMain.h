@@ -97,6 +97,8 @@ private:
     // frmMainLayout.cpp
     void CreatePanes();
     void LayOut();
+    void DividePanes();
+    void LetPanesHaveFocus();
     void ShowContentsBand();
     void mnuViewContents_Click();
     void mnuViewFormat_Click();
@@ -106,6 +108,7 @@ private:
     void splWhole_Moved();
     void splBottom_Moved();
     void FormKeyDown(int key);
+    void PutOffRefresh();
 
     // frmMainList.cpp
     void ConnectList();
@@ -114,7 +117,7 @@ private:
     void lvwMessages_KeyDown();
     void lvwMessages_KeyPress();
     void lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x);
-    void lvwMessages_MouseUp(Qt::KeyboardModifiers modifiers);
+    void lvwMessages_MouseUp();
     void PopUpMessageMenu(QPoint screen);
     void ShowSortArrow();
     void ReadMessageHeaders(int row);
@@ -131,6 +134,7 @@ private:
     void ClearContents();
     void ShowFileProgress(bool show, int maximum);
     void mnuViewBulk_Click();
+    void ShowBulkMode();
     void FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead);
     void SortList();
 
@@ -166,6 +170,7 @@ private:
     SortState sort_;
     QStringList loadErrors_; // reported once the window is shown
     bool busy_ = false;
+    bool busyIsShown_ = false;
     bool closing_ = false;
     std::optional<RefreshPass> pass_;
     bool LoadOnItemClick = false;

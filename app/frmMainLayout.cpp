@@ -88,7 +88,12 @@ void frmMain::LayOut() {
     clbLeft->setVisible(mnuViewToolbar->isChecked());
     stbBottom->setVisible(mnuViewStatus->isChecked());
     ShowContentsBand();
+    layout()->activate();
     centralWidget()->layout()->activate();
+    lvwMessages->FitColumns();
+}
+
+void frmMain::DividePanes() {
     const int height = std::max(splWhole->height(), 2 * smallestPane);
     const int list = mnuViewContents->isChecked() ? std::min(listPaneSize_, height - smallestPane) : height;
     splBottom->setMinimumHeight(mnuViewContents->isChecked() ? smallestPane : 0);
@@ -97,7 +102,18 @@ void frmMain::LayOut() {
     const int tree = mnuViewFormat->isChecked() ? treePaneSize_ : 0;
     trvMessage->setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
     splBottom->setSizes({tree, std::max(width - tree, 0)});
-    lvwMessages->FitColumns();
+    LetPanesHaveFocus();
+}
+
+// A pane of no size must not get the focus: nobody would see where the keys go.
+void frmMain::LetPanesHaveFocus() {
+    const bool contents = mnuViewContents->isChecked();
+    rtfRaw->setFocusPolicy(contents ? Qt::StrongFocus : Qt::NoFocus);
+    trvMessage->setFocusPolicy(contents && mnuViewFormat->isChecked() ? Qt::StrongFocus : Qt::NoFocus);
+    const QWidget* focus = focusWidget();
+    if (focus != nullptr && focus->focusPolicy() == Qt::NoFocus) {
+        lvwMessages->setFocus();
+    }
 }
 
 void frmMain::ShowContentsBand() {
@@ -116,6 +132,7 @@ void frmMain::mnuViewContents_Click() {
         }
     }
     LayOut();
+    DividePanes();
     const QModelIndex current = lvwMessages->currentIndex();
     if (mnuViewContents->isChecked() && current.isValid()) {
         lvwMessages->scrollTo(current);
@@ -129,14 +146,15 @@ void frmMain::mnuViewFormat_Click() {
     }
     listPaneSize_ = mnuViewContents->isChecked() ? splWhole->sizes().value(0) : listPaneSize_;
     LayOut();
+    DividePanes();
 }
 
 void frmMain::mnuViewToolbar_Click() {
-    clbLeft->setVisible(mnuViewToolbar->isChecked());
+    LayOut();
 }
 
 void frmMain::mnuViewStatus_Click() {
-    stbBottom->setVisible(mnuViewStatus->isChecked());
+    LayOut();
 }
 
 void frmMain::splBottom_Moved() {
@@ -148,6 +166,7 @@ void frmMain::splBottom_Moved() {
         trvMessage->setMinimumWidth(smallestPane);
     }
     ShowContentsBand();
+    LetPanesHaveFocus();
 }
 
 void frmMain::splWhole_Moved() {
@@ -157,14 +176,15 @@ void frmMain::splWhole_Moved() {
         splBottom->setMinimumHeight(smallestPane);
     }
     ShowContentsBand();
+    LetPanesHaveFocus();
 }
 
 // Before the window is shown its panes have no sizes that could be divided.
 void frmMain::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (!event->spontaneous()) {
-        layout()->activate();
         LayOut();
+        DividePanes();
     }
 }
 
@@ -174,8 +194,7 @@ void frmMain::resizeEvent(QResizeEvent* event) {
         return;
     }
     state_.SavedWindowState = isMaximized() ? 2 : 0;
-    centralWidget()->layout()->activate();
-    lvwMessages->FitColumns();
+    LayOut();
 }
 
 void frmMain::changeEvent(QEvent* event) {
@@ -191,12 +210,15 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     if (widget == nullptr || widget->window() != this) {
         return QMainWindow::eventFilter(watched, event);
     }
-    // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts.
+    // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts. A key that is a
+    // shortcut shows itself here only.
     if (event->type() == QEvent::ShortcutOverride) {
+        PutOffRefresh();
         event->ignore();
         return true;
     }
-    if (widget->hasFocus()) {
+    // What the focused control leaves alone passes here again on its way up.
+    if (widget->hasFocus() || (widget == this && focusWidget() == nullptr)) {
         FormKeyDown(static_cast<QKeyEvent*>(event)->key());
     }
     return QMainWindow::eventFilter(watched, event);
@@ -204,13 +226,18 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
 void frmMain::FormKeyDown(int key) {
+    PutOffRefresh();
+    if (key == Qt::Key_Escape) {
+        state_.FindText.clear();
+        state_.FindPosition = 0;
+        Guarded([this] { ClearSelection(); });
+    }
+}
+
+void frmMain::PutOffRefresh() {
     // The first refresh is not put off: its interval is how it is known.
     if (tmrRefresh->isActive() && tmrRefresh->interval() != firstTickMs) {
         SetRefreshInterval();
-    }
-    if (key == Qt::Key_Escape) {
-        state_.FindText.clear();
-        Guarded([this] { ClearSelection(); });
     }
 }
 

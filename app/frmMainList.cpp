@@ -21,6 +21,8 @@ void frmMain::ConnectList() {
     connect(lvwMessages, &MessageListView::ViewRequested, this, guarded(&frmMain::lvwMessages_KeyPress));
     connect(lvwMessages, &MessageListView::MouseDown, this, guarded(&frmMain::lvwMessages_MouseDown));
     connect(lvwMessages, &MessageListView::MouseUp, this, guarded(&frmMain::lvwMessages_MouseUp));
+    connect(lvwMessages, &MessageListView::SelectedByKey, this,
+            [this] { Guarded([this] { UpdateSelectionStatus(); }); });
     connect(lvwMessages, &MessageListView::ContextMenuByKey, this, &frmMain::PopUpMessageMenu);
 }
 
@@ -71,7 +73,7 @@ void frmMain::ReadMessageHeaders(int row) {
 }
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
-    // The click that opens the menu has changed the selection since the mouse went down.
+    // The press that selected the row came after the commands were enabled for what was selected before.
     SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
     SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
     mnuMessage->popup(screen);
@@ -94,10 +96,9 @@ void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifier
     ClickedColumn = lvwMessages->ColumnAt(x);
 }
 
-void frmMain::lvwMessages_MouseUp(Qt::KeyboardModifiers modifiers) {
-    if ((modifiers & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier)) != Qt::NoModifier) {
-        UpdateSelectionStatus();
-    }
+// Not only after a click with a modifier key: dragging selects too, and a click beside the rows deselects.
+void frmMain::lvwMessages_MouseUp() {
+    UpdateSelectionStatus();
 }
 
 qint16 frmMain::UpdateSelectionStatus() {

@@ -34,11 +34,11 @@ void frmMain::RefreshArchive(bool markNew) {
 }
 
 void frmMain::FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead) {
-    if (closing_) {
-        return;
-    }
     if (busy_) {
         SetBusy(false, 0);
+    }
+    if (closing_) {
+        return;
     }
     if (outcome == RefreshOutcome::Completed || outcome == RefreshOutcome::Cancelled) {
         ClearSelection();
@@ -109,14 +109,15 @@ void frmMain::SetRefreshInterval() {
 }
 
 void frmMain::SetBusy(bool busy, int maximum) {
-    if (!isVisible() || busy == busy_) {
-        busy_ = busy;
-        if (!busy) {
-            SortList();
-        }
+    busy_ = busy;
+    if (!busy) {
+        SortList();
+    }
+    // What was shown on entering is taken back on leaving, even if the window has been hidden since.
+    if (busy == busyIsShown_ || (busy && !isVisible())) {
         return;
     }
-    busy_ = busy;
+    busyIsShown_ = busy;
     lvwMessages->setEnabled(!busy);
     if (busy) {
         ShowFileProgress(true, maximum);
@@ -124,7 +125,6 @@ void frmMain::SetBusy(bool busy, int maximum) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         return;
     }
-    SortList();
     panels_.SetInfo(tr("Done"));
     QApplication::restoreOverrideCursor();
     ShowFileProgress(false, 0);
@@ -149,7 +149,13 @@ void frmMain::ClearContents() {
 }
 
 void frmMain::mnuViewBulk_Click() {
+    ShowBulkMode();
     mnuAcRefresh_Click();
+}
+
+// Lines of several texts are easier to follow on alternating colours; file names alone need none.
+void frmMain::ShowBulkMode() {
+    lvwMessages->setAlternatingRowColors(!mnuViewBulk->isChecked());
 }
 
 } // namespace quellbox

@@ -47,7 +47,8 @@ struct HeaderReadAhead::Shared {
     const bool bulk;
     QThreadPool& pool;
 
-    std::vector<ReadRow> rows{entries.size()};
+    // A row exists only from its making to its use; the consumer is seldom far behind.
+    std::vector<std::unique_ptr<ReadRow>> rows{entries.size()};
     std::vector<std::atomic<bool>> ready = std::vector<std::atomic<bool>>(entries.size());
     std::atomic<size_t> unclaimed{0};
     std::atomic<bool> cancelled{false};
@@ -71,7 +72,8 @@ struct HeaderReadAhead::Shared {
                 return;
             }
             const auto start = std::chrono::steady_clock::now();
-            self->rows[file] = MakeRow(self->files, self->folder, self->entries[file], self->bulk);
+            self->rows[file] =
+                std::make_unique<ReadRow>(MakeRow(self->files, self->folder, self->entries[file], self->bulk));
             self->Announce(file);
             Measure(self, std::chrono::steady_clock::now() - start);
         }
@@ -125,7 +127,8 @@ bool HeaderReadAhead::WaitForNext(std::chrono::milliseconds limit) {
 }
 
 ReadRow HeaderReadAhead::TakeNext() {
-    return std::move(shared_->rows[next_++]);
+    const std::unique_ptr<ReadRow> row = std::move(shared_->rows[next_++]);
+    return std::move(*row);
 }
 
 bool HeaderReadAhead::AtEnd() const {

@@ -3,6 +3,7 @@
 #include <QDateTime>
 
 #include <chrono>
+#include <limits>
 
 namespace quellbox {
 

@@ -124,7 +124,9 @@ void RefreshPass::AddRow(ReadRow read, bool markNew) {
     MessageRow& row = read.row;
     row.unread = markNew;
     state_.LastAddedFile = row.key;
-    state_.strXSender = row.tag;
+    if (read.loaded) {
+        state_.strXSender = row.tag;
+    }
     lastMessageWasRead_ = read.loaded;
     const int index = model_.Count() + static_cast<int>(batch_.size()) + 1;
     if (index % 10 == 0) {

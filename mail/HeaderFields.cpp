@@ -50,7 +50,7 @@ HeaderFields Finish(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
     case HeaderScanner::Result::NeedsMore:
         break;
     }
-    return Failed(LoadError::HeaderTooLarge);
+    return Failed(scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge);
 }
 
 HeaderFields ReadFields(InputFile& file) {

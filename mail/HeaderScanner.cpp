@@ -1,6 +1,8 @@
 #include "mail/HeaderScanner.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace quellbox {
 
@@ -39,6 +41,14 @@ qsizetype FieldName(QByteArrayView line, qsizetype& colon) {
     return colon < line.size() && line[colon] == ':' ? length : 0;
 }
 
+/// Letters, digits and hyphens, as in every name in real use. Texts and style sheets that are no mail have lines that
+/// the wider syntax of a name would take for a field.
+bool IsOrdinaryName(QByteArrayView name) {
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-';
+    });
+}
+
 struct WantedName {
     QByteArrayView name;
     WantedField field;
@@ -58,20 +68,24 @@ constexpr std::array<WantedName, kWantedFieldCount> kWantedNames = {{
 HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atEnd) {
     static constexpr QByteArrayView kByteOrderMark = "\xEF\xBB\xBF";
     qsizetype start = bytes.startsWith(kByteOrderMark) ? kByteOrderMark.size() : 0;
-    qsizetype next = NextLine(bytes, start);
-    const QByteArrayView line = bytes.sliced(start, (next < 0 ? bytes.size() : next) - start);
-    if (line.startsWith("From ") || line.startsWith(">From ")) {
+    bool skipped = false;
+    while (start < bytes.size()) {
+        const qsizetype next = NextLine(bytes, start);
+        const QByteArrayView line = bytes.sliced(start, (next < 0 ? bytes.size() : next) - start);
+        qsizetype colon = 0;
+        const qsizetype length = FieldName(line, colon);
+        if (length > 0 && (!skipped || IsOrdinaryName(line.first(length)))) {
+            headerStart_ = position_ = start;
+            return Result::Complete;
+        }
         if (next < 0)
-            return atEnd ? Result::NoMessage : Result::NeedsMore;
+            break;
+        if (line == "\n" || line == "\r\n" || line.contains('\0'))
+            return Result::NoMessage;
+        skipped = skipped || !(line.startsWith("From ") || line.startsWith(">From "));
         start = next;
-        next = NextLine(bytes, start);
     }
-    qsizetype colon = 0;
-    if (FieldName(bytes.sliced(start), colon) > 0) {
-        headerStart_ = position_ = start;
-        return Result::Complete;
-    }
-    return next < 0 && !atEnd ? Result::NeedsMore : Result::NoMessage;
+    return atEnd ? Result::NoMessage : Result::NeedsMore;
 }
 
 void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
@@ -102,7 +116,7 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
         if (end < 0)
             return Result::NeedsMore;
         // The initials of the wanted names, in both cases: most lines need no closer look.
-        if (std::memchr("tfsxTFSX", first, 8) != nullptr)
+        if (std::string_view("tfsxTFSX").find(first) != std::string_view::npos)
             TakeField(bytes, end);
         position_ = end;
     }

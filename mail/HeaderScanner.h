@@ -15,14 +15,15 @@ inline constexpr qsizetype kMaximumHeaderBytes = qsizetype{1} << 20;
 
 /// Finds the wanted fields in the header block of a message (RFC 5322), whose bytes may arrive piece by piece. It is
 /// lenient like GMime's parser and finds the same fields: line ends are CRLF or LF, a name may be followed by spaces,
-/// a line that is no field is skipped. But the first line, after a UTF-8 byte order mark and an mbox "From " line,
-/// has to be a field, else the bytes are no message. Of several fields of one name the first counts.
+/// a line that is no field is skipped. A UTF-8 byte order mark and an mbox "From " line may come first. Where GMime
+/// gives up, at a first line that is no field, this goes on to the first field with an ordinary name, unless a blank
+/// line or a NUL byte comes before it. Of several fields of one name the first counts.
 class HeaderScanner {
 public:
     enum class Result {
         NeedsMore, ///< the blank line has not been seen
         Complete,
-        NoMessage, ///< the bytes do not begin with a header field
+        NoMessage, ///< the header block holds no field
     };
 
     /// Scans on from where the last call stopped. `bytes` are all bytes of the message so far, its start included;

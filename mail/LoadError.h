@@ -9,7 +9,7 @@ enum class LoadError {
     None = 0,
     Unreadable = 1,    ///< the file system refused; the text is the file system's
     Empty = 2,         ///< not a single byte
-    NoHeaderField = 3, ///< the bytes do not begin with a header field
+    NoHeaderField = 3, ///< no header block with at least one field
     HeaderTooLarge = 4,
     TooManyFields = 5,
     TooManyParts = 6,

@@ -186,7 +186,7 @@ ParsedMessage ParseMessage(const QByteArray& bytes) {
     case HeaderScanner::Result::NoMessage:
         return {LoadError::NoHeaderField, {}, {}};
     case HeaderScanner::Result::NeedsMore:
-        return {LoadError::HeaderTooLarge, {}, {}};
+        return {scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge, {}, {}};
     case HeaderScanner::Result::Complete:
         break;
     }

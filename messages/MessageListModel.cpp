@@ -1,9 +1,14 @@
 #include "messages/MessageListModel.h"
 
+#include "messages/SortKeys.h"
+
 #include <QCoreApplication>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <numeric>
+#include <ranges>
+#include <utility>
 
 namespace quellbox {
 
@@ -38,6 +43,12 @@ std::vector<Range> RangesOf(const std::vector<int>& rows) {
         }
     }
     return ranges;
+}
+
+/// Another thread frees a long list, which takes longer than a window may stand still.
+void DestroyLater(std::vector<std::unique_ptr<MessageRow>> rows) {
+    auto unused = std::make_shared<std::vector<std::unique_ptr<MessageRow>>>(std::move(rows));
+    QThreadPool::globalInstance()->start([last = std::move(unused)]() mutable { last.reset(); });
 }
 
 } // namespace
@@ -111,7 +122,7 @@ void MessageListModel::Clear() {
         return;
     }
     beginResetModel();
-    rows_.clear();
+    DestroyLater(std::exchange(rows_, {}));
     rowOfKey_.clear();
     endResetModel();
 }
@@ -121,14 +132,16 @@ void MessageListModel::Append(std::vector<MessageRow> rows) {
         return;
     }
     beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
-    std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+    for (MessageRow& row : rows) {
+        rows_.push_back(std::make_unique<MessageRow>(std::move(row)));
+    }
     rowOfKey_.clear();
     endInsertRows();
 }
 
 void MessageListModel::Update(int row, MessageRow contents) {
     contents.key = Row(row).key;
-    rows_[static_cast<size_t>(row)] = std::move(contents);
+    *rows_[static_cast<size_t>(row)] = std::move(contents);
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
@@ -136,12 +149,12 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
     if (rows.empty()) {
         return;
     }
-    rowOfKey_.clear();
     const std::vector<Range> ranges = RangesOf(rows);
     if (ranges.size() <= mostRangesRemovedSingly) {
-        for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
-            beginRemoveRows({}, range->first, range->last);
-            rows_.erase(rows_.begin() + range->first, rows_.begin() + range->last + 1);
+        for (const Range& range : std::ranges::reverse_view(ranges)) {
+            beginRemoveRows({}, range.first, range.last);
+            rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
+            rowOfKey_.clear(); // after every range, since a listener may look rows up between them
             endRemoveRows();
         }
         return;
@@ -160,12 +173,13 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         ++kept;
     }
     rows_.resize(kept);
+    rowOfKey_.clear();
     endResetModel();
 }
 
 void MessageListModel::MarkRows(int first, int last, bool unread) {
     for (int row = first; row <= last; ++row) {
-        rows_[static_cast<size_t>(row)].unread = unread;
+        rows_[static_cast<size_t>(row)]->unread = unread;
     }
     if (first <= last) {
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
@@ -173,10 +187,9 @@ void MessageListModel::MarkRows(int first, int last, bool unread) {
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
-    const auto cell = static_cast<size_t>(column);
-    const auto precedes = [this, cell, order](int left, int right) {
-        const int compared = QString::compare(rows_[static_cast<size_t>(left)].cells[cell],
-                                              rows_[static_cast<size_t>(right)].cells[cell], Qt::CaseInsensitive);
+    const SortKeys texts(rows_, static_cast<size_t>(column));
+    const auto precedes = [&texts, order](int left, int right) {
+        const int compared = texts.Compare(left, right);
         return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
     };
     std::vector<int> sequence(rows_.size());
@@ -186,7 +199,7 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
-    std::vector<MessageRow> sorted;
+    std::vector<std::unique_ptr<MessageRow>> sorted;
     sorted.reserve(rows_.size());
     std::vector<int> newRow(rows_.size());
     for (const int row : sequence) {

@@ -5,6 +5,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 
+#include <memory>
 #include <vector>
 
 namespace quellbox {
@@ -27,7 +28,7 @@ public:
     bool setHeaderData(int section, Qt::Orientation orientation, const QVariant& value, int role) override;
 
     int Count() const { return static_cast<int>(rows_.size()); }
-    const MessageRow& Row(int row) const { return rows_[static_cast<size_t>(row)]; }
+    const MessageRow& Row(int row) const { return *rows_[static_cast<size_t>(row)]; }
 
     /// The row of a message file, or -1. Constant time, but for the first call after rows moved.
     int RowOfKey(const QString& key) const;
@@ -51,7 +52,8 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
-    std::vector<MessageRow> rows_;
+    // Sorting, removing and growing move pointers only: a row is large, and a list may have 32,766.
+    std::vector<std::unique_ptr<MessageRow>> rows_;
     std::array<QVariant, ColumnCount> headerPictures_;
     mutable QHash<QString, int> rowOfKey_; // empty while stale
 };

@@ -20,12 +20,11 @@ qint32 AddSize(qint32 total, const MessageRow& row) {
             QCoreApplication::translate("quellbox", "The size \"%1\" of %2 is not a number. Refresh the list.")
                 .arg(text, row.key));
     }
-    const qint64 sum = total + size;
-    if (sum > std::numeric_limits<qint32>::max()) {
+    if (size > qint64{std::numeric_limits<qint32>::max()} - total) {
         throw OverflowError(QCoreApplication::translate(
             "quellbox", "Overflow: the selected messages hold 2 GiB or more. Select fewer messages."));
     }
-    return static_cast<qint32>(sum);
+    return static_cast<qint32>(total + size);
 }
 
 QString CountText(const MessageListModel& model, const AppState& state, bool filtered) {
@@ -54,6 +53,10 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
             ++count;
             total = AddSize(total, model.Row(row));
         }
+    }
+    if (count > std::numeric_limits<qint16>::max()) {
+        throw OverflowError(QCoreApplication::translate(
+            "quellbox", "Overflow: at most 32,767 messages can be selected. Select fewer messages."));
     }
     status.SelectedCount = static_cast<qint16>(count);
     status.hasSelection = count > 0;

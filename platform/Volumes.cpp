@@ -134,7 +134,7 @@ QString Volumes::Resolve(const QString& path) const {
     }
     QFile table(QStringLiteral("/proc/self/mountinfo"));
     if (table.open(QIODevice::ReadOnly)) {
-        const QString found = FindInMountTable(path, PathText(table.readAll()));
+        QString found = FindInMountTable(path, PathText(table.readAll()));
         if (!found.isEmpty()) {
             return found;
         }

@@ -18,7 +18,7 @@ struct AppState {
     qint16 FilterDays = 0;         ///< day window: 0 all, 1 today, 2 two days, 7 one week
     qint16 TolerationLevel = 0;    ///< use of the whitelist: 0 disabled, 1 manual, 2 automatic
     qint16 RefreshInterval = 0;    ///< seconds between automatic refreshes
-    qint16 RawBody = 0;            ///< 1 shows message bodies as they are in the file
+    qint16 RawBody = 0;            ///< 1 when the viewer of raw text is to start at the end; kept, without effect
     qint16 AutoRefresh = 0;        ///< automatic refresh is on when exactly 1
     qint16 OutlookExpress = 0;     ///< 1 shows messages in the external viewer
     qint32 FilterMessages = 0;     ///< state of the "filter" button: 0 released, 1 pressed
@@ -37,21 +37,21 @@ struct AppState {
     QString ActiveFilterDays = QStringLiteral("0"); ///< FilterDays as text while "filter" is pressed, else "0"
     std::array<QString, 8> FilterCaptions;          ///< caption suffix of the day filter, by FilterDays
     QString UserName;                               ///< network user name; empty when unknown
-    QString LastAddedFile;                          ///< file name of the message that was listed last
-    QString strXSender;                             ///< envelope sender of the message whose headers were read last
-    QString FindText;                               ///< text that Find searches for
-    int FindPosition = 0;                           ///< row at which Find goes on
-    qint16 SelectedCount = 0;                       ///< number of selected rows
-    int SavedWindowState = 0;                       ///< window state before minimizing: 0 normal, 2 maximized
-    qint16 LastRefreshDay = 0;                      ///< day of the month of the latest refresh; 0 before the first
+    QString LastAddedFile;     ///< file name of the row added last; empty makes the next refresh a full one
+    QString strXSender;        ///< envelope sender of the message whose headers were read last
+    QString FindText;          ///< text that Find searches for
+    int FindPosition = 0;      ///< 1-based row that Find found last; 0 starts at the top
+    qint16 SelectedCount = 0;  ///< number of selected rows
+    int SavedWindowState = 0;  ///< latest window state but minimized: 0 normal, 2 maximized
+    qint16 LastRefreshDay = 0; ///< day of the month of the timer's latest full refresh; 0 before it
 
     // What a dialog leaves behind for whoever opened it.
 
     bool CleansingConfirmed = false; ///< the cleansing dialog was confirmed
-    qint16 CleansingDays = 0;        ///< age from which cleansing deletes, days
-    QString SelectedFolder;          ///< folder chosen in the directory selection
-    bool FolderConfirmed = false;    ///< the directory selection was confirmed
-    QString ToleranceResult;         ///< result of the whitelist dialog: "OK" or empty
+    qint16 CleansingDays = 0;     ///< day window that cleansing keeps, as FilterDays; 0 keeps nothing, -1 none chosen
+    QString SelectedFolder;       ///< folder chosen in the directory selection
+    bool FolderConfirmed = false; ///< the directory selection was confirmed
+    QString ToleranceResult;      ///< result of the whitelist dialog: "OK" or empty
 };
 
 /// The caption suffixes of the day filter, indexed by its day count; empty for a count that has none.

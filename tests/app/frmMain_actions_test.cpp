@@ -1,4 +1,4 @@
-#include "tests/support/MainWindow.h"
+#include "tests/support/RealFolderWindow.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -12,7 +12,7 @@ using namespace quellbox;
 
 namespace {
 
-class Actions : public MainWindowTest {
+class Actions : public RealFolderWindowTest {
 protected:
     /// Runs `act` on the whitelist dialog as soon as it is shown.
     void OnDialog(std::function<void(QDialog&)> act) {

@@ -1,10 +1,10 @@
-#include "tests/support/MainWindow.h"
+#include "tests/support/RealFolderWindow.h"
 
 using namespace quellbox;
 
 namespace {
 
-class Contents : public MainWindowTest {
+class Contents : public RealFolderWindowTest {
 protected:
     QTreeWidgetItem* Item(const QString& start) {
         for (QTreeWidgetItemIterator item(Tree()); *item != nullptr; ++item) {

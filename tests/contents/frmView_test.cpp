@@ -1,6 +1,6 @@
 #include "contents/frmView.h"
 
-#include "tests/support/MainWindow.h"
+#include "tests/support/RealFolderWindow.h"
 
 #include <QMenu>
 #include <QScreen>
@@ -9,7 +9,7 @@ using namespace quellbox;
 
 namespace {
 
-class View : public MainWindowTest {
+class View : public RealFolderWindowTest {
 protected:
     static frmView* Viewer() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {

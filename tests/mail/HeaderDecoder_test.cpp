@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <thread>
+
 namespace quellbox {
 
 namespace {
@@ -123,6 +126,22 @@ TEST(HeaderDecoder, ManyOpenWordsAndManyCharacterSetsEnd) {
     for (int i = 0; i < 2000; ++i)
         value += "=?x" + QByteArray::number(i) + "?q?a?= ";
     EXPECT_EQ(DecodeHeaderValue(value), QString(2000, u'a'));
+}
+
+TEST(HeaderDecoder, ThreadsDecodeAtTheSameTime) {
+    std::array<int, 4> right{};
+    std::array<std::thread, 4> threads;
+    for (size_t i = 0; i < threads.size(); ++i) {
+        threads[i] = std::thread([&right, i] {
+            for (int round = 0; round < 500; ++round) {
+                right[i] += Decoded("=?koi8-r?B?8NLJ18XU?=") == "Привет";
+                right[i] += Decoded("=?iso-2022-jp?B?GyRCRnxLXBsoQg==?=") == "日本";
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(right, (std::array<int, 4>{1000, 1000, 1000, 1000}));
 }
 
 } // namespace quellbox

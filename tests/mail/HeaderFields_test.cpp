@@ -98,14 +98,31 @@ TEST(HeaderFields, EmptyFileIsAnError) {
     EXPECT_EQ(fields.errorText, QStringLiteral("The file is empty"));
 }
 
-TEST(HeaderFields, BytesThatDoNotBeginWithAFieldAreNoMessage) {
-    for (const char* bytes : {"\n", "\nSubject: a\n\n", "rubbish", "rubbish\nSubject: a\n\n", " Subject: a\n\n",
-                              ": a\n\n", "From x\n", "From x", "\xEF\xBB\xBF", "two words: a\n\n", "<html>\n"}) {
+TEST(HeaderFields, BytesWithoutAFieldBeforeTheFirstBlankLineAreNoMessage) {
+    for (const char* bytes :
+         {"\n", "\nSubject: a\n\n", "\r\nSubject: a\r\n\r\n", "rubbish", "rubbish\n\nSubject: a\n\n", " Subject: a\n\n",
+          ": a\n\n", "From x\n", "From x", "\xEF\xBB\xBF", "two words: a\n\n", "<html>\nbody{color: red}\n"}) {
         const HeaderFields fields = ParseHeaderFields(bytes);
         EXPECT_EQ(fields.errorCode, Code(LoadError::NoHeaderField)) << bytes;
         EXPECT_EQ(fields.errorText, QStringLiteral("Not a mail message: no header field found"));
     }
-    EXPECT_NE(ParseHeaderFields(QByteArrayView("PK\x03\x04\0\0:", 7)).errorCode, 0);
+}
+
+TEST(HeaderFields, BinaryFileIsNoMessageEvenWithAColonSomewhere) {
+    EXPECT_EQ(ParseHeaderFields(QByteArrayView("PK\x03\x04\0\0\nab: c\n", 13)).errorCode,
+              Code(LoadError::NoHeaderField));
+    QByteArray noise;
+    for (quint32 seed = 1, i = 0; i < 3'000'000; ++i)
+        noise += static_cast<char>((seed = seed * 1664525U + 1013904223U) >> 24U);
+    EXPECT_EQ(Read(noise).errorCode, Code(LoadError::NoHeaderField));
+    EXPECT_EQ(Read(QByteArray(3'000'000, 'x')).errorCode, Code(LoadError::NoHeaderField));
+    EXPECT_EQ(ParseHeaderFields(QByteArray(3'000'000, 'x')).errorCode, Code(LoadError::NoHeaderField));
+}
+
+TEST(HeaderFields, LinesThatAreNoFieldMayComeBeforeTheFirstField) {
+    EXPECT_EQ(Subject("     \nMIME-Version: 1.0\nSubject: a\n\n"), "a");
+    EXPECT_EQ(Subject(" From: x\nSubject: a\n\n"), "a");
+    EXPECT_EQ(Subject("rubbish\nSubject: a\n\n"), "a");
 }
 
 TEST(HeaderFields, NulByteDoesNotCutAValue) {

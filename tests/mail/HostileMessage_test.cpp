@@ -101,8 +101,10 @@ TEST(HostileMessage, BothReadersAgreeOnEveryTruncationAndManyDamages) {
         ASSERT_EQ(fields.subject, message.Subject()) << bytes.toPercentEncoding().toStdString();
         ASSERT_EQ(fields.scl, message.Header(QStringLiteral("X-SCL"))) << bytes.toPercentEncoding().toStdString();
     };
-    for (qsizetype size = 0; size <= whole.size(); ++size)
+    for (qsizetype size = 0; size <= whole.size(); ++size) {
         expectSame(whole.first(size));
+        expectSame("rubbish\r\n" + whole.first(size));
+    }
     for (qsizetype at = 0; at < whole.size(); ++at) {
         for (const char byte : {'\0', '\n', '\r', ':', ' ', '\xFF', '=', '?', '\x7F', '\x01', '\t'}) {
             QByteArray damaged = whole;

@@ -18,9 +18,9 @@
 namespace quellbox {
 
 /// The real main window over two real folders.
-class MainWindowTest : public testing::Test {
+class RealFolderWindowTest : public testing::Test {
 protected:
-    MainWindowTest() {
+    RealFolderWindowTest() {
         QDir(root.path()).mkdir(QStringLiteral("archive"));
         QDir(root.path()).mkdir(QStringLiteral("pickup"));
         const QString section = QStringLiteral("Settings");

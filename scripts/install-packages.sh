@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Installs the Debian 12 packages that Quellbox needs. The only place where they are named.
+#   install-packages.sh run     to build and start the program
+#   install-packages.sh test    to run the checks as well
+set -euo pipefail
+
+run_packages=(
+  g++               # compiler
+  make              # make run, make test
+  cmake             # build description
+  ninja-build       # the build tool of the presets
+  pkg-config        # finds the mail library
+  qt6-base-dev      # windows, settings, threads
+  libqt6svg6        # draws the icons
+  libgmime-3.0-dev  # mail library: parts, encodings, character sets
+  fonts-dejavu-core # a font, where the machine has none
+  xvfb xauth        # a virtual display for "make run" on a machine without one
+)
+test_packages=(
+  libgtest-dev      # tests
+  libbenchmark-dev  # benchmarks
+  clang-format      # check of the layout
+  clang-tidy        # check of the code
+  cppcheck          # another one, which finds other things
+  python3           # check of the #include lines
+  git               # lists the project's files
+)
+
+case "${1:-}" in
+  run) packages=("${run_packages[@]}") ;;
+  test) packages=("${run_packages[@]}" "${test_packages[@]}") ;;
+  *) echo "usage: $0 run|test" >&2; exit 2 ;;
+esac
+# Only a desktop without X needs Qt's Wayland plugin.
+if [ -n "${WAYLAND_DISPLAY:-}" ] && [ -z "${DISPLAY:-}" ]; then
+  packages+=(qt6-wayland)
+fi
+
+if ! command -v dpkg-query >/dev/null; then
+  echo "This is no Debian system. Please install the equivalents of: ${packages[*]}" >&2
+  exit 0
+fi
+missing=()
+for package in "${packages[@]}"; do
+  dpkg -s "$package" 2>/dev/null | grep -q '^Status: install ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "Please install, as root: ${missing[*]}" >&2; exit 1; }
+  as_root=(sudo)
+fi
+echo "Installing ${missing[*]}"
+"${as_root[@]}" apt-get -q update
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install "${missing[@]}" </dev/null

@@ -1,0 +1,113 @@
+#include "tests/support/MainWindowFixture.h"
+
+namespace quellbox {
+namespace {
+
+class MainBadInput : public MainWindowTest {};
+
+TEST_F(MainBadInput, AMissingArchiveIsReportedInTheInfoPanelOnly) {
+    Set("ArchiveDir", "/nowhere/Here/");
+    OpenRefreshed();
+    EXPECT_EQ(Panel("info"), "Archive /NOWHERE/HERE/ not found");
+    EXPECT_EQ(Panel("count"), "");
+    EXPECT_EQ(PanelView("size")->toolTip().toStdString(), "Time of last screen update");
+    EXPECT_TRUE(errors_.isEmpty());
+    EXPECT_EQ(Find<QTimer>("tmrRefresh")->interval(), 60'000);
+}
+
+TEST_F(MainBadInput, AnArchiveThatVanishesEmptiesTheList) {
+    AddThree();
+    OpenRefreshed();
+    window_->State().ArchiveDir = QStringLiteral("/gone/");
+    QTest::keyClick(List(), Qt::Key_F5);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "");
+    EXPECT_EQ(Panel("info"), "Archive /GONE/ not found");
+}
+
+TEST_F(MainBadInput, AHandEditedBooleanIsReportedAndTheProgramRunsOn) {
+    AddThree();
+    Set("StatusBar", "perhaps");
+    OpenRefreshed();
+    ASSERT_EQ(errors_.size(), 1);
+    EXPECT_TRUE(errors_.first().contains(QStringLiteral("StatusBar"))) << errors_.first().toStdString();
+    EXPECT_TRUE(errors_.first().contains(QStringLiteral("perhaps"))) << errors_.first().toStdString();
+    EXPECT_TRUE(Action("mnuViewStatus")->isChecked());
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+    EXPECT_EQ(SelectedKeys(), "a.eml");
+}
+
+TEST_F(MainBadInput, MoreFilesThanCanBeCountedEndInAMessageBox) {
+    const qint64 modified = noon_.toMSecsSinceEpoch() * 1'000'000;
+    for (int number = 0; number < 32'767; ++number) {
+        files_.Add(QStringLiteral("/archive/%1.eml").arg(number, 5, 10, QLatin1Char('0')), "Subject: x\n\n", modified);
+    }
+    Set("BulkMode", "True");
+    Open();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !errors_.isEmpty(); }, 60'000));
+    EXPECT_TRUE(errors_.first().contains(QStringLiteral("32,766"))) << errors_.first().toStdString();
+    EXPECT_EQ(window_->Messages().Count(), 0);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Find<QTimer>("tmrRefresh")->interval() == 60'000; }, patience));
+    EXPECT_TRUE(List()->isEnabled());
+    EXPECT_FALSE(Find<QWidget>("prbFiles")->isVisible());
+
+    files_.Remove(QStringLiteral("/archive/00000.eml"));
+    const int before = refreshes_;
+    Action("mnuAcRefresh")->trigger();
+    ASSERT_TRUE(WaitForRefreshes(before + 1));
+    EXPECT_EQ(window_->Messages().Count(), 32'766);
+    EXPECT_EQ(errors_.size(), 1);
+}
+
+TEST_F(MainBadInput, ASelectionOfTwoGibibytesIsReported) {
+    AddThree();
+    OpenRefreshed();
+    for (const int row : {1, 2}) {
+        MessageRow huge = window_->Messages().Row(row);
+        huge.cells[ColumnSize] = QString::number(1 << 30);
+        window_->Messages().Update(row, huge);
+    }
+    ClickRow(1);
+    EXPECT_TRUE(errors_.isEmpty());
+    EXPECT_EQ(Panel("size"), "1.074 GB");
+    ClickRow(2, Qt::ControlModifier);
+    EXPECT_EQ(errors_.size(), 1);
+    ClickRow(0);
+    EXPECT_EQ(Panel("info"), "a.eml");
+    EXPECT_EQ(errors_.size(), 2); // the press still counts what was selected before
+}
+
+TEST_F(MainBadInput, AMessageThatIsNoneShowsItsErrorAsSubject) {
+    AddMessage("a.eml", 2);
+    files_.Add(QStringLiteral("/archive/broken.eml"), QByteArray(64, '\0'), noon_.toMSecsSinceEpoch() * 1'000'000);
+    OpenRefreshed();
+    ASSERT_EQ(Keys(), "a.eml broken.eml");
+    EXPECT_NE(Cell(1, ColumnSubject), "");
+    EXPECT_EQ(Cell(1, ColumnFrom), "");
+    EXPECT_EQ(Cell(1, ColumnSize), "64");
+}
+
+TEST_F(MainBadInput, AStoreThatCannotBeWrittenIsReportedOnClosing) {
+    store_.SetUnwritable();
+    Open();
+    window_->close();
+    EXPECT_EQ(errors_.size(), 1);
+    EXPECT_FALSE(window_->isVisible());
+}
+
+TEST_F(MainBadInput, ClosingDuringAPassEndsIt) {
+    for (int number = 0; number < 50; ++number) {
+        AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 2, 10, QLatin1Char('0'))), number);
+    }
+    files_.SetLatency(std::chrono::milliseconds(20));
+    pool_.setMaxThreadCount(1);
+    Open();
+    WhileBusy([this] { window_->close(); });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->isVisible(); }, patience));
+    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::overrideCursor() == nullptr; }, patience));
+    EXPECT_LT(window_->Messages().Count(), 50);
+    EXPECT_EQ(refreshes_, 0);
+}
+
+} // namespace
+} // namespace quellbox

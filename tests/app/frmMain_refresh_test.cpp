@@ -1,0 +1,187 @@
+#include "tests/support/MainWindowFixture.h"
+
+namespace quellbox {
+namespace {
+
+class MainRefresh : public MainWindowTest {};
+
+TEST_F(MainRefresh, AnEmptyArchiveShowsTheTimeOfThePass) {
+    OpenRefreshed();
+    EXPECT_EQ(Keys(), "");
+    EXPECT_EQ(Panel("count"), "");
+    EXPECT_EQ(Panel("size"), QLocale().toString(clock_.Now(), QStringLiteral("dd-MMM hh:mm:ss")).toStdString());
+    EXPECT_EQ(PanelView("size")->toolTip().toStdString(), "Time of last screen update");
+    EXPECT_FALSE(Find<QWidget>("prbFiles")->isVisible());
+}
+
+TEST_F(MainRefresh, TheFilterButtonListsTheDaysInForce) {
+    AddMessage("yesterday.eml", -12 * 60 - 1);
+    AddMessage("today.eml", -12 * 60);
+    Set("FilterDays", "1");
+    OpenRefreshed();
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+    EXPECT_EQ(Panel("count"), "2 messages");
+    QWidget* button = Find<QToolBar>("tlbMessages")->widgetForAction(Button("tlbMessages", "filter"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "today.eml");
+    EXPECT_EQ(Panel("count"), "1 (just today)");
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "1");
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(WaitForRefreshes(3));
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+}
+
+TEST_F(MainRefresh, TheRefreshCommandRebuildsTheListAndDeselects) {
+    AddThree();
+    OpenRefreshed();
+    AddMessage("d.eml", 0);
+    QTest::keyClick(List(), Qt::Key_F5);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml d.eml");
+    EXPECT_FALSE(IsUnread(3));
+    EXPECT_EQ(SelectedKeys(), "");
+    EXPECT_EQ(window_->State().SelectedCount, 0);
+    EXPECT_EQ(Panel("count"), "4 messages");
+    EXPECT_TRUE(List()->hasFocus());
+}
+
+TEST_F(MainRefresh, BulkModeShowsFileNamesAndReadsOnClick) {
+    AddThree();
+    Set("BulkMode", "True");
+    Set("Contents", "0"); // the contents panes read the file too
+    OpenRefreshed();
+    EXPECT_EQ(Cell(1, ColumnSubject), "b.eml");
+    EXPECT_EQ(Cell(1, ColumnTo), "");
+    EXPECT_EQ(files_.OpenCount(), 1); // the first message, which the first tick shows
+    ClickRow(1);
+    EXPECT_EQ(Cell(1, ColumnSubject), "about b.eml");
+    EXPECT_EQ(Cell(1, ColumnTo), "to-b.eml");
+    EXPECT_EQ(Cell(2, ColumnSubject), "c.eml");
+    EXPECT_EQ(files_.OpenCount(), 2);
+}
+
+TEST_F(MainRefresh, TheBulkToggleRefreshesAndIsStored) {
+    AddThree();
+    OpenRefreshed();
+    EXPECT_EQ(Cell(0, ColumnSubject), "about a.eml");
+    const bool before = List()->alternatingRowColors();
+    QTest::keyClick(List(), Qt::Key_B, Qt::ControlModifier);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Cell(0, ColumnSubject), "a.eml");
+    EXPECT_NE(List()->alternatingRowColors(), before);
+    window_->close();
+    EXPECT_EQ(Stored("BulkMode").toStdString(), "True");
+}
+
+TEST_F(MainRefresh, AutoRefreshWaitsForTheSelectionToEndThenAppendsBold) {
+    AddThree();
+    Set("AutoRefresh", "1");
+    Set("RefreshInterval", "1");
+    OpenRefreshed();
+    ASSERT_EQ(window_->State().SelectedCount, 1);
+    AddMessage("new.eml", 10);
+    EXPECT_FALSE(QTest::qWaitFor([this] { return refreshes_ > 1; }, 1500));
+    QTest::keyClick(List(), Qt::Key_Escape);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "new.eml a.eml b.eml c.eml"); // newest first
+    EXPECT_TRUE(IsUnread(0));
+    EXPECT_FALSE(IsUnread(1));
+    EXPECT_EQ(Panel("count"), "4 messages");
+}
+
+TEST_F(MainRefresh, WithoutAutoRefreshNothingHappensUntilTheDayChanges) {
+    AddThree();
+    Set("RefreshInterval", "1");
+    OpenRefreshed();
+    AddMessage("new.eml", 10);
+    QTest::keyClick(List(), Qt::Key_Escape);
+    EXPECT_FALSE(QTest::qWaitFor([this] { return refreshes_ > 1; }, 1500));
+    ClickRow(0); // a selection does not hold the change of the day back
+    clock_.Set(clock_.Now().addDays(1));
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "new.eml a.eml b.eml c.eml");
+    EXPECT_FALSE(IsUnread(0)); // rebuilt, not appended
+    EXPECT_EQ(window_->State().LastRefreshDay, 11);
+}
+
+TEST_F(MainRefresh, AnEmptiedListIsRefilledInFull) {
+    AddThree();
+    Set("AutoRefresh", "1");
+    Set("RefreshInterval", "1");
+    OpenRefreshed();
+    window_->Messages().Clear();
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+}
+
+TEST_F(MainRefresh, ATickWithNothingNewKeepsTheList) {
+    AddThree();
+    Set("AutoRefresh", "1");
+    Set("RefreshInterval", "1");
+    OpenRefreshed();
+    QTest::keyClick(List(), Qt::Key_Escape);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+    EXPECT_FALSE(IsUnread(0));
+}
+
+TEST_F(MainRefresh, ATolerableSenderVanishesIntoThePickupFolder) {
+    files_.Add(QStringLiteral("/archive/good.eml"), "X-Sender: friend@good.example\nSubject: x\n\n",
+               noon_.toMSecsSinceEpoch() * 1'000'000);
+    AddMessage("a.eml", 1);
+    Set("TolerationLevel", "2");
+    store_.SetValue(QStringLiteral("Tolerate"), QStringLiteral("good.example"), QStringLiteral("0"));
+    OpenRefreshed();
+    EXPECT_EQ(Keys(), "a.eml");
+    EXPECT_TRUE(files_.FileExists(QStringLiteral("/pickup/good.eml")));
+}
+
+TEST_F(MainRefresh, WhileAPassRunsTheWindowShowsIt) {
+    for (int number = 0; number < 40; ++number) {
+        AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 2, 10, QLatin1Char('0'))), number);
+    }
+    files_.SetLatency(std::chrono::milliseconds(10));
+    pool_.setMaxThreadCount(1);
+    Open();
+    bool looked = false;
+    WhileBusy([&] {
+        looked = true;
+        EXPECT_EQ(window_->Panels().Info().text.toStdString(), "Please wait till operation completes...");
+        EXPECT_TRUE(Find<QWidget>("prbFiles")->isVisible());
+        EXPECT_TRUE(QApplication::overrideCursor() != nullptr &&
+                    QApplication::overrideCursor()->shape() == Qt::WaitCursor);
+        // The bar lies over the panel "size".
+        EXPECT_TRUE(PanelView("size")->geometry().contains(Find<QWidget>("prbFiles")->geometry().center()));
+        window_->hide(); // what is shown on entering is taken back even if the window is gone
+    });
+    ASSERT_TRUE(WaitForRefreshes(1));
+    EXPECT_TRUE(looked);
+    EXPECT_TRUE(List()->isEnabled());
+    EXPECT_FALSE(Find<QWidget>("prbFiles")->isVisibleTo(window_.get()));
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(window_->Messages().Count(), 40);
+}
+
+TEST_F(MainRefresh, EveryKeyRestartsTheInterval) {
+    AddThree();
+    OpenRefreshed();
+    const auto* timer = Find<QTimer>("tmrRefresh");
+    for (const auto& [key, modifiers] :
+         {std::pair{Qt::Key_Down, Qt::NoModifier}, {Qt::Key_X, Qt::NoModifier}, {Qt::Key_A, Qt::ControlModifier}}) {
+        window_->State().RefreshInterval = static_cast<qint16>(window_->State().RefreshInterval + 1);
+        QTest::keyClick(List(), key, modifiers);
+        EXPECT_EQ(timer->interval(), window_->State().RefreshInterval * 1000) << key;
+    }
+}
+
+TEST_F(MainRefresh, AKeyDoesNotPutOffTheFirstRefresh) {
+    AddThree();
+    Open();
+    QTest::keyClick(List(), Qt::Key_Down);
+    EXPECT_EQ(Find<QTimer>("tmrRefresh")->interval(), 500);
+    EXPECT_TRUE(WaitForRefreshes(1));
+}
+
+} // namespace
+} // namespace quellbox

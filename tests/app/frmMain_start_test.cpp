@@ -1,0 +1,156 @@
+#include "platform/LocalFileSystem.h"
+#include "tests/support/MainWindowFixture.h"
+
+#include <QScreen>
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <fstream>
+
+namespace quellbox {
+namespace {
+
+class MainStart : public MainWindowTest {};
+
+TEST_F(MainStart, AnEmptyStoreGivesTwoThirdsOfTheScreenInItsUpperThird) {
+    store_ = MemorySettingsStore();
+    files_.AddFolder(QStringLiteral("/prog/"));
+    Open();
+    const QSize screen = window_->screen()->size();
+    EXPECT_NEAR(window_->width(), screen.width() * 2 / 3, 1);
+    EXPECT_NEAR(window_->height(), screen.height() * 2 / 3, 1);
+    EXPECT_NEAR(window_->geometry().left(), (screen.width() - window_->width()) / 2, 1);
+    EXPECT_NEAR(window_->geometry().top(), (screen.height() - window_->height()) / 3, 1);
+    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/prog/");
+    EXPECT_EQ(window_->State().PickupDir.toStdString(), "/prog/");
+    EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /prog/");
+    EXPECT_EQ(window_->State().AutoRefresh, 1);
+    EXPECT_EQ(window_->State().RefreshInterval, 60);
+}
+
+TEST_F(MainStart, StoredPlacementIsRestored) {
+    Set("MainLeft", "300");
+    Set("MainTop", "450");
+    Set("MainWidth", "10500");
+    Set("MainHeight", "7500");
+    Open();
+    EXPECT_EQ(window_->geometry(), QRect(20, 30, 700, 500));
+}
+
+TEST_F(MainStart, ClosingSavesPlacementAndOptions) {
+    Set("MainLeft", "300");
+    Set("MainTop", "450");
+    Set("MainWidth", "10500");
+    Set("MainHeight", "7500");
+    Open();
+    Action("mnuViewToolbar")->trigger();
+    window_->close();
+    EXPECT_EQ(Stored("Toolbar").toStdString(), "False");
+    EXPECT_EQ(Stored("StatusBar").toStdString(), "True");
+    EXPECT_EQ(Stored("MainLeft").toStdString(), "300");
+    EXPECT_EQ(Stored("MainHeight").toStdString(), "7500");
+    EXPECT_EQ(store_.FlushCount(), 1);
+}
+
+TEST_F(MainStart, ClosedWhileMinimizedLeavesTheStoreAsItWas) {
+    Set("Toolbar", "True");
+    const QStringList keys = store_.Keys(QStringLiteral("Settings"));
+    Open();
+    Action("mnuViewToolbar")->trigger();
+    window_->State().RefreshInterval = 99; // as the options dialog would
+    window_->showMinimized();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window_->isMinimized(); }, patience));
+    window_->close();
+    EXPECT_EQ(Stored("Toolbar").toStdString(), "True");
+    EXPECT_EQ(store_.Keys(QStringLiteral("Settings")), keys);
+    EXPECT_EQ(store_.FlushCount(), 0);
+}
+
+TEST_F(MainStart, WithoutADayWindowTheFilterButtonStartsReleased) {
+    Set("FilterDays", "0");
+    Set("FilterMessages", "1");
+    Open();
+    EXPECT_FALSE(Button("tlbMessages", "filter")->isChecked());
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "0");
+}
+
+TEST_F(MainStart, WithADayWindowTheFilterButtonStartsAsStored) {
+    Set("FilterDays", "2");
+    Set("FilterMessages", "1");
+    Open();
+    EXPECT_TRUE(Button("tlbMessages", "filter")->isChecked());
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "2");
+}
+
+TEST_F(MainStart, TogglesStartAsStored) {
+    Set("StatusBar", "False");
+    Set("Toolbar", "0");
+    Set("Contents", "false");
+    Set("HideMinimized", "True");
+    Set("BulkMode", "1");
+    Set("ContentsAttachment", "1");
+    Set("ContentsCollapse", "1");
+    Open();
+    EXPECT_FALSE(Action("mnuViewStatus")->isChecked());
+    EXPECT_FALSE(Action("mnuViewToolbar")->isChecked());
+    EXPECT_FALSE(Action("mnuViewContents")->isChecked());
+    EXPECT_TRUE(Action("mnuViewHide")->isChecked());
+    EXPECT_TRUE(Action("mnuViewBulk")->isChecked());
+    EXPECT_TRUE(Action("mnuViewFormat")->isChecked());
+    EXPECT_TRUE(Button("tlbContents", "attachment")->isChecked());
+    EXPECT_TRUE(Button("tlbContents", "collapse")->isChecked());
+}
+
+TEST_F(MainStart, TheListIsEmptyUntilTheFirstTick) {
+    AddThree();
+    Open();
+    EXPECT_EQ(Keys(), "");
+    const auto* timer = Find<QTimer>("tmrRefresh");
+    EXPECT_EQ(timer->interval(), 500);
+    EXPECT_TRUE(timer->isActive());
+    ASSERT_TRUE(WaitForRefreshes(1));
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+}
+
+TEST_F(MainStart, TheFirstTickSelectsTheFirstMessage) {
+    AddThree();
+    OpenRefreshed();
+    EXPECT_EQ(SelectedKeys(), "a.eml");
+    EXPECT_EQ(List()->currentIndex().row(), 0);
+    EXPECT_EQ(Panel("info"), "a.eml");
+    EXPECT_EQ(window_->State().SelectedCount, 1);
+    EXPECT_EQ(Find<QTimer>("tmrRefresh")->interval(), 60'000);
+    EXPECT_EQ(window_->State().LastRefreshDay, 10);
+}
+
+TEST_F(MainStart, FourMenuEntriesHavePictures) {
+    Open();
+    QStringList pictured;
+    for (const QAction* action : window_->findChildren<QAction*>(QRegularExpression(QStringLiteral("^mnu")))) {
+        if (!action->icon().isNull()) {
+            pictured += action->objectName();
+        }
+    }
+    EXPECT_EQ(pictured.size(), 4) << pictured.join(QLatin1Char(' ')).toStdString();
+}
+
+TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
+    const QTemporaryDir folder;
+    const std::filesystem::path path = folder.path().toStdString();
+    const auto now = std::filesystem::file_time_type::clock::now();
+    for (const auto& [name, age] : {std::pair{"old.eml", 2}, {"new.eml", 1}}) {
+        std::ofstream(path / name) << "Subject: about " << name << "\n\n";
+        std::filesystem::last_write_time(path / name, now - std::chrono::hours(age));
+    }
+    Set("ArchiveDir", qPrintable(folder.path() + QLatin1Char('/')));
+    const std::unique_ptr<FileSystem> disk = MakeLocalFileSystem();
+    frmMain window({*disk, store_, clock_, shell_, pool_, QStringLiteral("/prog/")});
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.Messages().Count() == 2; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
+    EXPECT_EQ(window.Messages().Row(0).cells[ColumnSubject].toStdString(), "about new.eml");
+    EXPECT_EQ(window.Messages().Row(1).key.toStdString(), "old.eml");
+}
+
+} // namespace
+} // namespace quellbox
