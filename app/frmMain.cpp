@@ -5,13 +5,13 @@
 #include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
+#include "settings/frmPlacement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QMessageBox>
-#include <QScreen>
 
 namespace quellbox {
 
@@ -25,6 +25,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
     CreateToolbars();
     CreatePanes();
     ConnectList();
+    ConnectContents();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     tmrRefresh->start(firstTickMs);
@@ -32,6 +33,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
 }
 
 frmMain::~frmMain() {
+    delete view_;
     qApp->removeEventFilter(this);
 }
 
@@ -43,7 +45,7 @@ void frmMain::LoadSettings() {
 
 void frmMain::ApplySettings() {
     SetMenuPictures();
-    RestoreWindowPlacement();
+    RestoreWindowPlacement(*this, ports_.store);
     UpdateMainCaption();
     const bool filterPressed = state_.FilterDays != 0 && state_.FilterMessages != 0;
     buttons_[QStringLiteral("filter")]->setChecked(filterPressed);
@@ -67,33 +69,12 @@ void frmMain::ApplySettings() {
     }
 }
 
-void frmMain::RestoreWindowPlacement() {
-    const QSize available = screen()->size();
-    const Placement placement = ComputePlacement(ReadPlacement(ports_.store, objectName()), ToTwips(available.width()),
-                                                 ToTwips(available.height()));
-    setGeometry(ToPixels(placement.left), ToPixels(placement.top), ToPixels(placement.width),
-                ToPixels(placement.height));
-    if (placement.windowState == 1) {
-        setWindowState(Qt::WindowMinimized);
-    } else if (placement.windowState == 2) {
-        setWindowState(Qt::WindowMaximized);
-    }
-}
-
-void frmMain::SaveWindowPlacement() {
-    const int windowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
-    const QRect rectangle = geometry();
-    WritePlacement(ports_.store, objectName(),
-                   {windowState, ToTwips(rectangle.left()), ToTwips(rectangle.top()), ToTwips(rectangle.width()),
-                    ToTwips(rectangle.height())});
-}
-
 void frmMain::UpdateMainCaption() {
     setWindowTitle(QStringLiteral("Quellbox - ") + state_.ArchiveDir);
 }
 
 void frmMain::SaveAllSettings() {
-    SaveWindowPlacement();
+    SaveWindowPlacement(*this, ports_.store);
     state_.FilterMessages = buttons_[QStringLiteral("filter")]->isChecked() ? 1 : 0;
     state_.ContentsAttachment = buttons_[QStringLiteral("attachment")]->isChecked() ? 1 : 0;
     state_.ContentsCollapse = buttons_[QStringLiteral("collapse")]->isChecked() ? 1 : 0;
@@ -115,6 +96,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     if (pass_) {
         pass_->Cancel();
     }
+    CloseViewer();
     if (!isMinimized()) {
         Guarded([this] { SaveAllSettings(); });
     }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "archive/RefreshPass.h"
+#include "contents/StructureTree.h"
+#include "contents/frmRawPane.h"
+#include "contents/frmView.h"
 #include "messages/SortState.h"
 #include "platform/RuntimeError.h"
 #include "platform/Shell.h"
@@ -8,7 +11,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QMainWindow>
-#include <QPlainTextEdit>
+#include <QPointer>
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
@@ -76,8 +79,6 @@ private:
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
-    void RestoreWindowPlacement();
-    void SaveWindowPlacement();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
@@ -134,9 +135,33 @@ private:
     void ShowFileProgress(bool show, int maximum);
     void mnuViewBulk_Click();
     void ShowBulkMode();
-    void tlbMessages_ButtonClick(const QString& key);
     void FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead);
     void SortList();
+
+    // frmMainActions.cpp
+    void ProcessSelectedMessages(qint16 action);
+    void ShowNextMessage(int row);
+    void mnuActions_Click();
+    void mnuActionsDelete_Click();
+    void mnuActionsUnblock_Click();
+    void TolerateSelectedSender();
+    void MaintainWhitelist();
+    std::function<void(bool)> TimerSwitch();
+    void tlbMessages_ButtonClick(const QString& key);
+
+    // frmMainContents.cpp
+    void ConnectContents();
+    int SelectedRow() const;
+    QString MessagePath(int row) const;
+    void ShowMessage(int row);
+    bool LoadRawPane(const QString& path);
+    void ShowMessageStructure(int row);
+    void FillTree();
+    void ApplyToggles(bool expandAll);
+    void trvMessage_NodeClick(const QTreeWidgetItem* node);
+    void tlbContents_ButtonClick(const QString& key);
+    void mnuMessageView_Click();
+    void CloseViewer();
 
     MainPorts ports_;
     AppState state_;
@@ -154,10 +179,13 @@ private:
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
     QList<QAction*> withoutCode_;
+    MailMessage maiTree;
+    StructureTree structure_; // what trvMessage shows
+    QPointer<frmView> view_;
 
     MessageListView* lvwMessages = nullptr;
     QTreeWidget* trvMessage = nullptr;
-    QPlainTextEdit* rtfRaw = nullptr;
+    RawPane* rtfRaw = nullptr;
     QSplitter* splWhole = nullptr;
     QSplitter* splBottom = nullptr;
     QWidget* clbLeft = nullptr;

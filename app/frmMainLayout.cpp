@@ -5,7 +5,6 @@
 #include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -33,17 +32,13 @@ void frmMain::CreatePanes() {
     trvMessage->setAccessibleName(tr("Message format layout"));
     trvMessage->setToolTip(tr("Message format layout"));
     trvMessage->setHeaderHidden(true);
+    trvMessage->setUniformRowHeights(true);
     trvMessage->setMinimumWidth(smallestPane);
 
-    rtfRaw = new QPlainTextEdit(this);
+    rtfRaw = new RawPane(this);
     rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
     rtfRaw->setAccessibleName(tr("Raw message contents"));
     rtfRaw->setToolTip(tr("Raw message contents"));
-    rtfRaw->setReadOnly(true);
-    rtfRaw->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    QFont fixed(QStringLiteral("Courier New"));
-    fixed.setStyleHint(QFont::Monospace);
-    rtfRaw->setFont(fixed);
     rtfRaw->setMinimumWidth(smallestPane);
 
     splBottom = new QSplitter(Qt::Horizontal, this);

@@ -59,6 +59,7 @@ void frmMain::lvwMessages_ItemClick(int row) {
     if (LoadOnItemClick) {
         UpdateSelectionStatus();
     }
+    ShowMessage(row);
     if (LastMouseButton == Qt::RightButton) {
         PopUpMessageMenu(QCursor::pos());
     }
@@ -73,7 +74,8 @@ void frmMain::ReadMessageHeaders(int row) {
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
     // The press that selected the row came after the commands were enabled for what was selected before.
-    SetCommandEnabled(mnuMessageView, state_.SelectedCount == 1);
+    SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
+    SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
     mnuMessage->popup(screen);
 }
 
@@ -83,7 +85,7 @@ void frmMain::lvwMessages_KeyDown() {
 }
 
 void frmMain::lvwMessages_KeyPress() {
-    mnuMessageView->trigger();
+    mnuMessageView_Click();
 }
 
 void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x) {
@@ -120,6 +122,7 @@ qint16 frmMain::UpdateSelectionStatus() {
     SetCommandEnabled(buttons_[QStringLiteral("whitelist")], status.usesWhitelist);
     SetCommandEnabled(buttons_[QStringLiteral("tolerate")], status.canTolerate);
     SetCommandEnabled(mnuMessageTolerate, status.usesWhitelist);
+    mnuActions_Click(); // a shortcut works without the menu having been opened
     return state_.SelectedCount;
 }
 

@@ -88,6 +88,10 @@ void frmMain::CreateMenus() {
     mnuActionsDelete = AddEntry(mnuActions, "mnuActionsDelete", tr("&Delete"), QStringLiteral("Del"));
     mnuActionsUnblock = AddEntry(mnuActions, "mnuActionsUnblock", tr("&Unblock"), QStringLiteral("Ctrl+U"));
     mnuActionsTolerate = AddEntry(mnuActions, "mnuActionsTolerate", tr("&Tolerate..."), QStringLiteral("Ctrl+T"));
+    on(mnuActionsDelete, [this] { mnuActionsDelete_Click(); });
+    on(mnuActionsUnblock, [this] { mnuActionsUnblock_Click(); });
+    on(mnuActionsTolerate, [this] { TolerateSelectedSender(); });
+    connect(mnuActions, &QMenu::aboutToShow, this, &frmMain::mnuActions_Click);
 
     mnuTools = AddMenu(this, "mnuTools", tr("&Tools"));
     QAction* test = AddEntry(mnuTools, "mnuToolsTest", tr("Pickup &Test..."));
@@ -109,12 +113,14 @@ void frmMain::CreateMenus() {
     }
 
     mnuMessage = AddMenu(this, "mnuMessage", tr("Message"));
-    QAction* remove = AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete"));
-    QAction* unblock = AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock"));
+    on(AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete")), [this] { mnuActionsDelete_Click(); });
+    on(AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock")), [this] { mnuActionsUnblock_Click(); });
     mnuMessageTolerate = AddEntry(mnuMessage, "mnuMessageTolerate", tr("&Tolerate..."));
+    on(mnuMessageTolerate, [this] { TolerateSelectedSender(); });
     AddBar(mnuMessage, "mnuBarHelpView");
     QAction* findHere = AddEntry(mnuMessage, "mnuMessageFind", tr("&Find..."));
     mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View"));
+    on(mnuMessageView, [this] { mnuMessageView_Click(); });
     mnuMessage->setDefaultAction(mnuMessageView);
 
     mnuTray = AddMenu(this, "mnuTray", tr("Tray"));
@@ -123,29 +129,8 @@ void frmMain::CreateMenus() {
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
     connect(trayExit, &QAction::triggered, this, &QWidget::close);
 
-    WithoutCode({archive,
-                 pickup,
-                 find,
-                 mnuEditFindNext,
-                 findAll,
-                 mnuViewHide,
-                 mnuActionsDelete,
-                 mnuActionsUnblock,
-                 mnuActionsTolerate,
-                 test,
-                 mnuToolsCleansing,
-                 mnuToolsOptions,
-                 starting,
-                 suggestions,
-                 check,
-                 feedback,
-                 about,
-                 remove,
-                 unblock,
-                 mnuMessageTolerate,
-                 findHere,
-                 mnuMessageView,
-                 restore});
+    WithoutCode({archive, pickup, find, mnuEditFindNext, findAll, mnuViewHide, test, mnuToolsCleansing, mnuToolsOptions,
+                 starting, suggestions, check, feedback, about, findHere, restore});
 }
 
 QAction* frmMain::AddButton(QToolBar* bar, const char* key, const QString& toolTip, bool twoState) {
@@ -174,19 +159,22 @@ void frmMain::CreateToolbars() {
         bar->setMovable(false);
         bar->setIconSize({24, 24});
     }
-    QAction* remove = AddButton(tlbMessages, "delete", tr("Delete selected message(s) permanently"), false);
-    QAction* unblock = AddButton(tlbMessages, "unblock", tr("Unblock and deliver selected message(s)"), false);
-    QAction* tolerate = AddButton(tlbMessages, "tolerate", tr("Add sender(s) to whitelist for toleration"), false);
+    AddButton(tlbMessages, "delete", tr("Delete selected message(s) permanently"), false);
+    AddButton(tlbMessages, "unblock", tr("Unblock and deliver selected message(s)"), false);
+    AddButton(tlbMessages, "tolerate", tr("Add sender(s) to whitelist for toleration"), false);
     QAction* find = AddButton(tlbMessages, "find", tr("Find text in message header"), false);
     AddButton(tlbMessages, "filter", tr("Filter the message display"), true);
     QAction* cleansing = AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false);
-    QAction* whitelist = AddButton(tlbMessages, "whitelist", tr("Maintain whitelist of tolerated senders"), false);
-    QAction* collapse = AddButton(tlbContents, "collapse", tr("Collapse or Expand all parts"), true);
-    QAction* attachment = AddButton(tlbContents, "attachment", tr("Reveal attachment"), true);
+    AddButton(tlbMessages, "whitelist", tr("Maintain whitelist of tolerated senders"), false);
+    AddButton(tlbContents, "collapse", tr("Collapse or Expand all parts"), true);
+    AddButton(tlbContents, "attachment", tr("Reveal attachment"), true);
     connect(tlbMessages, &QToolBar::actionTriggered, this, [this](const QAction* button) {
         Guarded([this, button] { tlbMessages_ButtonClick(button->property("key").toString()); });
     });
-    WithoutCode({remove, unblock, tolerate, find, cleansing, whitelist, collapse, attachment});
+    connect(tlbContents, &QToolBar::actionTriggered, this, [this](const QAction* button) {
+        Guarded([this, button] { tlbContents_ButtonClick(button->property("key").toString()); });
+    });
+    WithoutCode({find, cleansing});
 }
 
 // A command that the program does not have yet is shown, but never enabled.

@@ -145,6 +145,7 @@ void frmMain::ClearMessageView() {
 void frmMain::ClearContents() {
     rtfRaw->clear();
     trvMessage->clear();
+    structure_.clear();
 }
 
 void frmMain::mnuViewBulk_Click() {
@@ -155,12 +156,6 @@ void frmMain::mnuViewBulk_Click() {
 // Lines of several texts are easier to follow on alternating colours; file names alone need none.
 void frmMain::ShowBulkMode() {
     lvwMessages->setAlternatingRowColors(!mnuViewBulk->isChecked());
-}
-
-void frmMain::tlbMessages_ButtonClick(const QString& key) {
-    if (key == QLatin1String("filter")) {
-        mnuAcRefresh_Click();
-    }
 }
 
 } // namespace quellbox

@@ -34,6 +34,12 @@ bool Shell::Open(const QString& target) const {
     return reinterpret_cast<INT_PTR>(started) > 32;
 }
 
+bool Shell::OpenMessage(const QString& path) const {
+    const std::wstring parameters = (QStringLiteral("/eml:") + path).toStdWString();
+    const HINSTANCE started = ShellExecuteW(nullptr, L"open", L"msimn", parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(started) > 32;
+}
+
 #else
 
 namespace {
@@ -62,6 +68,10 @@ QString Shell::UserName() const {
 
 bool Shell::Open(const QString& target) const {
     return !target.isEmpty() && QProcess::startDetached(QStringLiteral("xdg-open"), {OpenerArgument(target)});
+}
+
+bool Shell::OpenMessage(const QString& path) const {
+    return Open(path);
 }
 
 #endif

@@ -1,0 +1,139 @@
+#include "app/frmMain.h"
+
+#include "app/MessageListView.h"
+#include "app/StatusBarView.h"
+#include "messages/Disposal.h"
+#include "messages/FormatSize.h"
+#include "whitelist/frmTolerate.h"
+
+#include <QCoreApplication>
+
+#include <numeric>
+
+namespace quellbox {
+
+namespace {
+
+std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
+    std::vector<int> rows;
+    for (const RowRange& range : ranges) {
+        const size_t before = rows.size();
+        rows.resize(before + static_cast<size_t>(range.last - range.first + 1));
+        std::iota(rows.begin() + static_cast<std::ptrdiff_t>(before), rows.end(), range.first);
+    }
+    return rows;
+}
+
+} // namespace
+
+void frmMain::ProcessSelectedMessages(qint16 action) {
+    if (busy_ || pass_) {
+        return;
+    }
+    const auto showProgress = [this](int rowsLeft) {
+        panels_.SetCount(QString::number(rowsLeft));
+        QCoreApplication::sendPostedEvents(stbBottom, QEvent::MetaCall); // no event runs before the end
+        stbBottom->repaint();
+    };
+    const DisposalResult result = DisposeOfMessages(ports_.files, action, {state_.ArchiveDir, state_.PickupDir},
+                                                    RowsOf(lvwMessages->SelectedRanges()), model_, showProgress);
+    DropFailures(result.failures);
+    if (result.rowsGone > 0 || model_.Count() == 0) {
+        ShowNextMessage(result.nextRow);
+    }
+    SortList();
+}
+
+void frmMain::ShowNextMessage(int row) {
+    if (row < 0) {
+        ClearContents();
+        UpdateSelectionStatus();
+        panels_.SetInfo({});
+        panels_.SetSize({}, {});
+        panels_.SetCount(tr("0 messages"));
+        return;
+    }
+    lvwMessages->SelectOnly(row);
+    UpdateSelectionStatus();
+    if (!LoadRawPane(MessagePath(row))) {
+        rtfRaw->clear(); // the message that was shown has just gone
+    }
+    ShowMessageStructure(row);
+    const MessageRow& next = model_.Row(row);
+    panels_.SetInfo(next.key);
+    panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);
+    panels_.SetCount(tr("%1 messages").arg(model_.Count()));
+}
+
+void frmMain::mnuActions_Click() {
+    const QModelIndex current = lvwMessages->currentIndex();
+    const bool isSelected = current.isValid() && lvwMessages->selectionModel()->isRowSelected(current.row());
+    SetCommandEnabled(mnuActionsDelete, isSelected);
+    SetCommandEnabled(mnuActionsUnblock, isSelected);
+    SetCommandEnabled(mnuActionsTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
+}
+
+void frmMain::mnuActionsDelete_Click() {
+    ProcessSelectedMessages(Action::remove);
+}
+
+void frmMain::mnuActionsUnblock_Click() {
+    ProcessSelectedMessages(Action::unblock);
+}
+
+// The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
+void frmMain::TolerateSelectedSender() {
+    const int row = SelectedRow();
+    if (row < 0 || busy_ || pass_) {
+        return;
+    }
+    {
+        const MessageRow& message = model_.Row(row);
+        frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
+        dialog.SetMode(ToleranceWord::tolerate);
+        dialog.SetSender(message.tag);
+        dialog.SetStatus(message.cells[ColumnFrom]);
+        dialog.exec();
+    }
+    if (state_.ToleranceResult == ToleranceWord::ok) {
+        ProcessSelectedMessages(Action::unblockTolerated);
+    }
+}
+
+void frmMain::MaintainWhitelist() {
+    if (busy_ || pass_) {
+        return;
+    }
+    frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
+    dialog.SetMode(ToleranceWord::whitelist);
+    dialog.exec();
+}
+
+// What a dialog gets to hold back the refresh timer. A timer that did not run before does not run afterwards either,
+// and the interval stays, by which the first refresh is known.
+std::function<void(bool)> frmMain::TimerSwitch() {
+    const bool wasActive = tmrRefresh->isActive();
+    return [this, wasActive](bool run) {
+        if (!run) {
+            tmrRefresh->stop();
+        } else if (wasActive && !closing_) {
+            tmrRefresh->start();
+        }
+    };
+}
+
+void frmMain::tlbMessages_ButtonClick(const QString& key) {
+    if (key == QLatin1String("unblock")) {
+        ProcessSelectedMessages(Action::unblock);
+    } else if (key == QLatin1String("delete")) {
+        ProcessSelectedMessages(Action::remove);
+    } else if (key == QLatin1String("tolerate")) {
+        TolerateSelectedSender();
+    } else if (key == QLatin1String("filter")) {
+        mnuAcRefresh_Click();
+    } else if (key == QLatin1String("whitelist")) {
+        MaintainWhitelist();
+    }
+}
+
+} // namespace quellbox

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTimer>
+
+namespace quellbox {
+
+/// Shows text that came with a message, as plain text that cannot be changed. The first screens of a long text appear
+/// at once; the rest follows while the window stays usable, and is dropped when another text takes its place.
+class RawPane : public QPlainTextEdit {
+    Q_OBJECT
+
+public:
+    explicit RawPane(QWidget* parent = nullptr);
+
+    /// Shows the contents of a message file.
+    void ShowFile(const QString& path, const QString& text);
+
+    /// Shows a text that is no file.
+    void ShowText(const QString& text);
+
+    /// Empties the pane. Hides the slot of the base, which knows nothing of text that is still to come.
+    void clear();
+
+    /// Path of the file that is shown; empty when it is another text or none.
+    const QString& FileName() const { return fileName_; }
+
+    /// The whole text, also while part of it is still to come.
+    const QString& Text() const { return text_; }
+
+    /// True when the whole text has arrived in the control.
+    bool IsComplete() const { return position_ == text_.size(); }
+
+private:
+    void Start(const QString& fileName, const QString& text);
+    void AppendChunk(qsizetype wanted);
+    void AppendForAWhile();
+
+    QString fileName_;
+    QString text_;
+    qsizetype position_ = 0; // how much of the text the control holds
+    bool endsLine_ = true;   // that part ends with a line end
+    QTimer rest_;
+};
+
+} // namespace quellbox

@@ -1,0 +1,167 @@
+#include "tests/support/RealFolderWindow.h"
+
+using namespace quellbox;
+
+namespace {
+
+class Contents : public RealFolderWindowTest {
+protected:
+    QTreeWidgetItem* Item(const QString& start) {
+        for (QTreeWidgetItemIterator item(Tree()); *item != nullptr; ++item) {
+            if ((*item)->text(0).startsWith(start)) {
+                return *item;
+            }
+        }
+        return nullptr;
+    }
+
+    void ClickNode(const QString& start) {
+        QTreeWidgetItem* item = Item(start);
+        ASSERT_NE(item, nullptr);
+        Tree()->scrollToItem(item);
+        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, Tree()->visualItemRect(item).center());
+    }
+
+    void OpenWithAttachment() {
+        Write(Archive(Name(1)), "Subject: x\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n"
+                                "--b\r\n\r\none\r\ntwo\r\n--b\r\nContent-Type: text/plain\r\n"
+                                "Content-Disposition: attachment; filename=a.txt\r\n\r\nx\r\n--b--\r\n");
+        Open();
+    }
+};
+
+} // namespace
+
+TEST_F(Contents, AClickShowsTheFileAndTheTreeWithOnlyTheRootExpanded) {
+    Open(2);
+    Click(0);
+    EXPECT_EQ(Raw()->FileName(), Archive(Name(1)));
+    ASSERT_EQ(Tree()->topLevelItemCount(), 2);
+    EXPECT_TRUE(Tree()->topLevelItem(0)->isExpanded());
+    EXPECT_FALSE(Tree()->topLevelItem(1)->isExpanded());
+    EXPECT_NE(Item(QStringLiteral("SUBJECT: Mail 1")), nullptr);
+}
+
+TEST_F(Contents, NodesShowTheFileTheTextOrThemselves) {
+    Open(1);
+    Click(0);
+    ClickNode(QStringLiteral("TEXT: first line"));
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("first line\nsecond line\n"));
+    EXPECT_TRUE(Raw()->FileName().isEmpty());
+    ClickNode(QStringLiteral("SUBJECT:"));
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("SUBJECT: Mail 1"));
+    ClickNode(QStringLiteral("PART1"));
+    EXPECT_EQ(Raw()->FileName(), Archive(Name(1)));
+    EXPECT_TRUE(Raw()->toPlainText().startsWith(QStringLiteral("X-SENDER:")));
+}
+
+TEST_F(Contents, KeysInTheTreeShowNodesToo) {
+    Open(1);
+    Click(0);
+    ClickNode(QStringLiteral("MESSAGE"));
+    Tree()->setFocus();
+    QTest::keyClick(Tree(), Qt::Key_Down);
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("FROM: Someone <f@x.org>"));
+}
+
+TEST_F(Contents, AFileThatHasGoneLeavesTheTextWhenAParentNodeIsClicked) {
+    Open(1);
+    Click(0);
+    ClickNode(QStringLiteral("SUBJECT:"));
+    QFile::remove(Archive(Name(1)));
+    ClickNode(QStringLiteral("MESSAGE"));
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("SUBJECT: Mail 1"));
+}
+
+TEST_F(Contents, AClickOnARowWhoseFileHasGoneEmptiesThePanes) {
+    Open(2);
+    Click(0);
+    QFile::remove(Archive(Name(2)));
+    Click(1);
+    EXPECT_TRUE(Raw()->toPlainText().isEmpty());
+    EXPECT_EQ(Tree()->topLevelItemCount(), 0);
+}
+
+TEST_F(Contents, AnUnreadableMessageEmptiesTheTree) {
+    Write(Archive(Name(1)), "");
+    Open();
+    Click(0);
+    EXPECT_EQ(Tree()->topLevelItemCount(), 0);
+}
+
+TEST_F(Contents, AFileThatIsLoadedIsNotLoadedAgain) {
+    Open(1);
+    Click(0);
+    Write(Archive(Name(1)), "Subject: changed\r\n\r\n");
+    Click(0);
+    EXPECT_TRUE(Raw()->toPlainText().contains(QStringLiteral("Mail 1")));
+    Raw()->clear();
+    Click(0);
+    EXPECT_TRUE(Raw()->toPlainText().contains(QStringLiteral("changed")));
+}
+
+TEST_F(Contents, AClickWithAModifierEmptiesThePanesAndSoDoesAHiddenPane) {
+    Open(2);
+    Click(0);
+    Click(1, Qt::ControlModifier);
+    EXPECT_TRUE(Raw()->toPlainText().isEmpty());
+    EXPECT_EQ(Tree()->topLevelItemCount(), 0);
+    Command("mnuViewContents")->trigger();
+    Click(0);
+    EXPECT_TRUE(Raw()->toPlainText().isEmpty());
+    Command("mnuViewContents")->trigger();
+    EXPECT_FALSE(Raw()->toPlainText().isEmpty());
+    EXPECT_EQ(Tree()->topLevelItemCount(), 2);
+}
+
+TEST_F(Contents, TheTogglesExpandAndRevealWithoutRebuilding) {
+    OpenWithAttachment();
+    Click(0);
+    QTreeWidgetItem* attachment = Item(QStringLiteral("ATTACHMENT: a.txt"));
+    ASSERT_NE(attachment, nullptr);
+    EXPECT_TRUE(attachment->font(0).bold());
+    EXPECT_FALSE(attachment->parent()->isExpanded());
+    Command("tlbContents_attachment")->trigger();
+    EXPECT_TRUE(attachment->parent()->isExpanded());
+    EXPECT_FALSE(Tree()->topLevelItem(1)->isExpanded());
+    Command("tlbContents_collapse")->trigger();
+    EXPECT_TRUE(Tree()->topLevelItem(1)->isExpanded());
+    EXPECT_TRUE(Tree()->topLevelItem(1)->child(0)->isExpanded() ||
+                Tree()->topLevelItem(1)->child(0)->childCount() == 0);
+    Tree()->topLevelItem(0)->setExpanded(false);
+    Command("tlbContents_attachment")->trigger();
+    EXPECT_TRUE(Tree()->topLevelItem(0)->isExpanded());
+    Command("tlbContents_collapse")->trigger();
+    EXPECT_TRUE(Tree()->topLevelItem(0)->isExpanded());
+    EXPECT_FALSE(Tree()->topLevelItem(1)->isExpanded());
+    EXPECT_EQ(Item(QStringLiteral("ATTACHMENT: a.txt")), attachment);
+}
+
+TEST_F(Contents, AHugeMessageComesInPiecesAndAnotherOneCancelsTheRest) {
+    QByteArray huge = Mail(1);
+    while (huge.size() < 3 * 1024 * 1024) {
+        huge += QByteArray(70, 'x') + "\r\n";
+    }
+    huge += "the end\r\n";
+    Write(Archive(Name(1)), huge);
+    Write(Archive(Name(2)), Mail(2));
+    Open();
+    Click(0);
+    EXPECT_FALSE(Raw()->IsComplete());
+    EXPECT_EQ(Raw()->Text().size(), huge.size());
+    Click(1);
+    EXPECT_TRUE(Raw()->IsComplete());
+    EXPECT_EQ(Raw()->toPlainText(), QString::fromLatin1(Mail(2)).remove(QLatin1Char('\r')));
+    Click(0);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Raw()->IsComplete(); }, 60000));
+    EXPECT_EQ(Raw()->toPlainText().size(), QString::fromLatin1(huge).remove(QLatin1Char('\r')).size());
+    EXPECT_TRUE(Raw()->toPlainText().endsWith(QStringLiteral("the end\n")));
+    EXPECT_EQ(Raw()->textCursor().position(), 0);
+}
+
+TEST_F(Contents, HtmlStaysPlainText) {
+    Write(Archive(Name(1)), "Subject: <b>x</b>\r\n\r\n<h1>big</h1>\r\n");
+    Open();
+    Click(0);
+    EXPECT_TRUE(Raw()->toPlainText().contains(QStringLiteral("<h1>big</h1>")));
+}

@@ -1,0 +1,168 @@
+#include "contents/frmView.h"
+
+#include "tests/support/RealFolderWindow.h"
+
+#include <QMenu>
+#include <QScreen>
+
+using namespace quellbox;
+
+namespace {
+
+class View : public RealFolderWindowTest {
+protected:
+    static frmView* Viewer() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* viewer = qobject_cast<frmView*>(widget);
+            if (viewer != nullptr && viewer->isVisible()) {
+                return viewer;
+            }
+        }
+        return nullptr;
+    }
+
+    static RawPane* TextOf(frmView* viewer) { return viewer->findChild<RawPane*>(QStringLiteral("rtfRaw")); }
+
+    void OpenViewer(int row) {
+        Click(row);
+        QTest::keyClick(List(), Qt::Key_Return);
+        ASSERT_NE(Viewer(), nullptr);
+    }
+
+    QString Stored(const char* key) const {
+        return store.Value(QStringLiteral("Settings"), QLatin1String(key)).value_or(QString());
+    }
+};
+
+} // namespace
+
+TEST_F(View, ShowsTheWholeFileFromItsStartUnderItsPath) {
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("RawBody"), QStringLiteral("1"));
+    Open(1);
+    OpenViewer(0);
+    frmView* viewer = Viewer();
+    EXPECT_EQ(viewer->windowTitle(), Archive(Name(1)));
+    EXPECT_EQ(TextOf(viewer)->Text(), QString::fromLatin1(Mail(1)));
+    EXPECT_EQ(TextOf(viewer)->textCursor().position(), 0);
+    EXPECT_EQ(Raw()->FileName(), Archive(Name(1)));
+    EXPECT_FALSE(viewer->isModal());
+    EXPECT_DOUBLE_EQ(TextOf(viewer)->font().pointSizeF(), 8.5);
+    EXPECT_EQ(TextOf(viewer)->size(), viewer->size());
+}
+
+TEST_F(View, ReusesItsWindow) {
+    Open(2);
+    OpenViewer(0);
+    frmView* first = Viewer();
+    OpenViewer(1);
+    EXPECT_EQ(Viewer(), first);
+    EXPECT_EQ(first->windowTitle(), Archive(Name(2)));
+}
+
+TEST_F(View, OpensByEnterSpaceAndDoubleClick) {
+    Open(1);
+    Click(0);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
+        QTest::keyClick(List(), key);
+        ASSERT_NE(Viewer(), nullptr);
+        Viewer()->close();
+    }
+    const QPoint point = List()->visualRect(window->Messages().index(0, 0)).center();
+    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, point);
+    EXPECT_NE(Viewer(), nullptr);
+}
+
+TEST_F(View, ClosesByEnterSpaceAndEscape) {
+    Open(1);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
+        OpenViewer(0);
+        QTest::keyClick(TextOf(Viewer()), key);
+        EXPECT_EQ(Viewer(), nullptr);
+    }
+}
+
+TEST_F(View, DiscardsLettersAndMovesByKeys) {
+    Open(1);
+    OpenViewer(0);
+    const QString before = TextOf(Viewer())->toPlainText();
+    QTest::keyClicks(TextOf(Viewer()), QStringLiteral("abc"));
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_Delete);
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_Backspace);
+    EXPECT_EQ(TextOf(Viewer())->toPlainText(), before);
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_Down);
+    EXPECT_GT(TextOf(Viewer())->textCursor().position(), 0);
+}
+
+TEST_F(View, AnEmptyListOpensNothing) {
+    Open(0);
+    Command("mnuMessageView")->setEnabled(true);
+    Command("mnuMessageView")->trigger();
+    window->State().OutlookExpress = 1;
+    Command("mnuMessageView")->trigger();
+    EXPECT_EQ(Viewer(), nullptr);
+    EXPECT_TRUE(shell.Opened().isEmpty());
+}
+
+TEST_F(View, TheExternalViewerLeavesBothPanesAlone) {
+    Open(1);
+    Click(0);
+    Raw()->ShowText(QStringLiteral("before"));
+    window->State().OutlookExpress = 1;
+    QTest::keyClick(List(), Qt::Key_Return);
+    EXPECT_EQ(shell.Opened(), QStringList({Archive(Name(1))}));
+    EXPECT_EQ(Viewer(), nullptr);
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("before"));
+}
+
+TEST_F(View, AMissingFileLeavesTheTexts) {
+    Open(1);
+    OpenViewer(0);
+    QFile::remove(Archive(Name(1)));
+    QTest::keyClick(List(), Qt::Key_Return);
+    EXPECT_EQ(TextOf(Viewer())->Text(), QString::fromLatin1(Mail(1)));
+    EXPECT_EQ(Raw()->Text(), QString::fromLatin1(Mail(1)));
+}
+
+TEST_F(View, RemembersItsPlacement) {
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewLeft"), QStringLiteral("1500"));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewTop"), QStringLiteral("1200"));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewWidth"), QStringLiteral("4500"));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewHeight"), QStringLiteral("3000"));
+    Open(1);
+    OpenViewer(0);
+    EXPECT_EQ(Viewer()->geometry(), QRect(100, 80, 300, 200));
+    Viewer()->setGeometry(120, 90, 330, 220);
+    Viewer()->close();
+    EXPECT_EQ(Stored("ViewLeft"), QStringLiteral("1800"));
+    EXPECT_EQ(Stored("ViewWidth"), QStringLiteral("4950"));
+    EXPECT_EQ(Stored("ViewWindowState"), QStringLiteral("0"));
+}
+
+TEST_F(View, StaysInsideTheWorkArea) {
+    Open(1);
+    OpenViewer(0);
+    const QRect area = Viewer()->screen()->availableGeometry();
+    Viewer()->resize(area.width() + 100, area.height() + 100);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(area.contains(Viewer()->frameGeometry()));
+}
+
+TEST_F(View, OpensFromTheContextMenuOfOneRow) {
+    Open(2);
+    const QPoint point = List()->visualRect(window->Messages().index(0, 0)).center();
+    QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, point);
+    auto* menu = Find<QMenu>("mnuMessage");
+    ASSERT_TRUE(menu->isVisible());
+    EXPECT_EQ(menu->defaultAction(), Command("mnuMessageView"));
+    ASSERT_TRUE(Command("mnuMessageView")->isEnabled());
+    menu->close();
+    Command("mnuMessageView")->trigger();
+    EXPECT_NE(Viewer(), nullptr);
+}
+
+TEST_F(View, ClosesWithTheMainWindow) {
+    Open(1);
+    OpenViewer(0);
+    window->close();
+    EXPECT_EQ(Viewer(), nullptr);
+}

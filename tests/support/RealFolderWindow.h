@@ -1,0 +1,106 @@
+#pragma once
+
+#include "app/MessageListView.h"
+#include "app/frmMain.h"
+#include "platform/LocalFileSystem.h"
+#include "tests/support/FakeShell.h"
+#include "tests/support/MemorySettingsStore.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+namespace quellbox {
+
+/// The real main window over two real folders.
+class RealFolderWindowTest : public testing::Test {
+protected:
+    RealFolderWindowTest() {
+        QDir(root.path()).mkdir(QStringLiteral("archive"));
+        QDir(root.path()).mkdir(QStringLiteral("pickup"));
+        const QString section = QStringLiteral("Settings");
+        store.SetValue(section, QStringLiteral("ArchiveDir"), Archive());
+        store.SetValue(section, QStringLiteral("PickupDir"), Pickup());
+        store.SetValue(section, QStringLiteral("TolerationLevel"), QStringLiteral("1"));
+        store.SetValue(section, QStringLiteral("MainWidth"), QStringLiteral("10500"));
+        store.SetValue(section, QStringLiteral("MainHeight"), QStringLiteral("9000"));
+    }
+
+    QString Archive(const QString& name = {}) const { return root.path() + QStringLiteral("/archive/") + name; }
+    QString Pickup(const QString& name = {}) const { return root.path() + QStringLiteral("/pickup/") + name; }
+
+    static QString Name(int number) { return QStringLiteral("m%1.EML").arg(number, 4, 10, QLatin1Char('0')); }
+
+    static QByteArray Mail(int number) {
+        return "X-SENDER: Sender" + QByteArray::number(number) +
+               "@Example.com\r\nFrom: Someone <f@x.org>\r\nTo: b@x.org\r\n"
+               "Subject: Mail " +
+               QByteArray::number(number) + "\r\n\r\nfirst line\r\nsecond line\r\n";
+    }
+
+    static void Write(const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    static QByteArray Read(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Shows the window over `count` messages, oldest first.
+    void Open(int count) {
+        for (int number = 1; number <= count; ++number) {
+            Write(Archive(Name(number)), Mail(number));
+        }
+        Open();
+    }
+
+    void Open() {
+        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, root.path()});
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        window->mnuAcRefresh_Click();
+        window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
+    }
+
+    template <class Type>
+    Type* Find(const char* name) {
+        return window->findChild<Type*>(QLatin1String(name));
+    }
+
+    MessageListView* List() { return Find<MessageListView>("lvwMessages"); }
+    RawPane* Raw() { return Find<RawPane>("rtfRaw"); }
+    QTreeWidget* Tree() { return Find<QTreeWidget>("trvMessage"); }
+    QAction* Command(const char* name) { return Find<QAction>(name); }
+
+    void Click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        const QModelIndex index = window->Messages().index(row, 0);
+        List()->scrollTo(index);
+        QTest::mouseClick(List()->viewport(), Qt::LeftButton, modifiers, List()->visualRect(index).center());
+    }
+
+    QStringList Keys() {
+        QStringList keys;
+        for (int row = 0; row < window->Messages().Count(); ++row) {
+            keys.append(window->Messages().Row(row).key);
+        }
+        return keys;
+    }
+
+    QTemporaryDir root;
+    std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
+    MemorySettingsStore store;
+    Clock clock;
+    FakeShell shell;
+    QThreadPool pool;
+    std::unique_ptr<frmMain> window;
+};
+
+} // namespace quellbox

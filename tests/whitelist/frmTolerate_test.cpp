@@ -1,0 +1,255 @@
+#include "whitelist/frmTolerate.h"
+
+#include "tests/support/MemorySettingsStore.h"
+#include "whitelist/WhitelistStore.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace quellbox;
+
+namespace {
+
+const QString invalid = QStringLiteral("Invalid email address specified");
+
+class Tolerate : public testing::Test {
+protected:
+    void Open(const QStringList& entries, const QString& mode = ToleranceWord::whitelist) {
+        SaveWhitelist(store, entries);
+        dialog = std::make_unique<frmTolerate>(
+            store, state, [this](bool run) { timer.append(run); }, nullptr);
+        dialog->SetMode(mode);
+        dialog->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog.get()));
+    }
+
+    QPushButton* Button(const char* name) { return dialog->findChild<QPushButton*>(QLatin1String(name)); }
+    QLineEdit* Edit() { return dialog->findChild<QLineEdit*>(); }
+    QListWidget* List() { return dialog->findChild<QListWidget*>(); }
+    QString Status() { return dialog->findChild<QStatusBar*>(QStringLiteral("stbBottom"))->currentMessage(); }
+
+    void Type(const QString& text) {
+        Edit()->clear();
+        QTest::keyClicks(Edit(), text);
+    }
+
+    void ClickEntry(int row) {
+        const QPoint point = List()->visualItemRect(List()->item(row)).center();
+        QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, point);
+    }
+
+    QStringList Listed() {
+        QStringList texts;
+        for (int row = 0; row < List()->count(); ++row) {
+            texts.append(List()->item(row)->text());
+        }
+        return texts;
+    }
+
+    /// Answers the question that comes next.
+    void Answer(QMessageBox::StandardButton button) {
+        QTimer::singleShot(0, dialog.get(), [this, button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            ++questions;
+            question = box->text();
+            title = box->windowTitle();
+            defaultIsNo = box->defaultButton() == box->button(QMessageBox::No);
+            box->button(button)->click();
+        });
+    }
+
+    MemorySettingsStore store;
+    AppState state;
+    QList<bool> timer;
+    std::unique_ptr<frmTolerate> dialog;
+    int questions = 0;
+    QString question;
+    QString title;
+    bool defaultIsNo = false;
+};
+
+} // namespace
+
+TEST_F(Tolerate, HasItsTextsAndTabOrder) {
+    Open({QStringLiteral("a@x.org")});
+    EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Tolerate"));
+    EXPECT_EQ(Button("btnAdd")->text(), QStringLiteral("&Add"));
+    EXPECT_EQ(Button("btnAdd")->toolTip(), QStringLiteral("tolerated sender"));
+    EXPECT_EQ(Button("btnAll")->text(), QStringLiteral("Remove A&ll"));
+    EXPECT_EQ(Button("btnAll")->toolTip(), QStringLiteral("Clear all tolerated senders"));
+    EXPECT_EQ(Button("btnOK")->toolTip(), QStringLiteral("Toleration not yet implemented for now"));
+    EXPECT_EQ(Button("btnCancel")->toolTip(), QStringLiteral("Toleration not yet implemented for now"));
+    EXPECT_TRUE(Button("btnHelp")->toolTip().isEmpty());
+    QStringList order;
+    const QStringList wanted{QStringLiteral("btnOK"),     QStringLiteral("btnAdd"),  QStringLiteral("btnAll"),
+                             QStringLiteral("btnRemove"), QStringLiteral("btnHelp"), QStringLiteral("btnCancel")};
+    for (QWidget* next = Edit()->nextInFocusChain(); next != Edit(); next = next->nextInFocusChain()) {
+        if (qobject_cast<QPushButton*>(next) != nullptr) {
+            order.append(next->objectName());
+        }
+    }
+    EXPECT_EQ(order, wanted);
+    EXPECT_TRUE(Edit()->hasFocus());
+}
+
+TEST_F(Tolerate, TheTimerRestsWhileTheDialogExists) {
+    Open({});
+    EXPECT_EQ(timer, QList<bool>({false}));
+    dialog.reset();
+    EXPECT_EQ(timer, QList<bool>({false, true}));
+}
+
+TEST_F(Tolerate, ValidatesWhatIsTyped) {
+    Open({});
+    EXPECT_TRUE(Button("btnOK")->isDefault());
+    EXPECT_TRUE(Status().isEmpty());
+    for (const char* text : {"@", "@ab", "a@b", "*@x.org"}) {
+        Type(QLatin1String(text));
+        EXPECT_FALSE(Button("btnAdd")->isEnabled());
+        EXPECT_EQ(Status(), invalid);
+    }
+    Type(QStringLiteral("@a.b"));
+    EXPECT_TRUE(Button("btnAdd")->isEnabled());
+    EXPECT_TRUE(Button("btnAdd")->isDefault());
+    EXPECT_TRUE(Status().isEmpty());
+}
+
+TEST_F(Tolerate, EnterAddsInLowerCaseThenAnotherIsOk) {
+    Open({});
+    Type(QStringLiteral("John.Doe@XY"));
+    QTest::keyClick(Edit(), Qt::Key_Return);
+    EXPECT_EQ(Listed(), QStringList({QStringLiteral("john.doe@xy")}));
+    EXPECT_TRUE(Button("btnOK")->hasFocus());
+    EXPECT_TRUE(LoadWhitelist(store).isEmpty());
+    QTest::keyClick(Button("btnOK"), Qt::Key_Return);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(LoadWhitelist(store), QStringList({QStringLiteral("john.doe@xy")}));
+    EXPECT_EQ(state.ToleranceResult, QStringLiteral("OK"));
+}
+
+TEST_F(Tolerate, ADomainAsksOnceBeforeItReplacesItsAddresses) {
+    const QStringList before{QStringLiteral("a@example.com"), QStringLiteral("b@example.com")};
+    Open(before);
+    Type(QStringLiteral("@example.com"));
+    Answer(QMessageBox::No);
+    Button("btnAdd")->click();
+    EXPECT_EQ(Listed(), before);
+    EXPECT_TRUE(defaultIsNo);
+    EXPECT_EQ(title, QStringLiteral("Tolerate entire domain"));
+    EXPECT_TRUE(question.contains(QStringLiteral("\n\n@EXAMPLE.COM\n\n")));
+    Answer(QMessageBox::Yes);
+    Button("btnAdd")->click();
+    EXPECT_EQ(Listed(), QStringList({QStringLiteral("@example.com")}));
+    EXPECT_EQ(questions, 2);
+    Type(QStringLiteral("c@example.com"));
+    Button("btnAdd")->click();
+    EXPECT_EQ(Listed(), QStringList({QStringLiteral("c@example.com")}));
+}
+
+TEST_F(Tolerate, AListedAddressIsSelectedAndNotAddedAgain) {
+    Open({QStringLiteral("a@x.org"), QStringLiteral("b@x.org")});
+    Type(QStringLiteral("B@x.org"));
+    Button("btnAdd")->click();
+    EXPECT_EQ(List()->count(), 2);
+    EXPECT_EQ(List()->currentRow(), 1);
+    EXPECT_TRUE(Button("btnRemove")->isEnabled());
+}
+
+TEST_F(Tolerate, AClickedEntryCanBeRemoved) {
+    Open({QStringLiteral("a@x.org"), QStringLiteral("b@x.org")});
+    EXPECT_FALSE(Button("btnRemove")->isEnabled());
+    EXPECT_TRUE(Button("btnAll")->isEnabled());
+    Type(QStringLiteral("@"));
+    ClickEntry(0);
+    EXPECT_TRUE(Status().isEmpty());
+    EXPECT_EQ(Edit()->text(), QStringLiteral("a@x.org"));
+    ASSERT_TRUE(Button("btnRemove")->isEnabled());
+    Button("btnRemove")->click();
+    EXPECT_EQ(Listed(), QStringList({QStringLiteral("b@x.org")}));
+    EXPECT_FALSE(Button("btnRemove")->isEnabled());
+    EXPECT_TRUE(Edit()->hasFocus());
+    QTest::keyClick(Edit(), Qt::Key_Down);
+    EXPECT_EQ(Edit()->text(), QStringLiteral("b@x.org"));
+}
+
+TEST_F(Tolerate, RemoveAllAsksNothingAndCancelKeepsTheStoredList) {
+    Open({QStringLiteral("a@x.org"), QStringLiteral("b@x.org")});
+    state.ToleranceResult = QStringLiteral("OK");
+    Button("btnAll")->click();
+    EXPECT_EQ(List()->count(), 0);
+    EXPECT_FALSE(Button("btnAll")->isEnabled());
+    Button("btnCancel")->click();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(LoadWhitelist(store).size(), 2);
+    EXPECT_TRUE(state.ToleranceResult.isEmpty());
+}
+
+TEST_F(Tolerate, EscapeIsCancelButTheFrameTellsNothing) {
+    Open({});
+    state.ToleranceResult = QStringLiteral("OK");
+    dialog->close();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(state.ToleranceResult, QStringLiteral("OK"));
+    dialog->show();
+    QTest::keyClick(Edit(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(state.ToleranceResult.isEmpty());
+}
+
+TEST_F(Tolerate, InTolerateModeTheListIsLocked) {
+    Open({QStringLiteral("a@x.org")}, ToleranceWord::tolerate);
+    dialog->SetSender(QStringLiteral("new@x.org"));
+    dialog->SetStatus(QStringLiteral("From <b>me</b>"));
+    QTest::keyClicks(Edit(), QStringLiteral("zzz"));
+    ClickEntry(0);
+    QTest::keyClick(Edit(), Qt::Key_Down);
+    EXPECT_EQ(Edit()->text(), QStringLiteral("new@x.org"));
+    EXPECT_EQ(Status(), QStringLiteral("From <b>me</b>"));
+    EXPECT_TRUE(Edit()->isEnabled());
+    EXPECT_FALSE(Button("btnRemove")->isEnabled());
+    EXPECT_FALSE(Button("btnAll")->isEnabled());
+    EXPECT_TRUE(Button("btnAdd")->isEnabled());
+    Button("btnAdd")->click();
+    EXPECT_EQ(List()->count(), 2);
+    EXPECT_FALSE(Button("btnAll")->isEnabled());
+}
+
+TEST_F(Tolerate, InTolerateModeASenderWithoutAnAtLeavesAddDisabled) {
+    Open({}, ToleranceWord::tolerate);
+    dialog->SetSender(QStringLiteral("postmaster"));
+    EXPECT_FALSE(Button("btnAdd")->isEnabled());
+    EXPECT_EQ(Status(), invalid);
+    Button("btnOK")->setFocus();
+    Edit()->setFocus();
+    EXPECT_FALSE(Button("btnAdd")->isEnabled());
+}
+
+TEST_F(Tolerate, AListThatCannotBeSavedKeepsTheDialogOpen) {
+    Open({QStringLiteral("a@x.org")});
+    store.SetUnwritable();
+    Answer(QMessageBox::Ok);
+    Button("btnOK")->click();
+    EXPECT_EQ(questions, 1);
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(state.ToleranceResult.isEmpty());
+}
+
+TEST_F(Tolerate, TheControlsKeepTheirAnchors) {
+    Open({});
+    const QRect add = Button("btnAdd")->geometry();
+    const QRect ok = Button("btnOK")->geometry();
+    const QSize list = List()->size();
+    dialog->resize(dialog->width() + 100, dialog->height() + 80);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Button("btnAdd")->geometry(), add.translated(100, 0));
+    EXPECT_EQ(Button("btnOK")->geometry(), ok.translated(100, 80));
+    EXPECT_EQ(List()->size(), list + QSize(100, 80));
+}
