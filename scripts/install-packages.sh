@@ -14,6 +14,7 @@ run_packages=(
   libqt6svg6        # draws the icons
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
   fonts-dejavu-core # a font, where the machine has none
+  fonts-droid-fallback # Chinese, Japanese and Korean, which the font above lacks
   xvfb xauth        # a virtual display for "make run" on a machine without one
 )
 test_packages=(

@@ -18,7 +18,8 @@ export XDG_CONFIG_HOME="$home/config"
 settings="$XDG_CONFIG_HOME/quellbox-sample/settings.ini"
 if [ ! -e "$settings" ]; then
   mkdir -p "${settings%/*}"
-  printf '[Settings]\nArchiveDir="%s/archive/"\nPickupDir="%s/pickup/"\n' "$home" "$home" >"$settings"
+  printf '[Settings]\nArchiveDir="%s/archive/"\nPickupDir="%s/pickup/"\nTolerationLevel=1\nWhole=4500\nBottom=3600\n' \
+    "$home" "$home" >"$settings"
 fi
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
