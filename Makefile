@@ -1,8 +1,9 @@
 # make run    builds the program and starts it on an archive of samples
 # make test   runs every check
+# make fuzz   feeds deviant input to what reads mail and settings, SECONDS=60 for each target
 JOBS := $(shell nproc)
 
-.PHONY: run test
+.PHONY: run test fuzz
 run:
 	scripts/install-packages.sh run
 	cmake --preset release -DQUELLBOX_TESTS=OFF -DQUELLBOX_BENCHMARKS=OFF
@@ -12,3 +13,7 @@ run:
 test:
 	scripts/install-packages.sh test
 	scripts/check.sh
+
+fuzz:
+	scripts/install-packages.sh fuzz
+	SECONDS_PER_TARGET=$(or $(SECONDS),60) scripts/fuzz.sh

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 namespace quellbox {
@@ -149,9 +148,10 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
     if (rows.empty()) {
         return;
     }
-    const std::vector<Range> ranges = RangesOf(rows);
+    std::vector<Range> ranges = RangesOf(rows);
     if (ranges.size() <= mostRangesRemovedSingly) {
-        for (const Range& range : std::ranges::reverse_view(ranges)) {
+        for (; !ranges.empty(); ranges.pop_back()) {
+            const Range range = ranges.back();
             beginRemoveRows({}, range.first, range.last);
             rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
             rowOfKey_.clear(); // after every range, since a listener may look rows up between them

@@ -2,6 +2,7 @@
 # Installs the Debian 12 packages that Quellbox needs. The only place where they are named.
 #   install-packages.sh run     to build and start the program
 #   install-packages.sh test    to run the checks as well
+#   install-packages.sh fuzz    to run the fuzzer
 set -euo pipefail
 
 run_packages=(
@@ -26,11 +27,16 @@ test_packages=(
   python3           # check of the #include lines
   git               # lists the project's files
 )
+fuzz_packages=(
+  clang               # the compiler that has the fuzzer
+  libclang-rt-14-dev  # the fuzzer itself and the sanitizers of that compiler
+)
 
 case "${1:-}" in
   run) packages=("${run_packages[@]}") ;;
   test) packages=("${run_packages[@]}" "${test_packages[@]}") ;;
-  *) echo "usage: $0 run|test" >&2; exit 2 ;;
+  fuzz) packages=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
+  *) echo "usage: $0 run|test|fuzz" >&2; exit 2 ;;
 esac
 # Only a desktop without X needs Qt's Wayland plugin.
 if [ -n "${WAYLAND_DISPLAY:-}" ] && [ -z "${DISPLAY:-}" ]; then
