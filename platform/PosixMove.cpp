@@ -43,18 +43,30 @@ void RefuseChangedSource(const Descriptor& source, const struct stat& before, co
     }
 }
 
+// After a failed removal of the source: only while the source is still there may its new name go again.
+bool SourceRemains(const QByteArray& from) {
+    struct stat status {};
+    return ::lstat(from.constData(), &status) == 0;
+}
+
 } // namespace
 
 int RenameByLink(const QByteArray& from, const QByteArray& to) {
     if (::link(from.constData(), to.constData()) != 0) {
         return errno;
     }
-    if (::unlink(from.constData()) != 0) {
-        const int error = errno;
-        ::unlink(to.constData());
-        return error;
+    if (::unlink(from.constData()) == 0) {
+        return 0;
     }
-    return 0;
+    const int error = errno;
+    // A source that is gone already, as after a lost answer of a share, leaves the new name as the only one.
+    if (error == ENOENT) {
+        return 0;
+    }
+    if (SourceRemains(from)) {
+        ::unlink(to.constData());
+    }
+    return error;
 }
 
 int RenameByReservation(const QByteArray& from, const QByteArray& to) {
@@ -62,12 +74,19 @@ int RenameByReservation(const QByteArray& from, const QByteArray& to) {
     if (!reservation.IsOpen()) {
         return errno;
     }
-    if (::rename(from.constData(), to.constData()) != 0) {
-        const int error = errno;
-        ::unlink(to.constData());
-        return error;
+    if (::rename(from.constData(), to.constData()) == 0) {
+        return 0;
     }
-    return 0;
+    const int error = errno;
+    // A share may have renamed the file although its answer was lost: only the empty reservation may go.
+    struct stat reserved {};
+    struct stat present {};
+    const bool known = ::fstat(reservation.Number(), &reserved) == 0 && ::lstat(to.constData(), &present) == 0;
+    if (!known || reserved.st_dev != present.st_dev || reserved.st_ino != present.st_ino || present.st_size != 0) {
+        return error == ENOENT && known ? 0 : error;
+    }
+    ::unlink(to.constData());
+    return error;
 }
 
 int RenameNoReplace(const QByteArray& from, const QByteArray& to) {
@@ -96,14 +115,17 @@ void MoveByCopy(const QString& from, const QString& to) {
         ThrowFileError(to, error);
     }
     copy.Keep();
+    const QByteArray origin = SystemPath(from);
     try {
         FlushFolderOf(to);
-        if (::unlink(SystemPath(from).constData()) != 0) {
+        if (::unlink(origin.constData()) != 0 && errno != ENOENT) {
             ThrowFileError(from, errno);
         }
     } catch (...) {
         // A message in both folders would be delivered and still be listed as blocked.
-        ::unlink(target.constData());
+        if (SourceRemains(origin)) {
+            ::unlink(target.constData());
+        }
         throw;
     }
 }

@@ -142,6 +142,9 @@ public:
         SetFileAttributesW(source.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
         if (DeleteFileW(source.c_str()) == 0) {
             const DWORD error = GetLastError();
+            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
+                return; // gone already, so the copy is the only one
+            }
             SetFileAttributesW(source.c_str(), attributes);
             SetLastError(error);
             // A message in both folders would be delivered and still be listed as blocked.
