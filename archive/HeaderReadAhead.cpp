@@ -30,7 +30,12 @@ ReadRow MakeRow(const FileSystem& files, const QString& folder, const FileEntry&
         row.cells[ColumnSubject] = CleanseForDisplay(entry.name);
         return result;
     }
-    result.loaded = FillRow(row, ReadHeaderFields(files, folder + entry.name));
+    try {
+        result.loaded = FillRow(row, ReadHeaderFields(files, folder + entry.name));
+    } catch (const std::exception& error) {
+        // Nothing may leave a reader's thread, not even a lack of memory.
+        row.cells[ColumnSubject] = QString::fromUtf8(error.what());
+    }
     return result;
 }
 

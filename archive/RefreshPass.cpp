@@ -100,6 +100,8 @@ std::vector<FileEntry> RefreshPass::FilesToAdd(std::vector<FileEntry> files) con
         const auto last = std::find_if(files.begin(), files.end(),
                                        [this](const FileEntry& file) { return file.name == state_.LastAddedFile; });
         files.erase(files.begin(), last == files.end() ? last : last + 1);
+        // A listed file that was written to again comes later in the order, and is still one row.
+        std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
     }
     const QDate today = ports_.clock.Now().date();
     std::erase_if(files, [this, today](const FileEntry& file) {

@@ -27,6 +27,12 @@ int AlignmentOf(int column) {
     return int{Qt::AlignVCenter} | int{right ? Qt::AlignRight : Qt::AlignLeft};
 }
 
+// A header value may be a megabyte long, and a view lays out what it gets at every paint.
+QString Shown(const QString& cell) {
+    constexpr qsizetype longest = 1000;
+    return cell.size() <= longest ? cell : cell.left(longest) + QChar(0x2026);
+}
+
 struct Range {
     int first;
     int last;
@@ -67,15 +73,15 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     const MessageRow& row = Row(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return row.cells[static_cast<size_t>(index.column())];
+        return Shown(row.cells[static_cast<size_t>(index.column())]);
     case Qt::TextAlignmentRole:
         return AlignmentOf(index.column());
     case unreadRole:
         return row.unread;
     case Qt::AccessibleTextRole:
         return row.unread ? QCoreApplication::translate("quellbox", "%1, unread")
-                                .arg(row.cells[static_cast<size_t>(index.column())])
-                          : row.cells[static_cast<size_t>(index.column())];
+                                .arg(Shown(row.cells[static_cast<size_t>(index.column())]))
+                          : Shown(row.cells[static_cast<size_t>(index.column())]);
     default:
         return {};
     }
