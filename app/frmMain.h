@@ -172,6 +172,7 @@ private:
     bool busy_ = false;
     bool busyIsShown_ = false;
     bool closing_ = false;
+    bool refreshIsDue_ = false; // the Refresh command was given while a pass ran
     std::optional<RefreshPass> pass_;
     bool LoadOnItemClick = false;
     Qt::MouseButton LastMouseButton = Qt::NoButton;

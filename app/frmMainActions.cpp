@@ -95,7 +95,7 @@ void frmMain::TolerateSelectedSender() {
         dialog.SetStatus(message.cells[ColumnFrom]);
         dialog.exec();
     }
-    if (state_.ToleranceResult == ToleranceWord::ok) {
+    if (!closing_ && state_.ToleranceResult == ToleranceWord::ok) {
         ProcessSelectedMessages(Action::unblockTolerated);
     }
 }

@@ -71,7 +71,7 @@ void frmMain::ShowMessage(int row) {
         ClearContents();
         return;
     }
-    if (rtfRaw->FileName() == path && !rtfRaw->Text().isEmpty()) {
+    if (rtfRaw->FileName() == path && !rtfRaw->Text().isEmpty() && !structure_.empty()) {
         return;
     }
     if (!LoadRawPane(path)) {

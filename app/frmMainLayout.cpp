@@ -133,10 +133,13 @@ void frmMain::mnuViewContents_Click() {
     }
     LayOut();
     DividePanes();
-    const QModelIndex current = lvwMessages->currentIndex();
-    if (mnuViewContents->isChecked() && current.isValid()) {
-        lvwMessages->scrollTo(current);
-        lvwMessages_ItemClick(current.row());
+    const int row = SelectedRow();
+    if (mnuViewContents->isChecked() && row >= 0) {
+        lvwMessages->scrollTo(model_.index(row, 0));
+        // As after a plain click, whatever the last real one was.
+        LoadOnItemClick = true;
+        LastMouseButton = Qt::NoButton;
+        lvwMessages_ItemClick(row);
     }
 }
 
@@ -231,6 +234,7 @@ void frmMain::FormKeyDown(int key) {
         state_.FindText.clear();
         state_.FindPosition = 0;
         Guarded([this] { ClearSelection(); });
+        CloseViewer();
     }
 }
 

@@ -103,9 +103,10 @@ void frmMain::lvwMessages_MouseUp() {
 
 qint16 frmMain::UpdateSelectionStatus() {
     const QAction* filter = buttons_[QStringLiteral("filter")];
-    state_.SelectedCount = 0;
-    const SelectionStatus status =
-        ComputeSelectionStatus(model_, lvwMessages->SelectedRanges(), state_, filter->isChecked());
+    const std::vector<RowRange> selected = lvwMessages->SelectedRanges();
+    // Should adding up the sizes fail, there still is a selection, which holds the periodic refresh back.
+    state_.SelectedCount = selected.empty() ? 0 : 1;
+    const SelectionStatus status = ComputeSelectionStatus(model_, selected, state_, filter->isChecked());
     state_.SelectedCount = status.SelectedCount;
     mnuEdit->menuAction()->setEnabled(status.hasRows);
     if (status.hasRows) {
@@ -140,14 +141,14 @@ void frmMain::mnuEdit_Click() {
 }
 
 void frmMain::mnuEditSelectAll_Click() {
-    if (busy_) {
+    if (busy_ || model_.Count() == 0) {
         return;
     }
     SetBusy(true, model_.Count());
     lvwMessages->selectAll();
     SetBusy(false, 0);
-    UpdateSelectionStatus();
     rtfRaw->clear();
+    UpdateSelectionStatus();
 }
 
 void frmMain::MarkSelected(bool unread) {

@@ -93,6 +93,11 @@ void frmMain::CreateMenus() {
     on(mnuActionsTolerate, [this] { TolerateSelectedSender(); });
     connect(mnuActions, &QMenu::aboutToShow, this, &frmMain::mnuActions_Click);
 
+    // Each of these acts on the next message as soon as one is done; a key held down must not go through the list.
+    for (QAction* command : {mnuActionsDelete, mnuActionsUnblock, mnuActionsTolerate}) {
+        command->setAutoRepeat(false);
+    }
+
     mnuTools = AddMenu(this, "mnuTools", tr("&Tools"));
     QAction* test = AddEntry(mnuTools, "mnuToolsTest", tr("Pickup &Test..."));
     mnuToolsCleansing = AddEntry(mnuTools, "mnuToolsCleansing", tr("&Cleansing Wizard..."), QStringLiteral("Ctrl+C"));

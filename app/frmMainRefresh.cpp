@@ -42,6 +42,11 @@ void frmMain::FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead) {
     }
     if (outcome == RefreshOutcome::Completed || outcome == RefreshOutcome::Cancelled) {
         ClearSelection();
+    } else {
+        // The panel "info" says why there is nothing to list; only what is enabled and the count follow the list.
+        const QString reason = panels_.Info().text;
+        UpdateSelectionStatus();
+        panels_.SetInfo(reason);
     }
     if (model_.Count() > 0 && lastMessageWasRead) {
         lvwMessages->scrollTo(model_.index(0, 0));
@@ -49,11 +54,17 @@ void frmMain::FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead) {
     panels_.SetSize(QLocale().toString(ports_.clock.Now(), QStringLiteral("dd-MMM hh:mm:ss")),
                     tr("Time of last screen update"));
     ShowFileProgress(false, 0);
+    if (refreshIsDue_) {
+        refreshIsDue_ = false;
+        QTimer::singleShot(0, this, [this] { mnuAcRefresh_Click(); });
+    }
     Q_EMIT Refreshed();
 }
 
 void frmMain::mnuAcRefresh_Click() {
     if (busy_ || pass_) {
+        // What was toggled meanwhile, the filter or bulk mode, takes effect when the pass has ended.
+        refreshIsDue_ = pass_.has_value();
         return;
     }
     tmrRefresh->stop();

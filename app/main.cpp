@@ -9,6 +9,7 @@
 #include <QThreadPool>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace quellbox;
 
@@ -16,6 +17,8 @@ namespace {
 
 // More threads than any reader count, so that those who wait for a share never hold up the listing.
 constexpr int mostThreads = 72;
+
+constexpr int longestGoodbyeMs = 3000;
 
 void PrintList(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
@@ -77,5 +80,9 @@ int main(int argc, char** argv) {
     }
     window.show();
     const int result = QApplication::exec();
+    // A share that never answers must not keep the process alive; everything that is to be saved has been.
+    if (!pool.waitForDone(longestGoodbyeMs)) {
+        std::_Exit(result != 0 ? result : exitCode);
+    }
     return result != 0 ? result : exitCode;
 }
