@@ -41,6 +41,6 @@ run share_bench
 run memory_bench "$many"
 run responsiveness_bench "$many"
 run model_bench
-run WhitelistBenchmark
+run whitelist_bench
 run header_bench --benchmark_min_time=0.1
 exit "$failed"

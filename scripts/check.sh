@@ -55,7 +55,7 @@ tidy() {
     cmake --build --preset tidy --target autogen -j "$jobs" >>build/tidy.log 2>&1 || { cat build/tidy.log; return 1; }
   local here
   here=$(printf '%s' "$root" | sed 's/[].[^$*+?(){}|\\]/\\&/g')
-  timeout 35m run-clang-tidy -quiet -p build/tidy -j "$jobs" "^$here/(?!build/).*\.cpp\$" >build/tidy.log 2>&1 ||
+  timeout 35m run-clang-tidy -quiet -p build/tidy -j "$jobs" "^$here/(?!build/|tests/).*\.cpp\$" >build/tidy.log 2>&1 ||
     { grep -E -A4 '(warning|error):' build/tidy.log || tail -n 30 build/tidy.log; return 1; }
 }
 
