@@ -48,7 +48,7 @@ protected:
         QStringList numbers;
         for (const QString& text : counts) {
             bool isNumber = false;
-            text.toInt(&isNumber);
+            [[maybe_unused]] const int number = text.toInt(&isNumber);
             if (isNumber) {
                 numbers.append(text);
             }
