@@ -59,6 +59,38 @@ protected:
     QStringList counts;
 };
 
+TEST_F(Many, EverySecondOfTwoThousandLeavesTheOthers) {
+    constexpr int count = 2000;
+    Open(count);
+    ASSERT_EQ(window->Messages().Count(), count);
+    const Contents before = AllFiles();
+    const QStringList listed = Keys();
+    QStringList moved;
+    QStringList kept;
+    QItemSelection selection;
+    for (int row = 0; row < count; ++row) {
+        const bool isSelected = row % 2 == 1;
+        (isSelected ? moved : kept).append(listed[row]);
+        if (isSelected) {
+            selection.select(window->Messages().index(row, 0), window->Messages().index(row, ColumnSubject));
+        }
+    }
+    // The commands go by the current row, as after a click.
+    List()->selectionModel()->setCurrentIndex(window->Messages().index(1, 0), QItemSelectionModel::NoUpdate);
+    List()->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    window->UpdateSelectionStatus();
+    WatchCount();
+    Command("mnuActionsUnblock")->trigger();
+    EXPECT_TRUE(AllFiles() == before);
+    EXPECT_TRUE(Keys() == kept);
+    kept.sort();
+    moved.sort();
+    EXPECT_TRUE(QDir(Archive()).entryList(QDir::Files, QDir::Name) == kept);
+    EXPECT_TRUE(QDir(Pickup()).entryList(QDir::Files, QDir::Name) == moved);
+    EXPECT_EQ(window->Panels().Count().text, QStringLiteral("1000 messages"));
+    EXPECT_EQ(NumbersShown(), Hundreds(1900, 1000));
+}
+
 } // namespace
 
 TEST_F(Many, TenThousandAreUnblockedAndNoByteIsLost) {
