@@ -70,20 +70,27 @@ int RenameByLink(const QByteArray& from, const QByteArray& to) {
 }
 
 int RenameByReservation(const QByteArray& from, const QByteArray& to) {
-    const Descriptor reservation(::open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (!reservation.IsOpen()) {
-        return errno;
-    }
+    struct stat reserved {};
+    {
+        const Descriptor reservation(::open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        if (!reservation.IsOpen()) {
+            return errno;
+        }
+        if (::fstat(reservation.Number(), &reserved) != 0) {
+            return errno;
+        }
+    } // Some shares refuse to replace a file that is open.
     if (::rename(from.constData(), to.constData()) == 0) {
         return 0;
     }
     const int error = errno;
     // A share may have renamed the file although its answer was lost: only the empty reservation may go.
-    struct stat reserved {};
     struct stat present {};
-    const bool known = ::fstat(reservation.Number(), &reserved) == 0 && ::lstat(to.constData(), &present) == 0;
-    if (!known || reserved.st_dev != present.st_dev || reserved.st_ino != present.st_ino || present.st_size != 0) {
-        return error == ENOENT && known ? 0 : error;
+    if (::lstat(to.constData(), &present) != 0) {
+        return error;
+    }
+    if (reserved.st_dev != present.st_dev || reserved.st_ino != present.st_ino || present.st_size != 0) {
+        return error == ENOENT ? 0 : error;
     }
     ::unlink(to.constData());
     return error;
