@@ -6,6 +6,7 @@
 #include "tests/support/FakeShell.h"
 #include "tests/support/MemorySettingsStore.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -54,10 +55,14 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// Shows the window over `count` messages, oldest first.
+    /// Shows the window over `count` messages of one second: how long they took to write must not order the list.
     void Open(int count) {
+        const QDateTime arrival = QDateTime::currentDateTime();
         for (int number = 1; number <= count; ++number) {
             Write(Archive(Name(number)), Mail(number));
+            QFile file(Archive(Name(number)));
+            ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+            ASSERT_TRUE(file.setFileTime(arrival, QFileDevice::FileModificationTime));
         }
         Open();
     }
