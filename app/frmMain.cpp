@@ -39,7 +39,7 @@ frmMain::~frmMain() {
 
 void frmMain::LoadSettings() {
     state_.FilterCaptions = MakeFilterCaptions();
-    loadErrors_ = quellbox::LoadSettings(ports_.store, ports_.programDirectory, state_);
+    loadErrors_ = quellbox::LoadSettings(ports_.store, ports_.program.Directory, state_);
     state_.UserName = ports_.shell.UserName();
 }
 

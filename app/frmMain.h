@@ -7,6 +7,8 @@
 #include "messages/SortState.h"
 #include "platform/RuntimeError.h"
 #include "platform/Shell.h"
+#include "platform/Volumes.h"
+#include "settings/ProgramInfo.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -31,7 +33,8 @@ struct MainPorts {
     const Clock& clock;
     const Shell& shell;
     QThreadPool& pool;
-    QString programDirectory; ///< ends with a separator
+    const Volumes& volumes;
+    const ProgramInfo& program;
 };
 
 /// The main window. It owns the program's state and hands events to the stages behind it.
@@ -148,6 +151,40 @@ private:
     void MaintainWhitelist();
     std::function<void(bool)> TimerSwitch();
     void tlbMessages_ButtonClick(const QString& key);
+
+    // frmMainFind.cpp
+    void mnuEditFind_Click();
+    void mnuEditFindNext_Click();
+    void mnuEditFindAll_Click();
+    void mnuMessageFind_Click();
+    void ShowFindDialog();
+    void FindNext();
+
+    // frmMainFolders.cpp
+    QString SelectDirectory(qint16 index);
+    void mnuOpenFolderSelect_Click(qint16 index);
+
+    // frmMainCleansing.cpp
+    void CleanseArchive();
+
+    // frmMainPickupTest.cpp
+    void SendPickupTest();
+
+    // frmMainOptions.cpp
+    void mnuToolsOptions_Click();
+    void stbBottom_PanelClick(const QString& key);
+
+    // frmMainTray.cpp
+    void mnuViewHide_Click();
+    void mnuTrExit_Click();
+    void RestoreFromTray();
+    void ShowTrayIcon(int show, const QString& tip);
+
+    // frmMainHelp.cpp
+    void mnuHelpStarting_Click(qint16 index);
+    void mnuHelpCheck_Click();
+    void mnuHelpFeedback_Click();
+    void mnuHelpAbout_Click();
 
     // frmMainContents.cpp
     void ConnectContents();

@@ -35,19 +35,22 @@ void frmMain::AddBar(QMenu* menu, const char* name) {
 }
 
 void frmMain::CreateMenus() {
+    const auto on = [this](QAction* entry, auto handler) {
+        connect(entry, &QAction::triggered, this, [this, handler] { Guarded(handler); });
+    };
     mnuFile = AddMenu(this, "mnuFile", tr("&File"));
     QMenu* mnuOpenFolder = AddMenu(this, "mnuOpenFolder", tr("Folder"));
     mnuFile->addMenu(mnuOpenFolder);
     QAction* archive = AddEntry(mnuOpenFolder, "mnuOpenFolderSelect0", tr("Archive..."));
     QAction* pickup = AddEntry(mnuOpenFolder, "mnuOpenFolderSelect1", tr("Pickup..."));
     AddBar(mnuFile, "mnuFileExitBar");
+    on(archive, [this] { mnuOpenFolderSelect_Click(0); });
+    on(pickup, [this] { mnuOpenFolderSelect_Click(1); });
+    WithoutCode({archive, pickup});
     QAction* exit = AddEntry(mnuFile, "mnuFiExit", tr("E&xit"));
     connect(exit, &QAction::triggered, this, &QWidget::close);
 
     mnuEdit = AddMenu(this, "mnuEdit", tr("&Edit"));
-    const auto on = [this](QAction* entry, auto handler) {
-        connect(entry, &QAction::triggered, this, [this, handler] { Guarded(handler); });
-    };
     on(AddEntry(mnuEdit, "mnuEditSelectNone", tr("Select &None"), QStringLiteral("Ctrl+N")),
        [this] { ClearSelection(); });
     on(AddEntry(mnuEdit, "mnuEditSelectAll", tr("Select &All"), QStringLiteral("Ctrl+A")),
@@ -60,6 +63,10 @@ void frmMain::CreateMenus() {
     QAction* find = AddEntry(mnuEdit, "mnuEditFind", tr("&Find..."), QStringLiteral("Ctrl+F"));
     mnuEditFindNext = AddEntry(mnuEdit, "mnuEditFindNext", tr("Find &Next"), QStringLiteral("F3"));
     QAction* findAll = AddEntry(mnuEdit, "mnuEditFindAll", tr("Find A&ll"), QStringLiteral("Shift+F3"));
+    on(find, [this] { mnuEditFind_Click(); });
+    on(mnuEditFindNext, [this] { mnuEditFindNext_Click(); });
+    on(findAll, [this] { mnuEditFindAll_Click(); });
+    WithoutCode({find, mnuEditFindNext, findAll});
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
 
     mnuView = AddMenu(this, "mnuView", tr("&View"));
@@ -79,6 +86,8 @@ void frmMain::CreateMenus() {
     on(mnuViewStatus, [this] { mnuViewStatus_Click(); });
     on(mnuViewContents, [this] { mnuViewContents_Click(); });
     on(mnuViewFormat, [this] { mnuViewFormat_Click(); });
+    on(mnuViewHide, [this] { mnuViewHide_Click(); });
+    WithoutCode({mnuViewHide});
     connect(mnuView, &QMenu::aboutToShow, this, &frmMain::mnuView_Click);
 
     mnuActions = AddMenu(this, "mnuActions", tr("&Actions"));
@@ -104,6 +113,15 @@ void frmMain::CreateMenus() {
     AddBar(mnuTools, "mnuToolsOptionsBar");
     mnuToolsOptions = AddEntry(mnuTools, "mnuToolsOptions", tr("&Options..."));
 
+    on(test, [this] { SendPickupTest(); });
+    WithoutCode({test});
+
+    on(mnuToolsCleansing, [this] { CleanseArchive(); });
+    WithoutCode({mnuToolsCleansing});
+
+    on(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
+    WithoutCode({mnuToolsOptions});
+
     mnuHelp = AddMenu(this, "mnuHelp", tr("&Help"));
     QAction* starting = AddEntry(mnuHelp, "mnuHelpStarting0", tr("&Getting Started"));
     QAction* suggestions = AddEntry(mnuHelp, "mnuHelpStarting1", tr("Suggestions"));
@@ -112,6 +130,13 @@ void frmMain::CreateMenus() {
     QAction* feedback = AddEntry(mnuHelp, "mnuHelpFeedback", tr("Give &Feedback..."));
     AddBar(mnuHelp, "mnuHelpAboutBar");
     QAction* about = AddEntry(mnuHelp, "mnuHelpAbout", tr("&About this Program..."));
+
+    on(starting, [this] { mnuHelpStarting_Click(0); });
+    on(suggestions, [this] { mnuHelpStarting_Click(1); });
+    on(check, [this] { mnuHelpCheck_Click(); });
+    on(feedback, [this] { mnuHelpFeedback_Click(); });
+    on(about, [this] { mnuHelpAbout_Click(); });
+    WithoutCode({starting, suggestions, check, feedback, about});
 
     for (QMenu* menu : {mnuFile, mnuEdit, mnuView, mnuActions, mnuTools, mnuHelp}) {
         menuBar()->addMenu(menu);
@@ -124,6 +149,8 @@ void frmMain::CreateMenus() {
     on(mnuMessageTolerate, [this] { TolerateSelectedSender(); });
     AddBar(mnuMessage, "mnuBarHelpView");
     QAction* findHere = AddEntry(mnuMessage, "mnuMessageFind", tr("&Find..."));
+    on(findHere, [this] { mnuMessageFind_Click(); });
+    WithoutCode({findHere});
     mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View"));
     on(mnuMessageView, [this] { mnuMessageView_Click(); });
     mnuMessage->setDefaultAction(mnuMessageView);
@@ -132,10 +159,9 @@ void frmMain::CreateMenus() {
     QAction* restore = AddEntry(mnuTray, "mnuTrRestore", tr("Restore"));
     AddBar(mnuTray, "mnuTrExBar");
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
-    connect(trayExit, &QAction::triggered, this, &QWidget::close);
-
-    WithoutCode({archive, pickup, find, mnuEditFindNext, findAll, mnuViewHide, test, mnuToolsCleansing, mnuToolsOptions,
-                 starting, suggestions, check, feedback, about, findHere, restore});
+    on(restore, [this] { RestoreFromTray(); });
+    on(trayExit, [this] { mnuTrExit_Click(); });
+    WithoutCode({restore});
 }
 
 QAction* frmMain::AddButton(QToolBar* bar, const char* key, const QString& toolTip, bool twoState) {
@@ -167,9 +193,9 @@ void frmMain::CreateToolbars() {
     AddButton(tlbMessages, "delete", tr("Delete selected message(s) permanently"), false);
     AddButton(tlbMessages, "unblock", tr("Unblock and deliver selected message(s)"), false);
     AddButton(tlbMessages, "tolerate", tr("Add sender(s) to whitelist for toleration"), false);
-    QAction* find = AddButton(tlbMessages, "find", tr("Find text in message header"), false);
+    WithoutCode({AddButton(tlbMessages, "find", tr("Find text in message header"), false)});
     AddButton(tlbMessages, "filter", tr("Filter the message display"), true);
-    QAction* cleansing = AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false);
+    WithoutCode({AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false)});
     AddButton(tlbMessages, "whitelist", tr("Maintain whitelist of tolerated senders"), false);
     AddButton(tlbContents, "collapse", tr("Collapse or Expand all parts"), true);
     AddButton(tlbContents, "attachment", tr("Reveal attachment"), true);
@@ -179,7 +205,6 @@ void frmMain::CreateToolbars() {
     connect(tlbContents, &QToolBar::actionTriggered, this, [this](const QAction* button) {
         Guarded([this, button] { tlbContents_ButtonClick(button->property("key").toString()); });
     });
-    WithoutCode({find, cleansing});
 }
 
 // A command that the program does not have yet is shown, but never enabled.

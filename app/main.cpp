@@ -4,8 +4,6 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDir>
-#include <QFileInfo>
 #include <QThreadPool>
 
 #include <cstdio>
@@ -34,7 +32,6 @@ void PrintList(const MessageListModel& model) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const QFileInfo program(QCoreApplication::applicationFilePath());
     QCoreApplication::setApplicationName(QStringLiteral("Quellbox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUELLBOX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quellbox"));
@@ -55,13 +52,15 @@ int main(int argc, char** argv) {
     parser.process(application);
 
     const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
-    const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.completeBaseName());
+    const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
+    const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
     const Clock clock;
     const Shell shell;
+    const Volumes volumes;
     QThreadPool pool; // ends before the file system that its readers use
     pool.setMaxThreadCount(mostThreads);
 
-    frmMain window({*files, *store, clock, shell, pool, program.absolutePath() + QDir::separator()});
+    frmMain window({*files, *store, clock, shell, pool, volumes, program});
     int exitCode = 0;
     if (parser.isSet(printList) || parser.isSet(screenshot)) {
         const auto report = [&] {

@@ -8,11 +8,11 @@
 
 namespace quellbox::bench {
 
-ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive) : files_(files) {
+ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive) : files_(files), program_(MakeProgramInfo(archive + QStringLiteral("quellbox"))) {
     pool_.setMaxThreadCount(72); // as the program does
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), archive);
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), archive);
-    form_ = std::make_unique<frmMain>(MainPorts{files, store_, clock_, shell_, pool_, archive});
+    form_ = std::make_unique<frmMain>(MainPorts{files, store_, clock_, shell_, pool_, volumes_, program_});
     Require(form_->State().ArchiveDir == archive, "the window has another archive");
     StopTimer();
     form_->show();

@@ -34,6 +34,8 @@ private:
     MemorySettingsStore store_;
     Clock clock_;
     Shell shell_;
+    Volumes volumes_;
+    ProgramInfo program_;
     QThreadPool pool_;
     std::unique_ptr<frmMain> form_;
 };

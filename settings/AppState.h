@@ -40,9 +40,11 @@ struct AppState {
     QString LastAddedFile;     ///< file name of the row added last; empty makes the next refresh a full one
     QString strXSender;        ///< envelope sender of the message whose headers were read last
     QString FindText;          ///< text that Find searches for
+    qint16 FindAll = 0;        ///< -1 when Find is to select every match, else 0
     int FindPosition = 0;      ///< 1-based row that Find found last; 0 starts at the top
     qint16 SelectedCount = 0;  ///< number of selected rows
     int SavedWindowState = 0;  ///< latest window state but minimized: 0 normal, 2 maximized
+    int OptionsTab = 0;        ///< 0-based tab of the options dialog selected last
     qint16 LastRefreshDay = 0; ///< day of the month of the timer's latest full refresh; 0 before it
 
     // What a dialog leaves behind for whoever opened it.

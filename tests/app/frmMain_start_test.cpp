@@ -144,7 +144,7 @@ TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     }
     Set("ArchiveDir", qPrintable(folder.path() + QLatin1Char('/')));
     const std::unique_ptr<FileSystem> disk = MakeLocalFileSystem();
-    frmMain window({*disk, store_, clock_, shell_, pool_, QStringLiteral("/prog/")});
+    frmMain window({*disk, store_, clock_, shell_, pool_, volumes_, program_});
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.Messages().Count() == 2; }, patience));
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));

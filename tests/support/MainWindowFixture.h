@@ -3,6 +3,7 @@
 #include "app/frmMain.h"
 #include "messages/MessageRow.h"
 #include "tests/support/FakeShell.h"
+#include "tests/support/FakeVolumes.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/MemorySettingsStore.h"
@@ -65,7 +66,7 @@ protected:
     }
 
     void Open() {
-        window_ = std::make_unique<frmMain>(MainPorts{files_, store_, clock_, shell_, pool_, QStringLiteral("/prog/")});
+        window_ = std::make_unique<frmMain>(MainPorts{files_, store_, clock_, shell_, pool_, volumes_, program_});
         connection_ = QObject::connect(window_.get(), &frmMain::Refreshed, [this] { ++refreshes_; });
         window_->show();
         window_->activateWindow();
@@ -193,6 +194,8 @@ protected:
     MemorySettingsStore store_;
     FixedClock clock_{noon_.addSecs(3600)};
     FakeShell shell_;
+    FakeVolumes volumes_;
+    ProgramInfo program_ = TestProgram(QStringLiteral("/prog/"));
     QThreadPool pool_;
     QStringList errors_; ///< texts of the message boxes, each of which was closed at once
     int refreshes_ = 0;

@@ -4,6 +4,7 @@
 #include "app/frmMain.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FakeShell.h"
+#include "tests/support/FakeVolumes.h"
 #include "tests/support/MemorySettingsStore.h"
 
 #include <QDateTime>
@@ -68,7 +69,7 @@ protected:
     }
 
     void Open() {
-        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, root.path()});
+        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, volumes, program});
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
         window->mnuAcRefresh_Click();
@@ -104,6 +105,8 @@ protected:
     MemorySettingsStore store;
     Clock clock;
     FakeShell shell;
+    FakeVolumes volumes;
+    ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
     QThreadPool pool;
     std::unique_ptr<frmMain> window;
 };

@@ -1,0 +1,7 @@
+#include "app/frmMain.h"
+
+namespace quellbox {
+
+void frmMain::CleanseArchive() {}
+
+} // namespace quellbox

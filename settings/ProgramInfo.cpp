@@ -1,0 +1,30 @@
+#include "settings/ProgramInfo.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace quellbox {
+
+ProgramInfo MakeProgramInfo(const QString& executablePath) {
+    const QFileInfo executable(executablePath);
+    ProgramInfo program;
+    program.Title = QStringLiteral("Quellbox");
+    program.ProductName = program.Title;
+    program.CompanyName = QStringLiteral(QUELLBOX_COMPANY);
+    program.Comments = QStringLiteral(QUELLBOX_COMMENTS);
+    program.FileDescription = QStringLiteral(QUELLBOX_DESCRIPTION);
+    program.LegalCopyright = QStringLiteral(QUELLBOX_COPYRIGHT);
+    program.Major = QUELLBOX_VERSION_MAJOR;
+    program.Minor = QUELLBOX_VERSION_MINOR;
+    program.Revision = QUELLBOX_VERSION_PATCH;
+    program.WebSite = QStringLiteral(QUELLBOX_WEB_SITE);
+    program.SupportAddress = QStringLiteral(QUELLBOX_SUPPORT_ADDRESS);
+    program.DownloadPage = QStringLiteral(QUELLBOX_DOWNLOAD_PAGE);
+    program.ExecutableName = executable.completeBaseName();
+    program.ExecutablePath = executable.absoluteFilePath();
+    program.Directory = executable.absolutePath() + QDir::separator();
+    program.HelpFile = executable.absolutePath() + QDir::separator() + QStringLiteral("Quellbox.chm");
+    return program;
+}
+
+} // namespace quellbox
