@@ -8,7 +8,8 @@
 
 namespace quellbox::bench {
 
-ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive) : files_(files), program_(MakeProgramInfo(archive + QStringLiteral("quellbox"))) {
+ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive)
+    : files_(files), program_(MakeProgramInfo(archive + QStringLiteral("quellbox"))) {
     pool_.setMaxThreadCount(72); // as the program does
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), archive);
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), archive);
