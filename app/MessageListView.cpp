@@ -27,6 +27,21 @@ protected:
     }
 };
 
+/// The same rows as ascending ranges that neither overlap nor touch.
+std::vector<RowRange> Merged(std::vector<RowRange> ranges) {
+    std::sort(ranges.begin(), ranges.end(),
+              [](const RowRange& left, const RowRange& right) { return left.first < right.first; });
+    std::vector<RowRange> merged;
+    for (const RowRange& range : ranges) {
+        if (merged.empty() || range.first > merged.back().last + 1) {
+            merged.push_back(range);
+        } else {
+            merged.back().last = std::max(merged.back().last, range.last);
+        }
+    }
+    return merged;
+}
+
 } // namespace
 
 MessageListView::MessageListView(QWidget* parent) : QTreeView(parent) {
@@ -57,17 +72,27 @@ std::vector<RowRange> MessageListView::SelectedRanges() const {
     for (const QItemSelectionRange& range : selectionModel()->selection()) {
         ranges.push_back({range.top(), range.bottom()});
     }
-    std::sort(ranges.begin(), ranges.end(),
-              [](const RowRange& left, const RowRange& right) { return left.first < right.first; });
-    std::vector<RowRange> merged;
-    for (const RowRange& range : ranges) {
-        if (merged.empty() || range.first > merged.back().last + 1) {
-            merged.push_back(range);
-        } else {
-            merged.back().last = std::max(merged.back().last, range.last);
-        }
+    return Merged(std::move(ranges));
+}
+
+void MessageListView::AddToSelection(const std::vector<int>& rows) {
+    // Qt compares each range that was selected with each that will be, which many of both make slow.
+    constexpr size_t mostRangesCompared = 32;
+    std::vector<RowRange> ranges = SelectedRanges();
+    if (ranges.size() > mostRangesCompared) {
+        selectionModel()->clearSelection();
     }
-    return merged;
+    for (const int row : rows) {
+        ranges.push_back({row, row});
+    }
+    QItemSelection selection; // of whole rows, since Qt too takes long to widen many ranges
+    for (const RowRange& range : Merged(std::move(ranges))) {
+        selection.append(QItemSelectionRange(model()->index(range.first, 0), model()->index(range.last, ColumnScl)));
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    const QModelIndex last = model()->index(rows.back(), 0);
+    selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    scrollTo(last);
 }
 
 void MessageListView::SelectOnly(int row) {

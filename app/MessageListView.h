@@ -22,6 +22,10 @@ public:
     /// Selects one row alone and makes it the current one.
     void SelectOnly(int row);
 
+    /// Selects rows besides those that are selected, in one change of the selection wherever it stays linear. The last
+    /// one becomes the current row and is scrolled into view. `rows` is ascending and not empty.
+    void AddToSelection(const std::vector<int>& rows);
+
     /// Gives the columns their widths: date, size and confidence by sample texts, the rest in equal shares.
     void FitColumns();
 

@@ -3,6 +3,7 @@
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "archive/RefreshTimer.h"
+#include "dialogs/frmFind.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
 #include "settings/frmPlacement.h"
@@ -28,6 +29,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
     ConnectContents();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
+    connect(this, &frmMain::NothingFound, this, &QApplication::beep);
     tmrRefresh->start(firstTickMs);
     qApp->installEventFilter(this);
 }
@@ -97,8 +99,11 @@ void frmMain::closeEvent(QCloseEvent* event) {
         pass_->Cancel();
     }
     CloseViewer();
+    const bool historyIsPending = UnloadFind();
     if (!isMinimized()) {
         Guarded([this] { SaveAllSettings(); });
+    } else if (historyIsPending) {
+        Guarded([this] { ports_.store.Flush(); });
     }
     QMainWindow::closeEvent(event);
 }

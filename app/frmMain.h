@@ -23,6 +23,7 @@
 
 namespace quellbox {
 
+class frmFind;
 class MessageListView;
 class StatusBarView;
 
@@ -54,7 +55,7 @@ public:
     /// Counts the selection, fills the panels and sets what is enabled. Returns the number of selected rows.
     qint16 UpdateSelectionStatus();
 
-    /// Deselects every row and empties the contents panes.
+    /// Deselects every row and empties the contents panes; the next search starts at the top.
     void ClearSelection();
 
     /// Enters or leaves the busy state around a long operation of `maximum` steps.
@@ -70,6 +71,9 @@ public:
 Q_SIGNALS:
     /// A refresh pass has ended.
     void Refreshed();
+
+    /// A search found nothing; the computer beeps.
+    void NothingFound();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -158,6 +162,7 @@ private:
     void mnuEditFindAll_Click();
     void mnuMessageFind_Click();
     void ShowFindDialog();
+    bool UnloadFind();
     void FindNext();
 
     // frmMainFolders.cpp
@@ -209,6 +214,7 @@ private:
     bool busy_ = false;
     bool busyIsShown_ = false;
     bool closing_ = false;
+    bool timerIsHeld_ = false;  // a dialog rests the refresh timer
     bool refreshIsDue_ = false; // the Refresh command was given while a pass ran
     std::optional<RefreshPass> pass_;
     bool LoadOnItemClick = false;
@@ -220,6 +226,7 @@ private:
     MailMessage maiTree;
     StructureTree structure_; // what trvMessage shows
     QPointer<frmView> view_;
+    std::unique_ptr<frmFind> find_; // stays hidden after OK
 
     MessageListView* lvwMessages = nullptr;
     QTreeWidget* trvMessage = nullptr;

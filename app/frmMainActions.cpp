@@ -114,6 +114,7 @@ void frmMain::MaintainWhitelist() {
 std::function<void(bool)> frmMain::TimerSwitch() {
     const bool wasActive = tmrRefresh->isActive();
     return [this, wasActive](bool run) {
+        timerIsHeld_ = !run;
         if (!run) {
             tmrRefresh->stop();
         } else if (wasActive && !closing_) {
@@ -129,6 +130,8 @@ void frmMain::tlbMessages_ButtonClick(const QString& key) {
         ProcessSelectedMessages(Action::remove);
     } else if (key == QLatin1String("tolerate")) {
         TolerateSelectedSender();
+    } else if (key == QLatin1String("find")) {
+        state_.FindText.isEmpty() ? mnuEditFind_Click() : mnuEditFindNext_Click();
     } else if (key == QLatin1String("filter")) {
         mnuAcRefresh_Click();
     } else if (key == QLatin1String("whitelist")) {

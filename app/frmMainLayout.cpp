@@ -232,7 +232,6 @@ void frmMain::FormKeyDown(int key) {
     PutOffRefresh();
     if (key == Qt::Key_Escape) {
         state_.FindText.clear();
-        state_.FindPosition = 0;
         Guarded([this] { ClearSelection(); });
         CloseViewer();
     }

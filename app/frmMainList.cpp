@@ -128,6 +128,7 @@ qint16 frmMain::UpdateSelectionStatus() {
 }
 
 void frmMain::ClearSelection() {
+    state_.FindPosition = 0;
     lvwMessages->clearSelection();
     UpdateSelectionStatus();
     ClearContents();

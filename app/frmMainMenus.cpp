@@ -66,8 +66,9 @@ void frmMain::CreateMenus() {
     on(find, [this] { mnuEditFind_Click(); });
     on(mnuEditFindNext, [this] { mnuEditFindNext_Click(); });
     on(findAll, [this] { mnuEditFindAll_Click(); });
-    WithoutCode({find, mnuEditFindNext, findAll});
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
+    // Its key works without the menu having been opened, even with an empty text, which occurs everywhere.
+    connect(mnuEdit, &QMenu::aboutToHide, this, [this] { SetCommandEnabled(mnuEditFindNext, true); });
 
     mnuView = AddMenu(this, "mnuView", tr("&View"));
     mnuViewBulk = AddEntry(mnuView, "mnuViewBulk", tr("Bulk mode"), QStringLiteral("Ctrl+B"));
@@ -150,7 +151,6 @@ void frmMain::CreateMenus() {
     AddBar(mnuMessage, "mnuBarHelpView");
     QAction* findHere = AddEntry(mnuMessage, "mnuMessageFind", tr("&Find..."));
     on(findHere, [this] { mnuMessageFind_Click(); });
-    WithoutCode({findHere});
     mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View"));
     on(mnuMessageView, [this] { mnuMessageView_Click(); });
     mnuMessage->setDefaultAction(mnuMessageView);
@@ -193,7 +193,7 @@ void frmMain::CreateToolbars() {
     AddButton(tlbMessages, "delete", tr("Delete selected message(s) permanently"), false);
     AddButton(tlbMessages, "unblock", tr("Unblock and deliver selected message(s)"), false);
     AddButton(tlbMessages, "tolerate", tr("Add sender(s) to whitelist for toleration"), false);
-    WithoutCode({AddButton(tlbMessages, "find", tr("Find text in message header"), false)});
+    AddButton(tlbMessages, "find", tr("Find text in message header"), false);
     AddButton(tlbMessages, "filter", tr("Filter the message display"), true);
     WithoutCode({AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false)});
     AddButton(tlbMessages, "whitelist", tr("Maintain whitelist of tolerated senders"), false);

@@ -116,7 +116,11 @@ void frmMain::SetRefreshInterval() {
         tmrRefresh->stop();
         return;
     }
-    tmrRefresh->start(interval);
+    tmrRefresh->setInterval(interval);
+    // A dialog may have become active while the pass ran.
+    if (!timerIsHeld_) {
+        tmrRefresh->start();
+    }
 }
 
 void frmMain::SetBusy(bool busy, int maximum) {
