@@ -10,7 +10,10 @@ namespace quellbox {
 frmFind::frmFind(const SettingsStore& store, AppState& state, QWidget* parent)
     : QDialog(parent), state_(state), history_(store), ui_(new Ui::frmFind) {
     ui_->setupUi(this);
-    ui_->cboFind->setCompleter(nullptr); // what is searched for is what was typed
+    // What is searched for is what was typed, and typing the text of an entry does not pick the entry.
+    ui_->cboFind->setCompleter(nullptr);
+    disconnect(ui_->cboFind->lineEdit(), &QLineEdit::returnPressed, ui_->cboFind, nullptr);
+    disconnect(ui_->cboFind->lineEdit(), &QLineEdit::editingFinished, ui_->cboFind, nullptr);
     optField.addButton(ui_->optField0, ColumnDate);
     optField.addButton(ui_->optField2, ColumnFrom);
     optField.addButton(ui_->optField3, ColumnSubject);
