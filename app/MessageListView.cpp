@@ -85,8 +85,9 @@ void MessageListView::AddToSelection(const std::vector<int>& rows) {
     for (const int row : rows) {
         ranges.push_back({row, row});
     }
-    QItemSelection selection; // of whole rows, since Qt too takes long to widen many ranges
-    for (const RowRange& range : Merged(std::move(ranges))) {
+    const std::vector<RowRange> merged = Merged(std::move(ranges));
+    QItemSelection selection; // of whole rows, since Qt takes long to widen many ranges
+    for (const RowRange& range : merged) {
         selection.append(QItemSelectionRange(model()->index(range.first, 0), model()->index(range.last, ColumnScl)));
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);

@@ -35,8 +35,8 @@ void frmMain::ShowFindDialog() {
     }
     find_->Prepare(TimerSwitch());
     const bool accepted = find_->exec() == QDialog::Accepted;
-    if (!find_) {
-        return; // the program is ending
+    if (closing_) {
+        return; // and the dialog has gone
     }
     if (!accepted) {
         UnloadFind();

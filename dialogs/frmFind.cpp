@@ -4,6 +4,7 @@
 #include "ui_frmFind.h"
 
 #include <QLineEdit>
+#include <QMouseEvent>
 
 namespace quellbox {
 
@@ -155,7 +156,8 @@ void frmFind::HoldTimer(bool hold) {
 bool frmFind::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn) {
         UpdateOK();
-    } else if (event->type() == QEvent::MouseButtonDblClick) {
+    } else if (event->type() == QEvent::MouseButtonDblClick &&
+               static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         cboFind_DblClick();
         return true;
     }
