@@ -166,6 +166,7 @@ private:
 
     // frmMainCleansing.cpp
     void CleanseArchive();
+    qint32 RemoveOldMessages();
 
     // frmMainPickupTest.cpp
     void SendPickupTest();
