@@ -98,6 +98,11 @@ void StatusBarView::ShowLater() {
     QMetaObject::invokeMethod(this, &StatusBarView::ShowNow, Qt::QueuedConnection);
 }
 
+void StatusBarView::ShowAtOnce() {
+    ShowNow();
+    repaint();
+}
+
 void StatusBarView::ShowNow() {
     showIsDue_ = false;
     info_->Show(panels_.Info());

@@ -36,6 +36,9 @@ public:
     /// Shows the progress bar from 0 to `maximum`, or hides it.
     void ShowFileProgress(bool show, int maximum);
 
+    /// Paints what the panels say before it returns, although no event runs.
+    void ShowAtOnce();
+
     QProgressBar& Progress() { return *prbFiles; }
 
 Q_SIGNALS:

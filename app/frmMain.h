@@ -171,6 +171,7 @@ private:
 
     // frmMainCleansing.cpp
     void CleanseArchive();
+    qint32 RemoveOldMessages();
 
     // frmMainPickupTest.cpp
     void SendPickupTest();

@@ -6,8 +6,6 @@
 #include "messages/FormatSize.h"
 #include "whitelist/frmTolerate.h"
 
-#include <QCoreApplication>
-
 #include <numeric>
 
 namespace quellbox {
@@ -32,8 +30,7 @@ void frmMain::ProcessSelectedMessages(qint16 action) {
     }
     const auto showProgress = [this](int rowsLeft) {
         panels_.SetCount(QString::number(rowsLeft));
-        QCoreApplication::sendPostedEvents(stbBottom, QEvent::MetaCall); // no event runs before the end
-        stbBottom->repaint();
+        stbBottom->ShowAtOnce(); // no event runs before the end
     };
     const DisposalResult result = DisposeOfMessages(ports_.files, action, {state_.ArchiveDir, state_.PickupDir},
                                                     RowsOf(lvwMessages->SelectedRanges()), model_, showProgress);
@@ -134,6 +131,8 @@ void frmMain::tlbMessages_ButtonClick(const QString& key) {
         state_.FindText.isEmpty() ? mnuEditFind_Click() : mnuEditFindNext_Click();
     } else if (key == QLatin1String("filter")) {
         mnuAcRefresh_Click();
+    } else if (key == QLatin1String("cleansing")) {
+        CleanseArchive();
     } else if (key == QLatin1String("whitelist")) {
         MaintainWhitelist();
     }

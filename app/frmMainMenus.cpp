@@ -115,10 +115,7 @@ void frmMain::CreateMenus() {
     mnuToolsOptions = AddEntry(mnuTools, "mnuToolsOptions", tr("&Options..."));
 
     on(test, [this] { SendPickupTest(); });
-    WithoutCode({test});
-
     on(mnuToolsCleansing, [this] { CleanseArchive(); });
-    WithoutCode({mnuToolsCleansing});
 
     on(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
     WithoutCode({mnuToolsOptions});
@@ -195,7 +192,7 @@ void frmMain::CreateToolbars() {
     AddButton(tlbMessages, "tolerate", tr("Add sender(s) to whitelist for toleration"), false);
     AddButton(tlbMessages, "find", tr("Find text in message header"), false);
     AddButton(tlbMessages, "filter", tr("Filter the message display"), true);
-    WithoutCode({AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false)});
+    AddButton(tlbMessages, "cleansing", tr("Launch cleansing wizard"), false);
     AddButton(tlbMessages, "whitelist", tr("Maintain whitelist of tolerated senders"), false);
     AddButton(tlbContents, "collapse", tr("Collapse or Expand all parts"), true);
     AddButton(tlbContents, "attachment", tr("Reveal attachment"), true);

@@ -39,6 +39,11 @@ public:
     /// Status() does not confirm is to be skipped. Throws FileError.
     virtual QStringList FileNames(const QString& folder) const = 0;
 
+    /// Names (without folder) of the regular files in `folder`, symbolic links to one included, that are neither hidden
+    /// nor of the system, in no particular order. A file is looked at singly only where the folder does not tell its
+    /// type. Throws FileError.
+    virtual QStringList VisibleFileNames(const QString& folder) const = 0;
+
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
     /// something else.
     virtual std::optional<FileStatus> Status(const QString& path) const = 0;

@@ -39,6 +39,28 @@ bool MayBeRegular(const dirent& entry) {
     return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
 }
 
+/// Calls `take` with each entry of a folder and the number of the open folder. Throws FileError.
+template <class Take>
+void ForEachEntry(const QString& folder, Take take) {
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
+    if (!stream) {
+        ThrowFileError(folder, errno);
+    }
+    errno = 0;
+    while (const dirent* entry = ::readdir(stream.get())) {
+        take(*entry, ::dirfd(stream.get()));
+        errno = 0;
+    }
+    if (errno != 0) {
+        ThrowFileError(folder, errno);
+    }
+}
+
+QString NameText(const dirent& entry) {
+    const QByteArrayView name(entry.d_name);
+    return PathText(QByteArray::fromRawData(name.data(), name.size()));
+}
+
 /// What the system tells of `path`, links followed; false when there is nothing.
 bool Look(const QString& path, struct stat& status) {
     const QByteArray bytes = PathBytes(path);
@@ -64,22 +86,27 @@ public:
     }
 
     QStringList FileNames(const QString& folder) const override {
-        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
-        if (!stream) {
-            ThrowFileError(folder, errno);
-        }
         QStringList names;
-        errno = 0;
-        while (const dirent* entry = ::readdir(stream.get())) {
-            const QByteArrayView name(entry->d_name);
-            if (MayBeRegular(*entry) && name != "." && name != "..") {
-                names += PathText(QByteArray::fromRawData(name.data(), name.size()));
+        ForEachEntry(folder, [&names](const dirent& entry, int) {
+            const QByteArrayView name(entry.d_name);
+            if (MayBeRegular(entry) && name != "." && name != "..") {
+                names += NameText(entry);
             }
-            errno = 0;
-        }
-        if (errno != 0) {
-            ThrowFileError(folder, errno);
-        }
+        });
+        return names;
+    }
+
+    QStringList VisibleFileNames(const QString& folder) const override {
+        QStringList names;
+        ForEachEntry(folder, [&names](const dirent& entry, int folderNumber) {
+            struct stat status {};
+            const bool isHidden = entry.d_name[0] == '.';
+            if (!isHidden && (entry.d_type == DT_REG ||
+                              (MayBeRegular(entry) && ::fstatat(folderNumber, entry.d_name, &status, 0) == 0 &&
+                               S_ISREG(status.st_mode)))) {
+                names += NameText(entry);
+            }
+        });
         return names;
     }
 

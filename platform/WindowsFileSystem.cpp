@@ -104,6 +104,33 @@ public:
         return names;
     }
 
+    QStringList VisibleFileNames(const QString& folder) const override {
+        constexpr DWORD unwanted = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+        WIN32_FIND_DATAW found{};
+        const std::wstring pattern = SystemPath(folder + QLatin1String("\\*"));
+        const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                                               FIND_FIRST_EX_LARGE_FETCH);
+        if (search == INVALID_HANDLE_VALUE) {
+            if (GetLastError() == ERROR_FILE_NOT_FOUND) {
+                return {}; // an empty volume: its root has no entry for itself
+            }
+            ThrowLastError(folder);
+        }
+        QStringList names;
+        do {
+            if ((found.dwFileAttributes & unwanted) == 0) {
+                names += QString::fromWCharArray(&found.cFileName[0]);
+            }
+        } while (FindNextFileW(search, &found) != 0);
+        const DWORD error = GetLastError();
+        FindClose(search);
+        if (error != ERROR_NO_MORE_FILES) {
+            SetLastError(error);
+            ThrowLastError(folder);
+        }
+        return names;
+    }
+
     std::optional<FileStatus> Status(const QString& path) const override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
         if (!Look(path, data) || IsFolder(data.dwFileAttributes)) {

@@ -9,7 +9,16 @@ namespace quellbox {
 
 namespace {
 
-QString WithoutSeparator(const QString& folder) {
+/// Separators in a row count as one, as in a real file system.
+QString Plain(QString path) {
+    while (path.contains(QLatin1String("//"))) {
+        path.replace(QLatin1String("//"), QLatin1String("/"));
+    }
+    return path;
+}
+
+QString WithoutSeparator(const QString& path) {
+    const QString folder = Plain(path);
     return folder.size() > 1 && folder.endsWith(QLatin1Char('/')) ? folder.chopped(1) : folder;
 }
 
@@ -55,12 +64,12 @@ void MemoryFileSystem::AddFolder(const QString& folder) {
 void MemoryFileSystem::Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs) {
     const std::lock_guard lock(mutex_);
     folders_.insert(FolderOf(path));
-    files_[path] = File{bytes, modifiedNs, false};
+    files_[Plain(path)] = File{bytes, modifiedNs, false};
 }
 
 void MemoryFileSystem::SetReadOnly(const QString& path) {
     const std::lock_guard lock(mutex_);
-    files_.at(path).readOnly = true;
+    files_.at(Plain(path)).readOnly = true;
 }
 
 void MemoryFileSystem::FailCall(int n) {
@@ -95,7 +104,7 @@ int MemoryFileSystem::CallCount() const {
 
 QByteArray MemoryFileSystem::Bytes(const QString& path) const {
     const std::lock_guard lock(mutex_);
-    return files_.at(path).bytes;
+    return files_.at(Plain(path)).bytes;
 }
 
 QStringList MemoryFileSystem::Paths() const {
@@ -116,7 +125,7 @@ bool MemoryFileSystem::FolderExists(const QString& folder) const {
 bool MemoryFileSystem::FileExists(const QString& path) const {
     const bool works = Enter(path).isEmpty();
     const std::lock_guard lock(mutex_);
-    return works && files_.contains(path);
+    return works && files_.contains(Plain(path));
 }
 
 QStringList MemoryFileSystem::FileNames(const QString& folder) const {
@@ -137,10 +146,16 @@ QStringList MemoryFileSystem::FileNames(const QString& folder) const {
     return names;
 }
 
+QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
+    QStringList names = FileNames(folder);
+    names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('.')); });
+    return names;
+}
+
 std::optional<FileStatus> MemoryFileSystem::Status(const QString& path) const {
     const bool works = Enter(path).isEmpty();
     const std::lock_guard lock(mutex_);
-    const auto file = files_.find(path);
+    const auto file = files_.find(Plain(path));
     if (!works || file == files_.end()) {
         return std::nullopt;
     }
@@ -162,14 +177,14 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
     const std::lock_guard lock(mutex_);
     const File file = Find(from)->second;
     RequireFolderOf(to);
-    if (const auto failure = failures_.find(to); failure != failures_.end()) {
+    if (const auto failure = failures_.find(WithoutSeparator(to)); failure != failures_.end()) {
         throw FileError(to, failure->second);
     }
-    if (files_.contains(to)) {
+    if (files_.contains(Plain(to))) {
         throw FileError(to, QStringLiteral("File exists"));
     }
-    files_.erase(from);
-    files_[to] = file;
+    files_.erase(Plain(from));
+    files_[Plain(to)] = file;
 }
 
 void MemoryFileSystem::Remove(const QString& path) {
@@ -178,14 +193,14 @@ void MemoryFileSystem::Remove(const QString& path) {
     if (Find(path)->second.readOnly) {
         throw FileError(path, QStringLiteral("The file is read-only."));
     }
-    files_.erase(path);
+    files_.erase(Plain(path));
 }
 
 void MemoryFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
     EnterOrThrow(path);
     const std::lock_guard lock(mutex_);
     RequireFolderOf(path);
-    files_[path].bytes = bytes;
+    files_[Plain(path)].bytes = bytes;
 }
 
 QString MemoryFileSystem::Enter(const QString& path) const {
@@ -217,7 +232,7 @@ void MemoryFileSystem::RequireFolderOf(const QString& path) const {
 }
 
 std::map<QString, MemoryFileSystem::File>::const_iterator MemoryFileSystem::Find(const QString& path) const {
-    const auto file = files_.find(path);
+    const auto file = files_.find(Plain(path));
     if (file == files_.end()) {
         throw FileError(path, QStringLiteral("No such file or directory"));
     }

@@ -11,7 +11,8 @@
 namespace quellbox {
 
 /// Files and folders in memory, which fail where a test says. The folder of a path is what stands before its last '/';
-/// folders may be named with or without a separator at their end. May be used from several threads.
+/// folders may be named with or without a separator at their end. Separators in a row count as one. May be used from
+/// several threads.
 class MemoryFileSystem : public FileSystem {
 public:
     void AddFolder(const QString& folder);
@@ -49,6 +50,7 @@ public:
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
     QStringList FileNames(const QString& folder) const override;
+    QStringList VisibleFileNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+namespace quellbox {
+
+/// False when the pickup folder is the program's own folder, as it is before one has been chosen, or lies below it.
+/// `programDir` ends with a separator; letters of another case are other letters.
+bool IsPickupSetUp(const QString& pickupDir, const QString& programDir);
+
+/// A moment in the locale's general form: short date, blank, long time; exactly at midnight, to the second that the
+/// text shows, the date alone. Blanks of other kinds, which some locales write, become plain ones.
+QString GeneralDate(const QDateTime& moment, const QLocale& locale);
+
+/// The question before the test message is written. Lines end in CRLF.
+QString PickupTestQuestion();
+
+/// The file of the test message. `pickupDir` ends with a separator; the second one does no harm.
+QString PickupTestPath(const QString& pickupDir);
+
+/// The test message's bytes: lines with CRLF in the system's ANSI code page. `moment` is written as it stands.
+QByteArray PickupTestMessage(const QString& userName, const QString& pickupDir, const QString& moment);
+
+/// Writes the test message into the pickup folder, where it replaces an earlier one. Throws FileError.
+void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment);
+
+} // namespace quellbox

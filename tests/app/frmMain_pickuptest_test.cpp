@@ -1,0 +1,205 @@
+#include "dialogs/PickupTest.h"
+#include "tests/support/MainWindowFixture.h"
+
+#include <QDialog>
+
+namespace quellbox {
+namespace {
+
+/// The main window, whose pickup test is asked for; a directory selection that opens is cancelled.
+class MainPickupTest : public MainWindowTest {
+protected:
+    MainPickupTest() {
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        modals_.callOnTimeout([this] { DriveModal(); });
+        modals_.start(5);
+    }
+
+    ~MainPickupTest() override { QLocale::setDefault(QLocale::system()); }
+
+    void OpenIn(const char* pickup) {
+        Set("PickupDir", pickup);
+        OpenRefreshed();
+        QObject::connect(&window_->Panels(), &StatusPanels::Changed,
+                         [this] { infos_ += window_->Panels().Info().text; });
+        window_->Panels().SetInfo(QStringLiteral("before"));
+    }
+
+    /// Runs the test; `answer` closes the question.
+    void Run(std::function<void(QMessageBox&)> answer) {
+        answer_ = std::move(answer);
+        Action("mnuToolsTest")->trigger();
+    }
+
+    static void Yes(QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }
+    static void No(QMessageBox& box) { box.button(QMessageBox::No)->click(); }
+
+    std::string Info() const { return window_->Panels().Info().text.toStdString(); }
+    bool SaysNotSetUp() const { return infos_.contains(QStringLiteral("Exchange Pickup Directory not setup yet.")); }
+    std::string Written() const { return files_.Bytes(file_).toStdString(); }
+    bool IsWritten() const { return files_.FileExists(file_); }
+
+    const QString file_ = QStringLiteral("/pickup/quellbox.eml");
+    const std::string sent_ = "Testmessage send. Verify postmaster mailbox now!";
+    int questions_ = 0;
+    QString question_;
+    QString caption_;
+    QStringList infos_; ///< each text of the panel "info"
+
+private:
+    void DriveModal() {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr || !dialog->isVisible() || dialog->objectName() == QLatin1String("msgError")) {
+            return;
+        }
+        auto* box = qobject_cast<QMessageBox*>(dialog);
+        if (box == nullptr) {
+            dialog->reject();
+            return;
+        }
+        EXPECT_EQ(box->objectName(), QStringLiteral("msgConfirm"));
+        EXPECT_EQ(box->icon(), QMessageBox::Warning);
+        EXPECT_EQ(box->textFormat(), Qt::PlainText);
+        EXPECT_EQ(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+        EXPECT_EQ(box->defaultButton(), box->button(QMessageBox::No));
+        EXPECT_EQ(window_->Panels().Info().text, QString());
+        ++questions_;
+        question_ = box->text();
+        caption_ = box->windowTitle();
+        answer_(*box);
+    }
+
+    QTimer modals_;
+    std::function<void(QMessageBox&)> answer_;
+};
+
+} // namespace
+
+TEST_F(MainPickupTest, YesWritesTheMessage) {
+    OpenIn("/pickup/");
+    Run(Yes);
+    EXPECT_EQ(questions_, 1);
+    EXPECT_EQ(question_.toStdString(),
+              "OK to send test message to postmaster?\n\nThis will verify the pickup directory setup.");
+    EXPECT_EQ(caption_, QStringLiteral("/pickup/"));
+    EXPECT_EQ(Info(), sent_);
+    EXPECT_FALSE(SaysNotSetUp());
+    ASSERT_TRUE(IsWritten());
+    const QString moment = GeneralDate(clock_.Now(), QLocale());
+    EXPECT_TRUE(moment.startsWith(QStringLiteral("10.03.26 13:00:00"))) << moment.toStdString();
+    EXPECT_EQ(files_.Bytes(file_), PickupTestMessage(QStringLiteral("tester"), QStringLiteral("/pickup/"), moment));
+    EXPECT_NE(Written().find("Subject: tester is testing the Exchange pickup folder\r\n"), std::string::npos);
+    EXPECT_TRUE(errors_.isEmpty());
+}
+
+TEST_F(MainPickupTest, WhateverIsNotYesWritesNothing) {
+    OpenIn("/pickup/");
+    const std::vector<std::function<void(QMessageBox&)>> answers = {
+        No,
+        [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); },
+        [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); },
+        [](QMessageBox& box) { box.close(); },
+    };
+    int asked = 0;
+    for (const auto& answer : answers) {
+        window_->Panels().SetInfo(QStringLiteral("before"));
+        Run(answer);
+        EXPECT_EQ(questions_, ++asked);
+        EXPECT_EQ(Info(), "");
+        EXPECT_FALSE(IsWritten());
+    }
+}
+
+TEST_F(MainPickupTest, TheProgramsFolderIsNotSetUpYet) {
+    OpenIn("/prog/");
+    Run(No);
+    EXPECT_TRUE(SaysNotSetUp());
+    EXPECT_EQ(questions_, 1);
+    EXPECT_EQ(caption_, QStringLiteral("/prog/"));
+    EXPECT_EQ(Info(), "");
+}
+
+TEST_F(MainPickupTest, NorIsAFolderBelowIt) {
+    files_.AddFolder(QStringLiteral("/prog/pickup/"));
+    OpenIn("/prog/pickup/");
+    Run(Yes);
+    EXPECT_TRUE(SaysNotSetUp());
+    EXPECT_EQ(caption_, QStringLiteral("/prog/pickup/"));
+    EXPECT_EQ(Info(), sent_) << "the test goes on after a cancelled selection";
+    EXPECT_TRUE(files_.FileExists(QStringLiteral("/prog/pickup/quellbox.eml")));
+}
+
+TEST_F(MainPickupTest, APathThatDiffersInCaseIsSetUp) {
+    OpenIn("/Prog/pickup/");
+    Run(No);
+    EXPECT_FALSE(SaysNotSetUp());
+    EXPECT_EQ(questions_, 1);
+}
+
+TEST_F(MainPickupTest, TheSecondTestReplacesTheFile) {
+    OpenIn("/pickup/");
+    Run(Yes);
+    const std::string first = Written();
+    clock_.Set(clock_.Now().addSecs(61));
+    Run(Yes);
+    EXPECT_NE(Written(), first);
+    files_.Remove(file_); // as the server does
+    Run(Yes);
+    EXPECT_TRUE(IsWritten());
+    EXPECT_EQ(Info(), sent_);
+    EXPECT_EQ(files_.Paths(), QStringList{file_});
+}
+
+TEST_F(MainPickupTest, AtMidnightTheDateStandsAlone) {
+    OpenIn("/pickup/");
+    clock_.Set(QDateTime(QDate(2026, 3, 11), QTime(0, 0)));
+    Run(Yes);
+    EXPECT_NE(Written().find("Testing pickup folder: /pickup/ at 11.03.26\r\n"), std::string::npos) << Written();
+}
+
+TEST_F(MainPickupTest, AMissingFolderIsReportedWithItsPath) {
+    OpenIn("/none/");
+    Run(Yes);
+    ASSERT_EQ(errors_.size(), 1);
+    EXPECT_TRUE(errors_[0].contains(QStringLiteral("/none//quellbox.eml")));
+    EXPECT_TRUE(errors_[0].contains(QStringLiteral("No such file or directory")));
+    EXPECT_EQ(Info(), "");
+}
+
+TEST_F(MainPickupTest, AWriteThatFailsIsReportedWithItsReason) {
+    OpenIn("/pickup/");
+    files_.FailPath(file_, QStringLiteral("No space left on device"));
+    Run(Yes);
+    ASSERT_EQ(errors_.size(), 1);
+    EXPECT_TRUE(errors_[0].contains(QStringLiteral("quellbox.eml")));
+    EXPECT_TRUE(errors_[0].contains(QStringLiteral("No space left on device")));
+    EXPECT_EQ(Info(), "");
+    EXPECT_FALSE(infos_.contains(QString::fromStdString(sent_)));
+    EXPECT_TRUE(files_.Paths().isEmpty());
+}
+
+TEST_F(MainPickupTest, AFolderOfMarkupIsPlainText) {
+    files_.AddFolder(QStringLiteral("/<b>R&D</b>/"));
+    OpenIn("/<b>R&D</b>/");
+    Run(Yes);
+    EXPECT_EQ(caption_, QStringLiteral("/<b>R&D</b>/"));
+    EXPECT_TRUE(files_.FileExists(QStringLiteral("/<b>R&D</b>/quellbox.eml")));
+}
+
+TEST_F(MainPickupTest, WaitsForNoPass) {
+    AddThree();
+    Open();
+    bool tried = false;
+    WhileBusy([this, &tried] {
+        Action("mnuToolsTest")->trigger();
+        tried = true;
+    });
+    files_.SetLatency(std::chrono::milliseconds(5));
+    ASSERT_TRUE(WaitForRefreshes(1));
+    files_.SetLatency(std::chrono::microseconds(0));
+    EXPECT_TRUE(tried);
+    EXPECT_EQ(questions_, 0);
+    EXPECT_FALSE(IsWritten());
+}
+
+} // namespace quellbox
