@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quellbox {
@@ -39,6 +40,40 @@ bool MayBeRegular(const dirent& entry) {
     return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
 }
 
+/// True for a folder that is not hidden, and for a link to one. Only what the folder itself does not tell is looked at.
+bool IsVisibleFolder(const dirent& entry, int folder) {
+    if (entry.d_name[0] == '.') {
+        return false;
+    }
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == DT_DIR;
+    }
+    struct stat status {};
+    return ::fstatat(folder, entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Throws FileError.
+template <class Predicate>
+QStringList EntryNames(const QString& folder, Predicate isWanted) {
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
+    if (!stream) {
+        ThrowFileError(folder, errno);
+    }
+    QStringList names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(stream.get())) {
+        if (isWanted(*entry, ::dirfd(stream.get()))) {
+            const QByteArrayView name(entry->d_name);
+            names += PathText(QByteArray::fromRawData(name.data(), name.size()));
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        ThrowFileError(folder, errno);
+    }
+    return names;
+}
+
 /// What the system tells of `path`, links followed; false when there is nothing.
 bool Look(const QString& path, struct stat& status) {
     const QByteArray bytes = PathBytes(path);
@@ -64,24 +99,13 @@ public:
     }
 
     QStringList FileNames(const QString& folder) const override {
-        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
-        if (!stream) {
-            ThrowFileError(folder, errno);
-        }
-        QStringList names;
-        errno = 0;
-        while (const dirent* entry = ::readdir(stream.get())) {
-            const QByteArrayView name(entry->d_name);
-            if (MayBeRegular(*entry) && name != "." && name != "..") {
-                names += PathText(QByteArray::fromRawData(name.data(), name.size()));
-            }
-            errno = 0;
-        }
-        if (errno != 0) {
-            ThrowFileError(folder, errno);
-        }
-        return names;
+        return EntryNames(folder, [](const dirent& entry, int) {
+            const QByteArrayView name(entry.d_name);
+            return MayBeRegular(entry) && name != "." && name != "..";
+        });
     }
+
+    QStringList FolderNames(const QString& folder) const override { return EntryNames(folder, IsVisibleFolder); }
 
     std::optional<FileStatus> Status(const QString& path) const override {
         struct stat status {};

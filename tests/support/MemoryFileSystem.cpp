@@ -52,6 +52,11 @@ void MemoryFileSystem::AddFolder(const QString& folder) {
     folders_.insert(WithoutSeparator(folder));
 }
 
+void MemoryFileSystem::RemoveFolder(const QString& folder) {
+    const std::lock_guard lock(mutex_);
+    folders_.erase(WithoutSeparator(folder));
+}
+
 void MemoryFileSystem::Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs) {
     const std::lock_guard lock(mutex_);
     folders_.insert(FolderOf(path));
@@ -131,6 +136,24 @@ QStringList MemoryFileSystem::FileNames(const QString& folder) const {
     for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
         const QString name = file->first.mid(prefix.size());
         if (!name.contains(QLatin1Char('/'))) {
+            names += name;
+        }
+    }
+    return names;
+}
+
+QStringList MemoryFileSystem::FolderNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    const QString wanted = WithoutSeparator(folder);
+    if (!folders_.contains(wanted)) {
+        throw FileError(folder, QStringLiteral("No such file or directory"));
+    }
+    const QString prefix = wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+    QStringList names;
+    for (const QString& other : folders_) {
+        const QString name = other.startsWith(prefix) ? other.mid(prefix.size()) : QString();
+        if (!name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.startsWith(QLatin1Char('.'))) {
             names += name;
         }
     }
