@@ -167,6 +167,7 @@ private:
 
     // frmMainFolders.cpp
     QString SelectDirectory(qint16 index);
+    void LeaveArchive(bool forAnother);
     void mnuOpenFolderSelect_Click(qint16 index);
 
     // frmMainCleansing.cpp

@@ -167,7 +167,7 @@ void frmMain::mnuMessageView_Click() {
     }
     const QString path = MessagePath(row);
     if (UsesExternalViewer(state_)) {
-        ShowInExternalViewer(ports_.shell, path);
+        ShowInExternalViewer(ports_.shell, ports_.volumes.Resolve(path));
         return;
     }
     if (!LoadRawPane(path)) {

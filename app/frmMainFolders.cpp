@@ -1,11 +1,81 @@
 #include "app/frmMain.h"
 
+#include "dialogs/frmFolders.h"
+#include "settings/SettingsTable.h"
+
+#include <QApplication>
+
 namespace quellbox {
 
+namespace {
+
+/// While a pass waits behind the dialog, its hourglass would lie over the dialog too.
+class ArrowCursor {
+public:
+    ArrowCursor() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
+    ~ArrowCursor() { QApplication::restoreOverrideCursor(); }
+    ArrowCursor(const ArrowCursor&) = delete;
+    ArrowCursor& operator=(const ArrowCursor&) = delete;
+};
+
+} // namespace
+
 QString frmMain::SelectDirectory(qint16 index) {
-    return index == 0 ? state_.ArchiveDir : state_.PickupDir;
+    if (index != 0 && index != 1) {
+        return {};
+    }
+    const bool isArchive = index == 0;
+    QString& directory = isArchive ? state_.ArchiveDir : state_.PickupDir;
+    state_.SelectedFolder = directory;
+    {
+        std::optional<ArrowCursor> arrow;
+        if (busyIsShown_) {
+            arrow.emplace();
+        }
+        QWidget* above = QApplication::activeModalWidget();
+        frmFolders dialog({ports_.files, ports_.volumes, ports_.pool}, state_, above != nullptr ? above : this);
+        dialog.setWindowTitle(isArchive ? tr("Select Archive Directory") : tr("Select Pickup Directory"));
+        dialog.exec();
+    }
+    if (!state_.FolderConfirmed) {
+        return directory;
+    }
+    const bool isOther = directory != state_.SelectedFolder;
+    directory = state_.SelectedFolder;
+    if (isArchive) {
+        LeaveArchive(isOther);
+    }
+    // The choice holds for this session even when it cannot be stored.
+    Guarded([this, isArchive, &directory] {
+        WriteSetting(ports_.store, isArchive ? QStringLiteral("ArchiveDir") : QStringLiteral("PickupDir"), directory);
+        ports_.store.Flush();
+    });
+    return directory;
 }
 
-void frmMain::mnuOpenFolderSelect_Click(qint16 /*index*/) {}
+// A pass over the directory that was left ends, and one over the new one follows. The rows go at once: nothing may be
+// done to the messages of one archive in another.
+void frmMain::LeaveArchive(bool forAnother) {
+    UpdateMainCaption();
+    state_.LastAddedFile.clear();
+    if (pass_) {
+        pass_->Cancel();
+        refreshIsDue_ = true;
+    }
+    if (forAnother) {
+        ClearMessageView();
+        UpdateSelectionStatus();
+    }
+}
+
+void frmMain::mnuOpenFolderSelect_Click(qint16 index) {
+    const std::function<void(bool)> runTimer = TimerSwitch();
+    runTimer(false);
+    Guarded([this, index] {
+        SelectDirectory(index);
+        RefreshArchive(false);
+    });
+    runTimer(true);
+}
 
 } // namespace quellbox

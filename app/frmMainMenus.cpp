@@ -46,7 +46,6 @@ void frmMain::CreateMenus() {
     AddBar(mnuFile, "mnuFileExitBar");
     on(archive, [this] { mnuOpenFolderSelect_Click(0); });
     on(pickup, [this] { mnuOpenFolderSelect_Click(1); });
-    WithoutCode({archive, pickup});
     QAction* exit = AddEntry(mnuFile, "mnuFiExit", tr("E&xit"));
     connect(exit, &QAction::triggered, this, &QWidget::close);
 

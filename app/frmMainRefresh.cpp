@@ -21,14 +21,19 @@ void frmMain::RefreshArchive(bool markNew) {
     callbacks.runEvents = [] { QCoreApplication::processEvents(); };
     pass_.emplace(RefreshPorts{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_, panels_,
                   std::move(callbacks));
+    const QString archive = state_.ArchiveDir;
+    const auto finish = [this, &archive](RefreshOutcome outcome, bool lastMessageWasRead) {
+        pass_.reset();
+        if (state_.ArchiveDir != archive) {
+            ClearMessageView(); // nothing may be done to the rows of one archive in another
+        }
+        FinishRefresh(outcome, lastMessageWasRead);
+    };
     try {
         const RefreshOutcome outcome = pass_->Run(markNew, mnuViewBulk->isChecked());
-        const bool lastMessageWasRead = pass_->LastMessageWasRead();
-        pass_.reset();
-        FinishRefresh(outcome, lastMessageWasRead);
+        finish(outcome, pass_->LastMessageWasRead());
     } catch (...) {
-        pass_.reset();
-        FinishRefresh(RefreshOutcome::Cancelled, false);
+        finish(RefreshOutcome::Cancelled, false);
         throw;
     }
 }

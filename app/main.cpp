@@ -1,6 +1,6 @@
 #include "app/frmMain.h"
 
-#include "platform/LocalFileSystem.h"
+#include "platform/ShareFileSystem.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -51,12 +51,12 @@ int main(int argc, char** argv) {
     parser.addOptions({printList, screenshot});
     parser.process(application);
 
-    const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
+    const Volumes volumes;
+    const std::unique_ptr<FileSystem> files = MakeFileSystem(volumes);
     const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
     const Clock clock;
     const Shell shell;
-    const Volumes volumes;
     QThreadPool pool; // ends before the file system that its readers use
     pool.setMaxThreadCount(mostThreads);
 

@@ -44,6 +44,10 @@ public:
     /// type. Throws FileError.
     virtual QStringList VisibleFileNames(const QString& folder) const = 0;
 
+    /// Names (without folder) of the sub folders of `folder`, of links to folders too but not of hidden ones, in no
+    /// particular order. Throws FileError.
+    virtual QStringList FolderNames(const QString& folder) const = 0;
+
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
     /// something else.
     virtual std::optional<FileStatus> Status(const QString& path) const = 0;

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quellbox {
@@ -39,26 +40,39 @@ bool MayBeRegular(const dirent& entry) {
     return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
 }
 
-/// Calls `take` with each entry of a folder and the number of the open folder. Throws FileError.
-template <class Take>
-void ForEachEntry(const QString& folder, Take take) {
+/// True for what is not hidden and, links followed, of the type `mode` (as S_IFDIR), which `type` (as DT_DIR) stands
+/// for. Only what the folder itself does not tell is looked at.
+bool IsVisible(const dirent& entry, int folder, unsigned char type, mode_t mode) {
+    if (entry.d_name[0] == '.') {
+        return false;
+    }
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == type;
+    }
+    struct stat status {};
+    return ::fstatat(folder, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == mode;
+}
+
+/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Throws FileError.
+template <class Predicate>
+QStringList EntryNames(const QString& folder, Predicate isWanted) {
     const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
     if (!stream) {
         ThrowFileError(folder, errno);
     }
+    QStringList names;
     errno = 0;
     while (const dirent* entry = ::readdir(stream.get())) {
-        take(*entry, ::dirfd(stream.get()));
+        if (isWanted(*entry, ::dirfd(stream.get()))) {
+            const QByteArrayView name(entry->d_name);
+            names += PathText(QByteArray::fromRawData(name.data(), name.size()));
+        }
         errno = 0;
     }
     if (errno != 0) {
         ThrowFileError(folder, errno);
     }
-}
-
-QString NameText(const dirent& entry) {
-    const QByteArrayView name(entry.d_name);
-    return PathText(QByteArray::fromRawData(name.data(), name.size()));
+    return names;
 }
 
 /// What the system tells of `path`, links followed; false when there is nothing.
@@ -86,28 +100,20 @@ public:
     }
 
     QStringList FileNames(const QString& folder) const override {
-        QStringList names;
-        ForEachEntry(folder, [&names](const dirent& entry, int) {
+        return EntryNames(folder, [](const dirent& entry, int) {
             const QByteArrayView name(entry.d_name);
-            if (MayBeRegular(entry) && name != "." && name != "..") {
-                names += NameText(entry);
-            }
+            return MayBeRegular(entry) && name != "." && name != "..";
         });
-        return names;
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {
-        QStringList names;
-        ForEachEntry(folder, [&names](const dirent& entry, int folderNumber) {
-            struct stat status {};
-            const bool isHidden = entry.d_name[0] == '.';
-            if (!isHidden && (entry.d_type == DT_REG ||
-                              (MayBeRegular(entry) && ::fstatat(folderNumber, entry.d_name, &status, 0) == 0 &&
-                               S_ISREG(status.st_mode)))) {
-                names += NameText(entry);
-            }
-        });
-        return names;
+        return EntryNames(
+            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_REG, S_IFREG); });
+    }
+
+    QStringList FolderNames(const QString& folder) const override {
+        return EntryNames(
+            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_DIR, S_IFDIR); });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {

@@ -70,14 +70,11 @@ VolumeKind KindOf(const QStorageInfo& volume) {
     return KindOfVolume(QString::fromLatin1(volume.fileSystemType()), IsRemovable(volume.device()));
 }
 
-/// The system's own mounts hold no folders of the user.
 bool HoldsFolders(const QStorageInfo& volume) {
-    constexpr std::array<QLatin1String, 4> systemFolders{QLatin1String("/proc"), QLatin1String("/sys"),
-                                                         QLatin1String("/dev"), QLatin1String("/run")};
-    const QString root = volume.rootPath();
-    const bool isSystem = IsOneOf(QLatin1Char('/') + root.section(QLatin1Char('/'), 1, 1), systemFolders) &&
-                          !root.startsWith(QLatin1String("/run/media/"));
-    return volume.isReady() && !isSystem && QFileInfo(root).isDir();
+    // A read-only disk in memory only covers what lies beneath it.
+    const bool isCover = volume.isReadOnly() && volume.fileSystemType() == "tmpfs";
+    return volume.isReady() && !isCover && QFileInfo(volume.rootPath()).isDir() &&
+           IsUserVolume(volume.rootPath(), QString::fromLatin1(volume.fileSystemType()));
 }
 
 #endif
@@ -106,6 +103,23 @@ VolumeKind KindOfVolume(const QString& fileSystemType, bool removable) {
     return removable ? VolumeKind::Removable : VolumeKind::Fixed;
 }
 
+bool IsUserVolume(const QString& root, const QString& fileSystemType) {
+    constexpr std::array<QLatin1String, 5> systemFolders{QLatin1String("/proc"), QLatin1String("/sys"),
+                                                         QLatin1String("/dev"), QLatin1String("/run"),
+                                                         QLatin1String("/snap")};
+    constexpr std::array pseudo{QLatin1String("autofs"),     QLatin1String("binfmt_misc"), QLatin1String("bpf"),
+                                QLatin1String("cgroup"),     QLatin1String("cgroup2"),     QLatin1String("configfs"),
+                                QLatin1String("debugfs"),    QLatin1String("devpts"),      QLatin1String("devtmpfs"),
+                                QLatin1String("efivarfs"),   QLatin1String("fuse.lxcfs"),  QLatin1String("fuse.portal"),
+                                QLatin1String("fusectl"),    QLatin1String("hugetlbfs"),   QLatin1String("mqueue"),
+                                QLatin1String("nsfs"),       QLatin1String("proc"),        QLatin1String("pstore"),
+                                QLatin1String("rpc_pipefs"), QLatin1String("securityfs"),  QLatin1String("selinuxfs"),
+                                QLatin1String("sysfs"),      QLatin1String("tracefs")};
+    const QString top = QLatin1Char('/') + root.section(QLatin1Char('/'), 1, 1);
+    const bool isSystem = IsOneOf(top, systemFolders) && !root.startsWith(QLatin1String("/run/media/"));
+    return !isSystem && !IsOneOf(fileSystemType, pseudo);
+}
+
 std::vector<Volume> Volumes::Mounted() const {
     std::vector<Volume> volumes;
     for (const QStorageInfo& found : QStorageInfo::mountedVolumes()) {
@@ -113,6 +127,10 @@ std::vector<Volume> Volumes::Mounted() const {
             volumes.push_back({found.displayName(), found.rootPath(), KindOf(found)});
         }
     }
+#ifndef _WIN32
+    // A root that the system does not describe, as in some containers, still holds every folder.
+    volumes.push_back({QStringLiteral("/"), QStringLiteral("/"), VolumeKind::Fixed});
+#endif
     // Of several mounts at one place only the topmost is in sight.
     std::stable_sort(volumes.begin(), volumes.end(),
                      [](const Volume& left, const Volume& right) { return left.root < right.root; });

@@ -32,4 +32,7 @@ public:
 /// medium.
 VolumeKind KindOfVolume(const QString& fileSystemType, bool removable);
 
+/// False for what the system mounts for itself elsewhere than on Windows, of its place and the type of its file system.
+bool IsUserVolume(const QString& root, const QString& fileSystemType);
+
 } // namespace quellbox

@@ -79,6 +79,28 @@ bool IsFolder(DWORD attributes) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool IsHidden(const wchar_t* path) {
+    const DWORD attributes = GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_HIDDEN) != 0;
+}
+
+/// The names of a folder's entries that `isWanted`. Throws FileError.
+template <class Predicate>
+QStringList EntryNames(const QString& folder, Predicate isWanted) {
+    std::error_code error;
+    std::filesystem::directory_iterator entry(SystemPath(folder), error);
+    QStringList names;
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        if (isWanted(*entry)) {
+            names += QString::fromStdWString(entry->path().filename().wstring());
+        }
+    }
+    if (error) {
+        throw FileError(folder, qt_error_string(error.value()));
+    }
+    return names;
+}
+
 class WindowsFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
@@ -89,19 +111,17 @@ public:
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
     QStringList FileNames(const QString& folder) const override {
-        std::error_code error;
-        std::filesystem::directory_iterator entry(SystemPath(folder), error);
-        QStringList names;
-        for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        return EntryNames(folder, [](const std::filesystem::directory_entry& entry) {
             std::error_code unknown;
-            if (!entry->is_directory(unknown)) {
-                names += QString::fromStdWString(entry->path().filename().wstring());
-            }
-        }
-        if (error) {
-            throw FileError(folder, qt_error_string(error.value()));
-        }
-        return names;
+            return !entry.is_directory(unknown);
+        });
+    }
+
+    QStringList FolderNames(const QString& folder) const override {
+        return EntryNames(folder, [](const std::filesystem::directory_entry& entry) {
+            std::error_code unknown;
+            return entry.is_directory(unknown) && !IsHidden(entry.path().c_str());
+        });
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {

@@ -72,6 +72,18 @@ TEST_F(LocalFileSystemTest, FolderIsNoFile) {
     EXPECT_TRUE(files_->FolderExists(Path("folder")));
 }
 
+TEST_F(LocalFileSystemTest, FolderNamesAreThoseOfTheSubFolders) {
+    ASSERT_TRUE(QDir().mkpath(Path("one/below")));
+    ASSERT_TRUE(QDir().mkdir(Path("two words")));
+    files_->WriteWhole(Path("file"), "x");
+    QStringList names = files_->FolderNames(folder_.path());
+    names.sort();
+    EXPECT_EQ(names, QStringList({Text("one"), Text("two words")}));
+    EXPECT_EQ(files_->FolderNames(Path("one/below")), QStringList());
+    EXPECT_THROW(files_->FolderNames(Path("none")), FileError);
+    EXPECT_THROW(files_->FolderNames(Path("file")), FileError);
+}
+
 TEST_F(LocalFileSystemTest, PathWithNulNamesNothing) {
     files_->WriteWhole(Path("a"), "x");
     const QString path = Path("a") + QChar(QChar::Null) + Text("b");
@@ -141,6 +153,31 @@ TEST_F(LocalFileSystemTest, SymbolicLinkToAFileCountsToAFolderDoesNot) {
     EXPECT_EQ(files_->Status(Path("folderlink")), std::nullopt);
     EXPECT_EQ(files_->Status(Path("dangling")), std::nullopt);
     EXPECT_THROW(files_->Open(Path("folderlink")), FileError);
+}
+
+TEST_F(LocalFileSystemTest, FolderNamesLeaveOutHiddenOnesAndKeepLinksToFolders) {
+    for (const char* name : {".hidden", "real"}) {
+        ASSERT_TRUE(QDir().mkdir(Path(name)));
+    }
+    files_->WriteWhole(Path("file"), "x");
+    ASSERT_EQ(::symlink("real", Native("link").constData()), 0);
+    ASSERT_EQ(::symlink("file", Native("filelink").constData()), 0);
+    ASSERT_EQ(::symlink("nowhere", Native("dangling").constData()), 0);
+    QStringList names = files_->FolderNames(folder_.path());
+    names.sort();
+    EXPECT_EQ(names, QStringList({Text("link"), Text("real")}));
+}
+
+TEST_F(LocalFileSystemTest, FolderNameThatIsNoUtf8LeadsToItsFolder) {
+    const QByteArray native = Native("gr\xFC");
+    if (::mkdir(native.constData(), 0700) != 0) {
+        GTEST_SKIP() << "the file system takes UTF-8 only";
+    }
+    ASSERT_EQ(::mkdir((native + "/below").constData(), 0700), 0);
+    ASSERT_EQ(files_->FolderNames(folder_.path()), QStringList{QString::fromUtf16(u"gr\uFFFDFC")});
+    const QString path = folder_.path() + QLatin1Char('/') + files_->FolderNames(folder_.path()).front();
+    EXPECT_TRUE(files_->FolderExists(path));
+    EXPECT_EQ(files_->FolderNames(path), QStringList{Text("below")});
 }
 
 TEST_F(LocalFileSystemTest, FifoNeitherBlocksNorCounts) {

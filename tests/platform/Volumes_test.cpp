@@ -33,6 +33,22 @@ TEST(Volumes, MountedOnesHaveDistinctExistingRootsInOrder) {
     }
 }
 
+TEST(Volumes, WhatTheSystemMountsForItselfIsNoUserVolume) {
+    for (const char* root : {"/", "/home", "/mnt/usb", "/media/joe/stick", "/run/media/joe/stick", "/device", "/tmp"}) {
+        EXPECT_TRUE(IsUserVolume(Text(root), Text("ext4"))) << root;
+        EXPECT_FALSE(IsUserVolume(Text(root), Text("autofs"))) << root;
+    }
+    for (const char* root : {"/proc", "/sys/fs/cgroup", "/dev/shm", "/run", "/run/user/1000/gvfs", "/snap/core/1"}) {
+        EXPECT_FALSE(IsUserVolume(Text(root), Text("tmpfs"))) << root;
+    }
+    for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "tracefs", "fuse.portal", "nsfs"}) {
+        EXPECT_FALSE(IsUserVolume(Text("/mnt/x"), Text(type))) << type;
+    }
+    EXPECT_TRUE(IsUserVolume(Text("/mnt/x"), Text("cifs")));
+    EXPECT_TRUE(IsUserVolume(Text("/mnt/x"), Text("fuse.sshfs")));
+    EXPECT_TRUE(IsUserVolume(Text("/tmp"), Text("tmpfs")));
+}
+
 TEST(Volumes, OtherPathsResolveToThemselves) {
     for (const char* path : {"", "/", "/home/mail/", "relative", "//nas/mail", "\\one"}) {
         EXPECT_EQ(Volumes().Resolve(Text(path)), Text(path));
@@ -40,6 +56,12 @@ TEST(Volumes, OtherPathsResolveToThemselves) {
 }
 
 #ifndef _WIN32
+
+TEST(Volumes, TheRootIsAlwaysOneOfThem) {
+    const std::vector<Volume> volumes = Volumes().Mounted();
+    ASSERT_FALSE(volumes.empty());
+    EXPECT_EQ(volumes.front().root, Text("/"));
+}
 
 TEST(Volumes, UnmountedShareResolvesToNothing) {
     EXPECT_EQ(Volumes().Resolve(Text(R"(\\no-such-server\share\folder)")), QString());

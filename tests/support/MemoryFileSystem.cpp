@@ -61,6 +61,11 @@ void MemoryFileSystem::AddFolder(const QString& folder) {
     folders_.insert(WithoutSeparator(folder));
 }
 
+void MemoryFileSystem::RemoveFolder(const QString& folder) {
+    const std::lock_guard lock(mutex_);
+    folders_.erase(WithoutSeparator(folder));
+}
+
 void MemoryFileSystem::Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs) {
     const std::lock_guard lock(mutex_);
     folders_.insert(FolderOf(path));
@@ -149,6 +154,24 @@ QStringList MemoryFileSystem::FileNames(const QString& folder) const {
 QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
     QStringList names = FileNames(folder);
     names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('.')); });
+    return names;
+}
+
+QStringList MemoryFileSystem::FolderNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    const QString wanted = WithoutSeparator(folder);
+    if (!folders_.contains(wanted)) {
+        throw FileError(folder, QStringLiteral("No such file or directory"));
+    }
+    const QString prefix = wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+    QStringList names;
+    for (const QString& other : folders_) {
+        const QString name = other.startsWith(prefix) ? other.mid(prefix.size()) : QString();
+        if (!name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.startsWith(QLatin1Char('.'))) {
+            names += name;
+        }
+    }
     return names;
 }
 

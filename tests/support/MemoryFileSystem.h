@@ -17,6 +17,9 @@ class MemoryFileSystem : public FileSystem {
 public:
     void AddFolder(const QString& folder);
 
+    /// Removes a folder, but nothing in it.
+    void RemoveFolder(const QString& folder);
+
     /// Adds or replaces a file, and its folder when that is missing.
     void Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs = 0);
 
@@ -51,6 +54,7 @@ public:
     bool FileExists(const QString& path) const override;
     QStringList FileNames(const QString& folder) const override;
     QStringList VisibleFileNames(const QString& folder) const override;
+    QStringList FolderNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;

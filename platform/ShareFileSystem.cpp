@@ -1,0 +1,133 @@
+#include "platform/ShareFileSystem.h"
+
+#include "platform/LocalFileSystem.h"
+#include "platform/RuntimeError.h"
+
+#include <QCoreApplication>
+#include <QMutexLocker>
+
+namespace quellbox {
+
+namespace {
+
+constexpr QChar backslash(u'\\');
+
+bool IsOnShare(const QString& path) {
+    return path.startsWith(QLatin1String("\\\\"));
+}
+
+QString WithBackslash(const QString& folder) {
+    return folder.endsWith(backslash) ? folder : folder + backslash;
+}
+
+/// No share knows such a name, and as a part of a path it would lead into another folder.
+QStringList WithoutBackslashes(QStringList names) {
+    names.removeIf([](const QString& name) { return name.contains(backslash); });
+    return names;
+}
+
+} // namespace
+
+ShareFileSystem::ShareFileSystem(std::unique_ptr<FileSystem> files, const Volumes& volumes)
+    : files_(std::move(files)), volumes_(volumes) {}
+
+// Empty when the share is not mounted, which is not remembered: the next call may find it mounted.
+QString ShareFileSystem::LocalFolder(const QString& uncFolder) const {
+    {
+        const QMutexLocker lock(&mutex_);
+        if (const auto place = places_.constFind(uncFolder); place != places_.cend()) {
+            return *place;
+        }
+    }
+    // The desktop's share mounts may take their time; meanwhile other threads go on.
+    QString place = volumes_.Resolve(uncFolder);
+    if (!place.isEmpty()) {
+        const QMutexLocker lock(&mutex_);
+        places_.insert(uncFolder, place);
+    }
+    return place;
+}
+
+QString ShareFileSystem::LocalPath(const QString& path) const {
+    if (!IsOnShare(path)) {
+        return path;
+    }
+    const qsizetype name = path.lastIndexOf(backslash) + 1;
+    const QString folder = LocalFolder(path.left(name));
+    return folder.isEmpty() ? QString() : folder + path.mid(name);
+}
+
+QString ShareFileSystem::LocalOrThrow(const QString& path) const {
+    QString local = LocalPath(path);
+    if (local.isEmpty() && IsOnShare(path)) {
+        throw FileError(path, QCoreApplication::translate("quellbox", "The share is not mounted on this computer."));
+    }
+    return local;
+}
+
+QString ShareFileSystem::FolderOrThrow(const QString& folder) const {
+    return IsOnShare(folder) ? LocalOrThrow(WithBackslash(folder)) : folder;
+}
+
+bool ShareFileSystem::FolderExists(const QString& folder) const {
+    if (!IsOnShare(folder)) {
+        return files_->FolderExists(folder);
+    }
+    {
+        const QMutexLocker lock(&mutex_);
+        places_.clear();
+    }
+    const QString local = LocalFolder(WithBackslash(folder));
+    return !local.isEmpty() && files_->FolderExists(local);
+}
+
+bool ShareFileSystem::FileExists(const QString& path) const {
+    return files_->FileExists(LocalPath(path));
+}
+
+QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
+    QStringList names = (*files_.*listing)(FolderOrThrow(folder));
+    return IsOnShare(folder) ? WithoutBackslashes(std::move(names)) : names;
+}
+
+QStringList ShareFileSystem::FileNames(const QString& folder) const {
+    return Names(&FileSystem::FileNames, folder);
+}
+
+QStringList ShareFileSystem::VisibleFileNames(const QString& folder) const {
+    return Names(&FileSystem::VisibleFileNames, folder);
+}
+
+QStringList ShareFileSystem::FolderNames(const QString& folder) const {
+    return Names(&FileSystem::FolderNames, folder);
+}
+
+std::optional<FileStatus> ShareFileSystem::Status(const QString& path) const {
+    return files_->Status(LocalPath(path));
+}
+
+std::unique_ptr<InputFile> ShareFileSystem::Open(const QString& path) const {
+    return files_->Open(LocalOrThrow(path));
+}
+
+void ShareFileSystem::Move(const QString& from, const QString& to) {
+    files_->Move(LocalOrThrow(from), LocalOrThrow(to));
+}
+
+void ShareFileSystem::Remove(const QString& path) {
+    files_->Remove(LocalOrThrow(path));
+}
+
+void ShareFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
+    files_->WriteWhole(LocalOrThrow(path), bytes);
+}
+
+std::unique_ptr<FileSystem> MakeFileSystem([[maybe_unused]] const Volumes& volumes) {
+#ifdef _WIN32
+    return MakeLocalFileSystem();
+#else
+    return std::make_unique<ShareFileSystem>(MakeLocalFileSystem(), volumes);
+#endif
+}
+
+} // namespace quellbox

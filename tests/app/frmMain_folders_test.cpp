@@ -1,0 +1,297 @@
+#include "dialogs/frmDirectoryList.h"
+#include "dialogs/frmFolders.h"
+#include "platform/ShareFileSystem.h"
+#include "platform/UncPath.h"
+#include "tests/support/MainWindowFixture.h"
+#include "tests/support/RealFolderWindow.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
+
+#ifndef _WIN32
+
+namespace quellbox {
+namespace {
+
+/// Acts in the next directory dialogs, each in its turn, and keeps their captions.
+class DialogDriver {
+public:
+    explicit DialogDriver(std::function<void(frmFolders&)> act) {
+        timer_.callOnTimeout([this, act = std::move(act)] {
+            auto* dialog = qobject_cast<frmFolders*>(QApplication::activeModalWidget());
+            if (dialog != nullptr && dialog->isVisible()) {
+                captions += dialog->windowTitle();
+                act(*dialog);
+            }
+        });
+        timer_.start(5);
+    }
+
+    QStringList captions;
+
+private:
+    QTimer timer_;
+};
+
+void Press(frmFolders& dialog, const char* name) {
+    dialog.findChild<QPushButton*>(QLatin1String(name))->click();
+}
+
+void TypeShare(frmFolders& dialog, const QString& share) {
+    auto* check = dialog.findChild<QCheckBox*>(QStringLiteral("chkShare"));
+    if (!check->isChecked()) {
+        check->click();
+    }
+    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("txtShare"));
+    edit->selectAll();
+    QTest::keyClicks(edit, share);
+    Press(dialog, "btnOK");
+}
+
+class MainFolders : public MainWindowTest {
+protected:
+    MainFolders() {
+        AddMessage("old.eml", 1);
+        files_.AddFolder(QStringLiteral("/"));
+        files_.Add(QStringLiteral("/other/new.eml"), "Subject: new\n\n", noon_.toMSecsSinceEpoch() * 1'000'000);
+        volumes_.mounted = {{QStringLiteral("/"), QStringLiteral("/"), VolumeKind::Fixed}};
+    }
+
+    /// Types the folder into the dialog that the menu entry opens.
+    void Choose(const char* entry, const char* folder) {
+        DialogDriver driver([folder](frmFolders& dialog) { TypeShare(dialog, QLatin1String(folder)); });
+        Action(entry)->trigger();
+        EXPECT_EQ(driver.captions.size(), 1);
+        captions_ += driver.captions;
+    }
+
+    QStringList captions_;
+};
+
+TEST_F(MainFolders, AnotherArchiveIsStoredShownAndListedAtOnce) {
+    OpenRefreshed();
+    EXPECT_EQ(Keys(), "old.eml");
+    Choose("mnuOpenFolderSelect0", "/other");
+    EXPECT_EQ(captions_.join(QLatin1Char(' ')).toStdString(), "Select Archive Directory");
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/other/");
+    EXPECT_EQ(store_.FlushCount(), 1);
+    EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /other/");
+    EXPECT_EQ(Keys(), "new.eml");
+    EXPECT_FALSE(IsUnread(0));
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Find<RawPane>("rtfRaw")->Text(), QString());
+    EXPECT_EQ(window_->State().LastAddedFile.toStdString(), "new.eml");
+}
+
+TEST_F(MainFolders, ThePickupDirectoryIsStoredAndTheListStays) {
+    OpenRefreshed();
+    AddMessage("late.eml", 20);
+    Choose("mnuOpenFolderSelect1", "/other/");
+    EXPECT_EQ(captions_.join(QLatin1Char(' ')).toStdString(), "Select Pickup Directory");
+    EXPECT_EQ(Stored("PickupDir").toStdString(), "/other/");
+    EXPECT_EQ(window_->State().PickupDir.toStdString(), "/other/");
+    EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /archive/");
+    EXPECT_EQ(Keys(), "late.eml old.eml"); // refreshed all the same
+    EXPECT_FALSE(IsUnread(0));
+}
+
+TEST_F(MainFolders, CancelAfterMovingAboutChangesNothingButRefreshes) {
+    OpenRefreshed();
+    AddMessage("late.eml", 20);
+    DialogDriver driver([](frmFolders& dialog) {
+        auto* list = dialog.findChild<DirectoryList*>(QStringLiteral("dirList"));
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Home);
+        QTest::keyClick(list, Qt::Key_Return);
+        Press(dialog, "btnCancel");
+    });
+    Action("mnuOpenFolderSelect0")->trigger();
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");
+    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/archive/");
+    EXPECT_EQ(store_.FlushCount(), 0);
+    EXPECT_EQ(Keys(), "late.eml old.eml");
+}
+
+TEST_F(MainFolders, TheTimerRestsWhileTheDialogIsOpenAndRunsAgain) {
+    Set("RefreshInterval", "30");
+    OpenRefreshed();
+    auto* timer = Find<QTimer>("tmrRefresh");
+    EXPECT_TRUE(timer->isActive());
+    bool rested = false;
+    DialogDriver driver([&](frmFolders& dialog) {
+        rested = !timer->isActive();
+        Press(dialog, "btnCancel");
+    });
+    Action("mnuOpenFolderSelect1")->trigger();
+    EXPECT_TRUE(rested);
+    EXPECT_TRUE(timer->isActive());
+    EXPECT_EQ(timer->interval(), 30'000);
+}
+
+TEST_F(MainFolders, AChoiceThatCannotBeStoredIsReportedAndHoldsForTheSession) {
+    OpenRefreshed();
+    store_.SetUnwritable();
+    Choose("mnuOpenFolderSelect0", "/other");
+    EXPECT_EQ(errors_.size(), 1);
+    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/other/");
+    EXPECT_EQ(Keys(), "new.eml");
+    store_.SetUnwritable(false);
+}
+
+TEST_F(MainFolders, AShareThatDoesNotExistIsAcceptedAndNotFound) {
+    OpenRefreshed();
+    Choose("mnuOpenFolderSelect0", R"(\\nowhere\mail)");
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), R"(\\nowhere\mail\)");
+    EXPECT_EQ(Keys(), "");
+    EXPECT_EQ(Panel("info"), R"(Archive \\NOWHERE\MAIL\ not found)");
+    EXPECT_TRUE(errors_.isEmpty());
+}
+
+TEST_F(MainFolders, RowsOfTheOldArchiveNeverStayOverAnUnreadableOne) {
+    OpenRefreshed();
+    files_.AddFolder(QStringLiteral("/locked/"));
+    DialogDriver driver([this](frmFolders& dialog) {
+        TypeShare(dialog, QStringLiteral("/locked"));
+        files_.FailPath(QStringLiteral("/locked/"), QStringLiteral("Permission denied"));
+    });
+    Action("mnuOpenFolderSelect0")->trigger();
+    EXPECT_EQ(Keys(), "");
+    EXPECT_EQ(window_->State().SelectedCount, 0);
+}
+
+TEST_F(MainFolders, AnotherArchiveStopsThePassThatRuns) {
+    for (int number = 0; number < 200; ++number) {
+        AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 3, 10, QLatin1Char('0'))), number);
+    }
+    files_.SetLatency(std::chrono::milliseconds(5));
+    pool_.setMaxThreadCount(4);
+    Set("TolerationLevel", "2");
+    Open();
+    bool chosen = false;
+    int seen = -1;
+    WhileBusy([&] {
+        chosen = true;
+        files_.SetLatency(std::chrono::milliseconds(0));
+        Choose("mnuOpenFolderSelect0", "/other");
+        seen = window_->Messages().Count();
+    });
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_TRUE(chosen);
+    EXPECT_EQ(seen, 0);
+    EXPECT_EQ(Keys(), "new.eml");
+    EXPECT_EQ(Panel("count"), "1 message");
+    EXPECT_TRUE(List()->isEnabled());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(MainFolders, CancelDuringAPassLetsItGoOn) {
+    for (int number = 0; number < 40; ++number) {
+        AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 3, 10, QLatin1Char('0'))), number);
+    }
+    files_.SetLatency(std::chrono::milliseconds(5));
+    pool_.setMaxThreadCount(2);
+    Open();
+    DialogDriver driver([](frmFolders& dialog) { Press(dialog, "btnCancel"); });
+    WhileBusy([&] { Action("mnuOpenFolderSelect0")->trigger(); });
+    ASSERT_TRUE(WaitForRefreshes(1));
+    EXPECT_EQ(driver.captions.size(), 1);
+    EXPECT_EQ(window_->Messages().Count(), 41);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+/// Resolves by a mount table of its own.
+class TableVolumes : public Volumes {
+public:
+    std::vector<Volume> Mounted() const override { return {{QStringLiteral("/"), QStringLiteral("/"), {}}}; }
+
+    QString Resolve(const QString& path) const override {
+        return path.startsWith(QStringLiteral("\\\\")) ? FindInMountTable(path, table) : path;
+    }
+
+    QString table;
+};
+
+class ShareWindow : public RealFolderWindowTest {
+protected:
+    void OpenOver(const Volumes& volumesInUse) {
+        files = MakeFileSystem(volumesInUse);
+        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, volumesInUse, program});
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    void Choose(const char* entry, const QString& share) {
+        DialogDriver driver([&](frmFolders& dialog) { TypeShare(dialog, share); });
+        Command(entry)->trigger();
+        EXPECT_EQ(driver.captions.size(), 1);
+    }
+
+    void ListAndUnblockOver(const QString& share) {
+        Write(Archive(Name(1)), Mail(1));
+        Write(Archive(Name(2)), Mail(2));
+        Choose("mnuOpenFolderSelect0", share + QStringLiteral("\\archive"));
+        EXPECT_EQ(window->State().ArchiveDir, share + QStringLiteral("\\archive\\"));
+        window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
+        ASSERT_EQ(Keys(), QStringList({Name(1), Name(2)}));
+        Choose("mnuOpenFolderSelect1", share + QStringLiteral("\\pickup"));
+        Click(0);
+        EXPECT_EQ(Raw()->FileName(), share + QStringLiteral("\\archive\\") + Name(1));
+        EXPECT_TRUE(Raw()->Text().contains(QStringLiteral("Mail 1")));
+        window->State().OutlookExpress = 1;
+        Command("mnuMessageView")->trigger();
+        ASSERT_EQ(shell.Opened().size(), 1);
+        EXPECT_EQ(QFileInfo(shell.Opened().front()).canonicalFilePath(),
+                  QFileInfo(Archive(Name(1))).canonicalFilePath());
+        Command("mnuActionsUnblock")->trigger();
+        EXPECT_EQ(Keys(), QStringList{Name(2)});
+        EXPECT_EQ(Read(Pickup(Name(1))), Mail(1));
+        EXPECT_FALSE(QFile::exists(Archive(Name(1))));
+    }
+};
+
+TEST_F(ShareWindow, AShareOfTheMountTableIsListedAndUnblockedInto) {
+    TableVolumes table;
+    QString mountPoint = QFileInfo(root.path()).canonicalFilePath();
+    table.table = QStringLiteral("40 22 0:50 / %1 rw - cifs //nas/Mail rw\n").arg(mountPoint);
+    OpenOver(table);
+    ListAndUnblockOver(QStringLiteral("\\\\NAS\\mail"));
+    window.reset();
+}
+
+TEST_F(ShareWindow, AShareThatTheDesktopMountedIsListedAndUnblockedInto) {
+    const QTemporaryDir runtime;
+    const QString mounts = runtime.path() + QStringLiteral("/gvfs/");
+    ASSERT_TRUE(QDir().mkpath(mounts));
+    ASSERT_TRUE(QFile::link(root.path(), mounts + QStringLiteral("smb-share:server=some-server,share=mail")));
+    const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    const Volumes real;
+    OpenOver(real);
+    ListAndUnblockOver(QStringLiteral("\\\\some-server\\mail"));
+    window.reset();
+    before.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before);
+}
+
+TEST_F(ShareWindow, AShareUnmountedMeanwhileLeavesTheMessageWhereItIs) {
+    TableVolumes table;
+    table.table = QStringLiteral("40 22 0:50 / %1 rw - cifs //nas/Mail rw\n").arg(root.path());
+    OpenOver(table);
+    Write(Archive(Name(1)), Mail(1));
+    Choose("mnuOpenFolderSelect0", Archive());
+    Choose("mnuOpenFolderSelect1", QStringLiteral("\\\\nas\\mail\\pickup"));
+    ASSERT_EQ(Keys(), QStringList{Name(1)});
+    table.table.clear();
+    Click(0);
+    Command("mnuActionsUnblock")->trigger();
+    EXPECT_EQ(Read(Archive(Name(1))), Mail(1));
+    window->mnuAcRefresh_Click();
+    EXPECT_EQ(Keys(), QStringList{Name(1)});
+    window.reset();
+}
+
+} // namespace
+} // namespace quellbox
+
+#endif

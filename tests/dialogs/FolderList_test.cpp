@@ -1,0 +1,144 @@
+#include "dialogs/FolderList.h"
+
+#include "platform/RuntimeError.h"
+#include "tests/support/FakeVolumes.h"
+#include "tests/support/MemoryFileSystem.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+namespace quellbox {
+
+namespace {
+
+QString Text(const char* text) {
+    return QString::fromUtf8(text);
+}
+
+/// "depth:label=path" of every entry.
+std::string Shown(const FolderList& list) {
+    QStringList lines;
+    for (int index = 0; index < list.Count(); ++index) {
+        lines += QStringLiteral("%1:%2=%3").arg(list.Depth(index)).arg(list.Label(index), list.Path(index));
+    }
+    return lines.join(QLatin1Char('\n')).toStdString();
+}
+
+#ifndef _WIN32
+
+class FolderListTest : public testing::Test {
+protected:
+    FolderListTest() {
+        for (const char* folder : {"/", "/home", "/home/b", "/home/A", "/home/a", "/home/.hidden", "/home/b/c", "/work",
+                                   "/mnt", "/mnt/usb", "/mnt/usb/deep", "/mnt/usbx"}) {
+            files_.AddFolder(Text(folder));
+        }
+        files_.Add(Text("/home/file"), "x");
+        volumes_.mounted = {{Text("/"), Text("/"), VolumeKind::Fixed},
+                            {Text("STICK"), Text("/mnt/usb"), VolumeKind::Removable}};
+    }
+
+    FolderChoice Open(const char* folder) const {
+        return OpenFolderChoice(files_, volumes_, Text(folder), Text("/work"));
+    }
+
+    static std::string Opened(const FolderChoice& choice) {
+        return choice.list.Path(choice.list.Opened()).toStdString();
+    }
+
+    MemoryFileSystem files_;
+    FakeVolumes volumes_;
+};
+
+TEST_F(FolderListTest, ShowsThePathDownToTheFolderThenItsSubFoldersInOrder) {
+    const FolderList list = ListFolder(files_, Text("/home/"));
+    EXPECT_EQ(Shown(list), "0:/=/\n1:home=/home\n2:A=/home/A\n2:a=/home/a\n2:b=/home/b");
+    EXPECT_EQ(list.Opened(), 1);
+    EXPECT_EQ(Shown(ListFolder(files_, Text("/mnt/usb/deep"))),
+              "0:/=/\n1:mnt=/mnt\n2:usb=/mnt/usb\n3:deep=/mnt/usb/deep");
+}
+
+TEST_F(FolderListTest, ARootHasNoSecondSeparator) {
+    const FolderList list = ListFolder(files_, Text("/"));
+    EXPECT_EQ(Shown(list), "0:/=/\n1:home=/home\n1:mnt=/mnt\n1:work=/work");
+    EXPECT_EQ(list.Opened(), 0);
+}
+
+TEST_F(FolderListTest, FoldersThatCannotBeListedThrow) {
+    files_.FailPath(Text("/work"), Text("Permission denied"));
+    for (const char* folder : {"", "relative", "/none", "/home/file", "/work", R"(\\nas\mail)"}) {
+        EXPECT_THROW(ListFolder(files_, Text(folder)), FileError) << folder;
+    }
+}
+
+TEST_F(FolderListTest, HostileNamesAreShownCleanAndKeptExact) {
+    const QString name = QString::fromUtf16(u"a\nb\u202Ecod");
+    files_.AddFolder(Text("/work/") + name);
+    const FolderList list = ListFolder(files_, Text("/work"));
+    EXPECT_EQ(list.Label(2).toStdString(), "a bcod");
+    EXPECT_EQ(list.Path(2), Text("/work/") + name);
+}
+
+TEST_F(FolderListTest, OpensAnExistingFolderOnItsVolume) {
+    const FolderChoice choice = Open("/mnt/usb/deep/");
+    EXPECT_EQ(Opened(choice), "/mnt/usb/deep");
+    EXPECT_EQ(choice.volume, 1);
+    EXPECT_EQ(choice.volumes.size(), 2U);
+    EXPECT_EQ(Opened(Open("/")), "/");
+}
+
+TEST_F(FolderListTest, WithoutTheFolderItOpensTheCurrentOne) {
+    files_.FailPath(Text("/home"), Text("Permission denied"));
+    for (const char* folder : {"", "relative/", "/none", "/home/file", "/home", R"(\\nas\mail\)"}) {
+        const FolderChoice choice = Open(folder);
+        EXPECT_EQ(Opened(choice), "/work") << folder;
+        EXPECT_EQ(choice.volume, 0) << folder;
+    }
+}
+
+TEST_F(FolderListTest, OnNoVolumeItOpensTheCurrentOne) {
+    volumes_.mounted.erase(volumes_.mounted.begin());
+    const FolderChoice choice = Open("/home");
+    EXPECT_EQ(Opened(choice), "/work");
+    EXPECT_EQ(choice.volume, -1);
+}
+
+TEST_F(FolderListTest, ACurrentFolderThatCannotBeReadIsShownWithoutSubFolders) {
+    files_.FailPath(Text("/work"), Text("Permission denied"));
+    EXPECT_EQ(Shown(Open("/none").list), "0:/=/\n1:work=/work");
+}
+
+TEST_F(FolderListTest, TheNearestVolumeHoldsAPath) {
+    const auto volumeOf = [this](const char* path) { return VolumeOf(volumes_.mounted, Text(path)); };
+    EXPECT_EQ(volumeOf("/"), 0);
+    EXPECT_EQ(volumeOf("/mnt"), 0);
+    EXPECT_EQ(volumeOf("/mnt/usb"), 1);
+    EXPECT_EQ(volumeOf("/mnt/usb/deep"), 1);
+    EXPECT_EQ(volumeOf("/mnt/usbx"), 0);
+    EXPECT_EQ(volumeOf("mnt/usb"), -1);
+    EXPECT_EQ(volumeOf(""), -1);
+}
+
+TEST_F(FolderListTest, SeparatorsAtTheEnd) {
+    EXPECT_EQ(WithSeparator(Text("/")).toStdString(), "/");
+    EXPECT_EQ(WithSeparator(Text("/pickup")).toStdString(), "/pickup/");
+    EXPECT_EQ(WithSeparator(Text("/pickup/")).toStdString(), "/pickup/");
+    EXPECT_EQ(WithSeparator(QString()).toStdString(), "/");
+    EXPECT_EQ(WithSeparator(Text(R"(\\nas\mail)")).toStdString(), R"(\\nas\mail\)");
+    EXPECT_EQ(WithSeparator(Text(R"(\\nas\mail\)")).toStdString(), R"(\\nas\mail\)");
+    EXPECT_EQ(WithSeparator(Text(R"(\\)")).toStdString(), R"(\\)");
+}
+
+#endif
+
+TEST(FolderLabels, ADriveIsShownWithItsLabel) {
+    EXPECT_EQ(DriveLabel({Text("/"), Text("/"), VolumeKind::Fixed}).toStdString(), "/");
+    const Volume stick{Text("STICK\n2"), QDir::rootPath() + Text("usb/"), VolumeKind::Removable};
+    EXPECT_EQ(DriveLabel(stick), DriveOf(stick) + Text(" [STICK 2]"));
+    EXPECT_FALSE(DriveOf(stick).endsWith(QDir::separator()));
+}
+
+} // namespace
+
+} // namespace quellbox

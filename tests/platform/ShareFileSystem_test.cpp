@@ -1,0 +1,147 @@
+#include "platform/ShareFileSystem.h"
+
+#include "platform/RuntimeError.h"
+#include "tests/support/FakeVolumes.h"
+#include "tests/support/MemoryFileSystem.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace quellbox {
+
+namespace {
+
+QString Text(const char* text) {
+    return QString::fromUtf8(text);
+}
+
+class CountingVolumes : public FakeVolumes {
+public:
+    QString Resolve(const QString& path) const override {
+        ++count;
+        return FakeVolumes::Resolve(path);
+    }
+
+    mutable std::atomic<int> count = 0;
+};
+
+class ShareFileSystemTest : public testing::Test {
+protected:
+    ShareFileSystemTest() {
+        volumes_.shares[Text(R"(\\nas\mail)")] = Text("/mnt/mail");
+        local_->Add(Text("/mnt/mail/spam/a.eml"), "first");
+        local_->AddFolder(Text("/mnt/mail"));
+        local_->AddFolder(Text("/pickup"));
+    }
+
+    CountingVolumes volumes_;
+    MemoryFileSystem* local_ = new MemoryFileSystem; // owned by files_
+    ShareFileSystem files_{std::unique_ptr<FileSystem>(local_), volumes_};
+};
+
+TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
+    EXPECT_TRUE(files_.FolderExists(Text(R"(\\NAS\mail\spam\)")));
+    EXPECT_TRUE(files_.FolderExists(Text(R"(\\nas\mail\spam)")));
+    EXPECT_TRUE(files_.FileExists(Text(R"(\\nas\mail\spam\a.eml)")));
+    EXPECT_EQ(files_.FileNames(Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
+    EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail)")), QStringList{Text("spam")});
+    EXPECT_EQ(files_.Status(Text(R"(\\nas\mail\spam\a.eml)"))->size, 5);
+    EXPECT_EQ(ReadWhole(files_, Text(R"(\\nas\mail\spam\a.eml)")), "first");
+    files_.WriteWhole(Text(R"(\\nas\mail\b.eml)"), "second");
+    files_.Move(Text(R"(\\nas\mail\b.eml)"), Text("/pickup/b.eml"));
+    files_.Move(Text("/pickup/b.eml"), Text(R"(\\nas\mail\c.eml)"));
+    files_.Remove(Text(R"(\\nas\mail\spam\a.eml)"));
+    EXPECT_EQ(local_->Paths(), QStringList{Text("/mnt/mail/c.eml")});
+}
+
+TEST_F(ShareFileSystemTest, OtherPathsGoThroughUnasked) {
+    local_->Add(Text("/pickup/a\\b"), "x");
+    EXPECT_TRUE(files_.FolderExists(Text("/pickup/")));
+    EXPECT_TRUE(files_.FileExists(Text("/pickup/a\\b")));
+    EXPECT_EQ(files_.FileNames(Text("/pickup/")), QStringList{Text("a\\b")});
+    EXPECT_FALSE(files_.FileExists(Text("//nas/mail/spam/a.eml")));
+    EXPECT_FALSE(files_.FileExists(Text("\\nas")));
+    EXPECT_EQ(volumes_.count, 0);
+}
+
+TEST_F(ShareFileSystemTest, AnUnmountedShareIsNoFolderAndItsFilesFailByTheirUncPath) {
+    const QString path = Text(R"(\\nas\gone\a.eml)");
+    EXPECT_FALSE(files_.FolderExists(Text(R"(\\nas\gone\)")));
+    EXPECT_FALSE(files_.FileExists(path));
+    EXPECT_EQ(files_.Status(path), std::nullopt);
+    EXPECT_THROW(files_.FileNames(Text(R"(\\nas\gone)")), FileError);
+    EXPECT_THROW(files_.FolderNames(Text(R"(\\nas\gone)")), FileError);
+    EXPECT_THROW(files_.Remove(path), FileError);
+    EXPECT_THROW(files_.WriteWhole(path, "x"), FileError);
+    EXPECT_THROW(files_.Move(Text(R"(\\nas\mail\spam\a.eml)"), path), FileError);
+    EXPECT_TRUE(local_->FileExists(Text("/mnt/mail/spam/a.eml")));
+    try {
+        files_.Open(path);
+        FAIL() << "a file of an unmounted share was opened";
+    } catch (const FileError& error) {
+        EXPECT_EQ(error.Path(), path);
+        EXPECT_EQ(error.Reason().toStdString(), "The share is not mounted on this computer.");
+    }
+}
+
+TEST_F(ShareFileSystemTest, IncompleteUncPathsNameNothing) {
+    for (const char* path : {R"(\\)", R"(\\nas)", R"(\\nas\)", R"(\\\)"}) {
+        EXPECT_FALSE(files_.FolderExists(Text(path))) << path;
+        EXPECT_FALSE(files_.FileExists(Text(path))) << path;
+        EXPECT_THROW(files_.Open(Text(path)), FileError) << path;
+    }
+}
+
+TEST_F(ShareFileSystemTest, AFolderIsResolvedOnceUntilItIsLookedForAgain) {
+    const QString folder = Text(R"(\\nas\mail\spam\)");
+    EXPECT_TRUE(files_.FolderExists(folder));
+    EXPECT_TRUE(files_.FileExists(folder + Text("a.eml")));
+    EXPECT_FALSE(files_.FileNames(folder).isEmpty());
+    EXPECT_EQ(volumes_.count, 1);
+    volumes_.shares[Text(R"(\\nas\mail)")] = Text("/other");
+    local_->Add(Text("/other/spam/new.eml"), "x");
+    EXPECT_FALSE(files_.FileExists(folder + Text("new.eml")));
+    EXPECT_TRUE(files_.FolderExists(folder));
+    EXPECT_TRUE(files_.FileExists(folder + Text("new.eml")));
+    EXPECT_EQ(volumes_.count, 2);
+    volumes_.shares.clear();
+    EXPECT_FALSE(files_.FolderExists(folder));
+    EXPECT_FALSE(files_.FileExists(folder + Text("new.eml")));
+}
+
+TEST_F(ShareFileSystemTest, AShareMountedLaterIsFoundWithoutLookingForItsFolder) {
+    EXPECT_FALSE(files_.FileExists(Text(R"(\\nas\late\a.eml)")));
+    volumes_.shares[Text(R"(\\nas\late)")] = Text("/mnt/late");
+    local_->Add(Text("/mnt/late/a.eml"), "x");
+    EXPECT_TRUE(files_.FileExists(Text(R"(\\nas\late\a.eml)")));
+}
+
+TEST_F(ShareFileSystemTest, ANameWithABackslashIsNoNameOfAShare) {
+    local_->Add(Text(R"(/mnt/mail/spam/..\..\x.eml)"), "x");
+    local_->AddFolder(Text(R"(/mnt/mail/spam/sub\sub)"));
+    EXPECT_EQ(files_.FileNames(Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
+    EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail\spam\)")), QStringList());
+}
+
+TEST_F(ShareFileSystemTest, ServesSeveralThreads) {
+    std::atomic<int> found = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            for (int call = 0; call < 200; ++call) {
+                found += files_.FolderExists(Text(R"(\\nas\mail\spam)")) ? 1 : 0;
+                found += files_.FileExists(Text(R"(\\nas\mail\spam\a.eml)")) ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(found, 1600);
+}
+
+} // namespace
+
+} // namespace quellbox
