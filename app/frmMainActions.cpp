@@ -6,7 +6,7 @@
 #include "messages/FormatSize.h"
 #include "whitelist/frmTolerate.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <numeric>
 
@@ -104,7 +104,8 @@ void frmMain::MaintainWhitelist() {
     if (busy_ || pass_) {
         return;
     }
-    frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
+    QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
+    frmTolerate dialog(ports_.store, state_, TimerSwitch(), above != nullptr ? above : this);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
 }
@@ -130,7 +131,7 @@ void frmMain::tlbMessages_ButtonClick(const QString& key) {
     } else if (key == QLatin1String("tolerate")) {
         TolerateSelectedSender();
     } else if (key == QLatin1String("filter")) {
-        mnuAcRefresh_Click();
+        ToggleFilter();
     } else if (key == QLatin1String("whitelist")) {
         MaintainWhitelist();
     }

@@ -120,7 +120,6 @@ void frmMain::CreateMenus() {
     WithoutCode({mnuToolsCleansing});
 
     on(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
-    WithoutCode({mnuToolsOptions});
 
     mnuHelp = AddMenu(this, "mnuHelp", tr("&Help"));
     QAction* starting = AddEntry(mnuHelp, "mnuHelpStarting0", tr("&Getting Started"));
