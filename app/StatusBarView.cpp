@@ -66,6 +66,9 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
         connect(panel, &StatusPanelView::Clicked, this,
                 [this, panel] { Q_EMIT PanelClick(panel->property("key").toString()); });
     }
+    for (StatusPanelView* panel : {size_, count_}) {
+        panel->setCursor(Qt::PointingHandCursor); // a click on these leads somewhere
+    }
     panels_.SetSize({}, tr("Last screen update"));
     count_->setToolTip(tr("Number of archived files"));
     connect(&panels_, &StatusPanels::Changed, this, &StatusBarView::ShowLater);

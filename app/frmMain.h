@@ -180,6 +180,10 @@ private:
     // frmMainOptions.cpp
     void mnuToolsOptions_Click();
     void stbBottom_PanelClick(const QString& key);
+    void ToggleFilter();
+    void ShowOptions();
+    void ShowOptionsOn(int tab);
+    std::function<void(bool)> OptionsTimerSwitch();
 
     // frmMainTray.cpp
     void mnuViewHide_Click();

@@ -6,6 +6,8 @@
 #include "messages/FormatSize.h"
 #include "whitelist/frmTolerate.h"
 
+#include <QApplication>
+
 #include <numeric>
 
 namespace quellbox {
@@ -101,7 +103,8 @@ void frmMain::MaintainWhitelist() {
     if (busy_ || pass_) {
         return;
     }
-    frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
+    QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
+    frmTolerate dialog(ports_.store, state_, TimerSwitch(), above != nullptr ? above : this);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
 }
@@ -130,7 +133,7 @@ void frmMain::tlbMessages_ButtonClick(const QString& key) {
     } else if (key == QLatin1String("find")) {
         state_.FindText.isEmpty() ? mnuEditFind_Click() : mnuEditFindNext_Click();
     } else if (key == QLatin1String("filter")) {
-        mnuAcRefresh_Click();
+        ToggleFilter();
     } else if (key == QLatin1String("cleansing")) {
         CleanseArchive();
     } else if (key == QLatin1String("whitelist")) {

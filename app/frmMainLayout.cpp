@@ -77,6 +77,8 @@ void frmMain::CreatePanes() {
 
     stbBottom = new StatusBarView(panels_, this);
     setStatusBar(stbBottom);
+    connect(stbBottom, &StatusBarView::PanelClick, this,
+            [this](const QString& key) { Guarded([this, key] { stbBottom_PanelClick(key); }); });
 
     listPaneSize_ = ToPixels(state_.Whole);
     treePaneSize_ = ToPixels(state_.Bottom);

@@ -117,7 +117,6 @@ void frmMain::CreateMenus() {
     on(mnuToolsCleansing, [this] { CleanseArchive(); });
 
     on(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
-    WithoutCode({mnuToolsOptions});
 
     mnuHelp = AddMenu(this, "mnuHelp", tr("&Help"));
     QAction* starting = AddEntry(mnuHelp, "mnuHelpStarting0", tr("&Getting Started"));

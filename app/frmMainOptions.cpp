@@ -1,9 +1,92 @@
+#include "app/StatusBarView.h"
 #include "app/frmMain.h"
+#include "dialogs/frmOptions.h"
 
 namespace quellbox {
 
-void frmMain::mnuToolsOptions_Click() {}
+namespace {
 
-void frmMain::stbBottom_PanelClick(const QString& /*key*/) {}
+// 0-based pages of the options dialog.
+constexpr int filteringTab = 2;
+constexpr int settingsTab = 4;
+
+constexpr const char* refreshMark = "Tag"; // of mnuToolsOptions: "X" when the day filter is another one, else empty
+
+} // namespace
+
+void frmMain::mnuToolsOptions_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
+    ShowOptions();
+    if (!mnuToolsOptions->property(refreshMark).toString().isEmpty()) {
+        mnuAcRefresh_Click();
+        mnuToolsOptions->setProperty(refreshMark, QString());
+    }
+}
+
+// The refresh mark is deliberately left alone: whatever was chosen, this refreshes.
+void frmMain::stbBottom_PanelClick(const QString& key) {
+    const int tab = key == QLatin1String("count") ? filteringTab : key == QLatin1String("size") ? settingsTab : -1;
+    if (tab < 0 || busy_ || pass_) {
+        return;
+    }
+    ShowOptionsOn(tab);
+    mnuAcRefresh_Click();
+}
+
+// The button "filter" has been toggled. Without a day window there is nothing to filter by: the user is asked for one.
+void frmMain::ToggleFilter() {
+    QAction* filter = buttons_[QStringLiteral("filter")];
+    if (filter->isChecked() && state_.FilterDays == 0) {
+        if (busy_ || pass_) {
+            filter->setChecked(false);
+            return;
+        }
+        ShowOptionsOn(filteringTab);
+    }
+    tlbMessages->update();
+    mnuAcRefresh_Click();
+}
+
+void frmMain::ShowOptionsOn(int tab) {
+    state_.OptionsTab = tab;
+    ShowOptions();
+}
+
+void frmMain::ShowOptions() {
+    const qint16 levelBefore = state_.TolerationLevel;
+    OptionsCalls calls;
+    calls.runTimer = OptionsTimerSwitch();
+    calls.filterTaken = [this](bool changed) {
+        mnuToolsOptions->setProperty(refreshMark, changed ? QStringLiteral("X") : QString());
+        buttons_[QStringLiteral("filter")]->setChecked(state_.FilterDays != 0);
+    };
+    calls.selectDirectory = [this](qint16 index) {
+        QString folder = index == 0 ? state_.ArchiveDir : state_.PickupDir;
+        Guarded([&] { folder = SelectDirectory(index); });
+        return folder;
+    };
+    calls.maintainWhitelist = [this] { Guarded([this] { MaintainWhitelist(); }); };
+    frmOptions(ports_.files, ports_.program, state_, std::move(calls), this).exec();
+    if (state_.TolerationLevel != levelBefore) {
+        UpdateSelectionStatus(); // what is enabled follows the level
+    }
+}
+
+// The timer runs after the dialog in any case. One that stood still, because the interval was none, gets the interval
+// that is now set; any other keeps its own until the next refresh.
+std::function<void(bool)> frmMain::OptionsTimerSwitch() {
+    const bool wasActive = tmrRefresh->isActive();
+    return [this, wasActive](bool run) {
+        if (!run) {
+            tmrRefresh->stop();
+        } else if (wasActive && !closing_) {
+            tmrRefresh->start();
+        } else {
+            SetRefreshInterval();
+        }
+    };
+}
 
 } // namespace quellbox

@@ -3,6 +3,8 @@
 #include "mail/MessageParser.h"
 #include "platform/RuntimeError.h"
 
+#include <gmime/gmime.h>
+
 #include <algorithm>
 #include <array>
 
@@ -16,6 +18,10 @@ struct MailMessage::Content {
 MailMessage::MailMessage() : content_(std::make_unique<Content>()) {}
 
 MailMessage::~MailMessage() = default;
+
+QString MailMessage::VersionText() {
+    return QStringLiteral("GMime %1.%2.%3").arg(gmime_major_version).arg(gmime_minor_version).arg(gmime_micro_version);
+}
 
 void MailMessage::Reset() {
     *content_ = {};

@@ -27,6 +27,9 @@ public:
     MailMessage(const MailMessage&) = delete;
     MailMessage& operator=(const MailMessage&) = delete;
 
+    /// Name and version of the library that parses messages, as in "GMime 3.2.13".
+    static QString VersionText();
+
     /// Forgets the loaded message.
     void Reset();
 

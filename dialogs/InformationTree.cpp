@@ -1,0 +1,38 @@
+#include "dialogs/InformationTree.h"
+
+#include "archive/LocalTime.h"
+#include "mail/MailMessage.h"
+
+#include <QCoreApplication>
+
+namespace quellbox {
+
+namespace {
+
+QString BuildDate(const ProgramInfo& program, const FileSystem& files, const QLocale& locale) {
+    const std::optional<FileStatus> executable = files.Status(program.ExecutablePath);
+    return executable ? locale.toString(LocalDay(executable->modifiedNs), QLocale::ShortFormat) : QString();
+}
+
+InformationNode Line(const QString& label, const QString& value) {
+    return {{}, label + value, {}};
+}
+
+} // namespace
+
+std::vector<InformationNode> BuildInformationTree(const ProgramInfo& program, const AppState& state,
+                                                  const FileSystem& files, const QLocale& locale) {
+    const auto text = [](const char* source) { return QCoreApplication::translate("quellbox", source); };
+    return {
+        {QStringLiteral("program"),
+         program.ExecutableName,
+         {Line(text("Version: "), program.Version()), Line(text("Build: "), BuildDate(program, files, locale)),
+          Line(text("SocketTools: "), MailMessage::VersionText())}},
+        {QStringLiteral("directories"),
+         text("Directories"),
+         {Line(text("Program: "), program.Directory), Line(text("Archive: "), state.ArchiveDir),
+          Line(text("Pickup: "), state.PickupDir)}},
+    };
+}
+
+} // namespace quellbox

@@ -1,0 +1,196 @@
+#include "dialogs/frmOptions.h"
+
+#include "dialogs/InformationTree.h"
+#include "dialogs/IntervalText.h"
+#include "ui_frmOptions.h"
+
+#include <QHeaderView>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QShortcut>
+
+namespace quellbox {
+
+namespace {
+
+QIcon Symbol(const char* name) {
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+}
+
+/// Whether what a key or an input method enters into the interval is no part of a number. Keys without a character of
+/// their own, and those with Ctrl or Alt, are commands.
+bool EntersForeignText(const QEvent& event) {
+    if (event.type() == QEvent::InputMethod) {
+        const auto& input = static_cast<const QInputMethodEvent&>(event);
+        return !IsIntervalText(input.commitString()) || !IsIntervalText(input.preeditString());
+    }
+    if (event.type() != QEvent::KeyPress) {
+        return false;
+    }
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    const QString text = key.text();
+    return !text.isEmpty() && text.front().isPrint() && !IsIntervalText(text);
+}
+
+} // namespace
+
+frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppState& state, OptionsCalls calls,
+                       QWidget* parent)
+    : QDialog(parent), files_(files), program_(program), state_(state), calls_(std::move(calls)),
+      ui_(new Ui::frmOptions), ChosenFilter(state.FilterDays), ChosenToleration(state.TolerationLevel) {
+    calls_.runTimer(false);
+    ui_->setupUi(this);
+    imlSymbols = {{QStringLiteral("general"), Symbol("info")},     {QStringLiteral("directories"), Symbol("folder")},
+                  {QStringLiteral("filter"), Symbol("filter")},    {QStringLiteral("toleration"), Symbol("tolerate")},
+                  {QStringLiteral("settings"), Symbol("options")}, {QStringLiteral("program"), Symbol("quellbox")}};
+    NumberTheButtons();
+    ShowSettings();
+    ConnectControls();
+    ui_->tbsOptions->setCurrentIndex(qBound(0, state_.OptionsTab, ui_->tbsOptions->count() - 1));
+    tbsOptions_Click(ui_->tbsOptions->currentIndex());
+    ShowInformation();
+    ui_->tbsOptions->setFocus();
+}
+
+frmOptions::~frmOptions() {
+    calls_.runTimer(true);
+}
+
+// The number of an option button is the value of the setting that it stands for; a tab has its key as data.
+void frmOptions::NumberTheButtons() {
+    ui_->grpDays->setId(ui_->optDays0, 0);
+    ui_->grpDays->setId(ui_->optDays1, 1);
+    ui_->grpDays->setId(ui_->optDays2, 2);
+    ui_->grpDays->setId(ui_->optDays7, 7);
+    ui_->grpToleration->setId(ui_->optToleration2, 2);
+    ui_->grpToleration->setId(ui_->optToleration1, 1);
+    ui_->grpToleration->setId(ui_->optToleration0, 0);
+    const QStringList keys{QStringLiteral("general"), QStringLiteral("directories"), QStringLiteral("filter"),
+                           QStringLiteral("toleration"), QStringLiteral("settings")};
+    for (int tab = 0; tab < keys.size(); ++tab) {
+        ui_->tbsOptions->tabBar()->setTabData(tab, keys[tab]);
+        ui_->tbsOptions->setTabIcon(tab, imlSymbols[keys[tab]]);
+    }
+}
+
+void frmOptions::ShowSettings() {
+    ui_->sliRefreshInterval->setValue(state_.RefreshInterval);
+    sliRefreshInterval_Change(ui_->sliRefreshInterval->value());
+    ui_->chkRawBody->setChecked(state_.RawBody == 1);
+    ui_->chkAutoRefresh->setChecked(state_.AutoRefresh == 1);
+    ui_->chkOutlookExpress->setChecked(state_.OutlookExpress == 1);
+    chkAutoRefresh_Click();
+    ui_->txtArchive->setText(state_.ArchiveDir);
+    ui_->txtPickup->setText(state_.PickupDir);
+    // A stored value that no button stands for leaves all of them unselected.
+    if (QAbstractButton* days = ui_->grpDays->button(state_.FilterDays)) {
+        days->setChecked(true);
+    }
+    if (QAbstractButton* level = ui_->grpToleration->button(state_.TolerationLevel)) {
+        level->setChecked(true);
+    }
+}
+
+void frmOptions::ConnectControls() {
+    for (int tab = 0; tab < ui_->tbsOptions->count(); ++tab) {
+        ui_->tbsOptions->widget(tab)->installEventFilter(this);
+    }
+    ui_->txtRefreshInterval->installEventFilter(this);
+    connect(ui_->tbsOptions, &QTabWidget::currentChanged, this, &frmOptions::tbsOptions_Click);
+    // A shortcut comes before the controls, whichever of them has the focus.
+    auto* nextTab = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this);
+    connect(nextTab, &QShortcut::activated, this, &frmOptions::SelectNextTab);
+    connect(ui_->grpDays, &QButtonGroup::idToggled, this,
+            [this](int days, bool on) { ChosenFilter = on ? static_cast<qint16>(days) : ChosenFilter; });
+    connect(ui_->grpToleration, &QButtonGroup::idToggled, this,
+            [this](int level, bool on) { ChosenToleration = on ? static_cast<qint16>(level) : ChosenToleration; });
+    connect(ui_->chkAutoRefresh, &QCheckBox::toggled, this, &frmOptions::chkAutoRefresh_Click);
+    connect(ui_->txtRefreshInterval, &QLineEdit::editingFinished, this, &frmOptions::txtRefreshInterval_Validate);
+    connect(ui_->sliRefreshInterval, &QSlider::valueChanged, this, &frmOptions::sliRefreshInterval_Change);
+    connect(ui_->btnArchive, &QPushButton::clicked, this, &frmOptions::btnArchive_Click);
+    connect(ui_->btnPickup, &QPushButton::clicked, this, &frmOptions::btnPickup_Click);
+    connect(ui_->btnTolerate, &QPushButton::clicked, this, [this] { calls_.maintainWhitelist(); });
+    connect(ui_->cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
+    connect(ui_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void frmOptions::ShowInformation() {
+    ui_->trvOptions->clear();
+    ui_->trvOptions->header()->setStretchLastSection(false); // long paths scroll
+    ui_->trvOptions->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    for (const InformationNode& root : BuildInformationTree(program_, state_, files_, QLocale())) {
+        auto* item = new QTreeWidgetItem(ui_->trvOptions, {root.text});
+        item->setData(0, Qt::UserRole, root.key);
+        item->setIcon(0, imlSymbols[root.key]);
+        for (const InformationNode& child : root.children) {
+            new QTreeWidgetItem(item, {child.text});
+        }
+    }
+    ui_->trvOptions->expandAll();
+}
+
+// The frame of the selected tab is the only one that is shown (the tab strip sees to that) and enabled.
+void frmOptions::tbsOptions_Click(int tab) {
+    for (int index = 0; index < ui_->tbsOptions->count(); ++index) {
+        ui_->tbsOptions->widget(index)->setEnabled(index == tab);
+    }
+    state_.OptionsTab = tab;
+}
+
+void frmOptions::SelectNextTab() {
+    ui_->tbsOptions->setCurrentIndex((ui_->tbsOptions->currentIndex() + 1) % ui_->tbsOptions->count());
+}
+
+void frmOptions::chkAutoRefresh_Click() {
+    const bool on = ui_->chkAutoRefresh->isChecked();
+    ui_->txtRefreshInterval->setEnabled(on);
+    ui_->sliRefreshInterval->setEnabled(on);
+}
+
+// The bounds of the slider are the only ones; what the text says beyond them, the slider says from then on.
+void frmOptions::txtRefreshInterval_Validate() {
+    ui_->sliRefreshInterval->setValue(WholeSeconds(ui_->txtRefreshInterval->text()));
+    sliRefreshInterval_Change(ui_->sliRefreshInterval->value());
+}
+
+void frmOptions::sliRefreshInterval_Change(int seconds) {
+    ui_->txtRefreshInterval->setText(QString::number(seconds));
+}
+
+void frmOptions::btnArchive_Click() {
+    ui_->txtArchive->setText(calls_.selectDirectory(0));
+    ShowInformation();
+}
+
+void frmOptions::btnPickup_Click() {
+    ui_->txtPickup->setText(calls_.selectDirectory(1));
+    ShowInformation();
+}
+
+void frmOptions::cmdOK_Click() {
+    if (ui_->txtRefreshInterval->isModified()) {
+        txtRefreshInterval_Validate(); // pressed without having got the focus
+    }
+    const bool changed = ChosenFilter != state_.FilterDays;
+    state_.FilterDays = ChosenFilter;
+    calls_.filterTaken(changed);
+    state_.TolerationLevel = ChosenToleration;
+    state_.RefreshInterval = static_cast<qint16>(ui_->sliRefreshInterval->value());
+    state_.RawBody = ui_->chkRawBody->isChecked() ? 1 : 0;
+    state_.AutoRefresh = ui_->chkAutoRefresh->isChecked() ? 1 : 0;
+    state_.OutlookExpress = ui_->chkOutlookExpress->isChecked() ? 1 : 0;
+    accept();
+}
+
+bool frmOptions::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->txtRefreshInterval) {
+        return EntersForeignText(*event) || QDialog::eventFilter(watched, event);
+    }
+    if (event->type() == QEvent::ShowToParent) {
+        // A page is enabled before the focus moves into it.
+        static_cast<QWidget*>(watched)->setEnabled(true);
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace quellbox

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "settings/AppState.h"
+#include "settings/ProgramInfo.h"
+
+#include <QDialog>
+#include <QHash>
+#include <QIcon>
+
+#include <functional>
+#include <memory>
+
+namespace Ui {
+class frmOptions;
+}
+
+namespace quellbox {
+
+struct InformationNode;
+
+/// What the options dialog asks of whoever opens it.
+struct OptionsCalls {
+    /// Called with false at once and with true when the dialog goes: no refresh may come in between.
+    std::function<void(bool)> runTimer;
+    /// OK took over the day filter, which is another one than before or not.
+    std::function<void(bool changed)> filterTaken;
+    /// Lets the user choose the archive (0) or pickup (1) directory, stores it and returns the one in force.
+    std::function<QString(qint16)> selectDirectory;
+    /// Opens the whitelist dialog above this one.
+    std::function<void()> maintainWhitelist;
+};
+
+/// The dialog that edits the settings in memory. OK takes them over; directories chosen stay even after Cancel.
+/// It opens on the tab `AppState::OptionsTab`, which follows the tab that is selected.
+class frmOptions : public QDialog {
+    Q_OBJECT
+
+public:
+    frmOptions(const FileSystem& files, const ProgramInfo& program, AppState& state, OptionsCalls calls,
+               QWidget* parent);
+    ~frmOptions() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void NumberTheButtons();
+    void ShowSettings();
+    void ConnectControls();
+    void ShowInformation();
+    void tbsOptions_Click(int tab);
+    void SelectNextTab();
+    void chkAutoRefresh_Click();
+    void txtRefreshInterval_Validate();
+    void sliRefreshInterval_Change(int seconds);
+    void btnArchive_Click();
+    void btnPickup_Click();
+    void cmdOK_Click();
+
+    const FileSystem& files_;
+    const ProgramInfo& program_;
+    AppState& state_;
+    OptionsCalls calls_;
+    std::unique_ptr<Ui::frmOptions> ui_;
+    QHash<QString, QIcon> imlSymbols;
+    qint16 ChosenFilter;     // what OK takes over, also when no button stands for it
+    qint16 ChosenToleration; // the same
+};
+
+} // namespace quellbox

@@ -1,0 +1,322 @@
+#include "dialogs/frmOptions.h"
+#include "tests/support/MainWindowFixture.h"
+#include "whitelist/frmTolerate.h"
+
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+
+namespace quellbox {
+namespace {
+
+class MainOptions : public MainWindowTest {
+protected:
+    /// Runs `act` on the options dialog as soon as it is open; it must be closed by then.
+    void OnOptions(std::function<void(frmOptions&)> act) {
+        QTimer::singleShot(0, window_.get(), [this, act = std::move(act)] {
+            auto* dialog = qobject_cast<frmOptions*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            ++opened_;
+            EXPECT_FALSE(Timer()->isActive());
+            act(*dialog);
+        });
+    }
+
+    static void Press(QWidget& dialog, const char* name) {
+        auto* button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
+        ASSERT_NE(button, nullptr) << name;
+        button->click();
+    }
+
+    /// Chooses (or not, without a name) an option button and closes the dialog with another one.
+    void Choose(const char* option, const char* close) {
+        OnOptions([this, option, close](frmOptions& dialog) {
+            tab_ = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"))->currentIndex();
+            if (option != nullptr) {
+                Press(dialog, option);
+            }
+            Press(dialog, close);
+        });
+    }
+
+    void ClickPanel(const char* key) { QTest::mouseClick(PanelView(key), Qt::LeftButton); }
+
+    void ClickFilter() { QTest::mouseClick(Find<QToolBar>("tlbMessages")->widgetForAction(Filter()), Qt::LeftButton); }
+
+    QAction* Filter() const { return Button("tlbMessages", "filter"); }
+    QTimer* Timer() const { return Find<QTimer>("tmrRefresh"); }
+    QString Mark() const { return Action("mnuToolsOptions")->property("Tag").toString(); }
+
+    void AddTwoDays() {
+        AddMessage("yesterday.eml", -12 * 60 - 1);
+        AddMessage("today.eml", -12 * 60);
+    }
+
+    int opened_ = 0;
+    int tab_ = -1;
+};
+
+} // namespace
+
+TEST_F(MainOptions, AnotherFilterRefreshesOnceAfterTheDialog) {
+    AddTwoDays();
+    OpenRefreshed();
+    EXPECT_TRUE(Action("mnuToolsOptions")->isEnabled());
+    OnOptions([this](frmOptions& dialog) {
+        Press(dialog, "optDays1");
+        Press(dialog, "cmdOK");
+        EXPECT_EQ(refreshes_, 1);
+        EXPECT_EQ(Mark(), QStringLiteral("X"));
+        EXPECT_TRUE(Filter()->isChecked());
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "today.eml");
+    EXPECT_EQ(Panel("count"), "1 (just today)");
+    EXPECT_TRUE(Mark().isEmpty());
+    EXPECT_TRUE(Timer()->isActive());
+}
+
+TEST_F(MainOptions, TheSameFilterDoesNotRefresh) {
+    AddTwoDays();
+    Set("FilterDays", "1");
+    OpenRefreshed();
+    ASSERT_FALSE(Filter()->isChecked());
+    Choose("optDays1", "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 1);
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+    EXPECT_TRUE(Filter()->isChecked()); // OK presses the button whenever there is a day window
+    EXPECT_TRUE(Timer()->isActive());
+}
+
+TEST_F(MainOptions, CancelChangesNothing) {
+    AddTwoDays();
+    OpenRefreshed();
+    Choose("optDays7", "cmdCancel");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 1);
+    EXPECT_EQ(window_->State().FilterDays, 0);
+    EXPECT_FALSE(Filter()->isChecked());
+    EXPECT_TRUE(Timer()->isActive());
+}
+
+TEST_F(MainOptions, NoFilteringReleasesTheButton) {
+    AddTwoDays();
+    Set("FilterDays", "1");
+    Set("FilterMessages", "1");
+    OpenRefreshed();
+    ASSERT_TRUE(Filter()->isChecked());
+    Choose("optDays0", "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_FALSE(Filter()->isChecked());
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+}
+
+TEST_F(MainOptions, TheFilterButtonAsksForADayWindowFirst) {
+    AddTwoDays();
+    OpenRefreshed();
+    Choose("optDays1", "cmdOK");
+    ClickFilter();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(tab_, 2);
+    EXPECT_TRUE(Filter()->isChecked());
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "today.eml");
+    EXPECT_EQ(window_->State().ActiveFilterDays, QStringLiteral("1"));
+    ClickFilter(); // with a day window it asks no more
+    ClickFilter();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 4);
+    EXPECT_EQ(Keys(), "today.eml");
+}
+
+TEST_F(MainOptions, TheFilterButtonStaysPressedWhenTheDialogIsCancelled) {
+    AddTwoDays();
+    OpenRefreshed();
+    Choose(nullptr, "cmdCancel");
+    ClickFilter();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_TRUE(Filter()->isChecked());
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+    EXPECT_EQ(window_->State().ActiveFilterDays, QStringLiteral("0"));
+    ClickFilter(); // released: nothing is asked
+    EXPECT_EQ(opened_, 1);
+    EXPECT_FALSE(Filter()->isChecked());
+    EXPECT_EQ(refreshes_, 3);
+}
+
+TEST_F(MainOptions, TheFilterButtonIsReleasedByOkWithoutADayWindow) {
+    OpenRefreshed();
+    Choose(nullptr, "cmdOK");
+    ClickFilter();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_FALSE(Filter()->isChecked());
+    EXPECT_EQ(refreshes_, 2);
+}
+
+TEST_F(MainOptions, ThePanelsOpenTheirPagesAndRefreshInAnyCase) {
+    AddTwoDays();
+    OpenRefreshed();
+    Choose(nullptr, "cmdCancel");
+    ClickPanel("count");
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(tab_, 2);
+    EXPECT_EQ(refreshes_, 2);
+    Choose(nullptr, "cmdCancel");
+    ClickPanel("size");
+    EXPECT_EQ(opened_, 2);
+    EXPECT_EQ(tab_, 4);
+    EXPECT_EQ(refreshes_, 3);
+    ClickPanel("info");
+    QTest::mouseClick(PanelView("count"), Qt::RightButton);
+    EXPECT_EQ(opened_, 2);
+    EXPECT_EQ(refreshes_, 3);
+    EXPECT_EQ(PanelView("size")->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_EQ(PanelView("count")->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_EQ(PanelView("info")->cursor().shape(), Qt::ArrowCursor);
+    Choose(nullptr, "cmdCancel");
+    Action("mnuToolsOptions")->trigger(); // on the page that was open last
+    EXPECT_EQ(tab_, 4);
+}
+
+TEST_F(MainOptions, AFilterChosenFromAPanelLeavesItsMarkToTheMenu) {
+    AddTwoDays();
+    OpenRefreshed();
+    Choose("optDays1", "cmdOK");
+    ClickPanel("count");
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "today.eml");
+    EXPECT_EQ(Mark(), QStringLiteral("X"));
+    Choose(nullptr, "cmdCancel");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(refreshes_, 3);
+    EXPECT_TRUE(Mark().isEmpty());
+}
+
+TEST_F(MainOptions, ANewIntervalTakesEffectWithTheNextRefresh) {
+    Set("RefreshInterval", "60");
+    OpenRefreshed();
+    ASSERT_EQ(Timer()->interval(), 60'000);
+    OnOptions([](frmOptions& dialog) {
+        dialog.findChild<QSlider*>(QStringLiteral("sliRefreshInterval"))->setValue(5);
+        Press(dialog, "cmdOK");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(window_->State().RefreshInterval, 5);
+    EXPECT_EQ(Timer()->interval(), 60'000);
+    EXPECT_TRUE(Timer()->isActive());
+    window_->mnuAcRefresh_Click();
+    EXPECT_EQ(Timer()->interval(), 5'000);
+}
+
+TEST_F(MainOptions, ATimerThatStoodStillStartsWithAnIntervalOfTheDialog) {
+    Set("RefreshInterval", "0");
+    OpenRefreshed();
+    ASSERT_FALSE(Timer()->isActive());
+    Choose(nullptr, "cmdCancel");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_FALSE(Timer()->isActive());
+    Choose(nullptr, "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_TRUE(Timer()->isActive());
+    EXPECT_EQ(Timer()->interval(), 5'000);
+}
+
+TEST_F(MainOptions, TheFirstRefreshWaitsForTheDialog) {
+    AddThree();
+    Open();
+    ASSERT_EQ(refreshes_, 0);
+    Choose(nullptr, "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(refreshes_, 0);
+    ASSERT_TRUE(WaitForRefreshes(1));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(SelectedKeys(), "a.eml");
+}
+
+TEST_F(MainOptions, AnotherLevelIsFollowedByWhatIsEnabled) {
+    AddThree();
+    OpenRefreshed();
+    EXPECT_FALSE(Button("tlbMessages", "whitelist")->isEnabled());
+    Choose("optToleration1", "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_TRUE(Button("tlbMessages", "whitelist")->isEnabled());
+    EXPECT_TRUE(Button("tlbMessages", "tolerate")->isEnabled());
+    Choose("optToleration0", "cmdOK");
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_FALSE(Button("tlbMessages", "whitelist")->isEnabled());
+    EXPECT_EQ(refreshes_, 1);
+}
+
+TEST_F(MainOptions, TheWhitelistOpensAboveAndTheTimerStillRests) {
+    OpenRefreshed();
+    bool seen = false;
+    OnOptions([this, &seen](frmOptions& dialog) {
+        QTimer::singleShot(0, &dialog, [this, &dialog, &seen] {
+            auto* whitelist = qobject_cast<frmTolerate*>(QApplication::activeModalWidget());
+            ASSERT_NE(whitelist, nullptr);
+            EXPECT_EQ(whitelist->parentWidget(), &dialog);
+            seen = true;
+            Press(*whitelist, "btnOK");
+        });
+        Press(dialog, "btnTolerate");
+        EXPECT_TRUE(seen);
+        EXPECT_FALSE(Timer()->isActive());
+        Press(dialog, "cmdCancel");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_TRUE(seen);
+    EXPECT_TRUE(Timer()->isActive());
+    EXPECT_EQ(refreshes_, 1);
+}
+
+TEST_F(MainOptions, NothingOpensWhileAPassRuns) {
+    for (int number = 0; number < 300; ++number) {
+        AddMessage(qPrintable(QStringLiteral("m%1.eml").arg(number)), number);
+    }
+    files_.SetLatency(std::chrono::microseconds(300));
+    Open();
+    bool looked = false;
+    WhileBusy([this, &looked] {
+        looked = true;
+        Action("mnuToolsOptions")->trigger();
+        ClickPanel("count");
+        ClickFilter();
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        EXPECT_FALSE(Filter()->isChecked());
+    });
+    ASSERT_TRUE(WaitForRefreshes(1));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(looked);
+    EXPECT_EQ(refreshes_, 1);
+    EXPECT_EQ(window_->Messages().Count(), 300);
+}
+
+TEST_F(MainOptions, WhatWasChosenIsStoredOnClosing) {
+    OpenRefreshed();
+    OnOptions([](frmOptions& dialog) {
+        Press(dialog, "optDays7");
+        Press(dialog, "optToleration2");
+        Press(dialog, "chkRawBody");
+        Press(dialog, "chkAutoRefresh");
+        dialog.findChild<QSlider*>(QStringLiteral("sliRefreshInterval"))->setValue(25);
+        Press(dialog, "cmdOK");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(Stored("FilterDays"), QStringLiteral("absent"));
+    window_->close();
+    EXPECT_EQ(Stored("FilterDays"), QStringLiteral("7"));
+    EXPECT_EQ(Stored("FilterMessages"), QStringLiteral("1"));
+    EXPECT_EQ(Stored("TolerationLevel"), QStringLiteral("2"));
+    EXPECT_EQ(Stored("RefreshInterval"), QStringLiteral("25"));
+    EXPECT_EQ(Stored("RawBody"), QStringLiteral("1"));
+    EXPECT_EQ(Stored("AutoRefresh"), QStringLiteral("1"));
+}
+
+} // namespace quellbox
