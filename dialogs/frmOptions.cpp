@@ -53,6 +53,7 @@ frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppS
 }
 
 frmOptions::~frmOptions() {
+    hide(); // the focus leaves the interval while there still is someone to hear of it
     calls_.runTimer(true);
 }
 

@@ -25,6 +25,14 @@ protected:
     static void Press(QWidget& dialog, const char* name) {
         auto* button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
         ASSERT_NE(button, nullptr) << name;
+        if (auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"))) {
+            for (int tab = 0; tab < tabs->count(); ++tab) {
+                if (tabs->widget(tab)->isAncestorOf(button)) {
+                    tabs->setCurrentIndex(tab); // a page that is not shown does not hear clicks
+                }
+            }
+        }
+        ASSERT_TRUE(button->isVisible() && button->isEnabled()) << name;
         button->click();
     }
 

@@ -67,7 +67,12 @@ protected:
     QSlider* Slider() const { return Find<QSlider>("sliRefreshInterval"); }
     QWidget* Focus() const { return dialog->focusWidget(); }
 
-    static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    static void Click(QWidget* widget) {
+        ASSERT_TRUE(widget->isVisible() && widget->isEnabled()) << widget->objectName().toStdString();
+        // An option button listens at its circle and its text, which begin at its left edge.
+        const QPoint left(10, widget->height() / 2);
+        QTest::mouseClick(widget, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(widget) != nullptr ? left : QPoint());
+    }
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(Focus(), key, modifiers); }
 
     /// Types into the interval and leaves it.
@@ -91,7 +96,7 @@ protected:
         return (shown + QLatin1Char('/') + enabled).toStdString();
     }
 
-    /// The names of the checked option buttons, in order of the window.
+    /// The names of the checked option buttons, sorted.
     std::string CheckedOptions() const {
         QStringList names;
         for (const QRadioButton* button : dialog->findChildren<QRadioButton*>()) {
@@ -99,6 +104,7 @@ protected:
                 names += button->objectName();
             }
         }
+        names.sort();
         return names.join(QLatin1Char(' ')).toStdString();
     }
 
