@@ -51,7 +51,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
         const bool isOpen = index.row() <= list_->Folders().Opened();
-        option->icon = list_->style()->standardIcon(isOpen ? QStyle::SP_DirOpenIcon : QStyle::SP_DirIcon);
+        option->icon = list_->style()->standardIcon(isOpen ? QStyle::SP_DirOpenIcon : QStyle::SP_DirClosedIcon);
         option->features |= QStyleOptionViewItem::HasDecoration;
     }
 
@@ -78,7 +78,17 @@ void DirectoryList::SetFolders(FolderList folders) {
     const QSignalBlocker noClick(this);
     folders_->SetFolders(std::move(folders));
     setCurrentIndex(folders_->index(folders_->Folders().Opened()));
-    scrollTo(currentIndex());
+    ShowOpenFolder();
+}
+
+// In the middle, so that what stands above and what stands below it is in sight too.
+void DirectoryList::ShowOpenFolder() {
+    scrollTo(folders_->index(folders_->Folders().Opened()), PositionAtCenter);
+}
+
+void DirectoryList::showEvent(QShowEvent* event) {
+    QListView::showEvent(event);
+    ShowOpenFolder(); // only now the size of the list is known
 }
 
 const FolderList& DirectoryList::Folders() const {

@@ -32,8 +32,11 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
+    void ShowOpenFolder();
+
     FolderListModel* folders_;
 };
 

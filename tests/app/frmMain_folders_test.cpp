@@ -240,6 +240,7 @@ protected:
         EXPECT_EQ(Raw()->FileName(), share + QStringLiteral("\\archive\\") + Name(1));
         EXPECT_TRUE(Raw()->Text().contains(QStringLiteral("Mail 1")));
         window->State().OutlookExpress = 1;
+        Command("mnuMessageView")->setEnabled(true);
         Command("mnuMessageView")->trigger();
         ASSERT_EQ(shell.Opened().size(), 1);
         EXPECT_EQ(QFileInfo(shell.Opened().front()).canonicalFilePath(),

@@ -49,13 +49,13 @@ protected:
         dialog_ = std::make_unique<frmFolders>(FolderPorts{files_, volumes_, pool_}, state_, nullptr);
         dialog_->setWindowTitle(Text("Select Archive Directory"));
         dialog_->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog_.get()));
+        dialog_->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
         EXPECT_TRUE(WaitForList());
     }
 
     bool WaitForList() {
-        return QTest::qWaitFor([this] { return dialog_->cursor().shape() != Qt::BusyCursor && !IsWaiting(); },
-                               patience);
+        return QTest::qWaitFor([this] { return !IsWaiting(); }, patience);
     }
     bool IsWaiting() { return Find<QGroupBox>("fraDevice")->testAttribute(Qt::WA_SetCursor); }
 
@@ -165,7 +165,8 @@ TEST_F(Folders, AUncPathChecksTheShareAndFillsItsText) {
 
 TEST_F(Folders, TheSwitchEnablesOneSideAndShowsAnExample) {
     Open("/home/joe");
-    QTest::keyClick(dialog_.get(), Qt::Key_S, Qt::AltModifier);
+    Find<QCheckBox>("chkShare")->setFocus();
+    QTest::keyClick(Find<QCheckBox>("chkShare"), Qt::Key_Space);
     EXPECT_TRUE(Find<QLineEdit>("txtShare")->isEnabled());
     EXPECT_FALSE(Find<QGroupBox>("fraDevice")->isEnabled());
     EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
@@ -314,6 +315,7 @@ TEST_F(Folders, EveryOtherWayOutIsCancel) {
 TEST_F(Folders, ASlowFolderNeitherFreezesNorOverridesALaterChoice) {
     Open("/home");
     files_.SetLatency(std::chrono::milliseconds(400));
+    Click("joe");
     QTest::mouseDClick(Dirs()->viewport(), Qt::LeftButton, {}, CentreOf("joe"));
     EXPECT_TRUE(IsWaiting());
     EXPECT_FALSE(Button("btnOK")->isEnabled());
@@ -346,6 +348,18 @@ TEST_F(Folders, ASlowDriveCanBeLeftByCancelAndByAShare) {
     EXPECT_EQ(Folder(), "/home");
 }
 
+TEST_F(Folders, TheOpenFolderIsInSightFromTheStart) {
+    QString deep = QStringLiteral("/mnt/usb");
+    for (int depth = 0; depth < 60; ++depth) {
+        deep += QStringLiteral("/d%1").arg(depth);
+        files_.AddFolder(deep);
+    }
+    Open(qPrintable(deep));
+    const QRect entry = Dirs()->visualRect(Dirs()->currentIndex());
+    EXPECT_TRUE(Dirs()->viewport()->rect().contains(entry));
+    EXPECT_EQ(Dirs()->currentIndex().data().toString(), Text("d59"));
+}
+
 TEST_F(Folders, AVeryLargeFolderIsListed) {
     for (int number = 0; number < 30'000; ++number) {
         files_.AddFolder(QStringLiteral("/mnt/usb/spam/%1").arg(number, 5, 10, QLatin1Char('0')));
@@ -358,11 +372,11 @@ TEST_F(Folders, AVeryLargeFolderIsListed) {
 }
 
 TEST_F(Folders, HostileNamesAreShownAsPlainText) {
-    files_.AddFolder(QString::fromUtf16(u"/home/joe/<b>x\u202E&y</b>"));
+    files_.AddFolder(QString::fromUtf16(u"/home/joe/<b>x\u202E&y<b>"));
     Open("/home/joe");
-    EXPECT_EQ(Listed(), "/ home joe <b>x&y</b> mail");
-    Click("<b>x&y</b>");
-    EXPECT_EQ(Folder(), QString::fromUtf16(u"/home/joe/<b>x\u202E&y</b>").toStdString());
+    EXPECT_EQ(Listed(), "/ home joe <b>x&y<b> mail");
+    Click("<b>x&y<b>");
+    EXPECT_EQ(Folder(), QString::fromUtf16(u"/home/joe/<b>x\u202E&y<b>").toStdString());
 }
 
 TEST_F(Folders, ALargerWindowGivesItsRoomToTheDirectories) {

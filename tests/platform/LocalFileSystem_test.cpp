@@ -178,6 +178,8 @@ TEST_F(LocalFileSystemTest, FolderNameThatIsNoUtf8LeadsToItsFolder) {
     const QString path = folder_.path() + QLatin1Char('/') + files_->FolderNames(folder_.path()).front();
     EXPECT_TRUE(files_->FolderExists(path));
     EXPECT_EQ(files_->FolderNames(path), QStringList{Text("below")});
+    EXPECT_EQ(::rmdir((native + "/below").constData()), 0);
+    EXPECT_EQ(::rmdir(native.constData()), 0);
 }
 
 TEST_F(LocalFileSystemTest, FifoNeitherBlocksNorCounts) {
