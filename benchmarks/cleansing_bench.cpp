@@ -24,7 +24,7 @@ using namespace quellbox::bench;
 namespace {
 
 constexpr int fileCount = 32766;
-constexpr int rounds = 5;
+constexpr int rounds = 3;
 
 /// Fills the folder with messages of 2 KiB that were written ten days ago.
 void Fill(const QString& folder) {

@@ -20,15 +20,6 @@ bool IsMessage(const QString& name) {
     return name.endsWith(QLatin1String(".EML"), Qt::CaseInsensitive);
 }
 
-/// Whether the day window keeps a file; empty when its time cannot be read.
-std::optional<bool> IsKept(const FileSystem& files, const QString& path, qint16 days, QDate today) {
-    if (days == 0) {
-        return false;
-    }
-    const std::optional<FileStatus> status = files.Status(path);
-    return status ? std::optional(IsRecentFile(QString::number(days), status->modifiedNs, today)) : std::nullopt;
-}
-
 } // namespace
 
 QString CleansingIntroduction(const QString& archiveDir) {
@@ -67,6 +58,7 @@ CleansingResult RemoveArchivedMessages(FileSystem& files, const Clock& clock, co
     }
     // A run that goes on past midnight keeps what it was to keep when it began.
     const QDate today = clock.Now().date();
+    const QString daysText = QString::number(days);
     QStringList names;
     try {
         names = files.VisibleFileNames(archiveDir);
@@ -78,24 +70,36 @@ CleansingResult RemoveArchivedMessages(FileSystem& files, const Clock& clock, co
                                ? archiveDir
                                : archiveDir + QDir::separator();
     for (const QString& name : names) {
-        const QString path = folder + name;
-        const std::optional<bool> isKept = IsMessage(name) ? IsKept(files, path, days, today) : true;
-        if (isKept == true) {
+        if (!IsMessage(name)) {
             continue;
         }
-        if (result.count % progressStep == 0) {
-            showProgress(name);
-        }
-        ++result.count;
-        try {
-            if (!isKept) {
-                // It may be recent, so it stays.
-                throw FileError(path, QCoreApplication::translate("quellbox", "The time of the file cannot be read."));
+        const QString path = folder + name;
+        bool isAnnounced = false;
+        const auto announce = [&] {
+            if (!isAnnounced && result.count % progressStep == 0) {
+                showProgress(name);
             }
-            files.Remove(path);
+            isAnnounced = true;
+        };
+        const auto isKept = [&](const FileStatus& status) {
+            const bool isRecent = IsRecentFile(daysText, status.modifiedNs, today);
+            if (!isRecent) {
+                announce();
+            }
+            return isRecent;
+        };
+        try {
+            if (days == 0) {
+                announce();
+                files.Remove(path);
+            } else if (!files.RemoveUnless(path, isKept)) {
+                continue;
+            }
         } catch (const FileError& error) {
+            announce();
             result.failures.push_back({error.Path(), error.Reason()});
         }
+        ++result.count;
     }
     return result;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -62,6 +63,11 @@ public:
 
     /// Deletes a file, but not a read-only one. Throws FileError.
     virtual void Remove(const QString& path) = 0;
+
+    /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` answers to its status that it
+    /// stays; the system is asked for the status once. Returns whether the file was deleted. Throws FileError, also
+    /// when the status cannot be read.
+    virtual bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) = 0;
 
     /// Creates a file with these bytes so that nobody ever sees half of it; replaces an existing one. Throws FileError.
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;

@@ -158,13 +158,27 @@ public:
         if (::lstat(bytes.constData(), &status) != 0) {
             ThrowFileError(path, errno);
         }
-        // The system itself asks only for the right to write the folder.
-        if (S_ISREG(status.st_mode) && (status.st_mode & 0222U) == 0) {
-            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
-        }
-        if (::unlink(bytes.constData()) != 0) {
+        Unlink(path, bytes, status.st_mode);
+    }
+
+    bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
+        struct stat status {};
+        const QByteArray bytes = SystemPath(path);
+        if (::lstat(bytes.constData(), &status) != 0) {
             ThrowFileError(path, errno);
         }
+        const mode_t mode = status.st_mode;
+        if (S_ISLNK(mode) && ::stat(bytes.constData(), &status) != 0) {
+            ThrowFileError(path, errno);
+        }
+        if (!S_ISREG(status.st_mode)) {
+            ThrowFileError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        }
+        if (keep({status.st_size, ModifiedNs(status)})) {
+            return false;
+        }
+        Unlink(path, bytes, mode);
+        return true;
     }
 
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
@@ -181,6 +195,18 @@ public:
         }
         fresh.Keep();
         FlushFolderOf(path);
+    }
+
+private:
+    /// Removes a file of that mode, unless it is read-only.
+    static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
+        // The system itself asks only for the right to write the folder.
+        if (S_ISREG(mode) && (mode & 0222U) == 0) {
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+        }
+        if (::unlink(bytes.constData()) != 0) {
+            ThrowFileError(path, errno);
+        }
     }
 };
 

@@ -101,6 +101,11 @@ QStringList EntryNames(const QString& folder, Predicate isWanted) {
     return names;
 }
 
+FileStatus StatusOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+    const qint64 size = (static_cast<qint64>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    return {size, UnixNs(data.ftLastWriteTime)};
+}
+
 class WindowsFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
@@ -156,8 +161,7 @@ public:
         if (!Look(path, data) || IsFolder(data.dwFileAttributes)) {
             return std::nullopt;
         }
-        const qint64 size = (static_cast<qint64>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-        return FileStatus{size, UnixNs(data.ftLastWriteTime)};
+        return StatusOf(data);
     }
 
     std::unique_ptr<InputFile> Open(const QString& path) const override {
@@ -203,6 +207,18 @@ public:
         if (DeleteFileW(SystemPath(path).c_str()) == 0) {
             ThrowLastError(path);
         }
+    }
+
+    bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (!Look(path, data)) {
+            ThrowLastError(path);
+        }
+        if (keep(StatusOf(data))) {
+            return false;
+        }
+        Remove(path);
+        return true;
     }
 
     void WriteWhole(const QString& path, const QByteArray& bytes) override {

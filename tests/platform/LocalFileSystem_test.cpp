@@ -84,6 +84,38 @@ TEST_F(LocalFileSystemTest, FolderNamesAreThoseOfTheSubFolders) {
     EXPECT_THROW(files_->FolderNames(Path("file")), FileError);
 }
 
+TEST_F(LocalFileSystemTest, RemoveUnlessAsksWithTheStatus) {
+    files_->WriteWhole(Path("a"), "four");
+    const qint64 modified = files_->Status(Path("a"))->modifiedNs;
+    int asked = 0;
+    const auto answer = [&](bool keep) {
+        return [&asked, modified, keep](const FileStatus& status) {
+            ++asked;
+            EXPECT_EQ(status.size, 4);
+            EXPECT_EQ(status.modifiedNs, modified);
+            return keep;
+        };
+    };
+    EXPECT_FALSE(files_->RemoveUnless(Path("a"), answer(true)));
+    EXPECT_TRUE(files_->FileExists(Path("a")));
+    EXPECT_TRUE(files_->RemoveUnless(Path("a"), answer(false)));
+    EXPECT_FALSE(files_->FileExists(Path("a")));
+    EXPECT_THROW(files_->RemoveUnless(Path("a"), answer(false)), FileError);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(LocalFileSystemTest, RemoveUnlessLeavesFoldersAndReadOnlyFiles) {
+    const auto go = [](const FileStatus&) { return false; };
+    ASSERT_TRUE(QDir().mkdir(Path("folder")));
+    files_->WriteWhole(Path("file"), "x");
+    ASSERT_TRUE(QFile::setPermissions(Path("file"), QFileDevice::ReadOwner));
+    EXPECT_THROW(files_->RemoveUnless(Path("folder"), go), FileError);
+    EXPECT_THROW(files_->RemoveUnless(Path("file"), go), FileError);
+    EXPECT_TRUE(files_->FolderExists(Path("folder")));
+    EXPECT_TRUE(files_->FileExists(Path("file")));
+    QFile::setPermissions(Path("file"), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
 TEST_F(LocalFileSystemTest, PathWithNulNamesNothing) {
     files_->WriteWhole(Path("a"), "x");
     const QString path = Path("a") + QChar(QChar::Null) + Text("b");

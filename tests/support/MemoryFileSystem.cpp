@@ -219,6 +219,27 @@ void MemoryFileSystem::Remove(const QString& path) {
     files_.erase(Plain(path));
 }
 
+bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
+    EnterOrThrow(path);
+    FileStatus status;
+    bool readOnly = false;
+    {
+        const std::lock_guard lock(mutex_);
+        const File& file = Find(path)->second;
+        status = {file.bytes.size(), file.modifiedNs};
+        readOnly = file.readOnly;
+    }
+    if (keep(status)) {
+        return false;
+    }
+    if (readOnly) {
+        throw FileError(path, QStringLiteral("The file is read-only."));
+    }
+    const std::lock_guard lock(mutex_);
+    files_.erase(Plain(path));
+    return true;
+}
+
 void MemoryFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
     EnterOrThrow(path);
     const std::lock_guard lock(mutex_);
