@@ -151,6 +151,8 @@ private:
     void mnuActions_Click();
     void mnuActionsDelete_Click();
     void mnuActionsUnblock_Click();
+    void mnuMessageDelete_Click();
+    void mnuMessageUnblock_Click();
     void TolerateSelectedSender();
     void MaintainWhitelist();
     std::function<void(bool)> TimerSwitch();

@@ -53,7 +53,12 @@ void frmMain::ShowNextMessage(int row) {
         return;
     }
     lvwMessages->SelectOnly(row);
-    UpdateSelectionStatus();
+    try {
+        UpdateSelectionStatus();
+    } catch (const RuntimeError& error) {
+        // A size that cannot be counted must not keep the message from being shown.
+        DropFailures({{MessagePath(row), error.Text()}});
+    }
     if (!LoadRawPane(MessagePath(row))) {
         rtfRaw->clear(); // the message that was shown has just gone
     }
@@ -78,6 +83,14 @@ void frmMain::mnuActionsDelete_Click() {
 
 void frmMain::mnuActionsUnblock_Click() {
     ProcessSelectedMessages(Action::unblock);
+}
+
+void frmMain::mnuMessageDelete_Click() {
+    mnuActionsDelete_Click();
+}
+
+void frmMain::mnuMessageUnblock_Click() {
+    mnuActionsUnblock_Click();
 }
 
 // The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.

@@ -6,6 +6,7 @@
 #include "messages/Disposal.h"
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 #include <QTreeWidgetItemIterator>
 
 namespace quellbox {
@@ -105,6 +106,7 @@ void frmMain::ShowMessageStructure(int row) {
 
 void frmMain::FillTree() {
     trvMessage->setUpdatesEnabled(false);
+    const auto showAgain = qScopeGuard([this] { trvMessage->setUpdatesEnabled(true); });
     trvMessage->clear();
     QList<QTreeWidgetItem*> top;
     for (const StructureNode& node : structure_) {
@@ -113,7 +115,6 @@ void frmMain::FillTree() {
     trvMessage->addTopLevelItems(top);
     top.front()->setExpanded(true);
     ApplyToggles(buttons_[QStringLiteral("collapse")]->isChecked());
-    trvMessage->setUpdatesEnabled(true);
 }
 
 void frmMain::ApplyToggles(bool expandAll) {

@@ -139,8 +139,8 @@ void frmMain::CreateMenus() {
     }
 
     mnuMessage = AddMenu(this, "mnuMessage", tr("Message"));
-    on(AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete")), [this] { mnuActionsDelete_Click(); });
-    on(AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock")), [this] { mnuActionsUnblock_Click(); });
+    on(AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete")), [this] { mnuMessageDelete_Click(); });
+    on(AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock")), [this] { mnuMessageUnblock_Click(); });
     mnuMessageTolerate = AddEntry(mnuMessage, "mnuMessageTolerate", tr("&Tolerate..."));
     on(mnuMessageTolerate, [this] { TolerateSelectedSender(); });
     AddBar(mnuMessage, "mnuBarHelpView");

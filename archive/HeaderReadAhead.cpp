@@ -22,6 +22,7 @@ constexpr int filesMeasured = 8;
 ReadRow MakeRow(const FileSystem& files, const QString& folder, const FileEntry& entry, bool bulk) {
     ReadRow result;
     MessageRow& row = result.row;
+    result.modifiedNs = entry.status.modifiedNs;
     row.key = entry.name;
     row.cells[ColumnDate] = ListDate(entry.status.modifiedNs);
     row.cells[ColumnSize] = QString::number(entry.status.size);

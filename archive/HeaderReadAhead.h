@@ -14,6 +14,7 @@ namespace quellbox {
 /// A row made from a message file, and whether its headers were read.
 struct ReadRow {
     MessageRow row;
+    qint64 modifiedNs = 0; ///< of the file, as in FileStatus
     bool loaded = false;
 };
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 
 namespace quellbox {
 
@@ -23,6 +24,27 @@ constexpr std::chrono::milliseconds longestWait{8};
 // Each batch of rows makes the views lay themselves out, so the first comes soon and later ones ever more rarely.
 constexpr qint64 firstFlushMs = 60;
 constexpr qint64 rarestFlushMs = 1000;
+
+/// Removes what an incremental pass does not add: everything up to `lastAdded`, or everything when that has vanished.
+/// Where it was touched since it was listed, and so has moved back in the order, what lies behind its former place is
+/// new as well.
+void KeepWhatFollows(std::vector<FileEntry>& files, const QString& lastAdded, const Arrival& asListed) {
+    const auto last = std::find_if(files.begin(), files.end(),
+                                   [&lastAdded](const FileEntry& file) { return file.name == lastAdded; });
+    if (last == files.end()) {
+        files.clear();
+        return;
+    }
+    const bool wasTouched = asListed.name == lastAdded && last->status.modifiedNs > asListed.modifiedNs;
+    if (!wasTouched) {
+        files.erase(files.begin(), last + 1);
+        return;
+    }
+    std::erase_if(files, [&](const FileEntry& file) {
+        const auto place = std::tie(file.status.modifiedNs, file.name);
+        return file.name == lastAdded || place < std::tie(asListed.modifiedNs, asListed.name);
+    });
+}
 
 } // namespace
 
@@ -97,9 +119,7 @@ RefreshPass::Listing RefreshPass::ReadListing() {
 
 std::vector<FileEntry> RefreshPass::FilesToAdd(std::vector<FileEntry> files) const {
     if (!state_.LastAddedFile.isEmpty()) {
-        const auto last = std::find_if(files.begin(), files.end(),
-                                       [this](const FileEntry& file) { return file.name == state_.LastAddedFile; });
-        files.erase(files.begin(), last == files.end() ? last : last + 1);
+        KeepWhatFollows(files, state_.LastAddedFile, state_.LastArrival);
         // A listed file that was written to again comes later in the order, and is still one row.
         std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
     }
@@ -126,6 +146,7 @@ void RefreshPass::AddRow(ReadRow read, bool markNew) {
     MessageRow& row = read.row;
     row.unread = markNew;
     state_.LastAddedFile = row.key;
+    state_.LastArrival = {row.key, read.modifiedNs};
     if (read.loaded) {
         state_.strXSender = row.tag;
     }

@@ -3,6 +3,7 @@
 #include "contents/RawText.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
 #include <QTextCursor>
 
 namespace quellbox {
@@ -44,6 +45,7 @@ void RawPane::Start(const QString& fileName, const QString& text) {
     text_ = text;
     position_ = 0;
     endsLine_ = true;
+    isCut_ = false;
     QPlainTextEdit::clear();
     AppendChunk(firstChunk);
     moveCursor(QTextCursor::Start);
@@ -71,6 +73,22 @@ void RawPane::AppendChunk(qsizetype wanted) {
     end.insertText(chunk);
     position_ += size;
     endsLine_ = chunk.endsWith(QLatin1Char('\n')) || chunk.endsWith(QLatin1Char('\r'));
+    CutWhenTooLong();
+}
+
+void RawPane::CutWhenTooLong() {
+    if (IsComplete() || document()->blockCount() < mostLines) {
+        return;
+    }
+    isCut_ = true;
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    if (!endsLine_) {
+        end.insertBlock();
+    }
+    const QLocale locale;
+    end.insertText(tr("[The rest is not shown: %1 of %2 characters]")
+                       .arg(locale.toString(text_.size() - position_), locale.toString(text_.size())));
 }
 
 void RawPane::AppendForAWhile() {

@@ -28,18 +28,24 @@ public:
     /// The whole text, also while part of it is still to come.
     const QString& Text() const { return text_; }
 
-    /// True when the whole text has arrived in the control.
-    bool IsComplete() const { return position_ == text_.size(); }
+    /// True when the control holds the whole text, or as much of it as it ever will: of a text with more than
+    /// `mostLines` lines a last line says that the rest is not shown.
+    bool IsComplete() const { return position_ == text_.size() || isCut_; }
+
+    /// Each line costs memory and time of its own, even an empty one.
+    static constexpr int mostLines = 1'000'000;
 
 private:
     void Start(const QString& fileName, const QString& text);
     void AppendChunk(qsizetype wanted);
+    void CutWhenTooLong();
     void AppendForAWhile();
 
     QString fileName_;
     QString text_;
     qsizetype position_ = 0; // how much of the text the control holds
     bool endsLine_ = true;   // that part ends with a line end
+    bool isCut_ = false;     // the rest is not shown
     QTimer rest_;
 };
 

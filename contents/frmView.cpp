@@ -43,8 +43,17 @@ void frmView::closeEvent(QCloseEvent* event) {
     QWidget::closeEvent(event);
 }
 
+void frmView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    KeepInside();
+}
+
 void frmView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    KeepInside();
+}
+
+void frmView::KeepInside() {
     if (!isVisible() || isMinimized() || isMaximized() || isFullScreen()) {
         return;
     }

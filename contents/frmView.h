@@ -25,10 +25,12 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void KeepInside();
     bool rtfRaw_KeyPress(const QKeyEvent& event);
 
     SettingsStore& store_;

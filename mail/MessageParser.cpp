@@ -35,11 +35,20 @@ void AddFields(GMimeObject* object, Fields& fields) {
         fields.push_back(g_mime_header_list_get_header_at(list, i));
 }
 
+/// A field name as text. It is no text to be decoded or trimmed (RFC 5322 has printable ASCII only): what else is in it
+/// is made visible, so that no deviant name can pass for that of another field.
+QString NameText(const char* name) {
+    QString text = QString::fromLatin1(name);
+    const auto deviant = [](QChar c) { return c <= QLatin1Char(' ') || c >= QLatin1Char('\x7F'); };
+    std::replace_if(text.begin(), text.end(), deviant, QChar(QChar::ReplacementCharacter));
+    return text;
+}
+
 std::vector<std::pair<QString, QString>> DecodeFields(const Fields& fields) {
     std::vector<std::pair<QString, QString>> decoded;
     for (GMimeHeader* field : fields) {
         const char* raw = g_mime_header_get_raw_value(field);
-        QString name = DecodeHeaderValue(g_mime_header_get_name(field));
+        QString name = NameText(g_mime_header_get_name(field));
         if (!name.isEmpty())
             decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw));
     }

@@ -41,7 +41,8 @@ run share_bench
 run memory_bench "$many"
 run responsiveness_bench "$many"
 run model_bench
-run whitelist_bench
+run whitelist_bench "$many"
 run cleansing_bench "$data"
+run raw_pane_bench
 run header_bench --benchmark_min_time=0.1
 exit "$failed"

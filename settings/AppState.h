@@ -7,6 +7,12 @@
 
 namespace quellbox {
 
+/// A file and the time of its last modification (nanoseconds since 1970) when it was listed.
+struct Arrival {
+    QString name;
+    qint64 modifiedNs = 0;
+};
+
 /// The state that several subsystems share for one run of the program. The main window owns it and lends it.
 /// LoadSettings() fills in what is stored; the rest starts as it stands here.
 struct AppState {
@@ -38,6 +44,7 @@ struct AppState {
     std::array<QString, 8> FilterCaptions;          ///< caption suffix of the day filter, by FilterDays
     QString UserName;                               ///< network user name; empty when unknown
     QString LastAddedFile;     ///< file name of the row added last; empty makes the next refresh a full one
+    Arrival LastArrival;       ///< LastAddedFile as it was listed; says nothing once the names differ
     QString strXSender;        ///< envelope sender of the message whose headers were read last
     QString FindText;          ///< text that Find searches for
     qint16 FindAll = 0;        ///< -1 when Find is to select every match, else 0

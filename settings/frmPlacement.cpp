@@ -2,14 +2,21 @@
 
 #include "settings/Placement.h"
 
+#include <QGuiApplication>
 #include <QScreen>
+
+#include <algorithm>
 
 namespace quellbox {
 
 void RestoreWindowPlacement(QWidget& form, const SettingsStore& store) {
-    const QSize available = form.screen()->size();
-    const Placement placement = ComputePlacement(ReadPlacement(store, form.objectName()), ToTwips(available.width()),
-                                                 ToTwips(available.height()));
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+    // The place may lie off every screen, but a size that no screens together could show only costs memory.
+    Placement stored = ReadPlacement(store, form.objectName());
+    stored.width = std::clamp(stored.width, 0, ToTwips(screen.virtualSize().width()));
+    stored.height = std::clamp(stored.height, 0, ToTwips(screen.virtualSize().height()));
+    const Placement placement =
+        ComputePlacement(stored, ToTwips(screen.size().width()), ToTwips(screen.size().height()));
     form.setGeometry(ToPixels(placement.left), ToPixels(placement.top), ToPixels(placement.width),
                      ToPixels(placement.height));
     if (placement.windowState == 1) {

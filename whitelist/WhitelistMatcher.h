@@ -22,12 +22,14 @@ public:
     bool TolerableSender(const QString& lowerCasedSender) const;
 
 private:
-    /// A text that some entry begins with. The nodes that continue it by one character lie side by side.
+    /// A text that some entry begins with. The nodes that continue it by one character lie side by side, and those of
+    /// the first of them follow: the end of an entry, which no other shares, is one run of memory.
     struct Node {
         quint32 firstChild = 0;
-        quint32 childCount = 0;
         quint32 fallback = 0; ///< node of the longest proper suffix that is a beginning of an entry too
-        bool isMatch = false; ///< the text ends with an entry
+        quint32 childCount = 0;
+        char16_t character = 0; ///< the last one of the text
+        bool isMatch = false;   ///< the text ends with an entry
     };
 
     static constexpr quint32 rootNode = 0;
@@ -42,7 +44,7 @@ private:
     quint32 Next(quint32 node, char16_t character) const;
 
     std::vector<Node> nodes_;
-    std::vector<char16_t> lastCharacters_;   ///< by node: the last character of its text; apart, to be searched fast
+    std::vector<char16_t> characters_;       ///< by node, as in the node; apart, to be searched fast
     std::array<quint32, 128> asciiOfRoot_{}; ///< children of the root by character; most steps begin there
 };
 

@@ -21,6 +21,7 @@ EntryCombo::EntryCombo(QWidget* parent) : QWidget(parent), edit_(new QLineEdit(t
     column->addWidget(list_, 1);
     setFocusProxy(edit_);
     edit_->installEventFilter(this);
+    list_->viewport()->installEventFilter(this);
     connect(edit_, &QLineEdit::textChanged, this, [this] {
         if (!picking_) {
             list_->setCurrentRow(-1);
@@ -62,6 +63,11 @@ void EntryCombo::SetLocked(bool locked) {
 }
 
 bool EntryCombo::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == list_->viewport()) {
+        // Without selection a press would still take the selected entry's place as the current one.
+        const bool isPress = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+        return isPress && IsLocked();
+    }
     if (event->type() == QEvent::FocusIn) {
         Q_EMIT GotFocus();
     }

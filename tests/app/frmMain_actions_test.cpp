@@ -98,6 +98,41 @@ TEST_F(Actions, ANameThatIsInPickupKeepsTheArchiveFileAndRemovesTheRow) {
     EXPECT_TRUE(Keys().contains(key));
 }
 
+TEST_F(Actions, AHeldKeyDisposesOfOneMessageOnly) {
+    Open(4);
+    Click(0);
+    for (const auto& [key, modifiers] : {std::pair{Qt::Key_Delete, Qt::KeyboardModifiers()},
+                                         {Qt::Key_U, Qt::KeyboardModifiers(Qt::ControlModifier)}}) {
+        const int before = window->Messages().Count();
+        QTest::simulateEvent(List(), true, key, modifiers, {}, false);
+        EXPECT_EQ(window->Messages().Count(), before - 1);
+        for (int repeat = 0; repeat < 5; ++repeat) {
+            QTest::simulateEvent(List(), true, key, modifiers, {}, true);
+        }
+        EXPECT_EQ(window->Messages().Count(), before - 1) << key;
+        QTest::simulateEvent(List(), false, key, modifiers, {}, false);
+    }
+    QTest::simulateEvent(List(), true, Qt::Key_T, Qt::ControlModifier, {}, true);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "no dialog for a repeated key";
+}
+
+TEST_F(Actions, AMessageWhoseSizeCannotBeCountedIsShownAllTheSame) {
+    Open(3);
+    const QStringList before = Keys();
+    MessageRow huge = window->Messages().Row(1);
+    huge.cells[ColumnSize] = QStringLiteral("4000000000");
+    window->Messages().Update(1, huge);
+    Click(0);
+    Command("mnuActionsDelete")->trigger();
+    EXPECT_EQ(Keys(), before.mid(1));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(window->Panels().Info().text, before[1]);
+    EXPECT_EQ(window->Panels().Size().text, QStringLiteral("4.000 GB"));
+    EXPECT_EQ(window->Panels().Count().text, QStringLiteral("2 messages"));
+    EXPECT_EQ(Raw()->FileName(), Archive(before[1]));
+    EXPECT_EQ(Tree()->topLevelItem(0)->text(0), QStringLiteral("MESSAGE"));
+}
+
 TEST_F(Actions, TheContextMenuDeletesToo) {
     Open(2);
     const QString key = Keys().first();

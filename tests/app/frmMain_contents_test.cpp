@@ -1,5 +1,8 @@
 #include "tests/support/RealFolderWindow.h"
 
+#include <QLocale>
+#include <QTextBlock>
+
 using namespace quellbox;
 
 namespace {
@@ -157,6 +160,45 @@ TEST_F(Contents, AHugeMessageComesInPiecesAndAnotherOneCancelsTheRest) {
     EXPECT_EQ(Raw()->toPlainText().size(), QString::fromLatin1(huge).remove(QLatin1Char('\r')).size());
     EXPECT_TRUE(Raw()->toPlainText().endsWith(QStringLiteral("the end\n")));
     EXPECT_EQ(Raw()->textCursor().position(), 0);
+}
+
+TEST_F(Contents, ALongLabelIsShortenedAndItsNodeShowsAllOfIt) {
+    constexpr int longest = 1000;
+    const QString label = QStringLiteral("SUBJECT: ");
+    for (const int size : {longest, longest + 1}) {
+        const QByteArray subject(size - label.size(), 's');
+        Write(Archive(Name(1)), "Subject: " + subject + "\r\n\r\n");
+        Open();
+        Click(0);
+        QTreeWidgetItem* item = Item(label);
+        ASSERT_NE(item, nullptr);
+        const QString whole = label + QString::fromLatin1(subject);
+        EXPECT_EQ(item->text(0), size == longest ? whole : whole.left(longest) + QChar(0x2026));
+        ClickNode(label);
+        EXPECT_EQ(Raw()->toPlainText(), whole);
+    }
+}
+
+TEST_F(Contents, ATextOfTooManyLinesSaysHowMuchIsNotShown) {
+    const QByteArray head = "Subject: x\r\n\r\n";
+    Write(Archive(Name(1)), head + QByteArray(3 * RawPane::mostLines, '\n'));
+    Open();
+    Click(0);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Raw()->IsComplete(); }, 120000));
+    const int lines = Raw()->document()->blockCount();
+    EXPECT_GE(lines, RawPane::mostLines);
+    EXPECT_LE(lines, RawPane::mostLines + RawPane::mostLines / 10);
+    const QString last = Raw()->document()->lastBlock().text();
+    const QLocale locale;
+    // All lines but the two of the head are one character each, and the last one is the notice.
+    const qsizetype all = head.size() + 3 * RawPane::mostLines;
+    const qsizetype rest = all - (head.size() + lines - 3);
+    EXPECT_EQ(last, QStringLiteral("[The rest is not shown: %1 of %2 characters]")
+                        .arg(locale.toString(rest), locale.toString(all)));
+    EXPECT_EQ(Raw()->Text().size(), all) << "the viewer still gets the whole text";
+    Raw()->ShowText(QStringLiteral("short"));
+    EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("short"));
+    EXPECT_TRUE(Raw()->IsComplete());
 }
 
 TEST_F(Contents, HtmlStaysPlainText) {

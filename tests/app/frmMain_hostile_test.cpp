@@ -64,20 +64,6 @@ TEST_F(Hostile, AMissingPickupFolderKeepsTheArchiveFiles) {
     EXPECT_EQ(window->Messages().Count(), 2);
 }
 
-TEST_F(Hostile, AReadOnlyPickupFolderKeepsTheArchiveFiles) {
-    OpenAndSelectAll(2);
-    const QString folder = root.path() + QStringLiteral("/pickup");
-    ASSERT_TRUE(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
-    if (QFile probe(Pickup(QStringLiteral("probe"))); probe.open(QIODevice::WriteOnly)) {
-        GTEST_SKIP() << "this user may write everywhere";
-    }
-    Command("mnuActionsUnblock")->trigger();
-    ExpectEmptyList();
-    ExpectOnly(Archive(), {1, 2});
-    ExpectOnly(Pickup(), {});
-    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner); // to be removed at the end
-}
-
 TEST_F(Hostile, ANameThatIsTakenStopsNoOtherMessage) {
     OpenAndSelectAll(3);
     Write(Pickup(Name(2)), "other");

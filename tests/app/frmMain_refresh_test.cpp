@@ -163,6 +163,33 @@ TEST_F(MainRefresh, WhileAPassRunsTheWindowShowsIt) {
     EXPECT_EQ(window_->Messages().Count(), 40);
 }
 
+TEST_F(MainRefresh, WhatIsToggledDuringAPassTakesEffectAfterIt) {
+    for (int number = 0; number < 40; ++number) {
+        AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 2, 10, QLatin1Char('0'))), number);
+    }
+    AddMessage("yesterday.eml", -24 * 60);
+    Set("FilterDays", "1");
+    files_.SetLatency(std::chrono::milliseconds(10));
+    pool_.setMaxThreadCount(1);
+    Open();
+    bool toggled = false;
+    WhileBusy([&] {
+        toggled = true;
+        Button("tlbMessages", "filter")->trigger();
+        Action("mnuViewBulk")->trigger();
+        EXPECT_EQ(refreshes_, 0) << "the pass goes on";
+        EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "0");
+        files_.SetLatency(std::chrono::milliseconds(0));
+    });
+    ASSERT_TRUE(WaitForRefreshes(1));
+    ASSERT_TRUE(toggled);
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "1");
+    EXPECT_EQ(window_->Messages().Count(), 40);
+    EXPECT_EQ(Cell(0, ColumnSubject), "39.eml") << "bulk mode shows file names";
+    EXPECT_FALSE(QTest::qWaitFor([this] { return refreshes_ > 2; }, 100)) << "one refresh for both";
+}
+
 TEST_F(MainRefresh, EveryKeyRestartsTheInterval) {
     AddThree();
     OpenRefreshed();

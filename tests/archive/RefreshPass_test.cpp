@@ -65,6 +65,50 @@ TEST_F(RefreshPassTest, AddsNothingWhenTheLastFileHasVanished) {
     EXPECT_EQ(state.LastAddedFile, u"002.eml"_s);
 }
 
+TEST_F(RefreshPassTest, AddsAListedFileThatIsWrittenAgainNotTwice) {
+    AddMessages(3);
+    Run();
+    AddMessage(u"new.eml"_s);
+    AddMessage(u"001.eml"_s); // written again, so it comes last in the order now
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"001.eml"_s, u"002.eml"_s, u"new.eml"_s}));
+    EXPECT_FALSE(model.Row(1).unread);
+    EXPECT_EQ(state.LastAddedFile, u"new.eml"_s);
+}
+
+TEST_F(RefreshPassTest, AddsWhatCameBeforeTheLastFileWasTouched) {
+    AddMessages(3);
+    Run();
+    AddMessage(u"new.eml"_s);
+    AddMessage(u"002.eml"_s); // the last file, touched after another one came
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"001.eml"_s, u"002.eml"_s, u"new.eml"_s}));
+    EXPECT_EQ(state.LastAddedFile, u"new.eml"_s);
+    AddMessage(u"newer.eml"_s);
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_EQ(Keys().mid(3), (QStringList{u"new.eml"_s, u"newer.eml"_s}));
+}
+
+TEST_F(RefreshPassTest, AddsNothingOlderThanTheLastFileWasBeforeItWasTouched) {
+    AddMessages(3);
+    Run();
+    model.Remove({0}); // its file stays, as after a delete that failed
+    AddMessage(u"002.eml"_s);
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_EQ(Keys(), (QStringList{u"001.eml"_s, u"002.eml"_s}));
+    EXPECT_EQ(state.LastAddedFile, u"002.eml"_s);
+}
+
+TEST_F(RefreshPassTest, ATouchedLastFileWhoseRowHasGoneIsNotAdded) {
+    AddMessages(3);
+    Run();
+    model.Remove({2});
+    AddMessage(u"new.eml"_s);
+    AddMessage(u"002.eml"_s);
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"001.eml"_s, u"new.eml"_s}));
+}
+
 TEST_F(RefreshPassTest, ComparesTheLastFileWithItsCase) {
     AddMessage(u"a.eml"_s);
     AddMessage(u"b.eml"_s);

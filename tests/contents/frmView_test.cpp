@@ -147,6 +147,43 @@ TEST_F(View, StaysInsideTheWorkArea) {
     EXPECT_TRUE(area.contains(Viewer()->frameGeometry()));
 }
 
+TEST_F(View, IsPulledIntoTheWorkAreaWhenItOpens) {
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewLeft"), QString::number(15 * (area.right() - 50)));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewTop"), QString::number(15 * (area.bottom() - 50)));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewWidth"), QStringLiteral("4500"));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewHeight"), QStringLiteral("3000"));
+    Open(1);
+    OpenViewer(0);
+    EXPECT_TRUE(area.contains(Viewer()->frameGeometry()));
+    EXPECT_EQ(Viewer()->size(), QSize(300, 200));
+}
+
+TEST_F(View, ASizeBeyondAllScreensIsCut) {
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewWidth"), QStringLiteral("2147483647"));
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ViewHeight"), QStringLiteral("-2147483648"));
+    Open(1);
+    OpenViewer(0);
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+    EXPECT_EQ(Viewer()->frameGeometry().width(), screen.availableSize().width());
+    EXPECT_EQ(Viewer()->height(), 2 * screen.size().height() / 3) << "a negative size is computed";
+    EXPECT_TRUE(screen.availableGeometry().contains(Viewer()->frameGeometry()));
+}
+
+TEST_F(View, ClosesByEscapeInTheMainWindow) {
+    Open(1);
+    OpenViewer(0);
+    QTest::keyClick(List(), Qt::Key_Escape);
+    EXPECT_EQ(Viewer(), nullptr);
+}
+
+TEST_F(View, AHeldKeyThatOpenedItDoesNotCloseIt) {
+    Open(1);
+    OpenViewer(0);
+    QTest::simulateEvent(TextOf(Viewer()), true, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+    EXPECT_NE(Viewer(), nullptr);
+}
+
 TEST_F(View, OpensFromTheContextMenuOfOneRow) {
     Open(2);
     const QPoint point = List()->visualRect(window->Messages().index(0, 0)).center();

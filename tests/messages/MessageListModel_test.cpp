@@ -34,6 +34,15 @@ TEST_F(MessageListModelTest, ShowsTheCellsByColumn) {
     EXPECT_FALSE(model.data({}, Qt::DisplayRole).isValid());
 }
 
+TEST_F(MessageListModelTest, ShowsTheFirstThousandCharactersOfALongCell) {
+    MessageRow row = RowWith(QString(1001, u's'), u"key"_s);
+    row.cells[ColumnFrom] = QString(1000, u'f');
+    model.Append({row});
+    EXPECT_EQ(Data(0, ColumnFrom, Qt::DisplayRole).toString(), QString(1000, u'f'));
+    EXPECT_EQ(Data(0, ColumnSubject, Qt::DisplayRole).toString(), QString(1000, u's') + QChar(0x2026));
+    EXPECT_EQ(model.Row(0).cells[ColumnSubject].size(), 1001) << "the row keeps all of it";
+}
+
 TEST_F(MessageListModelTest, HasNoRowsUnderARow) {
     model.Append(NumberedRows(2));
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);

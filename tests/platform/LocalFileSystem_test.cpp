@@ -1,12 +1,9 @@
 #include "platform/LocalFileSystem.h"
 
 #include "platform/RuntimeError.h"
+#include "tests/support/RealFiles.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -18,22 +15,9 @@ namespace quellbox {
 
 namespace {
 
-QString Text(const char* text) {
-    return QString::fromUtf8(text);
-}
-
-class LocalFileSystemTest : public testing::Test {
+class LocalFileSystemTest : public RealFilesTest {
 protected:
-    QString Path(const char* name) const { return folder_.path() + QLatin1Char('/') + Text(name); }
-    QByteArray Native(const char* name) const { return QFile::encodeName(folder_.path()) + "/" + name; }
-    QStringList Names() const {
-        QStringList names = files_->FileNames(folder_.path());
-        names.sort();
-        return names;
-    }
-
-    QTemporaryDir folder_;
-    std::unique_ptr<FileSystem> files_ = MakeLocalFileSystem();
+    QStringList Names() const { return NamesIn(folder_.path()); }
 };
 
 TEST_F(LocalFileSystemTest, WrittenBytesComeBackAndNothingElseIsLeft) {

@@ -1,12 +1,9 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/PosixMove.h"
 #include "platform/RuntimeError.h"
+#include "tests/support/RealFiles.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #ifndef _WIN32
 #include <cerrno>
@@ -18,11 +15,7 @@ namespace quellbox {
 
 namespace {
 
-QString Text(const char* text) {
-    return QString::fromUtf8(text);
-}
-
-class MoveTest : public testing::Test {
+class MoveTest : public RealFilesTest {
 protected:
     void SetUp() override {
         ASSERT_TRUE(QDir(folder_.path()).mkdir(Text("archive")));
@@ -30,10 +23,6 @@ protected:
         files_->WriteWhole(from_, "message");
     }
 
-    QByteArray Native(const QString& path) const { return QFile::encodeName(path); }
-
-    QTemporaryDir folder_;
-    std::unique_ptr<FileSystem> files_ = MakeLocalFileSystem();
     const QString from_ = folder_.path() + Text("/archive/a.EML");
     const QString to_ = folder_.path() + Text("/pickup/a.EML");
 };

@@ -1,12 +1,9 @@
 #include "platform/RuntimeError.h"
 #include "platform/SettingsStore.h"
+#include "tests/support/RealFiles.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace quellbox {
 
@@ -14,26 +11,9 @@ namespace {
 
 #ifndef _WIN32
 
-QString Text(const char* text) {
-    return QString::fromUtf8(text);
-}
-
 /// Gives every test a configuration folder of its own.
 class SettingsStoreTest : public testing::Test {
 protected:
-    void SetUp() override {
-        before_ = qgetenv("XDG_CONFIG_HOME");
-        qputenv("XDG_CONFIG_HOME", folder_.path().toUtf8());
-    }
-
-    void TearDown() override {
-        if (before_.isNull()) {
-            qunsetenv("XDG_CONFIG_HOME");
-        } else {
-            qputenv("XDG_CONFIG_HOME", before_);
-        }
-    }
-
     QString FilePath(const char* application) const {
         return folder_.path() + QLatin1Char('/') + Text(application) + Text("/settings.ini");
     }
@@ -48,7 +28,7 @@ protected:
     QTemporaryDir folder_;
 
 private:
-    QByteArray before_;
+    ChangedVariable configuration_{"XDG_CONFIG_HOME", folder_.path().toUtf8()};
 };
 
 TEST_F(SettingsStoreTest, AbsentKeyDiffersFromEmptyText) {

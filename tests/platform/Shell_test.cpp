@@ -1,11 +1,9 @@
 #include "platform/Shell.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QThread>
+#include "tests/support/RealFiles.h"
 
-#include <gtest/gtest.h>
+#include <QDir>
+#include <QThread>
 
 namespace quellbox {
 
@@ -13,24 +11,17 @@ namespace {
 
 #ifndef _WIN32
 
-QString Text(const char* text) {
-    return QString::fromUtf8(text);
-}
-
 /// Puts a program named xdg-open first in the search path; it writes down its arguments.
 class ShellTest : public testing::Test {
 protected:
     void SetUp() override {
-        before_ = qgetenv("PATH");
-        qputenv("PATH", folder_.path().toUtf8() + ":" + before_);
+        qputenv("PATH", folder_.path().toUtf8() + ":" + path_.Before());
         QFile program(folder_.path() + Text("/xdg-open"));
         ASSERT_TRUE(program.open(QIODevice::WriteOnly));
         program.write("#!/bin/sh\nprintf '%s:%s' \"$#\" \"$1\" > '" + ResultPath().toUtf8() + ".part'\nmv '" +
                       ResultPath().toUtf8() + ".part' '" + ResultPath().toUtf8() + "'\n");
         program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-
-    void TearDown() override { qputenv("PATH", before_); }
 
     QString ResultPath() const { return folder_.path() + Text("/result"); }
 
@@ -50,7 +41,7 @@ protected:
     QTemporaryDir folder_;
 
 private:
-    QByteArray before_;
+    ChangedVariable path_{"PATH", {}};
 };
 
 TEST_F(ShellTest, TargetIsOneArgumentWhateverItHolds) {

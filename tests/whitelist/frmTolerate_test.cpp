@@ -222,6 +222,20 @@ TEST_F(Tolerate, InTolerateModeTheListIsLocked) {
     EXPECT_FALSE(Button("btnAll")->isEnabled());
 }
 
+TEST_F(Tolerate, InTolerateModeAListedSenderIsSelectedByAdd) {
+    Open({QStringLiteral("a@x.org"), QStringLiteral("b@x.org")}, ToleranceWord::tolerate);
+    dialog->SetSender(QStringLiteral("B@x.org"));
+    Button("btnAdd")->click();
+    EXPECT_EQ(List()->count(), 2);
+    ASSERT_EQ(List()->selectedItems().size(), 1);
+    EXPECT_EQ(List()->selectedItems().first()->text(), QStringLiteral("b@x.org"));
+    EXPECT_EQ(List()->currentRow(), 1);
+    EXPECT_FALSE(Button("btnRemove")->isEnabled());
+    ClickEntry(0);
+    EXPECT_EQ(List()->currentRow(), 1) << "the list is locked";
+    EXPECT_EQ(Edit()->text(), QStringLiteral("b@x.org"));
+}
+
 TEST_F(Tolerate, InTolerateModeASenderWithoutAnAtLeavesAddDisabled) {
     Open({}, ToleranceWord::tolerate);
     dialog->SetSender(QStringLiteral("postmaster"));
