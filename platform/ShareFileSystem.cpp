@@ -118,6 +118,10 @@ void ShareFileSystem::Remove(const QString& path) {
     files_->Remove(LocalOrThrow(path));
 }
 
+bool ShareFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
+    return files_->RemoveUnless(LocalOrThrow(path), keep);
+}
+
 void ShareFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
     files_->WriteWhole(LocalOrThrow(path), bytes);
 }
