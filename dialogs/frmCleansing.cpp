@@ -44,6 +44,8 @@ frmCleansing::~frmCleansing() = default;
 
 void frmCleansing::optDays_Click(qint16 index) {
     state_.CleansingDays = index;
+    // A shorter text must not move the buttons under the pointer.
+    ui_->lblInfo->setMinimumHeight(ui_->lblInfo->height());
     ui_->lblInfo->setText(ForLabel(CleansingQuestion(state_.ArchiveDir, index)));
     ui_->btnOK->setEnabled(true);
 }

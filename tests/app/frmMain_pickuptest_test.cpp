@@ -2,6 +2,7 @@
 #include "tests/support/MainWindowFixture.h"
 
 #include <QDialog>
+#include <QPushButton>
 
 namespace quellbox {
 namespace {
@@ -61,7 +62,7 @@ private:
         EXPECT_EQ(box->icon(), QMessageBox::Warning);
         EXPECT_EQ(box->textFormat(), Qt::PlainText);
         EXPECT_EQ(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
-        EXPECT_EQ(box->defaultButton(), box->button(QMessageBox::No));
+        EXPECT_TRUE(box->defaultButton() == box->button(QMessageBox::No));
         EXPECT_EQ(window_->Panels().Info().text, QString());
         ++questions_;
         question_ = box->text();
