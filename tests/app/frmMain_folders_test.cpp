@@ -181,7 +181,7 @@ TEST_F(MainFolders, AnotherArchiveStopsThePassThatRuns) {
     EXPECT_TRUE(chosen);
     EXPECT_EQ(seen, 0);
     EXPECT_EQ(Keys(), "new.eml");
-    EXPECT_EQ(Panel("count"), "1 message");
+    EXPECT_EQ(Panel("count"), "1 messages");
     EXPECT_TRUE(List()->isEnabled());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
