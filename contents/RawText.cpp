@@ -2,6 +2,8 @@
 
 #include "mail/Charset.h"
 
+#include <algorithm>
+
 namespace quellbox {
 
 QString RawText(const QByteArray& bytes) {
@@ -23,9 +25,12 @@ qsizetype NextChunk(const QString& text, qsizetype position, qsizetype wanted) {
     if (lineEnd >= 0) {
         return lineEnd + 1;
     }
-    const QChar before = piece.back();
+    // Breaking a piece without blanks into rows takes a time that grows with the square of its length.
+    constexpr qsizetype longestPiece = 2048;
+    const qsizetype size = std::min(wanted, longestPiece);
+    const QChar before = piece[size - 1];
     const bool splits = before == u'\r' || before.isHighSurrogate();
-    return splits ? wanted + 1 : wanted;
+    return splits ? size + 1 : size;
 }
 
 } // namespace quellbox

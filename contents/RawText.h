@@ -10,7 +10,7 @@ namespace quellbox {
 QString RawText(const QByteArray& bytes);
 
 /// How much of `text` to show next, from `position` on: about `wanted` characters, up to the end of a line where there
-/// is one, and never between the halves of a line end or of a character.
+/// is one, else no more than 2048, and never between the halves of a line end or of a character.
 qsizetype NextChunk(const QString& text, qsizetype position, qsizetype wanted);
 
 } // namespace quellbox

@@ -24,6 +24,12 @@ TEST(NextChunk, EndsAtALineEndWhereThereIsOne) {
     EXPECT_EQ(NextChunk(QStringLiteral("a\r\nb\r\ncdefg"), 0, 8), 6);
 }
 
+TEST(NextChunk, TakesSmallPiecesOfALongLine) {
+    EXPECT_EQ(NextChunk(QString(20'000, u'x'), 0, 16'384), 2048);
+    EXPECT_EQ(NextChunk(QString(2047, u'x') + QStringLiteral("\r\n") + QString(20'000, u'x'), 0, 2048), 2049);
+    EXPECT_EQ(NextChunk(QString(5000, u'x') + QStringLiteral("\n") + QString(20'000, u'x'), 0, 16'384), 5001);
+}
+
 TEST(NextChunk, NeverSplitsALineEndOrACharacter) {
     EXPECT_EQ(NextChunk(QStringLiteral("abc\r\ndef"), 0, 4), 5);
     EXPECT_EQ(NextChunk(QStringLiteral("ab\U0001F600cd"), 0, 3), 4);
