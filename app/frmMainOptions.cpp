@@ -14,12 +14,14 @@ constexpr const char* refreshMark = "Tag"; // of mnuToolsOptions: "X" when the d
 
 } // namespace
 
+// Another archive, which the dialog lets the user select, has left the list empty; that is no reason to wait for a tick.
 void frmMain::mnuToolsOptions_Click() {
     if (busy_ || pass_) {
         return;
     }
+    const QString archive = state_.ArchiveDir;
     ShowOptions();
-    if (!mnuToolsOptions->property(refreshMark).toString().isEmpty()) {
+    if (!mnuToolsOptions->property(refreshMark).toString().isEmpty() || state_.ArchiveDir != archive) {
         mnuAcRefresh_Click();
         mnuToolsOptions->setProperty(refreshMark, QString());
     }
