@@ -134,6 +134,11 @@ void frmMain::RestoreFromTray() {
     if (active == nullptr) {
         active = QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : this;
     }
+    // Many desktops minimize dialogs together with their window, but bring back only the window.
+    for (QWidget* form = active; form != nullptr; form = form->parentWidget()) {
+        form = form->window();
+        form->setWindowState(form->windowState() & ~Qt::WindowMinimized);
+    }
     active->raise();
     active->activateWindow();
 }
