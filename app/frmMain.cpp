@@ -2,6 +2,8 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
+#include "app/TrayIcon.h"
+#include "app/frmHelp.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
 #include "settings/Placement.h"
@@ -27,6 +29,7 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
     CreatePanes();
     ConnectList();
     ConnectContents();
+    ConnectTray();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
@@ -35,7 +38,11 @@ frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
 }
 
 frmMain::~frmMain() {
+    if (ports_.tray != nullptr) {
+        ports_.tray->SetMenu(nullptr);
+    }
     delete view_;
+    help_.reset();
     qApp->removeEventFilter(this);
 }
 
@@ -61,6 +68,7 @@ void frmMain::ApplySettings() {
     mnuViewBulk->setChecked(state_.BulkMode);
     mnuViewFormat->setChecked(true);
     ShowBulkMode();
+    ShowTrayIcon(mnuViewHide->isChecked() ? 1 : 0, ports_.program.Title);
     LayOut();
     DividePanes();
     ShowSortArrow();
@@ -99,6 +107,10 @@ void frmMain::closeEvent(QCloseEvent* event) {
         pass_->Cancel();
     }
     CloseViewer();
+    if (help_ != nullptr) {
+        help_->close();
+    }
+    ShowTrayIcon(0, ports_.program.Title);
     const bool historyIsPending = UnloadFind();
     if (!isMinimized()) {
         Guarded([this] { SaveAllSettings(); });

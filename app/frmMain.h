@@ -19,6 +19,7 @@
 #include <QToolBar>
 #include <QTreeWidget>
 
+#include <memory>
 #include <optional>
 
 namespace quellbox {
@@ -26,6 +27,8 @@ namespace quellbox {
 class frmFind;
 class MessageListView;
 class StatusBarView;
+class TrayIcon;
+class frmHelp;
 
 /// The ports that the main window works with; they outlive it.
 struct MainPorts {
@@ -36,6 +39,7 @@ struct MainPorts {
     QThreadPool& pool;
     const Volumes& volumes;
     const ProgramInfo& program;
+    TrayIcon* tray = nullptr; ///< null is a desktop without a notification area
 };
 
 /// The main window. It owns the program's state and hands events to the stages behind it.
@@ -97,8 +101,6 @@ private:
     QAction* AddEntry(QMenu* menu, const char* name, const QString& caption, const QString& shortcut = {});
     void AddBar(QMenu* menu, const char* name);
     QAction* AddButton(QToolBar* bar, const char* key, const QString& toolTip, bool twoState);
-    void SetCommandEnabled(QAction* command, bool enabled);
-    void WithoutCode(std::initializer_list<QAction*> commands);
     void SetMenuPictures();
 
     // frmMainLayout.cpp
@@ -114,8 +116,10 @@ private:
     void mnuView_Click();
     void splWhole_Moved();
     void splBottom_Moved();
+    bool WindowKeyDown(QWidget& widget, QEvent* event);
     void FormKeyDown(int key);
     void PutOffRefresh();
+    void FormShownOrHidden(const QWidget* form);
 
     // frmMainList.cpp
     void ConnectList();
@@ -188,13 +192,30 @@ private:
     std::function<void(bool)> OptionsTimerSwitch();
 
     // frmMainTray.cpp
+    void ConnectTray();
+    bool TrayExists() const;
     void mnuViewHide_Click();
     void mnuTrExit_Click();
+    void traSystemTray_RightButton();
     void RestoreFromTray();
     void ShowTrayIcon(int show, const QString& tip);
+    void ExplainHiding();
+    void HideWhenMinimized();
+    void tmrTray_Timer();
+    void RememberWindowState();
+    void SetSavedWindowState();
+    bool OtherFormIsLoaded() const;
+    void OfferTrayMenu();
 
     // frmMainHelp.cpp
     void mnuHelpStarting_Click(qint16 index);
+    void ShowHelpOf(const QWidget* form);
+    void ShowInHelpViewer(const QString& topic, HelpCommand command, qint16 contextId);
+    frmHelp& HelpWindow();
+    void LetUseBesideDialogs();
+    void ConnectHelpButton(const QWidget* form);
+    void btnHelp_Click();
+    bool HelpKeyDown(QWidget* widget);
     void mnuHelpCheck_Click();
     void mnuHelpFeedback_Click();
     void mnuHelpAbout_Click();
@@ -230,11 +251,11 @@ private:
     int ClickedColumn = 0;
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
-    QList<QAction*> withoutCode_;
     MailMessage maiTree;
     StructureTree structure_; // what trvMessage shows
     QPointer<frmView> view_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
+    std::unique_ptr<frmHelp> help_; // made when help is first asked for
 
     MessageListView* lvwMessages = nullptr;
     QTreeWidget* trvMessage = nullptr;
@@ -246,6 +267,7 @@ private:
     QToolBar* tlbContents = nullptr;
     StatusBarView* stbBottom = nullptr;
     QTimer* tmrRefresh = nullptr;
+    QTimer* tmrTray = nullptr; // runs while the window is hidden
 
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;

@@ -72,9 +72,9 @@ void frmMain::ShowNextMessage(int row) {
 void frmMain::mnuActions_Click() {
     const QModelIndex current = lvwMessages->currentIndex();
     const bool isSelected = current.isValid() && lvwMessages->selectionModel()->isRowSelected(current.row());
-    SetCommandEnabled(mnuActionsDelete, isSelected);
-    SetCommandEnabled(mnuActionsUnblock, isSelected);
-    SetCommandEnabled(mnuActionsTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
+    mnuActionsDelete->setEnabled(isSelected);
+    mnuActionsUnblock->setEnabled(isSelected);
+    mnuActionsTolerate->setEnabled(buttons_[QStringLiteral("tolerate")]->isEnabled());
 }
 
 void frmMain::mnuActionsDelete_Click() {

@@ -123,7 +123,8 @@ void frmMain::ShowContentsBand() {
 }
 
 void frmMain::mnuView_Click() {
-    SetCommandEnabled(mnuViewFormat, mnuViewContents->isChecked());
+    mnuViewFormat->setEnabled(mnuViewContents->isChecked());
+    ExplainHiding();
 }
 
 void frmMain::mnuViewContents_Click() {
@@ -190,6 +191,7 @@ void frmMain::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         LayOut();
         DividePanes();
+        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
@@ -198,7 +200,7 @@ void frmMain::resizeEvent(QResizeEvent* event) {
     if (isMinimized()) {
         return;
     }
-    state_.SavedWindowState = isMaximized() ? 2 : 0;
+    RememberWindowState();
     LayOut();
 }
 
@@ -206,14 +208,44 @@ void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::FontChange && lvwMessages != nullptr) {
         lvwMessages->FitColumns();
+    } else if (event->type() == QEvent::WindowStateChange) {
+        RememberWindowState();
+        // A window cannot be hidden in the midst of what minimizes it.
+        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    const auto* widget = isKey ? qobject_cast<QWidget*>(watched) : nullptr;
-    if (widget == nullptr || widget->window() != this) {
-        return QMainWindow::eventFilter(watched, event);
+    const QEvent::Type type = event->type();
+    const bool isKey = type == QEvent::KeyPress || type == QEvent::ShortcutOverride;
+    const bool isShowing = type == QEvent::Show || type == QEvent::Hide;
+    auto* widget = isKey || isShowing ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (widget != nullptr && isShowing && widget->isWindow() && widget != this) {
+        FormShownOrHidden(widget);
+    }
+    if (widget != nullptr && isKey && WindowKeyDown(*widget, event)) {
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// What the other windows of the program need of this one, so that they need not know it.
+void frmMain::FormShownOrHidden(const QWidget* form) {
+    if (form->isVisible()) {
+        ConnectHelpButton(form);
+    }
+    OfferTrayMenu();
+    // What is modal is known only when the window has come or gone.
+    QTimer::singleShot(0, this, [this] { LetUseBesideDialogs(); });
+}
+
+bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (event->type() == QEvent::KeyPress && key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier) {
+        return HelpKeyDown(&widget);
+    }
+    if (widget.window() != this) {
+        return false;
     }
     // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts. A key that is a
     // shortcut shows itself here only.
@@ -223,10 +255,10 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     // What the focused control leaves alone passes here again on its way up.
-    if (widget->hasFocus() || (widget == this && focusWidget() == nullptr)) {
-        FormKeyDown(static_cast<QKeyEvent*>(event)->key());
+    if (widget.hasFocus() || (&widget == this && focusWidget() == nullptr)) {
+        FormKeyDown(key->key());
     }
-    return QMainWindow::eventFilter(watched, event);
+    return false;
 }
 
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.

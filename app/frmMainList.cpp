@@ -2,6 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
+#include "app/TrayIcon.h"
 #include "archive/MessageHeaders.h"
 
 #include <QApplication>
@@ -74,8 +75,8 @@ void frmMain::ReadMessageHeaders(int row) {
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
     // The press that selected the row came after the commands were enabled for what was selected before.
-    SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
-    SetCommandEnabled(mnuMessageTolerate, buttons_[QStringLiteral("tolerate")]->isEnabled());
+    mnuMessageView->setEnabled(UpdateSelectionStatus() == 1);
+    mnuMessageTolerate->setEnabled(buttons_[QStringLiteral("tolerate")]->isEnabled());
     mnuMessage->popup(screen);
 }
 
@@ -92,7 +93,7 @@ void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifier
     constexpr auto modifierKeys = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
     LastMouseButton = button;
     LoadOnItemClick = (modifiers & modifierKeys) == Qt::NoModifier;
-    SetCommandEnabled(mnuMessageView, UpdateSelectionStatus() == 1);
+    mnuMessageView->setEnabled(UpdateSelectionStatus() == 1);
     ClickedColumn = lvwMessages->ColumnAt(x);
 }
 
@@ -113,16 +114,19 @@ qint16 frmMain::UpdateSelectionStatus() {
         panels_.SetInfo(status.info.text);
         panels_.SetSize(status.size.text, status.size.toolTip);
         panels_.SetCount(status.count);
+        if (ports_.tray != nullptr) {
+            ports_.tray->SetTip(ports_.program.Title + QStringLiteral(": ") + status.count);
+        }
     }
     for (auto button = buttons_.cbegin(); button != buttons_.cend(); ++button) {
-        SetCommandEnabled(button.value(), status.hasSelection);
+        button.value()->setEnabled(status.hasSelection);
     }
-    SetCommandEnabled(buttons_[QStringLiteral("find")], status.hasRows);
-    SetCommandEnabled(buttons_[QStringLiteral("filter")], true);
-    SetCommandEnabled(buttons_[QStringLiteral("cleansing")], true);
-    SetCommandEnabled(buttons_[QStringLiteral("whitelist")], status.usesWhitelist);
-    SetCommandEnabled(buttons_[QStringLiteral("tolerate")], status.canTolerate);
-    SetCommandEnabled(mnuMessageTolerate, status.usesWhitelist);
+    buttons_[QStringLiteral("find")]->setEnabled(status.hasRows);
+    buttons_[QStringLiteral("filter")]->setEnabled(true);
+    buttons_[QStringLiteral("cleansing")]->setEnabled(true);
+    buttons_[QStringLiteral("whitelist")]->setEnabled(status.usesWhitelist);
+    buttons_[QStringLiteral("tolerate")]->setEnabled(status.canTolerate);
+    mnuMessageTolerate->setEnabled(status.usesWhitelist);
     mnuActions_Click(); // a shortcut works without the menu having been opened
     return state_.SelectedCount;
 }
@@ -138,7 +142,7 @@ void frmMain::ClearSelection() {
 }
 
 void frmMain::mnuEdit_Click() {
-    SetCommandEnabled(mnuEditFindNext, !state_.FindText.isEmpty());
+    mnuEditFindNext->setEnabled(!state_.FindText.isEmpty());
 }
 
 void frmMain::mnuEditSelectAll_Click() {

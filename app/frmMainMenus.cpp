@@ -67,7 +67,7 @@ void frmMain::CreateMenus() {
     on(findAll, [this] { mnuEditFindAll_Click(); });
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
     // Its key works without the menu having been opened, even with an empty text, which occurs everywhere.
-    connect(mnuEdit, &QMenu::aboutToHide, this, [this] { SetCommandEnabled(mnuEditFindNext, true); });
+    connect(mnuEdit, &QMenu::aboutToHide, this, [this] { mnuEditFindNext->setEnabled(true); });
 
     mnuView = AddMenu(this, "mnuView", tr("&View"));
     mnuViewBulk = AddEntry(mnuView, "mnuViewBulk", tr("Bulk mode"), QStringLiteral("Ctrl+B"));
@@ -87,7 +87,6 @@ void frmMain::CreateMenus() {
     on(mnuViewContents, [this] { mnuViewContents_Click(); });
     on(mnuViewFormat, [this] { mnuViewFormat_Click(); });
     on(mnuViewHide, [this] { mnuViewHide_Click(); });
-    WithoutCode({mnuViewHide});
     connect(mnuView, &QMenu::aboutToShow, this, &frmMain::mnuView_Click);
 
     mnuActions = AddMenu(this, "mnuActions", tr("&Actions"));
@@ -132,7 +131,6 @@ void frmMain::CreateMenus() {
     on(check, [this] { mnuHelpCheck_Click(); });
     on(feedback, [this] { mnuHelpFeedback_Click(); });
     on(about, [this] { mnuHelpAbout_Click(); });
-    WithoutCode({starting, suggestions, check, feedback, about});
 
     for (QMenu* menu : {mnuFile, mnuEdit, mnuView, mnuActions, mnuTools, mnuHelp}) {
         menuBar()->addMenu(menu);
@@ -156,7 +154,7 @@ void frmMain::CreateMenus() {
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
     on(restore, [this] { RestoreFromTray(); });
     on(trayExit, [this] { mnuTrExit_Click(); });
-    WithoutCode({restore});
+    mnuTray->setDefaultAction(restore);
 }
 
 QAction* frmMain::AddButton(QToolBar* bar, const char* key, const QString& toolTip, bool twoState) {
@@ -200,18 +198,6 @@ void frmMain::CreateToolbars() {
     connect(tlbContents, &QToolBar::actionTriggered, this, [this](const QAction* button) {
         Guarded([this, button] { tlbContents_ButtonClick(button->property("key").toString()); });
     });
-}
-
-// A command that the program does not have yet is shown, but never enabled.
-void frmMain::WithoutCode(std::initializer_list<QAction*> commands) {
-    for (QAction* command : commands) {
-        withoutCode_.append(command);
-        command->setEnabled(false);
-    }
-}
-
-void frmMain::SetCommandEnabled(QAction* command, bool enabled) {
-    command->setEnabled(enabled && !withoutCode_.contains(command));
 }
 
 void frmMain::SetMenuPictures() {

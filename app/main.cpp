@@ -1,3 +1,4 @@
+#include "app/TrayIcon.h"
 #include "app/frmMain.h"
 
 #include "platform/ShareFileSystem.h"
@@ -60,7 +61,8 @@ int main(int argc, char** argv) {
     QThreadPool pool; // ends before the file system that its readers use
     pool.setMaxThreadCount(mostThreads);
 
-    frmMain window({*files, *store, clock, shell, pool, volumes, program});
+    SystemTrayIcon tray;
+    frmMain window({*files, *store, clock, shell, pool, volumes, program, &tray});
     int exitCode = 0;
     if (parser.isSet(printList) || parser.isSet(screenshot)) {
         const auto report = [&] {

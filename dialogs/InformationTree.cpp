@@ -1,6 +1,5 @@
 #include "dialogs/InformationTree.h"
 
-#include "archive/LocalTime.h"
 #include "mail/MailMessage.h"
 
 #include <QCoreApplication>
@@ -8,11 +7,6 @@
 namespace quellbox {
 
 namespace {
-
-QString BuildDate(const ProgramInfo& program, const FileSystem& files, const QLocale& locale) {
-    const std::optional<FileStatus> executable = files.Status(program.ExecutablePath);
-    return executable ? locale.toString(LocalDay(executable->modifiedNs), QLocale::ShortFormat) : QString();
-}
 
 InformationNode Line(const QString& label, const QString& value) {
     return {{}, label + value, {}};
@@ -26,7 +20,7 @@ std::vector<InformationNode> BuildInformationTree(const ProgramInfo& program, co
     return {
         {QStringLiteral("program"),
          program.ExecutableName,
-         {Line(text("Version: "), program.Version()), Line(text("Build: "), BuildDate(program, files, locale)),
+         {Line(text("Version: "), program.Version()), Line(text("Build: "), BuildDate(files, program, locale)),
           Line(text("SocketTools: "), MailMessage::VersionText())}},
         {QStringLiteral("directories"),
          text("Directories"),

@@ -40,6 +40,26 @@ bool Shell::OpenMessage(const QString& path) const {
     return reinterpret_cast<INT_PTR>(started) > 32;
 }
 
+bool Shell::HasHelpViewer() const {
+    return true;
+}
+
+// The viewer is a part of the system that not every program needs; it is loaded when help is first asked for, and
+// stays.
+bool Shell::ShowHelp(quintptr owner, const QString& helpFile, HelpCommand command, quintptr data) const {
+    using HtmlHelp = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+    constexpr WORD htmlHelpW = 15; // its number in the library, which does not name it
+    static const HMODULE library = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (library == nullptr) {
+        return false;
+    }
+    const auto show =
+        reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(GetProcAddress(library, MAKEINTRESOURCEA(htmlHelpW))));
+    const std::wstring file = helpFile.toStdWString();
+    return show != nullptr &&
+           show(reinterpret_cast<HWND>(owner), file.c_str(), static_cast<UINT>(command), data) != nullptr;
+}
+
 #else
 
 namespace {
@@ -72,6 +92,15 @@ bool Shell::Open(const QString& target) const {
 
 bool Shell::OpenMessage(const QString& path) const {
     return Open(path);
+}
+
+bool Shell::HasHelpViewer() const {
+    return false;
+}
+
+bool Shell::ShowHelp(quintptr /*owner*/, const QString& /*helpFile*/, HelpCommand /*command*/,
+                     quintptr /*data*/) const {
+    return false;
 }
 
 #endif

@@ -4,6 +4,12 @@
 
 namespace quellbox {
 
+/// The commands of the system's help viewer, as it numbers them.
+enum class HelpCommand : unsigned {
+    DisplayTopic = 0, ///< the topic in the file's name, else the default topic; data is 0
+    Context = 15      ///< the topic whose context id is the data
+};
+
 /// What the program asks of the desktop around it.
 class Shell {
 public:
@@ -19,6 +25,13 @@ public:
     /// Shows a message file in the mail program: on Windows in the one that takes "/eml:", elsewhere in the desktop's
     /// program for such files. False when nothing could be started.
     virtual bool OpenMessage(const QString& path) const;
+
+    /// Whether the system itself shows compiled help files. Where it does not, ShowHelp() does nothing.
+    virtual bool HasHelpViewer() const;
+
+    /// Asks the system's help viewer to show `helpFile`, to whose path "::/" and the name of a topic may be appended.
+    /// `owner` is the number of the window above which help stands. False when the viewer refuses.
+    virtual bool ShowHelp(quintptr owner, const QString& helpFile, HelpCommand command, quintptr data) const;
 };
 
 } // namespace quellbox

@@ -26,6 +26,13 @@ test_packages=(
   cppcheck          # another one, which finds other things
   python3           # check of the #include lines
   git               # lists the project's files
+  dbus-daemon       # a bus of its own for the test of the tray icon
+  python3-dbus      # speaks on that bus
+  python3-gi        # and listens
+  openbox           # a window manager for that test, which can minimize
+  trayer            # a notification area for it
+  xdotool           # a hand that clicks there
+  x11-utils         # xprop, which sees whether the window is hidden
 )
 fuzz_packages=(
   clang               # the compiler that has the fuzzer

@@ -1,5 +1,6 @@
 #include "settings/ProgramInfo.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -25,6 +26,15 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.Directory = executable.absolutePath() + QDir::separator();
     program.HelpFile = executable.absolutePath() + QDir::separator() + QStringLiteral("Quellbox.chm");
     return program;
+}
+
+QString BuildDate(const FileSystem& files, const ProgramInfo& program, const QLocale& locale) {
+    const std::optional<FileStatus> status = files.Status(program.ExecutablePath);
+    if (!status) {
+        return {};
+    }
+    const QDateTime modified = QDateTime::fromMSecsSinceEpoch(status->modifiedNs / 1'000'000);
+    return locale.toString(modified.date(), QLocale::ShortFormat);
 }
 
 } // namespace quellbox

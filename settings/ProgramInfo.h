@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/FileSystem.h"
+
+#include <QLocale>
 #include <QString>
 
 namespace quellbox {
@@ -25,9 +28,22 @@ struct ProgramInfo {
 
     /// "major.minor.revision", in plain decimal.
     QString Version() const { return QStringLiteral("%1.%2.%3").arg(Major).arg(Minor).arg(Revision); }
+
+    /// The page that tells whether a newer version exists.
+    QString UpdatePage() const { return WebSite + QStringLiteral("/quellbox/version.asp?client=") + Version(); }
+
+    /// The page that takes suggestions.
+    QString FeedbackPage() const { return WebSite + QStringLiteral("/quellbox/feedback.htm"); }
+
+    /// The address that begins a message to the maker's support.
+    QString SupportLink() const { return QStringLiteral("mailto:%1?subject=Quellbox").arg(SupportAddress); }
 };
 
 /// The facts of this build, for an executable started as `executablePath` (absolute).
 ProgramInfo MakeProgramInfo(const QString& executablePath);
+
+/// The day on which the program's executable was last modified, as the locale's short date; empty when the file does
+/// not tell.
+QString BuildDate(const FileSystem& files, const ProgramInfo& program, const QLocale& locale = QLocale());
 
 } // namespace quellbox

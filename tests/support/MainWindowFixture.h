@@ -66,7 +66,8 @@ protected:
     }
 
     void Open() {
-        window_ = std::make_unique<frmMain>(MainPorts{files_, store_, clock_, shell_, pool_, volumes_, program_});
+        window_ =
+            std::make_unique<frmMain>(MainPorts{files_, store_, clock_, shell_, pool_, volumes_, program_, tray_});
         connection_ = QObject::connect(window_.get(), &frmMain::Refreshed, [this] { ++refreshes_; });
         window_->show();
         window_->activateWindow();
@@ -197,6 +198,7 @@ protected:
     FakeVolumes volumes_;
     ProgramInfo program_ = TestProgram(QStringLiteral("/prog/"));
     QThreadPool pool_;
+    TrayIcon* tray_ = nullptr;
     QStringList errors_; ///< texts of the message boxes, each of which was closed at once
     int refreshes_ = 0;
     std::unique_ptr<frmMain> window_;
