@@ -30,9 +30,7 @@ work=$(mktemp -d)
 root=$work/root
 chmod 755 "$work"
 cleanup() {
-  for place in dev proc; do
-    mountpoint -q "$root/$place" && umount -l "$root/$place"
-  done
+  if mountpoint -q "$root/proc"; then umount -l "$root/proc"; fi
   rm -rf --one-file-system "$work"
 }
 trap cleanup EXIT
@@ -53,7 +51,6 @@ debootstrap --variant=minbase "$suite" "$root" "$mirror" >"$work/debootstrap.log
 printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
 chmod 755 "$root/usr/sbin/policy-rc.d"
 mount -t proc proc "$root/proc"
-mount --bind /dev "$root/dev"
 
 step 'install'
 cp "$package" "$root/tmp/quellbox.deb"
@@ -68,6 +65,7 @@ list_files >"$work/installed"
 step "start over $count samples"
 "$samples" --count "$count" --seed 12 --days 14 --out "$root/srv/archive"
 mkdir -p "$root/srv/home"
+chmod 700 "$root/srv/home"
 chown -R 1000:1000 "$root/srv/archive" "$root/srv/home"
 start() {
   chroot --userspec=1000:1000 "$root" env -i PATH=/usr/bin:/bin HOME=/srv/home LC_ALL="${language:-C.UTF-8}" TZ=UTC \
@@ -88,7 +86,8 @@ rm -r "$root/srv/archive" "$root/srv/home"
 
 step 'remove and purge'
 inside apt-get -q -y remove quellbox >>"$work/apt.log" 2>&1 || { tail -n 30 "$work/apt.log"; fail remove; }
-inside apt-get -q -y purge quellbox >>"$work/apt.log" 2>&1 || { tail -n 30 "$work/apt.log"; fail purge; }
+# apt does not know it any more, unless there is something to purge.
+inside dpkg --purge quellbox >>"$work/apt.log" 2>&1 || { tail -n 30 "$work/apt.log"; fail purge; }
 if inside dpkg -s quellbox >/dev/null 2>&1; then fail 'the package is still known'; fi
 rm "$root/tmp/quellbox.deb"
 

@@ -2,6 +2,270 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>frmCleansing</name>
+    <message>
+        <source>Cleansing Wizard</source>
+        <translation>Bereinigungs-Assistent</translation>
+    </message>
+    <message>
+        <source>&amp;Select</source>
+        <translation>&amp;Auswahl</translation>
+    </message>
+    <message>
+        <source>&amp;Every archived message</source>
+        <translation>&amp;Jede archivierte Nachricht</translation>
+    </message>
+    <message>
+        <source>All, except to&amp;day&apos;s messages</source>
+        <translation>Alle außer den heuti&amp;gen Nachrichten</translation>
+    </message>
+    <message>
+        <source>All, except the last &amp;two days</source>
+        <translation>Alle außer denen der letzten &amp;zwei Tage</translation>
+    </message>
+    <message>
+        <source>Preserve one &amp;week (7 days)</source>
+        <translation>Eine &amp;Woche (7 Tage) behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>frmFind</name>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Text to find in message header</source>
+        <translation>Im Nachrichtenkopf zu suchender Text</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Zu suchender Text</translation>
+    </message>
+    <message>
+        <source>In &amp;Header Field</source>
+        <translation>In &amp;Kopffeld</translation>
+    </message>
+    <message>
+        <source>&amp;Date</source>
+        <translation>&amp;Datum</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>&amp;Subject</source>
+        <translation>&amp;Betreff</translation>
+    </message>
+    <message>
+        <source>Si&amp;ze</source>
+        <translation>&amp;Größe</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Discard find history</source>
+        <translation>Suchverlauf löschen</translation>
+    </message>
+</context>
+<context>
+    <name>frmFolders</name>
+    <message>
+        <source>Device / Directory</source>
+        <translation>Laufwerk / Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Laufwerk</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Share / UNC-path</source>
+        <translation>Freigabe / UNC-Pfad</translation>
+    </message>
+    <message>
+        <source>Use &amp;share (UNC path)</source>
+        <translation>&amp;Freigabe verwenden (UNC-Pfad)</translation>
+    </message>
+    <message>
+        <source>UNC path</source>
+        <translation>UNC-Pfad</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>frmOptions</name>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>&amp;Allgemein</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Informationen</translation>
+    </message>
+    <message>
+        <source>&amp;Directories</source>
+        <translation>&amp;Verzeichnisse</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>A&amp;rchiv</translation>
+    </message>
+    <message>
+        <source>Archive directory</source>
+        <translation>Archivverzeichnis</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Select the archive directory</source>
+        <translation>Archivverzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Pickup</source>
+        <translation>&amp;Pickup</translation>
+    </message>
+    <message>
+        <source>Pickup directory</source>
+        <translation>Pickup-Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Select the pickup directory</source>
+        <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Use select ... button to choose folders on your Exchange server, accessible via drive letter mapping or UNC-path.</source>
+        <translation>Mit der Schaltfläche „Auswählen“ wählen Sie Verzeichnisse auf Ihrem Exchange-Server, die über einen Laufwerksbuchstaben oder UNC-Pfad erreichbar sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Filtering</source>
+        <translation>&amp;Filter</translation>
+    </message>
+    <message>
+        <source>&amp;Rule</source>
+        <translation>&amp;Regel</translation>
+    </message>
+    <message>
+        <source>&amp;No filtering, show all</source>
+        <translation>&amp;Nicht filtern, alle anzeigen</translation>
+    </message>
+    <message>
+        <source>To&amp;day&apos;s messages only</source>
+        <translation>Nur &amp;heutige Nachrichten</translation>
+    </message>
+    <message>
+        <source>The last &amp;two days</source>
+        <translation>Die letzten &amp;zwei Tage</translation>
+    </message>
+    <message>
+        <source>Full &amp;week</source>
+        <translation>Volle &amp;Woche</translation>
+    </message>
+    <message>
+        <source>&amp;Toleration</source>
+        <translation>&amp;Toleranz</translation>
+    </message>
+    <message>
+        <source>&amp;Level</source>
+        <translation>&amp;Stufe</translation>
+    </message>
+    <message>
+        <source>&amp;Automatic (in background during refresh)</source>
+        <translation>A&amp;utomatisch (im Hintergrund beim Aktualisieren)</translation>
+    </message>
+    <message>
+        <source>Manual (by you)</source>
+        <translation>Manuell (durch Sie)</translation>
+    </message>
+    <message>
+        <source>&amp;Disabled (whitelist switched off)</source>
+        <translation>&amp;Deaktiviert (Whitelist ausgeschaltet)</translation>
+    </message>
+    <message>
+        <source>Whitelist of tolerated senders</source>
+        <translation>Whitelist der tolerierten Absender</translation>
+    </message>
+    <message>
+        <source>Select the whitelist of tolerated senders</source>
+        <translation>Whitelist der tolerierten Absender auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Settings</source>
+        <translation>&amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>Use OutlookE&amp;xpress as message viewer</source>
+        <translation>OutlookE&amp;xpress zum Anzeigen von Nachrichten verwenden</translation>
+    </message>
+    <message>
+        <source>Use this option with great care!</source>
+        <translation>Verwenden Sie diese Option mit großer Vorsicht!</translation>
+    </message>
+    <message>
+        <source>&amp;Auto Refresh / Action (in seconds)</source>
+        <translation>Automatische Akt&amp;ualisierung / Aktion (in Sekunden)</translation>
+    </message>
+    <message>
+        <source>Refresh interval in seconds</source>
+        <translation>Aktualisierungsintervall in Sekunden</translation>
+    </message>
+    <message>
+        <source>&amp;Go to end of message contents in RAW viewer window</source>
+        <translation>Im Quelltext-Fenster ans Ende der Nachricht &amp;gehen</translation>
+    </message>
+    <message>
+        <source>This option didn&apos;t work well...</source>
+        <translation>Diese Option funktionierte nicht gut...</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+</context>
+<context>
     <name>frmTolerate</name>
     <message>
         <source>Tolerate</source>
@@ -263,6 +527,86 @@
             <numerusform>%n ausgewählt</numerusform>
         </translation>
     </message>
+    <message>
+        <source>The share is not mounted on this computer.</source>
+        <translation>Die Freigabe ist auf diesem Computer nicht eingebunden.</translation>
+    </message>
+    <message>
+        <source>%1 contains all archived messages put here by the Exchange Intelligent Message Filter.</source>
+        <translation>%1 enthält alle archivierten Nachrichten, die der Exchange Intelligent Message Filter dort abgelegt hat.</translation>
+    </message>
+    <message>
+        <source>This cleansing operation helps you to quickly, and permanently, remove them.</source>
+        <translation>Mit dieser Bereinigung entfernen Sie sie schnell und endgültig.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived today.</source>
+        <translation>, außer denen, die heute eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived today and yesterday.</source>
+        <translation>, außer denen, die heute und gestern eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived during the last seven days.</source>
+        <translation>, außer denen, die in den letzten sieben Tagen eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>Clean up %1</source>
+        <translation>%1 bereinigen</translation>
+    </message>
+    <message>
+        <source>Press OK to remove them all permanently from your system</source>
+        <translation>Klicken Sie auf OK, um alle endgültig von Ihrem System zu entfernen</translation>
+    </message>
+    <message>
+        <source>The time of the file cannot be read.</source>
+        <translation>Die Zeit der Datei kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; not found in header field %2</source>
+        <translation>„%1“ im Kopffeld %2 nicht gefunden</translation>
+    </message>
+    <message>
+        <source>This is no full path.</source>
+        <translation>Dies ist kein vollständiger Pfad.</translation>
+    </message>
+    <message>
+        <source>OK to send test message to postmaster?</source>
+        <translation>Testnachricht an den Postmaster senden?</translation>
+    </message>
+    <message>
+        <source>This will verify the pickup directory setup.</source>
+        <translation>Damit wird die Einrichtung des Pickup-Verzeichnisses überprüft.</translation>
+    </message>
+    <message>
+        <source>Version: </source>
+        <translation>Version: </translation>
+    </message>
+    <message>
+        <source>Build: </source>
+        <translation>Build: </translation>
+    </message>
+    <message>
+        <source>SocketTools: </source>
+        <translation>SocketTools: </translation>
+    </message>
+    <message>
+        <source>Directories</source>
+        <translation>Verzeichnisse</translation>
+    </message>
+    <message>
+        <source>Program: </source>
+        <translation>Programm: </translation>
+    </message>
+    <message>
+        <source>Archive: </source>
+        <translation>Archiv: </translation>
+    </message>
+    <message>
+        <source>Pickup: </source>
+        <translation>Pickup: </translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>
@@ -307,6 +651,24 @@
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFind</name>
+    <message>
+        <source>Find All</source>
+        <translation>Alle suchen</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFolders</name>
+    <message>
+        <source>Cannot use drive %1</source>
+        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
     </message>
 </context>
 <context>
@@ -554,6 +916,33 @@
     <message>
         <source>Divider between layout and raw contents</source>
         <translation>Trennleiste zwischen Aufbau und Quelltext</translation>
+    </message>
+    <message>
+        <source>Removing %1</source>
+        <translation>%1 wird entfernt</translation>
+    </message>
+    <message>
+        <source>Select Archive Directory</source>
+        <translation>Archivverzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Select Pickup Directory</source>
+        <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Exchange Pickup Directory not setup yet.</source>
+        <translation>Das Exchange-Pickup-Verzeichnis ist noch nicht eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Testmessage send. Verify postmaster mailbox now!</source>
+        <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Messages removed !</source>
+        <translation>
+            <numerusform>%n Nachricht entfernt!</numerusform>
+            <numerusform>%n Nachrichten entfernt!</numerusform>
+        </translation>
     </message>
 </context>
 <context>

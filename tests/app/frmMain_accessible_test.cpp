@@ -1,10 +1,16 @@
 #include "app/MessageListView.h"
 #include "contents/frmView.h"
+#include "dialogs/frmCleansing.h"
+#include "dialogs/frmFind.h"
+#include "dialogs/frmFolders.h"
+#include "dialogs/frmOptions.h"
 #include "tests/support/AccessibleNames.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QMenuBar>
+#include <QRegularExpression>
+#include <QTabWidget>
 #include <QTreeWidget>
 
 namespace quellbox {
@@ -107,6 +113,49 @@ TEST_F(MainAccessible, TheWhitelistDialogIsNamed) {
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
     EXPECT_GE(focusable, 7) << "the entry field and six buttons";
+}
+
+TEST_F(MainAccessible, TheCleansingDialogIsNamed) {
+    AppState state;
+    frmCleansing dialog(state, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 7) << "four options and three buttons";
+}
+
+TEST_F(MainAccessible, TheFindDialogIsNamed) {
+    AppState state;
+    frmFind dialog(store_, state, nullptr);
+    dialog.Prepare([](bool) {});
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 8) << "the text, the fields and three buttons";
+}
+
+TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {
+    AppState state;
+    frmFolders dialog({files_, volumes_, pool_}, state, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 5) << "drives, directories, the check box and two buttons";
+}
+
+TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
+    AppState state;
+    OptionsCalls calls;
+    calls.runTimer = [](bool) {};
+    frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    dialog.show();
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        int focusable = 0;
+        EXPECT_EQ(NamelessControls(dialog, &focusable), "") << tab;
+        EXPECT_GE(focusable, 4) << "the tabs, three buttons and what is on tab " << tab;
+    }
 }
 
 TEST_F(MainAccessible, TheViewerIsNamed) {

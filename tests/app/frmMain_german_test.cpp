@@ -1,11 +1,19 @@
 #include "app/MessageListView.h"
+#include "dialogs/frmCleansing.h"
+#include "dialogs/frmFind.h"
+#include "dialogs/frmFolders.h"
+#include "dialogs/frmOptions.h"
 #include "tests/support/InstalledTexts.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QAbstractButton>
+#include <QGroupBox>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTreeWidget>
 
 namespace quellbox {
 namespace {
@@ -125,6 +133,61 @@ TEST_F(MainGerman, TheWhitelistDialogIsGerman) {
     EXPECT_EQ(Ambiguous(captions), "");
     dialog.findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
     EXPECT_EQ(state.ToleranceResult.toStdString(), "OK");
+}
+
+/// Texts of the buttons, group boxes and tabs of a dialog that can be reached by a key at the same time.
+QStringList Mnemonics(const QWidget& dialog) {
+    QStringList captions;
+    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
+        captions += button->isVisibleTo(&dialog) ? button->text() : QString();
+    }
+    for (const QGroupBox* box : dialog.findChildren<QGroupBox*>()) {
+        captions += box->isVisibleTo(&dialog) ? box->title() : QString();
+    }
+    for (const QTabBar* bar : dialog.findChildren<QTabBar*>()) {
+        for (int tab = 0; tab < bar->count(); ++tab) {
+            captions += bar->tabText(tab);
+        }
+    }
+    return captions;
+}
+
+TEST_F(MainGerman, TheCleansingDialogIsGerman) {
+    AppState state;
+    state.ArchiveDir = QStringLiteral("/archive/");
+    const frmCleansing dialog(state, nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Bereinigungs-Assistent");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheFindDialogIsGerman) {
+    AppState state;
+    frmFind dialog(store_, state, nullptr);
+    dialog.Prepare([](bool) {});
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Suchen");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheDirectoryDialogIsGerman) {
+    AppState state;
+    const frmFolders dialog({files_, volumes_, pool_}, state, nullptr);
+    EXPECT_EQ(dialog.findChild<QAbstractButton*>(QStringLiteral("btnCancel"))->text().toStdString(), "A&bbrechen");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
+    AppState state;
+    OptionsCalls calls;
+    calls.runTimer = [](bool) {};
+    const frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Optionen");
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "") << tab;
+    }
+    const auto* information = dialog.findChild<QTreeWidget*>(QStringLiteral("trvOptions"));
+    EXPECT_EQ(information->topLevelItem(1)->text(0).toStdString(), "Verzeichnisse");
 }
 
 class MainLanguage : public MainWindowTest {};
