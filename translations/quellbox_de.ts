@@ -560,10 +560,6 @@
         <translation>Klicken Sie auf OK, um alle endgültig von Ihrem System zu entfernen</translation>
     </message>
     <message>
-        <source>The time of the file cannot be read.</source>
-        <translation>Die Zeit der Datei kann nicht gelesen werden.</translation>
-    </message>
-    <message>
         <source>&apos;%1&apos; not found in header field %2</source>
         <translation>„%1“ im Kopffeld %2 nicht gefunden</translation>
     </message>
@@ -617,6 +613,13 @@
     <message>
         <source>Tolerated senders</source>
         <translation>Tolerierte Absender</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::RawPane</name>
+    <message>
+        <source>[The rest is not shown: %1 of %2 characters]</source>
+        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
     </message>
 </context>
 <context>
