@@ -1,9 +1,12 @@
 # make run    builds the program and starts it on an archive of samples
 # make test   runs every check
+# make translations  brings the files in translations/ up to date with the texts in the code
+# make package       builds the Debian package
+# make check-package installs it in a fresh Debian system, starts it there and removes it again; needs root
 # make fuzz   feeds deviant input to what reads mail and settings, SECONDS=60 for each target
 JOBS := $(shell nproc)
 
-.PHONY: run test fuzz
+.PHONY: run test fuzz translations package check-package
 run:
 	scripts/install-packages.sh run
 	cmake --preset release -DQUELLBOX_TESTS=OFF -DQUELLBOX_BENCHMARKS=OFF
@@ -17,3 +20,14 @@ test:
 fuzz:
 	scripts/install-packages.sh fuzz
 	SECONDS_PER_TARGET=$(or $(SECONDS),60) scripts/fuzz.sh
+
+translations:
+	scripts/install-packages.sh test
+	cmake --preset dev
+	cmake --build --preset dev --target translations
+
+package:
+	scripts/package.sh
+
+check-package: package
+	scripts/check_package.sh

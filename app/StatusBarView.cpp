@@ -16,7 +16,8 @@ constexpr int narrowWidth = 2540; // twips
 
 } // namespace
 
-StatusPanelView::StatusPanelView(const QString& key, QWidget* parent) : QLabel(parent) {
+StatusPanelView::StatusPanelView(const QString& key, const QString& subject, QWidget* parent)
+    : QLabel(parent), subject_(subject) {
     setObjectName(QStringLiteral("stbBottom_") + key);
     setProperty("key", key);
     setTextFormat(Qt::PlainText);
@@ -27,6 +28,7 @@ StatusPanelView::StatusPanelView(const QString& key, QWidget* parent) : QLabel(p
 
 void StatusPanelView::Show(const StatusPanel& panel) {
     setText(panel.text);
+    setAccessibleName(panel.text.isEmpty() ? subject_ : tr("%1: %2").arg(subject_, panel.text));
     // A tool tip that looks like markup would be drawn as such; texts of messages must not be.
     setToolTip(panel.toolTip.isEmpty() ? QString() : panel.toolTip.toHtmlEscaped());
 }
@@ -45,9 +47,10 @@ void StatusPanelView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
-    : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), this)),
-      size_(new StatusPanelView(QStringLiteral("size"), this)),
-      count_(new StatusPanelView(QStringLiteral("count"), this)), prbFiles(new QProgressBar(this)) {
+    : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), tr("State"), this)),
+      size_(new StatusPanelView(QStringLiteral("size"), tr("Size or time"), this)),
+      count_(new StatusPanelView(QStringLiteral("count"), tr("Number of messages"), this)),
+      prbFiles(new QProgressBar(this)) {
     setObjectName(QStringLiteral("stbBottom"));
     setSizeGripEnabled(true);
     prbFiles->setObjectName(QStringLiteral("prbFiles"));
@@ -70,7 +73,6 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
         panel->setCursor(Qt::PointingHandCursor); // a click on these leads somewhere
     }
     panels_.SetSize({}, tr("Last screen update"));
-    count_->setToolTip(tr("Number of archived files"));
     connect(&panels_, &StatusPanels::Changed, this, &StatusBarView::ShowLater);
     ShowNow();
 }
@@ -110,7 +112,7 @@ void StatusBarView::ShowNow() {
     showIsDue_ = false;
     info_->Show(panels_.Info());
     size_->Show(panels_.Size());
-    count_->setText(panels_.Count().text);
+    count_->Show({panels_.Count().text, tr("Number of archived files")});
 }
 
 void StatusBarView::PlaceProgress() {

@@ -13,7 +13,8 @@ class StatusPanelView : public QLabel {
     Q_OBJECT
 
 public:
-    StatusPanelView(const QString& key, QWidget* parent);
+    /// `subject` says to assistive tools what the panel is about.
+    StatusPanelView(const QString& key, const QString& subject, QWidget* parent);
 
     void Show(const StatusPanel& panel);
 
@@ -23,6 +24,9 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    QString subject_;
 };
 
 /// The status bar of the main window with its panels "info", "size" and "count", and the progress bar that a long

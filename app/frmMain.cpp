@@ -18,10 +18,13 @@
 
 namespace quellbox {
 
-frmMain::frmMain(MainPorts ports) : ports_(std::move(ports)) {
+frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(std::move(ports)) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
     LoadSettings();
+    if (!archive.isEmpty()) {
+        state_.ArchiveDir = archive;
+    }
     tmrRefresh = new QTimer(this);
     tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
     CreateMenus();

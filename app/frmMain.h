@@ -47,7 +47,9 @@ class frmMain : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit frmMain(MainPorts ports);
+    /// `archive`, when it is not empty, is the archive of this session: it takes the place of the stored one without
+    /// being stored. It ends with a separator.
+    explicit frmMain(MainPorts ports, const QString& archive = QString());
     ~frmMain() override;
 
     /// One refresh pass; a full one when `LastAddedFile` is empty. Does nothing while a pass runs.

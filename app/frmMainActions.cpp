@@ -49,7 +49,7 @@ void frmMain::ShowNextMessage(int row) {
         UpdateSelectionStatus();
         panels_.SetInfo({});
         panels_.SetSize({}, {});
-        panels_.SetCount(tr("0 messages"));
+        panels_.SetCount(tr("%n messages", nullptr, 0));
         return;
     }
     lvwMessages->SelectOnly(row);
@@ -66,7 +66,7 @@ void frmMain::ShowNextMessage(int row) {
     const MessageRow& next = model_.Row(row);
     panels_.SetInfo(next.key);
     panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);
-    panels_.SetCount(tr("%1 messages").arg(model_.Count()));
+    panels_.SetCount(tr("%n messages", nullptr, model_.Count()));
 }
 
 void frmMain::mnuActions_Click() {

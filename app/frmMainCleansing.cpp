@@ -41,7 +41,7 @@ void frmMain::CleanseArchive() {
         RefreshArchive(false);
     });
     SetRefreshInterval();
-    panels_.SetInfo(tr("%1 Messages removed !").arg(count));
+    panels_.SetInfo(tr("%n Messages removed !", nullptr, count));
 }
 
 // No event runs meanwhile, so the panel is painted from here.

@@ -58,6 +58,8 @@ void frmMain::CreatePanes() {
         splitter->setStretchFactor(0, 0);
         splitter->setStretchFactor(1, 1);
     }
+    splWhole->handle(1)->setAccessibleName(tr("Divider between list and contents"));
+    splBottom->handle(1)->setAccessibleName(tr("Divider between layout and raw contents"));
 
     clbLeft = new QWidget(this);
     clbLeft->setObjectName(QStringLiteral("clbLeft"));

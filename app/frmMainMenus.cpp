@@ -144,7 +144,7 @@ void frmMain::CreateMenus() {
     AddBar(mnuMessage, "mnuBarHelpView");
     QAction* findHere = AddEntry(mnuMessage, "mnuMessageFind", tr("&Find..."));
     on(findHere, [this] { mnuMessageFind_Click(); });
-    mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View"));
+    mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View", "what to do with a message"));
     on(mnuMessageView, [this] { mnuMessageView_Click(); });
     mnuMessage->setDefaultAction(mnuMessageView);
 

@@ -1,10 +1,14 @@
+#include "app/Translation.h"
 #include "app/TrayIcon.h"
 #include "app/frmMain.h"
-
+#include "archive/ArchiveArgument.h"
 #include "platform/ShareFileSystem.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QLocale>
+#include <QMessageBox>
 #include <QThreadPool>
 
 #include <cstdio>
@@ -29,6 +33,17 @@ void PrintList(const MessageListModel& model) {
     }
 }
 
+// Whoever started the program from the desktop does not see the standard error output.
+void ShowArgumentError(const QString& error, bool withBox) {
+    std::fprintf(stderr, "quellbox: %s\n", qPrintable(error));
+    if (withBox) {
+        QMessageBox box(QMessageBox::Critical, QStringLiteral("Quellbox"), error, QMessageBox::Ok);
+        box.setObjectName(QStringLiteral("msgError"));
+        box.setTextFormat(Qt::PlainText);
+        box.exec();
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -36,6 +51,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Quellbox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUELLBOX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quellbox"));
+    InstallTranslation(application, QLocale::system().uiLanguages());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QCoreApplication::translate(
@@ -50,10 +66,21 @@ int main(int argc, char** argv) {
         QCoreApplication::translate("quellbox", "Save a picture of the window after the first refresh, and quit."),
         QStringLiteral("file"));
     parser.addOptions({printList, screenshot});
+    parser.addPositionalArgument(
+        QStringLiteral("directory"),
+        QCoreApplication::translate("quellbox", "The archive to show in this session, instead of the one in the "
+                                                "settings, which stay as they are."),
+        QCoreApplication::translate("quellbox", "[directory]"));
     parser.process(application);
+    const bool quits = parser.isSet(printList) || parser.isSet(screenshot);
 
     const Volumes volumes;
     const std::unique_ptr<FileSystem> files = MakeFileSystem(volumes);
+    const ArchiveArgument archive = ReadArchiveArgument(parser.positionalArguments(), *files, QDir::currentPath());
+    if (!archive.Error.isEmpty()) {
+        ShowArgumentError(archive.Error, !quits);
+        return 2;
+    }
     const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
     const Clock clock;
@@ -62,9 +89,9 @@ int main(int argc, char** argv) {
     pool.setMaxThreadCount(mostThreads);
 
     SystemTrayIcon tray;
-    frmMain window({*files, *store, clock, shell, pool, volumes, program, &tray});
+    frmMain window({*files, *store, clock, shell, pool, volumes, program, &tray}, archive.Folder);
     int exitCode = 0;
-    if (parser.isSet(printList) || parser.isSet(screenshot)) {
+    if (quits) {
         const auto report = [&] {
             if (parser.isSet(printList)) {
                 PrintList(window.Messages());

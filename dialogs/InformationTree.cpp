@@ -20,12 +20,14 @@ std::vector<InformationNode> BuildInformationTree(const ProgramInfo& program, co
     return {
         {QStringLiteral("program"),
          program.ExecutableName,
-         {Line(text("Version: "), program.Version()), Line(text("Build: "), BuildDate(files, program, locale)),
-          Line(text("SocketTools: "), MailMessage::VersionText())}},
+         {Line(text(QT_TRANSLATE_NOOP("quellbox", "Version: ")), program.Version()),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "Build: ")), BuildDate(files, program, locale)),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "SocketTools: ")), MailMessage::VersionText())}},
         {QStringLiteral("directories"),
-         text("Directories"),
-         {Line(text("Program: "), program.Directory), Line(text("Archive: "), state.ArchiveDir),
-          Line(text("Pickup: "), state.PickupDir)}},
+         text(QT_TRANSLATE_NOOP("quellbox", "Directories")),
+         {Line(text(QT_TRANSLATE_NOOP("quellbox", "Program: ")), program.Directory),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "Archive: ")), state.ArchiveDir),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "Pickup: ")), state.PickupDir)}},
     };
 }
 

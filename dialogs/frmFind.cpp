@@ -3,6 +3,7 @@
 #include "messages/MessageRow.h"
 #include "ui_frmFind.h"
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QMouseEvent>
 
@@ -11,6 +12,11 @@ namespace quellbox {
 frmFind::frmFind(const SettingsStore& store, AppState& state, QWidget* parent)
     : QDialog(parent), state_(state), history_(store), ui_(new Ui::frmFind) {
     ui_->setupUi(this);
+    // The parts of a combo box do not take over its name.
+    for (QWidget* part :
+         {static_cast<QWidget*>(ui_->cboFind->lineEdit()), static_cast<QWidget*>(ui_->cboFind->view())}) {
+        part->setAccessibleName(ui_->cboFind->accessibleName());
+    }
     // What is searched for is what was typed, and typing the text of an entry does not pick the entry.
     ui_->cboFind->setCompleter(nullptr);
     disconnect(ui_->cboFind->lineEdit(), &QLineEdit::returnPressed, ui_->cboFind, nullptr);

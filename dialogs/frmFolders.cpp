@@ -4,6 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "ui_frmFolders.h"
 
+#include <QAbstractItemView>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QMessageBox>
@@ -22,6 +23,7 @@ constexpr int unnoticedMs = 100;
 frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     : QDialog(parent), ports_(ports), state_(state), ui_(new Ui::frmFolders) {
     ui_->setupUi(this);
+    ui_->drvList->view()->setAccessibleName(ui_->drvList->accessibleName());
     state_.FolderConfirmed = false;
     connect(ui_->chkShare, &QCheckBox::clicked, this, &frmFolders::chkShare_Click);
     connect(ui_->drvList, &QComboBox::activated, this, &frmFolders::drvList_Change);

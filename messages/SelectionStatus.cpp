@@ -28,10 +28,10 @@ qint32 AddSize(qint32 total, const MessageRow& row) {
 }
 
 QString CountText(const MessageListModel& model, const AppState& state, bool filtered) {
-    const QString count = QString::number(model.Count());
     if (!filtered) {
-        return QCoreApplication::translate("quellbox", "%1 messages").arg(count);
+        return QCoreApplication::translate("quellbox", "%n messages", nullptr, model.Count());
     }
+    const QString count = QString::number(model.Count());
     const bool known = state.FilterDays >= 0 && state.FilterDays < static_cast<int>(state.FilterCaptions.size());
     return known ? count + state.FilterCaptions[static_cast<size_t>(state.FilterDays)] : count;
 }
@@ -68,7 +68,7 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
         status.info.text = model.Row(selected.front().first).key;
         status.size = {FormatSize(total), QCoreApplication::translate("quellbox", "Size of selected messages")};
     } else {
-        status.info.text = QCoreApplication::translate("quellbox", "%1 selected").arg(count);
+        status.info.text = QCoreApplication::translate("quellbox", "%n selected", nullptr, count);
         status.size = {FormatSize(total), QCoreApplication::translate("quellbox", "Total size of selected messages")};
     }
     return status;

@@ -3,6 +3,7 @@
 #   install-packages.sh run     to build and start the program
 #   install-packages.sh test    to run the checks as well
 #   install-packages.sh fuzz    to run the fuzzer
+#   install-packages.sh package to build the Debian package, and to try it out
 set -euo pipefail
 
 run_packages=(
@@ -12,6 +13,8 @@ run_packages=(
   ninja-build       # the build tool of the presets
   pkg-config        # finds the mail library
   qt6-base-dev      # windows, settings, threads
+  qt6-tools-dev     # how CMake finds what compiles the translations
+  qt6-l10n-tools    # compiles them, and extracts the texts to translate
   libqt6svg6        # draws the icons
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
   fonts-dejavu-core # a font, where the machine has none
@@ -26,24 +29,38 @@ test_packages=(
   cppcheck          # another one, which finds other things
   python3           # check of the #include lines
   git               # lists the project's files
-  dbus-daemon       # a bus of its own for the test of the tray icon
   python3-dbus      # speaks on that bus
-  python3-gi        # and listens
   openbox           # a window manager for that test, which can minimize
   trayer            # a notification area for it
   xdotool           # a hand that clicks there
   x11-utils         # xprop, which sees whether the window is hidden
+  desktop-file-utils # check of the entry in the desktop's menu
+  appstream         # check of the description for software centres
+  man-db groff-base # check of the manual page
+  librsvg2-bin      # draws the icons in the sizes that an installation has
+  at-spi2-core gir1.2-atspi-2.0 python3-gi # the bus of assistive tools, and a way to listen to it
+  dbus-daemon       # the message bus under it, and a bus of its own for the test of the tray icon
 )
 fuzz_packages=(
   clang               # the compiler that has the fuzzer
   libclang-rt-14-dev  # the fuzzer itself and the sanitizers of that compiler
 )
 
+package_packages=(
+  dpkg-dev          # finds the libraries that the package depends on, and gives the flags for hardening
+  file              # tells what is a program, to be stripped
+  gzip              # compresses the manual page and the changelogs
+  librsvg2-bin      # draws the icons in the sizes of the icon theme
+  lintian           # checks the package against Debian's policy
+  debootstrap       # makes the fresh system in which the package is tried out
+)
+
 case "${1:-}" in
   run) packages=("${run_packages[@]}") ;;
   test) packages=("${run_packages[@]}" "${test_packages[@]}") ;;
   fuzz) packages=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
-  *) echo "usage: $0 run|test|fuzz" >&2; exit 2 ;;
+  package) packages=("${run_packages[@]}" "${package_packages[@]}") ;;
+  *) echo "usage: $0 run|test|fuzz|package" >&2; exit 2 ;;
 esac
 # Only a desktop without X needs Qt's Wayland plugin.
 if [ -n "${WAYLAND_DISPLAY:-}" ] && [ -z "${DISPLAY:-}" ]; then

@@ -134,6 +134,21 @@ TEST_F(MainStart, FourMenuEntriesHavePictures) {
     EXPECT_EQ(pictured.size(), 4) << pictured.join(QLatin1Char(' ')).toStdString();
 }
 
+TEST_F(MainStart, TheArchiveOfTheCommandLineIsListedAndNotStored) {
+    files_.Add(QStringLiteral("/other/only.eml"), "Subject: only\n\n");
+    AddThree();
+    frmMain window({files_, store_, clock_, shell_, pool_, volumes_, program_}, QStringLiteral("/other/"));
+    EXPECT_EQ(window.windowTitle().toStdString(), "Quellbox - /other/");
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
+    EXPECT_EQ(window.Messages().Count(), 1);
+    EXPECT_EQ(window.Messages().Row(0).key.toStdString(), "only.eml");
+    EXPECT_EQ(window.State().PickupDir.toStdString(), "/pickup/");
+    window.close();
+    EXPECT_EQ(store_.FlushCount(), 1);
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");
+}
+
 TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     const QTemporaryDir folder;
     const std::filesystem::path path = folder.path().toStdString();

@@ -1,0 +1,170 @@
+#include "app/MessageListView.h"
+#include "contents/frmView.h"
+#include "dialogs/frmCleansing.h"
+#include "dialogs/frmFind.h"
+#include "dialogs/frmFolders.h"
+#include "dialogs/frmOptions.h"
+#include "tests/support/AccessibleNames.h"
+#include "tests/support/MainWindowFixture.h"
+#include "whitelist/frmTolerate.h"
+
+#include <QMenuBar>
+#include <QRegularExpression>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+namespace quellbox {
+namespace {
+
+class MainAccessible : public MainWindowTest {
+protected:
+    /// What assistive tools hear of a control: its name.
+    std::string NameOf(const char* control) const { return Interface(control)->text(QAccessible::Name).toStdString(); }
+
+    QAccessible::Role RoleOf(const char* control) const { return Interface(control)->role(); }
+
+    QAccessibleInterface* Interface(const char* control) const {
+        return QAccessible::queryAccessibleInterface(Find<QWidget>(control));
+    }
+};
+
+TEST_F(MainAccessible, EveryControlOfTheMainWindowHasANameAndARole) {
+    AddThree();
+    OpenRefreshed();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(*window_, &focusable), "");
+    EXPECT_GE(focusable, 3 + 9) << "the three panes and the nine buttons";
+}
+
+TEST_F(MainAccessible, PanesAreAListATreeAndAText) {
+    Open();
+    EXPECT_EQ(NameOf("lvwMessages"), "Messages");
+    EXPECT_EQ(NameOf("trvMessage"), "Message format layout");
+    EXPECT_EQ(NameOf("rtfRaw"), "Raw message contents");
+    EXPECT_EQ(RoleOf("lvwMessages"), QAccessible::Tree);
+    EXPECT_EQ(RoleOf("trvMessage"), QAccessible::Tree);
+    EXPECT_EQ(RoleOf("rtfRaw"), QAccessible::EditableText);
+    EXPECT_TRUE(Interface("rtfRaw")->state().readOnly);
+}
+
+TEST_F(MainAccessible, ToolbarButtonsAreNamedAsTheirToolTips) {
+    Open();
+    for (const char* name : {"tlbMessages", "tlbContents"}) {
+        auto* bar = Find<QToolBar>(name);
+        EXPECT_FALSE(NameOf(name).empty()) << name;
+        for (QAction* button : bar->actions()) {
+            QAccessibleInterface* control = QAccessible::queryAccessibleInterface(bar->widgetForAction(button));
+            EXPECT_EQ(control->text(QAccessible::Name), button->toolTip());
+            EXPECT_EQ(control->role(), button->isCheckable() ? QAccessible::CheckBox : QAccessible::Button);
+        }
+    }
+}
+
+TEST_F(MainAccessible, PanelsSayWhatTheyAreAbout) {
+    AddThree();
+    Open();
+    EXPECT_EQ(NameOf("stbBottom_size"), "Size or time");
+    EXPECT_EQ(NameOf("stbBottom_count"), "Number of messages");
+    ASSERT_TRUE(WaitForRefreshes(1));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(NameOf("stbBottom_info"), "State: a.eml");
+    EXPECT_EQ(NameOf("stbBottom_count"), "Number of messages: 3 messages");
+}
+
+TEST_F(MainAccessible, DividersAndProgressAreNamed) {
+    Open();
+    for (const char* name : {"splWhole", "splBottom"}) {
+        QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(Splitter(name)->handle(1));
+        EXPECT_EQ(bar->text(QAccessible::Name).left(7).toStdString(), "Divider") << name;
+    }
+    EXPECT_EQ(NameOf("prbFiles"), "Progress");
+    EXPECT_EQ(RoleOf("prbFiles"), QAccessible::ProgressBar);
+}
+
+TEST_F(MainAccessible, RowsTellTheirCellsAndWhetherTheyAreUnread) {
+    AddThree();
+    OpenRefreshed();
+    QAccessibleTableInterface* table = Interface("lvwMessages")->tableInterface();
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table->rowCount(), 3);
+    EXPECT_EQ(table->cellAt(1, ColumnSubject)->text(QAccessible::Name).toStdString(), "about b.eml");
+    window_->Messages().MarkRows(1, 1, true);
+    EXPECT_EQ(table->cellAt(1, ColumnSubject)->text(QAccessible::Name).toStdString(), "about b.eml, unread");
+}
+
+TEST_F(MainAccessible, EveryMenuEntryHasAName) {
+    Open();
+    for (const QMenu* menu : window_->findChildren<QMenu*>(QRegularExpression(QStringLiteral("^mnu")))) {
+        QAccessibleInterface* control = QAccessible::queryAccessibleInterface(const_cast<QMenu*>(menu));
+        EXPECT_EQ(control->role(), QAccessible::PopupMenu);
+        for (int index = 0; index < control->childCount(); ++index) {
+            QAccessibleInterface* entry = control->child(index);
+            EXPECT_TRUE(entry->role() == QAccessible::Separator || !entry->text(QAccessible::Name).isEmpty())
+                << menu->objectName().toStdString() << ' ' << index;
+        }
+    }
+}
+
+TEST_F(MainAccessible, TheWhitelistDialogIsNamed) {
+    AppState state;
+    frmTolerate dialog(
+        store_, state, [](bool) {}, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 7) << "the entry field and six buttons";
+}
+
+TEST_F(MainAccessible, TheCleansingDialogIsNamed) {
+    AppState state;
+    frmCleansing dialog(state, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 7) << "four options and three buttons";
+}
+
+TEST_F(MainAccessible, TheFindDialogIsNamed) {
+    AppState state;
+    frmFind dialog(store_, state, nullptr);
+    dialog.Prepare([](bool) {});
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 8) << "the text, the fields and three buttons";
+}
+
+TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {
+    AppState state;
+    frmFolders dialog({files_, volumes_, pool_}, state, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 5) << "drives, directories, the check box and two buttons";
+}
+
+TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
+    AppState state;
+    OptionsCalls calls;
+    calls.runTimer = [](bool) {};
+    frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    dialog.show();
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        int focusable = 0;
+        EXPECT_EQ(NamelessControls(dialog, &focusable), "") << tab;
+        EXPECT_GE(focusable, 4) << "the tabs, three buttons and what is on tab " << tab;
+    }
+}
+
+TEST_F(MainAccessible, TheViewerIsNamed) {
+    frmView view(store_);
+    view.ShowMessage(QStringLiteral("/archive/a.eml"), QStringLiteral("text"));
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(view, &focusable), "");
+    EXPECT_EQ(focusable, 1);
+}
+
+} // namespace
+} // namespace quellbox

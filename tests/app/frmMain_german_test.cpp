@@ -1,0 +1,220 @@
+#include "app/MessageListView.h"
+#include "dialogs/frmCleansing.h"
+#include "dialogs/frmFind.h"
+#include "dialogs/frmFolders.h"
+#include "dialogs/frmOptions.h"
+#include "tests/support/InstalledTexts.h"
+#include "tests/support/MainWindowFixture.h"
+#include "whitelist/frmTolerate.h"
+
+#include <QAbstractButton>
+#include <QGroupBox>
+#include <QMenuBar>
+#include <QRegularExpression>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+namespace quellbox {
+namespace {
+
+/// The key of a caption's mnemonic; empty without one.
+QString Mnemonic(const QString& caption) {
+    static const QRegularExpression pattern(QStringLiteral("&([^&])"));
+    return pattern.match(QString(caption).remove(QStringLiteral("&&"))).captured(1).toLower();
+}
+
+/// The captions of which a mnemonic was taken by one before them.
+std::string Ambiguous(const QStringList& captions) {
+    QStringList keys;
+    QStringList found;
+    for (const QString& caption : captions) {
+        const QString key = Mnemonic(caption);
+        if (!key.isEmpty() && keys.contains(key)) {
+            found += caption;
+        }
+        keys += key;
+    }
+    return found.join(QStringLiteral(", ")).toStdString();
+}
+
+QStringList Captions(const QList<QAction*>& entries) {
+    QStringList captions;
+    for (const QAction* entry : entries) {
+        captions += entry->text();
+    }
+    return captions;
+}
+
+class MainGerman : public MainWindowTest {
+protected:
+    void SetUp() override { ASSERT_TRUE(german_.Installed()); }
+
+    std::string Caption(const char* action) const { return Action(action)->text().toStdString(); }
+
+    InstalledTexts german_{{QStringLiteral("de-DE"), QStringLiteral("de")}};
+};
+
+TEST_F(MainGerman, MenusToolbarsAndColumnsAreGerman) {
+    Open();
+    EXPECT_EQ(Caption("mnuFile"), "&Datei");
+    EXPECT_EQ(Caption("mnuFiExit"), "&Beenden");
+    EXPECT_EQ(Caption("mnuEditFindNext"), "&Weitersuchen");
+    EXPECT_EQ(Caption("mnuActionsUnblock"), "&Freigeben");
+    EXPECT_EQ(Caption("mnuTrRestore"), "Wiederherstellen");
+    EXPECT_EQ(Button("tlbMessages", "filter")->toolTip().toStdString(), "Angezeigte Nachrichten filtern");
+    EXPECT_EQ(List()->model()->headerData(ColumnSubject, Qt::Horizontal).toString().toStdString(), "Betreff");
+    EXPECT_EQ(List()->accessibleName().toStdString(), "Nachrichten");
+}
+
+// The same English word stands for a menu and for what it does to a message.
+TEST_F(MainGerman, ViewIsAMenuAndACommand) {
+    Open();
+    EXPECT_EQ(Caption("mnuView"), "&Ansicht");
+    EXPECT_EQ(Caption("mnuMessageView"), "&Anzeigen");
+}
+
+TEST_F(MainGerman, NoTwoEntriesOfAMenuShareAMnemonic) {
+    Open();
+    EXPECT_EQ(Ambiguous(Captions(window_->menuBar()->actions())), "");
+    const QList<QMenu*> menus = window_->findChildren<QMenu*>(QRegularExpression(QStringLiteral("^mnu")));
+    EXPECT_EQ(menus.size(), 9);
+    for (const QMenu* menu : menus) {
+        EXPECT_EQ(Ambiguous(Captions(menu->actions())), "") << menu->objectName().toStdString();
+    }
+}
+
+TEST_F(MainGerman, AnEntryHasAMnemonicWhereTheEnglishOneHas) {
+    Open();
+    for (const QAction* entry : window_->findChildren<QAction*>(QRegularExpression(QStringLiteral("^mnu")))) {
+        const QStringList without = {QStringLiteral("mnuOpenFolder"),
+                                     QStringLiteral("mnuOpenFolderSelect0"),
+                                     QStringLiteral("mnuOpenFolderSelect1"),
+                                     QStringLiteral("mnuViewBulk"),
+                                     QStringLiteral("mnuHelpStarting1"),
+                                     QStringLiteral("mnuMessage"),
+                                     QStringLiteral("mnuTray"),
+                                     QStringLiteral("mnuTrRestore"),
+                                     QStringLiteral("mnuTrExit")};
+        const bool expected = !entry->isSeparator() && !without.contains(entry->objectName());
+        EXPECT_EQ(!Mnemonic(entry->text()).isEmpty(), expected) << entry->objectName().toStdString();
+    }
+}
+
+TEST_F(MainGerman, OneMessageIsSingular) {
+    AddMessage("a.eml", 1);
+    OpenRefreshed();
+    EXPECT_EQ(Panel("count"), "1 Nachricht");
+    AddMessage("b.eml", 2);
+    window_->mnuAcRefresh_Click();
+    EXPECT_EQ(Panel("count"), "2 Nachrichten");
+    Action("mnuEditSelectAll")->trigger();
+    EXPECT_EQ(Panel("info"), "2 ausgewählt");
+}
+
+TEST_F(MainGerman, WhatIsStoredIsNotTranslated) {
+    Open();
+    Action("mnuViewToolbar")->trigger();
+    window_->close();
+    EXPECT_EQ(Stored("Toolbar").toStdString(), "False");
+    EXPECT_EQ(Stored("StatusBar").toStdString(), "True");
+}
+
+TEST_F(MainGerman, TheWhitelistDialogIsGerman) {
+    AppState state;
+    frmTolerate dialog(
+        store_, state, [](bool) {}, nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Tolerieren");
+    QStringList captions;
+    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
+        captions += button->text();
+    }
+    EXPECT_TRUE(captions.contains(QStringLiteral("&Hinzufügen"))) << captions.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(Ambiguous(captions), "");
+    dialog.findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
+    EXPECT_EQ(state.ToleranceResult.toStdString(), "OK");
+}
+
+/// Texts of the buttons, group boxes and tabs of a dialog that can be reached by a key at the same time.
+QStringList Mnemonics(const QWidget& dialog) {
+    QStringList captions;
+    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
+        captions += button->isVisibleTo(&dialog) ? button->text() : QString();
+    }
+    for (const QGroupBox* box : dialog.findChildren<QGroupBox*>()) {
+        captions += box->isVisibleTo(&dialog) ? box->title() : QString();
+    }
+    for (const QTabBar* bar : dialog.findChildren<QTabBar*>()) {
+        for (int tab = 0; tab < bar->count(); ++tab) {
+            captions += bar->tabText(tab);
+        }
+    }
+    return captions;
+}
+
+TEST_F(MainGerman, TheCleansingDialogIsGerman) {
+    AppState state;
+    state.ArchiveDir = QStringLiteral("/archive/");
+    const frmCleansing dialog(state, nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Bereinigungs-Assistent");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheFindDialogIsGerman) {
+    AppState state;
+    frmFind dialog(store_, state, nullptr);
+    dialog.Prepare([](bool) {});
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Suchen");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheDirectoryDialogIsGerman) {
+    AppState state;
+    const frmFolders dialog({files_, volumes_, pool_}, state, nullptr);
+    EXPECT_EQ(dialog.findChild<QAbstractButton*>(QStringLiteral("btnCancel"))->text().toStdString(), "A&bbrechen");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
+    AppState state;
+    OptionsCalls calls;
+    calls.runTimer = [](bool) {};
+    const frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Optionen");
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "") << tab;
+    }
+    const auto* information = dialog.findChild<QTreeWidget*>(QStringLiteral("trvOptions"));
+    EXPECT_EQ(information->topLevelItem(1)->text(0).toStdString(), "Verzeichnisse");
+}
+
+class MainLanguage : public MainWindowTest {};
+
+TEST_F(MainLanguage, EnglishIsNotTranslated) {
+    for (const char* language : {"C", "en", "en-US", "en-GB"}) {
+        EXPECT_FALSE(InstallTranslation(*qApp, {QLatin1String(language)})) << language;
+    }
+    AddMessage("a.eml", 1);
+    OpenRefreshed();
+    EXPECT_EQ(Action("mnuFile")->text().toStdString(), "&File");
+    EXPECT_EQ(Panel("count"), "1 messages");
+}
+
+TEST_F(MainLanguage, EnglishBeforeGermanIsEnglish) {
+    EXPECT_FALSE(InstallTranslation(*qApp, {QStringLiteral("en-GB"), QStringLiteral("de-DE")}));
+}
+
+TEST_F(MainLanguage, AnUnknownLanguageBeforeGermanIsGerman) {
+    const InstalledTexts texts({QStringLiteral("rm-CH"), QStringLiteral("de-CH")});
+    EXPECT_TRUE(texts.Installed());
+    EXPECT_EQ(QCoreApplication::translate("quellbox", "Subject").toStdString(), "Betreff");
+}
+
+TEST_F(MainLanguage, AnUnknownLanguageAloneIsEnglish) {
+    EXPECT_FALSE(InstallTranslation(*qApp, {QStringLiteral("rm-CH"), QStringLiteral("rm")}));
+}
+
+} // namespace
+} // namespace quellbox

@@ -1,0 +1,69 @@
+#include "archive/ArchiveArgument.h"
+#include "tests/support/MemoryFileSystem.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+namespace quellbox {
+namespace {
+
+class ArchiveArgumentTest : public testing::Test {
+protected:
+    ArchiveArgumentTest() {
+        files_.AddFolder(QStringLiteral("/srv/archive"));
+        files_.Add(QStringLiteral("/srv/archive/a.eml"), "Subject: a\n\n");
+    }
+
+    ArchiveArgument Read(const QStringList& arguments) const {
+        return ReadArchiveArgument(arguments, files_, QStringLiteral("/srv"));
+    }
+
+    MemoryFileSystem files_;
+};
+
+TEST_F(ArchiveArgumentTest, NoArgumentLeavesTheChoiceToTheSettings) {
+    const ArchiveArgument argument = Read({});
+    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_TRUE(argument.Error.isEmpty());
+}
+
+TEST_F(ArchiveArgumentTest, AFolderGetsASeparatorAtItsEndAndKeepsTheOneItHas) {
+    EXPECT_EQ(Read({QStringLiteral("/srv/archive")}).Folder.toStdString(), "/srv/archive/");
+    EXPECT_EQ(Read({QStringLiteral("/srv/archive/")}).Folder.toStdString(), "/srv/archive/");
+}
+
+TEST_F(ArchiveArgumentTest, ARelativeFolderStartsFromTheWorkingFolder) {
+    EXPECT_EQ(Read({QStringLiteral("archive")}).Folder.toStdString(), "/srv/archive/");
+}
+
+TEST_F(ArchiveArgumentTest, AFileIsNoDirectory) {
+    const ArchiveArgument argument = Read({QStringLiteral("archive/a.eml")});
+    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_EQ(argument.Error.toStdString(), "\"archive/a.eml\" is no directory that can be opened.");
+}
+
+TEST_F(ArchiveArgumentTest, AnAbsentFolderIsNamedAsItWasGiven) {
+    EXPECT_EQ(Read({QStringLiteral("/nowhere")}).Error.toStdString(),
+              "\"/nowhere\" is no directory that can be opened.");
+}
+
+TEST_F(ArchiveArgumentTest, AnEmptyArgumentIsNotTheWorkingFolder) {
+    const ArchiveArgument argument = Read({QString()});
+    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_EQ(argument.Error.toStdString(), "\"\" is no directory that can be opened.");
+}
+
+TEST_F(ArchiveArgumentTest, TwoDirectoriesAreRefused) {
+    const ArchiveArgument argument = Read({QStringLiteral("/srv/archive"), QStringLiteral("/srv/archive")});
+    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_EQ(argument.Error.toStdString(), "Only one directory can be opened at a time.");
+}
+
+TEST_F(ArchiveArgumentTest, ASharePathIsTakenAsItIs) {
+    const ArchiveArgument argument = Read({QStringLiteral("\\\\server\\share")});
+    EXPECT_EQ(argument.Error.toStdString(), "\"\\\\server\\share\" is no directory that can be opened.");
+}
+
+} // namespace
+} // namespace quellbox

@@ -1,0 +1,958 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>frmCleansing</name>
+    <message>
+        <source>Cleansing Wizard</source>
+        <translation>Bereinigungs-Assistent</translation>
+    </message>
+    <message>
+        <source>&amp;Select</source>
+        <translation>&amp;Auswahl</translation>
+    </message>
+    <message>
+        <source>&amp;Every archived message</source>
+        <translation>&amp;Jede archivierte Nachricht</translation>
+    </message>
+    <message>
+        <source>All, except to&amp;day&apos;s messages</source>
+        <translation>Alle außer den heuti&amp;gen Nachrichten</translation>
+    </message>
+    <message>
+        <source>All, except the last &amp;two days</source>
+        <translation>Alle außer denen der letzten &amp;zwei Tage</translation>
+    </message>
+    <message>
+        <source>Preserve one &amp;week (7 days)</source>
+        <translation>Eine &amp;Woche (7 Tage) behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>frmFind</name>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Text to find in message header</source>
+        <translation>Im Nachrichtenkopf zu suchender Text</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Zu suchender Text</translation>
+    </message>
+    <message>
+        <source>In &amp;Header Field</source>
+        <translation>In &amp;Kopffeld</translation>
+    </message>
+    <message>
+        <source>&amp;Date</source>
+        <translation>&amp;Datum</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>&amp;Subject</source>
+        <translation>&amp;Betreff</translation>
+    </message>
+    <message>
+        <source>Si&amp;ze</source>
+        <translation>&amp;Größe</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Discard find history</source>
+        <translation>Suchverlauf löschen</translation>
+    </message>
+</context>
+<context>
+    <name>frmFolders</name>
+    <message>
+        <source>Device / Directory</source>
+        <translation>Laufwerk / Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Laufwerk</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Share / UNC-path</source>
+        <translation>Freigabe / UNC-Pfad</translation>
+    </message>
+    <message>
+        <source>Use &amp;share (UNC path)</source>
+        <translation>&amp;Freigabe verwenden (UNC-Pfad)</translation>
+    </message>
+    <message>
+        <source>UNC path</source>
+        <translation>UNC-Pfad</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>frmOptions</name>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>&amp;Allgemein</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Informationen</translation>
+    </message>
+    <message>
+        <source>&amp;Directories</source>
+        <translation>&amp;Verzeichnisse</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>A&amp;rchiv</translation>
+    </message>
+    <message>
+        <source>Archive directory</source>
+        <translation>Archivverzeichnis</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Select the archive directory</source>
+        <translation>Archivverzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Pickup</source>
+        <translation>&amp;Pickup</translation>
+    </message>
+    <message>
+        <source>Pickup directory</source>
+        <translation>Pickup-Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Select the pickup directory</source>
+        <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Use select ... button to choose folders on your Exchange server, accessible via drive letter mapping or UNC-path.</source>
+        <translation>Mit der Schaltfläche „Auswählen“ wählen Sie Verzeichnisse auf Ihrem Exchange-Server, die über einen Laufwerksbuchstaben oder UNC-Pfad erreichbar sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Filtering</source>
+        <translation>&amp;Filter</translation>
+    </message>
+    <message>
+        <source>&amp;Rule</source>
+        <translation>&amp;Regel</translation>
+    </message>
+    <message>
+        <source>&amp;No filtering, show all</source>
+        <translation>&amp;Nicht filtern, alle anzeigen</translation>
+    </message>
+    <message>
+        <source>To&amp;day&apos;s messages only</source>
+        <translation>Nur &amp;heutige Nachrichten</translation>
+    </message>
+    <message>
+        <source>The last &amp;two days</source>
+        <translation>Die letzten &amp;zwei Tage</translation>
+    </message>
+    <message>
+        <source>Full &amp;week</source>
+        <translation>Volle &amp;Woche</translation>
+    </message>
+    <message>
+        <source>&amp;Toleration</source>
+        <translation>&amp;Toleranz</translation>
+    </message>
+    <message>
+        <source>&amp;Level</source>
+        <translation>&amp;Stufe</translation>
+    </message>
+    <message>
+        <source>&amp;Automatic (in background during refresh)</source>
+        <translation>A&amp;utomatisch (im Hintergrund beim Aktualisieren)</translation>
+    </message>
+    <message>
+        <source>Manual (by you)</source>
+        <translation>Manuell (durch Sie)</translation>
+    </message>
+    <message>
+        <source>&amp;Disabled (whitelist switched off)</source>
+        <translation>&amp;Deaktiviert (Whitelist ausgeschaltet)</translation>
+    </message>
+    <message>
+        <source>Whitelist of tolerated senders</source>
+        <translation>Whitelist der tolerierten Absender</translation>
+    </message>
+    <message>
+        <source>Select the whitelist of tolerated senders</source>
+        <translation>Whitelist der tolerierten Absender auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Settings</source>
+        <translation>&amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>Use OutlookE&amp;xpress as message viewer</source>
+        <translation>OutlookE&amp;xpress zum Anzeigen von Nachrichten verwenden</translation>
+    </message>
+    <message>
+        <source>Use this option with great care!</source>
+        <translation>Verwenden Sie diese Option mit großer Vorsicht!</translation>
+    </message>
+    <message>
+        <source>&amp;Auto Refresh / Action (in seconds)</source>
+        <translation>Automatische Akt&amp;ualisierung / Aktion (in Sekunden)</translation>
+    </message>
+    <message>
+        <source>Refresh interval in seconds</source>
+        <translation>Aktualisierungsintervall in Sekunden</translation>
+    </message>
+    <message>
+        <source>&amp;Go to end of message contents in RAW viewer window</source>
+        <translation>Im Quelltext-Fenster ans Ende der Nachricht &amp;gehen</translation>
+    </message>
+    <message>
+        <source>This option didn&apos;t work well...</source>
+        <translation>Diese Option funktionierte nicht gut...</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>frmTolerate</name>
+    <message>
+        <source>Tolerate</source>
+        <translation>Tolerieren</translation>
+    </message>
+    <message>
+        <source>Tolerated senders</source>
+        <translation>Tolerierte Absender</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>tolerated sender</source>
+        <translation>tolerierter Absender</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Remove A&amp;ll</source>
+        <translation>&amp;Alle entfernen</translation>
+    </message>
+    <message>
+        <source>Clear all tolerated senders</source>
+        <translation>Alle tolerierten Absender entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>H&amp;ilfe</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Toleration not yet implemented for now</source>
+        <translation>Tolerieren ist vorerst noch nicht möglich</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>frmView</name>
+    <message>
+        <source>Raw message contents</source>
+        <translation>Quelltext der Nachricht</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox</name>
+    <message>
+        <source>The file is read-only.</source>
+        <translation>Die Datei ist schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>The file was changed while it was being moved.</source>
+        <translation>Die Datei wurde beim Verschieben verändert.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be understood. Correct the file, or delete it to start with new settings.</source>
+        <translation>Die Einstellungen sind nicht lesbar. Berichtigen Sie die Datei oder löschen Sie sie, um mit neuen Einstellungen zu beginnen.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written. Make sure that you may write this file and its folder, and that the disk is not full.</source>
+        <translation>Die Einstellungen können nicht gespeichert werden. Stellen Sie sicher, dass Sie in diese Datei und ihr Verzeichnis schreiben dürfen und dass der Datenträger nicht voll ist.</translation>
+    </message>
+    <message>
+        <source>The file cannot be read</source>
+        <translation>Die Datei kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>The file is empty</source>
+        <translation>Die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>Not a mail message: no header field found</source>
+        <translation>Keine E-Mail-Nachricht: kein Kopffeld gefunden</translation>
+    </message>
+    <message>
+        <source>The header of the message is too large</source>
+        <translation>Der Kopf der Nachricht ist zu groß</translation>
+    </message>
+    <message>
+        <source>The message has too many header fields</source>
+        <translation>Die Nachricht hat zu viele Kopffelder</translation>
+    </message>
+    <message>
+        <source>The message has too many parts</source>
+        <translation>Die Nachricht hat zu viele Teile</translation>
+    </message>
+    <message>
+        <source>The parts of the message are nested too deeply</source>
+        <translation>Die Teile der Nachricht sind zu tief verschachtelt</translation>
+    </message>
+    <message>
+        <source> (just today)</source>
+        <translation> (nur heute)</translation>
+    </message>
+    <message>
+        <source> (in two days)</source>
+        <translation> (in zwei Tagen)</translation>
+    </message>
+    <message>
+        <source> (one week)</source>
+        <translation> (eine Woche)</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; is stored as &quot;%2&quot; and cannot be used; its default &quot;%3&quot; is used instead. %4</source>
+        <translation>Die Einstellung „%1“ ist als „%2“ gespeichert und nicht verwendbar; stattdessen gilt die Vorgabe „%3“. %4</translation>
+    </message>
+    <message>
+        <source>The number &quot;%1&quot; is too large or too small. Enter a number from %2 to %3.</source>
+        <translation>Die Zahl „%1“ ist zu groß oder zu klein. Geben Sie eine Zahl von %2 bis %3 ein.</translation>
+    </message>
+    <message>
+        <source>The text &quot;%1&quot; is neither True nor False nor a number. Enter True or False.</source>
+        <translation>Der Text „%1“ ist weder True noch False noch eine Zahl. Geben Sie True oder False ein.</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 Byte</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>An</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>Subject</source>
+        <translation>Betreff</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Byte</translation>
+    </message>
+    <message>
+        <source>SCL%</source>
+        <translation>SCL%</translation>
+    </message>
+    <message>
+        <source>%1, unread</source>
+        <translation>%1, ungelesen</translation>
+    </message>
+    <message>
+        <source>The size &quot;%1&quot; of %2 is not a number. Refresh the list.</source>
+        <translation>Die Größe „%1“ von %2 ist keine Zahl. Aktualisieren Sie die Liste.</translation>
+    </message>
+    <message>
+        <source>Overflow: the selected messages hold 2 GiB or more. Select fewer messages.</source>
+        <translation>Überlauf: Die ausgewählten Nachrichten umfassen 2 GiB oder mehr. Wählen Sie weniger Nachrichten aus.</translation>
+    </message>
+    <message>
+        <source>Overflow: at most 32,767 messages can be selected. Select fewer messages.</source>
+        <translation>Überlauf: Es können höchstens 32.767 Nachrichten ausgewählt werden. Wählen Sie weniger Nachrichten aus.</translation>
+    </message>
+    <message>
+        <source>Size of selected messages</source>
+        <translation>Größe der ausgewählten Nachricht</translation>
+    </message>
+    <message>
+        <source>Total size of selected messages</source>
+        <translation>Gesamtgröße der ausgewählten Nachrichten</translation>
+    </message>
+    <message>
+        <source>Tolerate entire domain</source>
+        <translation>Gesamte Domain tolerieren</translation>
+    </message>
+    <message>
+        <source>Individual addresses for users at </source>
+        <translation>Einzelne Adressen von Benutzern bei </translation>
+    </message>
+    <message>
+        <source>will be removed from the list of tolerated users.</source>
+        <translation>werden aus der Liste der tolerierten Benutzer entfernt.</translation>
+    </message>
+    <message>
+        <source>Every sender from this domain is going to be tolerated from now on.</source>
+        <translation>Ab jetzt wird jeder Absender dieser Domain toleriert.</translation>
+    </message>
+    <message>
+        <source>Only one directory can be opened at a time.</source>
+        <translation>Es kann immer nur ein Verzeichnis geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no directory that can be opened.</source>
+        <translation>„%1“ ist kein Verzeichnis, das geöffnet werden kann.</translation>
+    </message>
+    <message>
+        <source>Archive %1 not found</source>
+        <translation>Archiv %1 nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Archive cannot be read: %1</source>
+        <translation>Archiv kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>Overflow: the archive %1 holds %2 files, and at most 32,766 can be listed. Move or delete some of them, then refresh.</source>
+        <translation>Überlauf: Das Archiv %1 enthält %2 Dateien, aufgelistet werden können höchstens 32.766. Verschieben oder löschen Sie einige davon und aktualisieren Sie dann die Liste.</translation>
+    </message>
+    <message>
+        <source>Look through the archive of a mail server&apos;s spam filter, and deliver what is no spam.</source>
+        <translation>Das Archiv des Spam-Filters eines Mailservers durchsehen und zustellen, was kein Spam ist.</translation>
+    </message>
+    <message>
+        <source>Print the list after the first refresh, and quit.</source>
+        <translation>Nach dem ersten Aktualisieren die Liste ausgeben und beenden.</translation>
+    </message>
+    <message>
+        <source>Save a picture of the window after the first refresh, and quit.</source>
+        <translation>Nach dem ersten Aktualisieren ein Bild des Fensters speichern und beenden.</translation>
+    </message>
+    <message>
+        <source>The archive to show in this session, instead of the one in the settings, which stay as they are.</source>
+        <translation>Das Archiv, das in dieser Sitzung anstelle des eingestellten angezeigt wird. Die Einstellungen bleiben unverändert.</translation>
+    </message>
+    <message>
+        <source>[directory]</source>
+        <translation>[Verzeichnis]</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages</source>
+        <translation>
+            <numerusform>%n Nachricht</numerusform>
+            <numerusform>%n Nachrichten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n selected</source>
+        <translation>
+            <numerusform>%n ausgewählt</numerusform>
+            <numerusform>%n ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The share is not mounted on this computer.</source>
+        <translation>Die Freigabe ist auf diesem Computer nicht eingebunden.</translation>
+    </message>
+    <message>
+        <source>%1 contains all archived messages put here by the Exchange Intelligent Message Filter.</source>
+        <translation>%1 enthält alle archivierten Nachrichten, die der Exchange Intelligent Message Filter dort abgelegt hat.</translation>
+    </message>
+    <message>
+        <source>This cleansing operation helps you to quickly, and permanently, remove them.</source>
+        <translation>Mit dieser Bereinigung entfernen Sie sie schnell und endgültig.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived today.</source>
+        <translation>, außer denen, die heute eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived today and yesterday.</source>
+        <translation>, außer denen, die heute und gestern eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>, except those that arrived during the last seven days.</source>
+        <translation>, außer denen, die in den letzten sieben Tagen eingegangen sind.</translation>
+    </message>
+    <message>
+        <source>Clean up %1</source>
+        <translation>%1 bereinigen</translation>
+    </message>
+    <message>
+        <source>Press OK to remove them all permanently from your system</source>
+        <translation>Klicken Sie auf OK, um alle endgültig von Ihrem System zu entfernen</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; not found in header field %2</source>
+        <translation>„%1“ im Kopffeld %2 nicht gefunden</translation>
+    </message>
+    <message>
+        <source>This is no full path.</source>
+        <translation>Dies ist kein vollständiger Pfad.</translation>
+    </message>
+    <message>
+        <source>OK to send test message to postmaster?</source>
+        <translation>Testnachricht an den Postmaster senden?</translation>
+    </message>
+    <message>
+        <source>This will verify the pickup directory setup.</source>
+        <translation>Damit wird die Einrichtung des Pickup-Verzeichnisses überprüft.</translation>
+    </message>
+    <message>
+        <source>Version: </source>
+        <translation>Version: </translation>
+    </message>
+    <message>
+        <source>Build: </source>
+        <translation>Build: </translation>
+    </message>
+    <message>
+        <source>SocketTools: </source>
+        <translation>SocketTools: </translation>
+    </message>
+    <message>
+        <source>Directories</source>
+        <translation>Verzeichnisse</translation>
+    </message>
+    <message>
+        <source>Program: </source>
+        <translation>Programm: </translation>
+    </message>
+    <message>
+        <source>Archive: </source>
+        <translation>Archiv: </translation>
+    </message>
+    <message>
+        <source>Pickup: </source>
+        <translation>Pickup: </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::EntryCombo</name>
+    <message>
+        <source>Sender or domain</source>
+        <translation>Absender oder Domain</translation>
+    </message>
+    <message>
+        <source>Tolerated senders</source>
+        <translation>Tolerierte Absender</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::RawPane</name>
+    <message>
+        <source>[The rest is not shown: %1 of %2 characters]</source>
+        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusBarView</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Last screen update</source>
+        <translation>Letzte Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Number of archived files</source>
+        <translation>Anzahl der archivierten Dateien</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Size or time</source>
+        <translation>Größe oder Zeitpunkt</translation>
+    </message>
+    <message>
+        <source>Number of messages</source>
+        <translation>Anzahl der Nachrichten</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusPanelView</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFind</name>
+    <message>
+        <source>Find All</source>
+        <translation>Alle suchen</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFolders</name>
+    <message>
+        <source>Cannot use drive %1</source>
+        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmMain</name>
+    <message>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Message format layout</source>
+        <translation>Aufbau der Nachricht</translation>
+    </message>
+    <message>
+        <source>Raw message contents</source>
+        <translation>Quelltext der Nachricht</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Archive...</source>
+        <translation>Archiv...</translation>
+    </message>
+    <message>
+        <source>Pickup...</source>
+        <translation>Pickup...</translation>
+    </message>
+    <message>
+        <source>E&amp;xit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Select &amp;None</source>
+        <translation>Auswahl auf&amp;heben</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>&amp;Alle auswählen</translation>
+    </message>
+    <message>
+        <source>Mar&amp;k as Read</source>
+        <translation>Als &amp;gelesen markieren</translation>
+    </message>
+    <message>
+        <source>Mark as U&amp;nread</source>
+        <translation>Als &amp;ungelesen markieren</translation>
+    </message>
+    <message>
+        <source>Mark All as R&amp;ead</source>
+        <translation>All&amp;e als gelesen markieren</translation>
+    </message>
+    <message>
+        <source>&amp;Find...</source>
+        <translation>&amp;Suchen...</translation>
+    </message>
+    <message>
+        <source>Find &amp;Next</source>
+        <translation>&amp;Weitersuchen</translation>
+    </message>
+    <message>
+        <source>Find A&amp;ll</source>
+        <translation>A&amp;lle suchen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>Bulk mode</source>
+        <translation>Bulk-Modus</translation>
+    </message>
+    <message>
+        <source>&amp;Hide when Minimized</source>
+        <translation>Beim &amp;Minimieren ausblenden</translation>
+    </message>
+    <message>
+        <source>&amp;Toolbar</source>
+        <translation>&amp;Symbolleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Status Bar</source>
+        <translation>S&amp;tatusleiste</translation>
+    </message>
+    <message>
+        <source>Message &amp;contents</source>
+        <translation>Nachrichten&amp;inhalt</translation>
+    </message>
+    <message>
+        <source>Format &amp;layout</source>
+        <translation>Nachrichten&amp;aufbau</translation>
+    </message>
+    <message>
+        <source>&amp;Actions</source>
+        <translation>A&amp;ktionen</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Unblock</source>
+        <translation>&amp;Freigeben</translation>
+    </message>
+    <message>
+        <source>&amp;Tolerate...</source>
+        <translation>&amp;Tolerieren...</translation>
+    </message>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>E&amp;xtras</translation>
+    </message>
+    <message>
+        <source>Pickup &amp;Test...</source>
+        <translation>Pickup-&amp;Test...</translation>
+    </message>
+    <message>
+        <source>&amp;Cleansing Wizard...</source>
+        <translation>&amp;Bereinigungs-Assistent...</translation>
+    </message>
+    <message>
+        <source>&amp;Options...</source>
+        <translation>&amp;Optionen...</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Getting Started</source>
+        <translation>&amp;Erste Schritte</translation>
+    </message>
+    <message>
+        <source>Suggestions</source>
+        <translation>Vorschläge</translation>
+    </message>
+    <message>
+        <source>Check for Program &amp;Update...</source>
+        <translation>Nach &amp;Updates suchen...</translation>
+    </message>
+    <message>
+        <source>Give &amp;Feedback...</source>
+        <translation>&amp;Feedback geben...</translation>
+    </message>
+    <message>
+        <source>&amp;About this Program...</source>
+        <translation>&amp;Info zu diesem Programm...</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Infobereich</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Delete selected message(s) permanently</source>
+        <translation>Ausgewählte Nachricht(en) endgültig löschen</translation>
+    </message>
+    <message>
+        <source>Unblock and deliver selected message(s)</source>
+        <translation>Ausgewählte Nachricht(en) freigeben und zustellen</translation>
+    </message>
+    <message>
+        <source>Add sender(s) to whitelist for toleration</source>
+        <translation>Absender auf die Whitelist setzen und tolerieren</translation>
+    </message>
+    <message>
+        <source>Find text in message header</source>
+        <translation>Text im Nachrichtenkopf suchen</translation>
+    </message>
+    <message>
+        <source>Filter the message display</source>
+        <translation>Angezeigte Nachrichten filtern</translation>
+    </message>
+    <message>
+        <source>Launch cleansing wizard</source>
+        <translation>Bereinigungs-Assistenten starten</translation>
+    </message>
+    <message>
+        <source>Maintain whitelist of tolerated senders</source>
+        <translation>Whitelist der tolerierten Absender pflegen</translation>
+    </message>
+    <message>
+        <source>Collapse or Expand all parts</source>
+        <translation>Alle Teile ein- oder ausklappen</translation>
+    </message>
+    <message>
+        <source>Reveal attachment</source>
+        <translation>Anhang anzeigen</translation>
+    </message>
+    <message>
+        <source>Time of last screen update</source>
+        <translation>Zeitpunkt der letzten Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Please wait till operation completes...</source>
+        <translation>Bitte warten Sie, bis der Vorgang abgeschlossen ist...</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages</source>
+        <translation>
+            <numerusform>%n Nachricht</numerusform>
+            <numerusform>%n Nachrichten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <comment>what to do with a message</comment>
+        <translation>&amp;Anzeigen</translation>
+    </message>
+    <message>
+        <source>Divider between list and contents</source>
+        <translation>Trennleiste zwischen Liste und Inhalt</translation>
+    </message>
+    <message>
+        <source>Divider between layout and raw contents</source>
+        <translation>Trennleiste zwischen Aufbau und Quelltext</translation>
+    </message>
+    <message>
+        <source>Removing %1</source>
+        <translation>%1 wird entfernt</translation>
+    </message>
+    <message>
+        <source>Select Archive Directory</source>
+        <translation>Archivverzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Select Pickup Directory</source>
+        <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+    <message>
+        <source>Exchange Pickup Directory not setup yet.</source>
+        <translation>Das Exchange-Pickup-Verzeichnis ist noch nicht eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Testmessage send. Verify postmaster mailbox now!</source>
+        <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Messages removed !</source>
+        <translation>
+            <numerusform>%n Nachricht entfernt!</numerusform>
+            <numerusform>%n Nachrichten entfernt!</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmTolerate</name>
+    <message>
+        <source>Invalid email address specified</source>
+        <translation>Ungültige E-Mail-Adresse angegeben</translation>
+    </message>
+</context>
+</TS>
