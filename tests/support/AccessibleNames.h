@@ -18,7 +18,9 @@ inline std::string NamelessControls(QWidget& window, int* focusable = nullptr) {
         if (control == nullptr || control->object() == nullptr) {
             return;
         }
-        if (control->state().focusable && control->object() != &window) {
+        const auto* widget = qobject_cast<const QWidget*>(control->object());
+        const bool passesOn = widget != nullptr && widget->focusProxy() != nullptr; // its proxy is walked as well
+        if (control->state().focusable && !passesOn && widget != &window) {
             ++seen;
             const bool hasRole = control->role() != QAccessible::NoRole && control->role() != QAccessible::Client;
             if (!hasRole || control->text(QAccessible::Name).trimmed().isEmpty()) {
