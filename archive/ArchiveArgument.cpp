@@ -26,7 +26,7 @@ ArchiveArgument ReadArchiveArgument(const QStringList& arguments, const FileSyst
     if (arguments.size() > 1) {
         return {{}, QCoreApplication::translate("quellbox", "Only one directory can be opened at a time.")};
     }
-    const QString argument = arguments.first();
+    const QString& argument = arguments.first();
     const QString folder = argument.isEmpty() ? QString() : AbsoluteFolder(argument, workingFolder);
     if (folder.isEmpty() || !files.FolderExists(folder)) {
         return {{},
