@@ -2,6 +2,7 @@
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -98,6 +99,29 @@ TEST_F(MainOptions, TheSameFilterDoesNotRefresh) {
     EXPECT_EQ(Keys(), "today.eml yesterday.eml");
     EXPECT_TRUE(Filter()->isChecked()); // OK presses the button whenever there is a day window
     EXPECT_TRUE(Timer()->isActive());
+}
+
+TEST_F(MainOptions, AnotherArchiveIsListedAfterTheDialogEvenIfThatIsCancelled) {
+    AddThree();
+    files_.AddFolder(QStringLiteral("/other/"));
+    files_.Add(QStringLiteral("/other/new.eml"), "Subject: x\n\n", 0);
+    OpenRefreshed();
+    OnOptions([](frmOptions& dialog) {
+        QTimer::singleShot(0, &dialog, [] {
+            QWidget* folders = QApplication::activeModalWidget();
+            ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
+            folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
+            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/other"));
+            folders->findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
+        });
+        Press(dialog, "btnArchive");
+        Press(dialog, "cmdCancel");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Keys(), "new.eml");
+    EXPECT_EQ(Stored("ArchiveDir"), QStringLiteral("/other/"));
 }
 
 TEST_F(MainOptions, CancelChangesNothing) {
