@@ -180,6 +180,7 @@ private:
 
     // frmMainCleansing.cpp
     void CleanseArchive();
+    void RefreshAfterCleansing();
     qint32 RemoveOldMessages();
 
     // frmMainPickupTest.cpp
@@ -244,6 +245,7 @@ private:
     QStringList loadErrors_; // reported once the window is shown
     bool busy_ = false;
     bool busyIsShown_ = false;
+    bool hourglassIsShown_ = false;
     bool closing_ = false;
     bool timerIsHeld_ = false;  // a dialog rests the refresh timer
     bool refreshIsDue_ = false; // the Refresh command was given while a pass ran

@@ -104,7 +104,7 @@ void frmMain::TolerateSelectedSender() {
         frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
         dialog.SetMode(ToleranceWord::tolerate);
         dialog.SetSender(message.tag);
-        dialog.SetStatus(message.cells[ColumnFrom]);
+        dialog.SetStatus(ShownText(message.cells[ColumnFrom]));
         dialog.exec();
     }
     if (!closing_ && state_.ToleranceResult == ToleranceWord::ok) {

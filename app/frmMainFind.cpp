@@ -7,21 +7,33 @@
 namespace quellbox {
 
 void frmMain::mnuEditFind_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = 0;
     ShowFindDialog();
 }
 
 void frmMain::mnuEditFindNext_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = 0;
     FindNext();
 }
 
 void frmMain::mnuEditFindAll_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = -1;
     state_.FindText.isEmpty() ? ShowFindDialog() : FindNext();
 }
 
 void frmMain::mnuMessageFind_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.HeaderField = static_cast<qint16>(ClickedColumn);
     mnuEditFind_Click();
 }
@@ -39,6 +51,7 @@ void frmMain::ShowFindDialog() {
         return; // and the dialog has gone
     }
     if (!accepted) {
+        // Cancel ends the search whatever other window is open.
         UnloadFind();
         ports_.store.Flush();
         return;

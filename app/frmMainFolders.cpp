@@ -29,7 +29,7 @@ QString frmMain::SelectDirectory(qint16 index) {
     state_.SelectedFolder = directory;
     {
         std::optional<ArrowCursor> arrow;
-        if (busyIsShown_) {
+        if (hourglassIsShown_) {
             arrow.emplace();
         }
         QWidget* above = QApplication::activeModalWidget();

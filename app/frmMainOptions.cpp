@@ -14,7 +14,8 @@ constexpr const char* refreshMark = "Tag"; // of mnuToolsOptions: "X" when the d
 
 } // namespace
 
-// Another archive, which the dialog lets the user select, has left the list empty; that is no reason to wait for a tick.
+// Another archive, which the dialog lets the user select, has left the list empty; that is no reason to wait for a
+// tick.
 void frmMain::mnuToolsOptions_Click() {
     if (busy_ || pass_) {
         return;
@@ -72,7 +73,8 @@ void frmMain::ShowOptions() {
     calls.maintainWhitelist = [this] { Guarded([this] { MaintainWhitelist(); }); };
     frmOptions(ports_.files, ports_.program, state_, std::move(calls), this).exec();
     if (state_.TolerationLevel != levelBefore) {
-        UpdateSelectionStatus(); // what is enabled follows the level
+        // What is enabled follows the level. A size that cannot be counted must not cost what comes after the dialog.
+        Guarded([this] { UpdateSelectionStatus(); });
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QLocale>
 
+#include <utility>
+
 namespace quellbox {
 
 void frmMain::RefreshArchive(bool markNew) {
@@ -142,11 +144,17 @@ void frmMain::SetBusy(bool busy, int maximum) {
     if (busy) {
         ShowFileProgress(true, maximum);
         panels_.SetInfo(tr("Please wait till operation completes..."));
-        QApplication::setOverrideCursor(Qt::WaitCursor);
+        // An hourglass would lie over a dialog too, which does not have to wait.
+        hourglassIsShown_ = QApplication::activeModalWidget() == nullptr;
+        if (hourglassIsShown_) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
         return;
     }
     panels_.SetInfo(tr("Done"));
-    QApplication::restoreOverrideCursor();
+    if (std::exchange(hourglassIsShown_, false)) {
+        QApplication::restoreOverrideCursor();
+    }
     ShowFileProgress(false, 0);
     if (!isMinimized()) {
         lvwMessages->setFocus();

@@ -1,8 +1,11 @@
 #include "dialogs/InformationTree.h"
 
+#include "mail/DisplayText.h"
 #include "mail/MailMessage.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 namespace quellbox {
 
@@ -25,9 +28,10 @@ std::vector<InformationNode> BuildInformationTree(const ProgramInfo& program, co
           Line(text(QT_TRANSLATE_NOOP("quellbox", "SocketTools: ")), MailMessage::VersionText())}},
         {QStringLiteral("directories"),
          text(QT_TRANSLATE_NOOP("quellbox", "Directories")),
-         {Line(text(QT_TRANSLATE_NOOP("quellbox", "Program: ")), program.Directory),
-          Line(text(QT_TRANSLATE_NOOP("quellbox", "Archive: ")), state.ArchiveDir),
-          Line(text(QT_TRANSLATE_NOOP("quellbox", "Pickup: ")), state.PickupDir)}},
+         {Line(text(QT_TRANSLATE_NOOP("quellbox", "Program: ")),
+               CleanseForDisplay(QDir::toNativeSeparators(QFileInfo(program.ExecutablePath).path()))),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "Archive: ")), CleanseForDisplay(state.ArchiveDir)),
+          Line(text(QT_TRANSLATE_NOOP("quellbox", "Pickup: ")), CleanseForDisplay(state.PickupDir))}},
     };
 }
 

@@ -1,6 +1,7 @@
 #include "dialogs/frmCleansing.h"
 
 #include "dialogs/Cleansing.h"
+#include "mail/DisplayText.h"
 #include "ui_frmCleansing.h"
 
 #include <QIcon>
@@ -10,6 +11,14 @@ namespace quellbox {
 namespace {
 
 constexpr int pictureSize = 48; // pixels
+
+// The folder as the dialog names it: in one line of plain characters, and never so long that the buttons are pushed off
+// the screen.
+QString ShownFolder(const QString& folder) {
+    constexpr qsizetype longest = 500;
+    const QString text = CleanseForDisplay(folder);
+    return text.size() <= longest ? text : text.left(longest / 2) + QChar(0x2026) + text.right(longest / 2);
+}
 
 // Line feeds alone are what a label takes for the end of a line.
 QString ForLabel(QString text) {
@@ -24,7 +33,7 @@ frmCleansing::frmCleansing(AppState& state, QWidget* parent)
     state_.CleansingDays = -1;
     const QIcon picture(QStringLiteral(":/icons/cleansing.svg"));
     ui_->imgCleansing->setPixmap(picture.pixmap(QSize(pictureSize, pictureSize), devicePixelRatioF()));
-    ui_->lblInfo->setText(ForLabel(CleansingIntroduction(state_.ArchiveDir)));
+    ui_->lblInfo->setText(ForLabel(CleansingIntroduction(ShownFolder(state_.ArchiveDir))));
     const std::pair<QRadioButton*, qint16> options[] = {
         {ui_->optDays0, 0}, {ui_->optDays1, 1}, {ui_->optDays2, 2}, {ui_->optDays7, 7}};
     for (const auto& [option, index] : options) {
@@ -46,7 +55,7 @@ void frmCleansing::optDays_Click(qint16 index) {
     state_.CleansingDays = index;
     // A shorter text must not move the buttons under the pointer.
     ui_->lblInfo->setMinimumHeight(ui_->lblInfo->height());
-    ui_->lblInfo->setText(ForLabel(CleansingQuestion(state_.ArchiveDir, index)));
+    ui_->lblInfo->setText(ForLabel(CleansingQuestion(ShownFolder(state_.ArchiveDir), index)));
     ui_->btnOK->setEnabled(true);
 }
 
@@ -55,6 +64,7 @@ void frmCleansing::accept() {
     QDialog::accept();
 }
 
+// Whatever closes the dialog but OK takes a confirmation back.
 void frmCleansing::reject() {
     state_.CleansingConfirmed = false;
     QDialog::reject();

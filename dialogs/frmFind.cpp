@@ -162,7 +162,7 @@ void frmFind::HoldTimer(bool hold) {
 bool frmFind::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn) {
         UpdateOK();
-    } else if (event->type() == QEvent::MouseButtonDblClick &&
+    } else if (watched == ui_->cboFind->lineEdit() && event->type() == QEvent::MouseButtonDblClick &&
                static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         cboFind_DblClick();
         return true;

@@ -1,4 +1,5 @@
 #include "dialogs/frmOptions.h"
+#include "mail/DisplayText.h"
 
 #include "dialogs/InformationTree.h"
 #include "dialogs/IntervalText.h"
@@ -18,7 +19,8 @@ QIcon Symbol(const char* name) {
 }
 
 /// Whether what a key or an input method enters into the interval is no part of a number. Keys without a character of
-/// their own, and those with Ctrl or Alt, are commands.
+/// their own, and those with Ctrl or Alt, are commands. What is pasted is deliberately not looked at: it is read as a
+/// number when the interval is left, as far as it is one.
 bool EntersForeignText(const QEvent& event) {
     if (event.type() == QEvent::InputMethod) {
         const auto& input = static_cast<const QInputMethodEvent&>(event);
@@ -81,8 +83,8 @@ void frmOptions::ShowSettings() {
     ui_->chkAutoRefresh->setChecked(state_.AutoRefresh == 1);
     ui_->chkOutlookExpress->setChecked(state_.OutlookExpress == 1);
     chkAutoRefresh_Click();
-    ui_->txtArchive->setText(state_.ArchiveDir);
-    ui_->txtPickup->setText(state_.PickupDir);
+    ui_->txtArchive->setText(CleanseForDisplay(state_.ArchiveDir));
+    ui_->txtPickup->setText(CleanseForDisplay(state_.PickupDir));
     // A stored value that no button stands for leaves all of them unselected.
     if (QAbstractButton* days = ui_->grpDays->button(state_.FilterDays)) {
         days->setChecked(true);
@@ -158,13 +160,14 @@ void frmOptions::sliRefreshInterval_Change(int seconds) {
     ui_->txtRefreshInterval->setText(QString::number(seconds));
 }
 
+// A directory is in force as soon as it is selected, so the information shows it at once.
 void frmOptions::btnArchive_Click() {
-    ui_->txtArchive->setText(calls_.selectDirectory(0));
+    ui_->txtArchive->setText(CleanseForDisplay(calls_.selectDirectory(0)));
     ShowInformation();
 }
 
 void frmOptions::btnPickup_Click() {
-    ui_->txtPickup->setText(calls_.selectDirectory(1));
+    ui_->txtPickup->setText(CleanseForDisplay(calls_.selectDirectory(1)));
     ShowInformation();
 }
 

@@ -11,6 +11,11 @@
 
 namespace quellbox {
 
+QString ShownText(const QString& text) {
+    constexpr qsizetype longest = 1000;
+    return text.size() <= longest ? text : text.left(longest) + QChar(0x2026);
+}
+
 namespace {
 
 // Above this number of separate ranges a view spends longer on the removals than on a reset.
@@ -25,12 +30,6 @@ constexpr std::array<const char*, ColumnCount> captions{
 int AlignmentOf(int column) {
     const bool right = column == ColumnSize || column == ColumnBytes;
     return int{Qt::AlignVCenter} | int{right ? Qt::AlignRight : Qt::AlignLeft};
-}
-
-// A header value may be a megabyte long, and a view lays out what it gets at every paint.
-QString Shown(const QString& cell) {
-    constexpr qsizetype longest = 1000;
-    return cell.size() <= longest ? cell : cell.left(longest) + QChar(0x2026);
 }
 
 struct Range {
@@ -73,15 +72,15 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     const MessageRow& row = Row(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return Shown(row.cells[static_cast<size_t>(index.column())]);
+        return ShownText(row.cells[static_cast<size_t>(index.column())]);
     case Qt::TextAlignmentRole:
         return AlignmentOf(index.column());
     case unreadRole:
         return row.unread;
     case Qt::AccessibleTextRole:
         return row.unread ? QCoreApplication::translate("quellbox", "%1, unread")
-                                .arg(Shown(row.cells[static_cast<size_t>(index.column())]))
-                          : Shown(row.cells[static_cast<size_t>(index.column())]);
+                                .arg(ShownText(row.cells[static_cast<size_t>(index.column())]))
+                          : ShownText(row.cells[static_cast<size_t>(index.column())]);
     default:
         return {};
     }

@@ -78,6 +78,34 @@ private:
 
 } // namespace
 
+TEST_F(MainCleansing, AConfirmationCountsOnlyForTheArchiveThatItNamed) {
+    AddThree();
+    files_.AddFolder(QStringLiteral("/other/"));
+    files_.Add(QStringLiteral("/other/kept.eml"), "Subject: x\n\n", 0);
+    OpenRefreshed();
+    OnDialog(window_.get(), [this](QDialog* dialog) {
+        window_->State().ArchiveDir = QStringLiteral("/other/");
+        Choose(dialog, 0, "btnOK");
+    });
+    Action("mnuToolsCleansing")->trigger();
+    EXPECT_EQ(Files(), "a.eml b.eml c.eml");
+    EXPECT_TRUE(files_.FileExists(QStringLiteral("/other/kept.eml")));
+}
+
+TEST_F(MainCleansing, ARefreshThatFailsIsNotReportedAndLeavesNoRows) {
+    AddThree();
+    OpenRefreshed();
+    const qint64 modified = noon_.toMSecsSinceEpoch() * 1'000'000;
+    for (int number = 0; number < 32'767; ++number) {
+        files_.Add(QStringLiteral("/archive/%1.txt").arg(number), "x", modified);
+    }
+    Cleanse(0);
+    EXPECT_TRUE(errors_.isEmpty()) << errors_.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(window_->Messages().Count(), 0);
+    EXPECT_EQ(Info(), "3 Messages removed !");
+    EXPECT_TRUE(Timer()->isActive());
+}
+
 TEST_F(MainCleansing, EveryMessageGoesAndTheListIsEmpty) {
     AddThree();
     AddMessage("note.txt", 4);

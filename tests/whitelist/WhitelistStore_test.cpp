@@ -62,6 +62,14 @@ TEST(SaveWhitelist, ReplacesWhatWasStored) {
     EXPECT_EQ(LoadWhitelist(store), QStringList{QStringLiteral("new@x.org")});
 }
 
+TEST(SaveWhitelist, LeavesTheEarlierListInForceWhenItCannotBeStored) {
+    MemorySettingsStore store;
+    SaveWhitelist(store, {QStringLiteral("@example.com"), QStringLiteral("a@example.org")});
+    store.SetUnwritable();
+    EXPECT_THROW(SaveWhitelist(store, {QStringLiteral("@example.net")}), RuntimeError);
+    EXPECT_EQ(LoadWhitelist(store), QStringList({QStringLiteral("@example.com"), QStringLiteral("a@example.org")}));
+}
+
 TEST(SaveWhitelist, LeavesNoDummyBehindForAnEmptyList) {
     MemorySettingsStore store;
     SaveWhitelist(store, {});
