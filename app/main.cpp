@@ -1,3 +1,4 @@
+#include "app/ContrastStyle.h"
 #include "app/Translation.h"
 #include "app/TrayIcon.h"
 #include "app/frmMain.h"
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QLocale>
 #include <QMessageBox>
+#include <QStyle>
 #include <QThreadPool>
 
 #include <cstdio>
@@ -51,6 +53,9 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Quellbox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUELLBOX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quellbox"));
+    if (QApplication::style()->name() == QLatin1String("fusion")) {
+        QApplication::setStyle(new ContrastStyle); // which the application frees
+    }
     InstallTranslation(application, QLocale::system().uiLanguages());
 
     QCommandLineParser parser;

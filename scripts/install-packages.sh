@@ -29,6 +29,7 @@ test_packages=(
   cppcheck          # another one, which finds other things
   python3           # check of the #include lines
   git               # lists the project's files
+  dbus-daemon       # a bus of its own for the test of the tray icon, and the bus under that of assistive tools
   python3-dbus      # speaks on that bus
   openbox           # a window manager for that test, which can minimize
   trayer            # a notification area for it
@@ -39,7 +40,6 @@ test_packages=(
   man-db groff-base # check of the manual page
   librsvg2-bin      # draws the icons in the sizes that an installation has
   at-spi2-core gir1.2-atspi-2.0 python3-gi # the bus of assistive tools, and a way to listen to it
-  dbus-daemon       # the message bus under it, and a bus of its own for the test of the tray icon
 )
 fuzz_packages=(
   clang               # the compiler that has the fuzzer

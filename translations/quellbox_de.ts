@@ -2,6 +2,37 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>frmAbout</name>
+    <message>
+        <source>About</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Logo</source>
+        <translation>Logo</translation>
+    </message>
+    <message>
+        <source>Company:</source>
+        <translation>Firma:</translation>
+    </message>
+    <message>
+        <source>Support:</source>
+        <translation>Support:</translation>
+    </message>
+    <message>
+        <source>Downloads:</source>
+        <translation>Downloads:</translation>
+    </message>
+    <message>
+        <source>Feedback:</source>
+        <translation>Feedback:</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>frmCleansing</name>
     <message>
         <source>Cleansing Wizard</source>
@@ -120,6 +151,69 @@
     <message>
         <source>&amp;Cancel</source>
         <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>frmHelp</name>
+    <message>
+        <source>Quellbox Help</source>
+        <translation>Quellbox-Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>The topic shown before (Alt+Left)</source>
+        <translation>Das zuvor angezeigte Thema (Alt+Links)</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>&amp;Vorwärts</translation>
+    </message>
+    <message>
+        <source>The topic shown after this one (Alt+Right)</source>
+        <translation>Das nach diesem angezeigte Thema (Alt+Rechts)</translation>
+    </message>
+    <message>
+        <source>&amp;Smaller</source>
+        <translation>&amp;Kleiner</translation>
+    </message>
+    <message>
+        <source>Smaller text (Ctrl+minus)</source>
+        <translation>Kleinere Schrift (Strg+Minus)</translation>
+    </message>
+    <message>
+        <source>&amp;Larger</source>
+        <translation>&amp;Größer</translation>
+    </message>
+    <message>
+        <source>Larger text (Ctrl+plus)</source>
+        <translation>Größere Schrift (Strg+Plus)</translation>
+    </message>
+    <message>
+        <source>S&amp;earch the help:</source>
+        <translation>Hilfe &amp;durchsuchen:</translation>
+    </message>
+    <message>
+        <source>Search the help</source>
+        <translation>Hilfe durchsuchen</translation>
+    </message>
+    <message>
+        <source>Shows the topics that have these words (Ctrl+F)</source>
+        <translation>Zeigt die Themen, in denen diese Wörter vorkommen (Strg+F)</translation>
+    </message>
+    <message>
+        <source>No topic has these words.</source>
+        <translation>Kein Thema enthält diese Wörter.</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Topic</source>
+        <translation>Thema</translation>
     </message>
 </context>
 <context>
@@ -657,6 +751,31 @@
     </message>
 </context>
 <context>
+    <name>quellbox::frmAbout</name>
+    <message>
+        <source>About %1</source>
+        <translation>Info über %1</translation>
+    </message>
+    <message>
+        <source>%1 by %2
+
+%3</source>
+        <translation>%1 von %2
+
+%3</translation>
+    </message>
+    <message>
+        <source>Version %1 - Build %2
+
+%3
+%4</source>
+        <translation>Version %1 - Build %2
+
+%3
+%4</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::frmFind</name>
     <message>
         <source>Find All</source>
@@ -672,6 +791,25 @@
     <message>
         <source>Cannot use drive %1</source>
         <translation>Laufwerk %1 kann nicht verwendet werden</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmHelp</name>
+    <message>
+        <source>The help of this program has no topic &quot;%1&quot;.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema „%1“.</translation>
+    </message>
+    <message>
+        <source>The help of this program has no topic number %1.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema Nummer %1.</translation>
+    </message>
+    <message>
+        <source>Quellbox Help</source>
+        <translation>Quellbox-Hilfe</translation>
+    </message>
+    <message>
+        <source>%1 - Quellbox Help</source>
+        <translation>%1 - Quellbox-Hilfe</translation>
     </message>
 </context>
 <context>
@@ -946,6 +1084,26 @@
             <numerusform>%n Nachricht entfernt!</numerusform>
             <numerusform>%n Nachrichten entfernt!</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The help file is missing:
+
+%1</source>
+        <translation>Die Hilfedatei fehlt:
+
+%1</translation>
+    </message>
+    <message>
+        <source>This system has no viewer for help files:
+
+%1</source>
+        <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
+
+%1</translation>
+    </message>
+    <message>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,6 @@
 #include "app/MessageListView.h"
+#include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "contents/frmView.h"
 #include "dialogs/frmCleansing.h"
 #include "dialogs/frmFind.h"
@@ -8,6 +10,7 @@
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -25,6 +28,12 @@ protected:
 
     QAccessibleInterface* Interface(const char* control) const {
         return QAccessible::queryAccessibleInterface(Find<QWidget>(control));
+    }
+
+    static QAccessibleInterface* InterfaceIn(const QWidget& window, const char* control) {
+        auto* found = window.findChild<QWidget*>(QLatin1String(control));
+        EXPECT_NE(found, nullptr) << control;
+        return QAccessible::queryAccessibleInterface(found);
     }
 };
 
@@ -156,6 +165,61 @@ TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
         EXPECT_EQ(NamelessControls(dialog, &focusable), "") << tab;
         EXPECT_GE(focusable, 4) << "the tabs, three buttons and what is on tab " << tab;
     }
+}
+
+TEST_F(MainAccessible, TheAboutBoxIsNamedAndItsLinksAreButtons) {
+    frmAbout dialog(MakeProgramInfo(QStringLiteral("/prog/quellbox")), files_, shell_, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_EQ(focusable, 5) << "four links and OK";
+    for (const char* link : {"hypLinks0", "hypLinks1", "hypLinks2", "hypLinks3"}) {
+        QAccessibleInterface* control = InterfaceIn(dialog, link);
+        EXPECT_EQ(control->role(), QAccessible::Button) << link;
+        EXPECT_TRUE(control->text(QAccessible::Name).contains(QStringLiteral(": "))) << link;
+    }
+    EXPECT_EQ(InterfaceIn(dialog, "imgLogo")->role(), QAccessible::Graphic);
+    EXPECT_EQ(InterfaceIn(dialog, "imgLogo")->text(QAccessible::Name), QStringLiteral("Logo"));
+}
+
+TEST_F(MainAccessible, TheHelpIsNamedAndSaysWhatItsPanesAre) {
+    frmHelp help(shell_, store_, [](const QString&) {});
+    help.ShowDefaultTopic();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(help, &focusable), "");
+    EXPECT_GE(focusable, 5) << "two buttons, the search, the contents and the topic";
+    EXPECT_EQ(InterfaceIn(help, "trvContents")->role(), QAccessible::Tree);
+    EXPECT_EQ(InterfaceIn(help, "trvContents")->text(QAccessible::Name), QStringLiteral("Contents"));
+    EXPECT_EQ(InterfaceIn(help, "txtTopic")->text(QAccessible::Name), QStringLiteral("Topic"));
+    EXPECT_TRUE(InterfaceIn(help, "txtTopic")->state().readOnly);
+    for (const char* button : {"btnBack", "btnForward", "btnSmaller", "btnLarger"}) {
+        EXPECT_EQ(InterfaceIn(help, button)->role(), QAccessible::Button) << button;
+        EXPECT_FALSE(InterfaceIn(help, button)->text(QAccessible::Name).isEmpty()) << button;
+    }
+}
+
+TEST_F(MainAccessible, TheSearchOfTheHelpIsATextWhoseResultCanBeHeard) {
+    frmHelp help(shell_, store_, [](const QString&) {});
+    help.ShowDefaultTopic();
+    QAccessibleInterface* search = InterfaceIn(help, "txtSearch");
+    EXPECT_EQ(search->text(QAccessible::Name), QStringLiteral("Search the help"));
+    EXPECT_EQ(search->role(), QAccessible::EditableText);
+    EXPECT_FALSE(search->state().readOnly);
+    QAccessibleTableInterface* topics = InterfaceIn(help, "trvContents")->tableInterface();
+    ASSERT_NE(topics, nullptr);
+    const int all = topics->rowCount();
+    auto* text = help.findChild<QLineEdit*>(QStringLiteral("txtSearch"));
+    QTest::keyClicks(text, QStringLiteral("postmaster"));
+    QCoreApplication::processEvents(); // the tree lays its rows out
+    EXPECT_GT(topics->rowCount(), 0);
+    EXPECT_LT(topics->rowCount(), all);
+    EXPECT_TRUE(InterfaceIn(help, "lblNone")->state().invisible);
+    QTest::keyClicks(text, QStringLiteral(" xyzzy"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(topics->rowCount(), 0);
+    EXPECT_FALSE(InterfaceIn(help, "lblNone")->state().invisible);
+    EXPECT_EQ(InterfaceIn(help, "lblNone")->text(QAccessible::Name), QStringLiteral("No topic has these words."));
+    EXPECT_EQ(NamelessControls(help), "");
 }
 
 TEST_F(MainAccessible, TheViewerIsNamed) {

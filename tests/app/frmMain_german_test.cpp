@@ -1,4 +1,7 @@
+#include "app/HelpBrowser.h"
 #include "app/MessageListView.h"
+#include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "dialogs/frmCleansing.h"
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
@@ -9,6 +12,7 @@
 
 #include <QAbstractButton>
 #include <QGroupBox>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
 #include <QTabBar>
@@ -188,6 +192,39 @@ TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
     }
     const auto* information = dialog.findChild<QTreeWidget*>(QStringLiteral("trvOptions"));
     EXPECT_EQ(information->topLevelItem(1)->text(0).toStdString(), "Verzeichnisse");
+}
+
+TEST_F(MainGerman, TheAboutBoxIsGerman) {
+    ProgramInfo program = MakeProgramInfo(QStringLiteral("/prog/quellbox"));
+    program.CompanyName = QStringLiteral("Example Software");
+    const frmAbout dialog(program, files_, shell_, nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Info über Quellbox");
+    const QString head = dialog.findChild<QLabel*>(QStringLiteral("lblApplication"))->text();
+    EXPECT_EQ(head.section(QLatin1Char('\n'), 0, 0).toStdString(), "Quellbox von Example Software");
+    EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("lblLinks0"))->text().toStdString(), "Firma:");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheHelpWindowIsGermanAndItsTopicsAreNot) {
+    frmHelp help(shell_, store_, [](const QString&) {});
+    help.ShowDefaultTopic();
+    EXPECT_EQ(help.windowTitle().toStdString(), "Getting Started - Quellbox-Hilfe");
+    EXPECT_EQ(help.findChild<QAbstractButton*>(QStringLiteral("btnBack"))->text().toStdString(), "&Zurück");
+    EXPECT_EQ(help.findChild<HelpBrowser*>(QStringLiteral("txtTopic"))->accessibleName().toStdString(), "Thema");
+    QStringList captions = Mnemonics(help);
+    captions += help.findChild<QLabel*>(QStringLiteral("lblSearch"))->text();
+    EXPECT_EQ(Ambiguous(captions), "");
+}
+
+TEST_F(MainGerman, TheSearchOfTheHelpSaysInGermanThatNothingIsFound) {
+    frmHelp help(shell_, store_, [](const QString&) {});
+    help.ShowDefaultTopic();
+    auto* search = help.findChild<QLineEdit*>(QStringLiteral("txtSearch"));
+    EXPECT_EQ(search->accessibleName().toStdString(), "Hilfe durchsuchen");
+    QTest::keyClicks(search, QStringLiteral("xyzzy"));
+    const auto* none = help.findChild<QLabel*>(QStringLiteral("lblNone"));
+    EXPECT_TRUE(none->isVisible());
+    EXPECT_EQ(none->text().toStdString(), "Kein Thema enthält diese Wörter.");
 }
 
 class MainLanguage : public MainWindowTest {};
