@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Packs the built program:  pack.sh BUILD
+. "$(dirname "$0")/common.sh"
+build=$1
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/cmake/CMakeCache.txt")
+company=$(sed -n 's/^QUELLBOX_COMPANY:STRING=//p' "$build/cmake/CMakeCache.txt")
+name=quellbox-$version-windows
+rm -rf "${build:?}/$name" "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe
+mkdir "$build/$name"
+"$triple-strip" -o "$build/$name/quellbox.exe" "$build/cmake/quellbox.exe"
+# A line end that the system's editor understands.
+sed 's/$/\r/' "$root/LICENSE" >"$build/$name/LICENSE.txt"
+# The compiled help is a part of the program when its own build has made it.
+help=${QUELLBOX_HELP_FILE:-$root/build/help/Quellbox.chm}
+if [ -e "$help" ]; then
+  cp "$help" "$build/$name/Quellbox.chm"
+else
+  echo "There is no $help, so these packages are without help."
+fi
+(cd "$build" && zip -q -9 -r "$name.zip" "$name")
+makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DCOMPANY="$company" -DSOURCE="$build/$name" \
+  -DICON="$build/resources/icons/quellbox.ico" -DOUTPUT="$build/$name-setup.exe" "$recipes/quellbox.nsi"
