@@ -52,3 +52,7 @@ echo "== gmime"
   make -j "$jobs" -C util
   make -j "$jobs" -C gmime install
   make install-pkgconfigDATA)
+
+for source in glib2.0 libffi pcre2 gmime; do
+  install -D -m 644 "$source/debian/copyright" "$prefix/licenses/$source.txt"
+done

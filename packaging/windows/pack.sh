@@ -10,6 +10,11 @@ mkdir "$build/$name"
 "$triple-strip" -o "$build/$name/quellbox.exe" "$build/cmake/quellbox.exe"
 # A line end that the system's editor understands.
 sed 's/$/\r/' "$root/LICENSE" >"$build/$name/LICENSE.txt"
+# The terms of what the program is linked with, beside its own.
+mkdir "$build/$name/licenses"
+for text in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/*; do
+  sed 's/$/\r/' "$text" >"$build/$name/licenses/$(basename "$text")"
+done
 # The compiled help is a part of the program when its own build has made it.
 help=${QUELLBOX_HELP_FILE:-$root/build/help/Quellbox.chm}
 if [ -e "$help" ]; then

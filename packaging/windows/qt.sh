@@ -20,3 +20,4 @@ PKG_CONFIG_LIBDIR= cmake -S qt6-base -B build -G Ninja --toolchain "$recipes/too
   -DINPUT_opengl=no "${features[@]}"
 cmake --build build -j "$jobs"
 cmake --install build
+install -D -m 644 qt6-base/debian/copyright "$prefix/licenses/qt6-base.txt"

@@ -60,6 +60,7 @@ Section
     Quit
   File "${SOURCE}\LICENSE.txt"
   File /nonfatal "${SOURCE}\Quellbox.chm"
+  File /r "${SOURCE}\licenses"
   WriteUninstaller "$INSTDIR\uninstall.exe"
   CreateShortcut "$SMPROGRAMS\Quellbox.lnk" "$INSTDIR\quellbox.exe"
 
@@ -89,6 +90,7 @@ Section "Uninstall"
   Delete "$INSTDIR\LICENSE.txt"
   Delete "$INSTDIR\Quellbox.chm"
   Delete "$INSTDIR\uninstall.exe"
+  RMDir /r "$INSTDIR\licenses"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Quellbox.lnk"
   DeleteRegKey HKLM "${KEY}"
