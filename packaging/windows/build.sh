@@ -37,7 +37,8 @@ if [ "${1:-}" = tests ]; then
 fi
 
 work=$build
-export PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig"
+PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
+export PKG_CONFIG_LIBDIR
 step 'pictures' "$recipes/pictures.sh" "$build/resources"
 step 'configuration' cmake -S "$root" -B "$build/cmake" -G Ninja --toolchain "$recipes/toolchain.cmake" \
   -DCMAKE_BUILD_TYPE=Release -DCMAKE_FIND_ROOT_PATH="$prefixes" -DQT_HOST_PATH=/usr \

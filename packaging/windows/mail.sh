@@ -3,7 +3,7 @@
 . "$(dirname "$0")/common.sh"
 prefix=$1
 cc=$triple-gcc-posix
-export PKG_CONFIG="pkg-config --static" PKG_CONFIG_LIBDIR="$prefix/lib/pkgconfig"
+export PKG_CONFIG="pkg-config --static" PKG_CONFIG_LIBDIR="$prefix/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
 mkdir -p "$prefix/include" "$prefix/lib"
 
 archive() { "$triple-ar" crs "$prefix/lib/lib$1.a" "$2" && rm "$2"; }
@@ -34,6 +34,7 @@ cmake --install pcre2-build
 
 echo "== glib"
 sed "s|@PREFIX@|$prefix|" "$recipes/mingw.ini" >mingw.ini
+sed -i "/^subdir('fuzzing')/d" glib2.0/meson.build
 # Meson asks for the program by its bare name, so the wish for static libraries comes from the default_library below.
 (unset PKG_CONFIG
   meson setup --cross-file mingw.ini --prefix "$prefix" --libdir lib --buildtype release --default-library static \
@@ -45,6 +46,7 @@ echo "== gmime"
 "$recipes/sources.sh" unpack gmime
 (cd gmime
   cp "$recipes/iconv/iconv-detect.h" .
+  touch ChangeLog # automake misses it
   autoreconf -fi
   ./configure --host=$triple CC=$cc CPPFLAGS="-I$prefix/include" LDFLAGS="-L$prefix/lib" --prefix="$prefix" \
     --enable-static --disable-shared --disable-crypto --disable-gtk-doc --disable-introspection --disable-vala \
