@@ -40,12 +40,13 @@ work=$build
 PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
 export PKG_CONFIG_LIBDIR
 step 'pictures' "$recipes/pictures.sh" "$build/resources"
+host=/usr/lib/$(gcc -print-multiarch)/cmake
 step 'configuration' cmake -S "$root" -B "$build/cmake" -G Ninja --toolchain "$recipes/toolchain.cmake" \
   -DCMAKE_BUILD_TYPE=Release -DCMAKE_FIND_ROOT_PATH="$prefixes" -DQT_HOST_PATH=/usr \
-  -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(gcc -print-multiarch)/cmake" \
+  -DQT_HOST_PATH_CMAKE_DIR="$host" -DQt6LinguistTools_DIR="$host/Qt6LinguistTools" \
   -DQUELLBOX_RESOURCES="$build/resources/quellbox.qrc" -DQUELLBOX_ICON="$build/resources/icons/quellbox.ico" \
   -DQUELLBOX_TESTS=$tests -DCMAKE_CROSSCOMPILING_EMULATOR=wine
-targets=(quellbox)
+targets=(quellbox help_chm)
 [ $tests = OFF ] || targets+=(quellbox_tests quellbox_form_tests quellbox_samples)
 step 'program' cmake --build "$build/cmake" -j "$jobs" --target "${targets[@]}"
 step 'zip and installer' "$recipes/pack.sh" "$build"

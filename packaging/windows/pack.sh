@@ -15,13 +15,7 @@ mkdir "$build/$name/licenses"
 for text in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/*; do
   sed 's/$/\r/' "$text" >"$build/$name/licenses/$(basename "$text")"
 done
-# The compiled help is a part of the program when its own build has made it.
-help=${QUELLBOX_HELP_FILE:-$root/build/help/Quellbox.chm}
-if [ -e "$help" ]; then
-  cp "$help" "$build/$name/Quellbox.chm"
-else
-  echo "There is no $help, so these packages are without help."
-fi
+cp "$build/cmake/Quellbox.chm" "$build/$name/"
 (cd "$build" && zip -q -9 -r "$name.zip" "$name")
 makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DCOMPANY="$company" -DSOURCE="$build/$name" \
   -DICON="$build/resources/icons/quellbox.ico" -DOUTPUT="$build/$name-setup.exe" "$recipes/quellbox.nsi"

@@ -59,7 +59,7 @@ Section
     SetErrorLevel 2
     Quit
   File "${SOURCE}\LICENSE.txt"
-  File /nonfatal "${SOURCE}\Quellbox.chm"
+  File "${SOURCE}\Quellbox.chm"
   File /r "${SOURCE}\licenses"
   WriteUninstaller "$INSTDIR\uninstall.exe"
   CreateShortcut "$SMPROGRAMS\Quellbox.lnk" "$INSTDIR\quellbox.exe"

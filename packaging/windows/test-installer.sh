@@ -10,7 +10,7 @@ fail() { echo "installer: $*"; exit 1; }
 
 rm -rf "$installed"
 wine "$(ls "$build"/quellbox-*-setup.exe)" /S || fail 'it ended with an error'
-for file in quellbox.exe LICENSE.txt uninstall.exe; do
+for file in quellbox.exe Quellbox.chm LICENSE.txt uninstall.exe; do
   [ -s "$installed/$file" ] || fail "$file is missing"
 done
 cmp -s "$installed/quellbox.exe" "$build"/quellbox-*-windows/quellbox.exe || fail 'the program is not the one that was packed'
