@@ -63,6 +63,7 @@ bool IsFolder(DWORD attributes) {
 
 bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
     if (path.isEmpty() || path.contains(QChar(QChar::Null))) {
+        SetLastError(ERROR_INVALID_NAME);
         return false;
     }
     const std::wstring name = SystemPath(path);

@@ -39,7 +39,7 @@ qint64 UnixNs(const FILETIME& time);
 
 bool IsFolder(DWORD attributes);
 
-/// What the system tells of `path`, links followed; false when there is nothing.
+/// What the system tells of `path`, links followed; false when there is nothing, and the last error then says why.
 bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
 
 /// True for a symbolic link itself, to a file or to a folder.

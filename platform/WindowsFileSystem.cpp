@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 
+#include <functional>
+
 namespace quellbox {
 
 namespace {
@@ -137,7 +139,7 @@ public:
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
         if (!Look(path, data)) {
-            ThrowLastError(path);
+            ThrowFileError(path, GetLastError());
         }
         if (keep(StatusOf(data))) {
             return false;
