@@ -25,4 +25,5 @@ for drawing in "$root"/resources/icons/*.svg; do
   fi
 done
 rm -f "$folder"/*.png
-sed 's|>\(icons/[^<]*\)\.svg<|>\1.ico<|' "$root/resources/quellbox.qrc" >"$folder/quellbox.qrc"
+sed 's|>\(icons/[^<]*\)\.svg<|>\1.ico<|' "$root/resources/quellbox.qrc" >"$folder/quellbox.qrc.new"
+cmp -s "$folder/quellbox.qrc.new" "$folder/quellbox.qrc" || cp "$folder/quellbox.qrc.new" "$folder/quellbox.qrc"

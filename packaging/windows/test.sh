@@ -6,6 +6,8 @@ export WINEPREFIX=$build/wine WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
 # No questions about what Wine would like to download.
 export WINEDLLOVERRIDES="mscoree,mshtml="
 unset QT_QPA_PLATFORM
+# Wine's drives are one volume as far as they lie on one; the memory disk is another.
+export QUELLBOX_OTHER_VOLUME='Z:/dev/shm'
 
 if [ "${1:-}" != displayed ]; then
   exec xvfb-run -a -s '-screen 0 1600x1200x24' "$0" displayed

@@ -17,7 +17,7 @@ QString Text(const char* text) {
 }
 
 /// "depth:label=path" of every entry.
-std::string Shown(const FolderList& list) {
+[[maybe_unused]] std::string Shown(const FolderList& list) {
     QStringList lines;
     for (int index = 0; index < list.Count(); ++index) {
         lines += QStringLiteral("%1:%2=%3").arg(list.Depth(index)).arg(list.Label(index), list.Path(index));
