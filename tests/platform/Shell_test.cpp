@@ -122,8 +122,9 @@ private:
 };
 
 TEST_F(ShellTest, MessageIsHandedToTheMailProgramWithoutQuotes) {
-    Register(Text(R"(HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\App Paths\msimn.exe)"), Text("."),
-             Program());
+    const QString programs = Text(R"(HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\App Paths\)");
+    Register(programs + Text("msimn.exe"), Text("."), Program());
+    Register(programs + Text("msimn"), Text("."), Program()); // Wine does not add the ending
     EXPECT_TRUE(Shell().OpenMessage(Text("C:\\two words\\Gr\u00FC\u00DFe &calc.EML")));
     EXPECT_EQ(Arguments(), Text("/eml:C:\\two words\\Gr\u00FC\u00DFe &calc.EML"));
 }
@@ -133,7 +134,7 @@ TEST_F(ShellTest, MissingMailProgramIsReportedAndNothingElse) {
 }
 
 TEST_F(ShellTest, AddressGoesToTheProgramForItsScheme) {
-    const QString scheme = Text(R"(HKEY_CURRENT_USER\Software\Classes\quellbox-test)");
+    const QString scheme = Text(R"(HKEY_LOCAL_MACHINE\Software\Classes\quellbox-test)");
     Register(scheme, Text("URL Protocol"), QString());
     Register(scheme + Text(R"(\shell\open\command)"), Text("."), QLatin1Char('"') + Program() + Text(R"(" "%1")"));
     EXPECT_TRUE(Shell().Open(Text("quellbox-test://example.com/?a=b&c=$(id)%20x")));
