@@ -1,3 +1,5 @@
+#include "tests/support/TimeZone.h"
+
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
@@ -30,6 +32,7 @@ bool WroteArguments(const QString& path) {
 #endif
 
 int main(int argc, char** argv) {
+    quellbox::UseTimeZoneOfTest();
     const QCoreApplication application(argc, argv);
 #ifdef _WIN32
     if (WroteArguments(qEnvironmentVariable("QUELLBOX_TEST_ARGUMENTS"))) {
