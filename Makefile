@@ -1,12 +1,14 @@
-# make run    builds the program and starts it on an archive of samples
-# make test   runs every check
+# make run           builds the program and starts it on an archive of samples
+# make test          runs every check
 # make translations  brings the files in translations/ up to date with the texts in the code
 # make package       builds the Debian package
 # make check-package installs it in a fresh Debian system, starts it there and removes it again; needs root
-# make fuzz   feeds deviant input to what reads mail and settings, SECONDS=60 for each target
+# make windows       builds the program for Windows, a portable zip and an installer, in build/windows/
+# make windows-test  the same, and runs the tests of that program under Wine
+# make fuzz          feeds deviant input to what reads mail and settings, SECONDS=60 for each target
 JOBS := $(shell nproc)
 
-.PHONY: run test fuzz translations package check-package
+.PHONY: run test fuzz translations package check-package windows windows-test
 run:
 	scripts/install-packages.sh run
 	cmake --preset release -DQUELLBOX_TESTS=OFF -DQUELLBOX_BENCHMARKS=OFF
@@ -16,6 +18,15 @@ run:
 test:
 	scripts/install-packages.sh test
 	scripts/check.sh
+
+windows:
+	scripts/install-packages.sh windows
+	packaging/windows/build.sh
+
+windows-test:
+	scripts/install-packages.sh windows
+	packaging/windows/build.sh tests
+	packaging/windows/test.sh
 
 fuzz:
 	scripts/install-packages.sh fuzz

@@ -130,7 +130,9 @@ QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
     if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
         return DecodeUndeclared(bytes);
     thread_local HandleCache cache;
-    const GIConv handle = cache.Handle(LargerCharset(name));
+    GIConv handle = cache.Handle(LargerCharset(name));
+    if (handle == kNoHandle)
+        handle = cache.Handle(name); // not every system knows the larger one
     return handle == kNoHandle ? DecodeUndeclared(bytes) : Convert(handle, bytes);
 }
 

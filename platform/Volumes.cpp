@@ -1,5 +1,6 @@
 #include "platform/Volumes.h"
 
+#include "platform/PathBytes.h"
 #include "platform/UncPath.h"
 
 #include <QDir>
@@ -10,12 +11,6 @@
 #include <algorithm>
 #include <array>
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include "platform/PathBytes.h"
-#endif
-
 namespace quellbox {
 
 namespace {
@@ -25,29 +20,7 @@ bool IsOneOf(const QString& text, const std::array<QLatin1String, Count>& choice
     return std::find(choices.begin(), choices.end(), text) != choices.end();
 }
 
-#ifdef _WIN32
-
-VolumeKind KindOf(const QStorageInfo& volume) {
-    switch (GetDriveTypeW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(volume.rootPath()).utf16()))) {
-    case DRIVE_REMOVABLE:
-        return VolumeKind::Removable;
-    case DRIVE_REMOTE:
-        return VolumeKind::Network;
-    case DRIVE_CDROM:
-        return VolumeKind::Optical;
-    case DRIVE_RAMDISK:
-        return VolumeKind::Ram;
-    default:
-        return VolumeKind::Fixed;
-    }
-}
-
-/// A drive without a medium counts: choosing it gives a message that says so.
-bool HoldsFolders(const QStorageInfo&) {
-    return true;
-}
-
-#else
+#ifndef _WIN32
 
 /// What the kernel says of the disk that `device` is, or is a part of.
 bool IsRemovable(const QByteArray& device) {
@@ -120,6 +93,8 @@ bool IsUserVolume(const QString& root, const QString& fileSystemType) {
     return !isSystem && !IsOneOf(fileSystemType, pseudo);
 }
 
+#ifndef _WIN32
+
 std::vector<Volume> Volumes::Mounted() const {
     std::vector<Volume> volumes;
     for (const QStorageInfo& found : QStorageInfo::mountedVolumes()) {
@@ -127,10 +102,8 @@ std::vector<Volume> Volumes::Mounted() const {
             volumes.push_back({found.displayName(), found.rootPath(), KindOf(found)});
         }
     }
-#ifndef _WIN32
     // A root that the system does not describe, as in some containers, still holds every folder.
     volumes.push_back({QStringLiteral("/"), QStringLiteral("/"), VolumeKind::Fixed});
-#endif
     // Of several mounts at one place only the topmost is in sight.
     std::stable_sort(volumes.begin(), volumes.end(),
                      [](const Volume& left, const Volume& right) { return left.root < right.root; });
@@ -141,9 +114,6 @@ std::vector<Volume> Volumes::Mounted() const {
 }
 
 QString Volumes::Resolve(const QString& path) const {
-#ifdef _WIN32
-    return path;
-#else
     if (!path.startsWith(QLatin1String("\\\\"))) {
         return path;
     }
@@ -163,7 +133,8 @@ QString Volumes::Resolve(const QString& path) const {
     }
     const QString mounts = runtimeFolder + QLatin1String("/gvfs");
     return FindInShareMounts(path, mounts, QDir(mounts).entryList(QDir::Dirs | QDir::NoDotAndDotDot));
-#endif
 }
+
+#endif
 
 } // namespace quellbox

@@ -2,103 +2,46 @@
 
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
+#include "platform/WindowsFile.h"
+#include "platform/WindowsMove.h"
 
-#include <QDir>
-#include <QRandomGenerator>
+#include <QCoreApplication>
 
-#include <algorithm>
-#include <filesystem>
-#include <windows.h>
+#include <functional>
 
 namespace quellbox {
 
 namespace {
 
-[[noreturn]] void ThrowLastError(const QString& path) {
-    throw FileError(path, qt_error_string(static_cast<int>(GetLastError())));
-}
-
-std::wstring SystemPath(const QString& path) {
-    if (path.contains(QChar(QChar::Null))) {
-        SetLastError(ERROR_INVALID_NAME);
-        ThrowLastError(path);
-    }
-    return QDir::toNativeSeparators(path).toStdWString();
-}
-
-/// Nanoseconds since 1970 of the system's count of 100 ns since 1601.
-qint64 UnixNs(const FILETIME& time) {
-    constexpr qint64 ticksTo1970 = 116'444'736'000'000'000;
-    const qint64 ticks = (static_cast<qint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-    return (ticks - ticksTo1970) * 100;
-}
-
-/// Owns a handle of an open file.
-class Handle {
-public:
-    explicit Handle(HANDLE value) : value_(value) {}
-    ~Handle() {
-        if (IsOpen()) {
-            CloseHandle(value_);
-        }
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    HANDLE Value() const { return value_; }
-    bool IsOpen() const { return value_ != INVALID_HANDLE_VALUE; }
-
-private:
-    HANDLE value_;
-};
-
 class WindowsInputFile : public InputFile {
 public:
     WindowsInputFile(HANDLE file, QString path) : file_(file), path_(std::move(path)) {}
 
-    qint64 Read(char* buffer, qint64 capacity) override {
-        DWORD count = 0;
-        const auto wanted = static_cast<DWORD>(std::min<qint64>(capacity, 1 << 30));
-        if (ReadFile(file_.Value(), buffer, wanted, &count, nullptr) == 0) {
-            ThrowLastError(path_);
-        }
-        return count;
-    }
+    const Handle& File() const { return file_; }
+
+    qint64 Read(char* buffer, qint64 capacity) override { return ReadSome(file_, buffer, capacity, path_); }
 
 private:
     Handle file_;
     QString path_;
 };
 
-bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
-    return !path.contains(QChar(QChar::Null)) &&
-           GetFileAttributesExW(SystemPath(path).c_str(), GetFileExInfoStandard, &data) != 0;
-}
-
-bool IsFolder(DWORD attributes) {
-    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-bool IsHidden(const wchar_t* path) {
-    const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_HIDDEN) != 0;
-}
-
-/// The names of a folder's entries that `isWanted`. Throws FileError.
-template <class Predicate>
-QStringList EntryNames(const QString& folder, Predicate isWanted) {
-    std::error_code error;
-    std::filesystem::directory_iterator entry(SystemPath(folder), error);
-    QStringList names;
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        if (isWanted(*entry)) {
-            names += QString::fromStdWString(entry->path().filename().wstring());
-        }
+/// True when a rename of an existing file can have failed so only because of the new name or its folder.
+bool ConcernsTarget(DWORD error) {
+    switch (error) {
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return true;
+    default:
+        return false;
     }
-    if (error) {
-        throw FileError(folder, qt_error_string(error.value()));
-    }
-    return names;
 }
 
 FileStatus StatusOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
@@ -116,44 +59,22 @@ public:
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
     QStringList FileNames(const QString& folder) const override {
-        return EntryNames(folder, [](const std::filesystem::directory_entry& entry) {
-            std::error_code unknown;
-            return !entry.is_directory(unknown);
-        });
-    }
-
-    QStringList FolderNames(const QString& folder) const override {
-        return EntryNames(folder, [](const std::filesystem::directory_entry& entry) {
-            std::error_code unknown;
-            return entry.is_directory(unknown) && !IsHidden(entry.path().c_str());
-        });
+        return EntryNames(folder, [](const WIN32_FIND_DATAW& entry) { return !IsFolder(entry.dwFileAttributes); });
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {
         constexpr DWORD unwanted = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-        WIN32_FIND_DATAW found{};
-        const std::wstring pattern = SystemPath(folder + QLatin1String("\\*"));
-        const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
-                                               FIND_FIRST_EX_LARGE_FETCH);
-        if (search == INVALID_HANDLE_VALUE) {
-            if (GetLastError() == ERROR_FILE_NOT_FOUND) {
-                return {}; // an empty volume: its root has no entry for itself
-            }
-            ThrowLastError(folder);
-        }
-        QStringList names;
-        do {
-            if ((found.dwFileAttributes & unwanted) == 0) {
-                names += QString::fromWCharArray(&found.cFileName[0]);
-            }
-        } while (FindNextFileW(search, &found) != 0);
-        const DWORD error = GetLastError();
-        FindClose(search);
-        if (error != ERROR_NO_MORE_FILES) {
-            SetLastError(error);
-            ThrowLastError(folder);
-        }
-        return names;
+        return EntryNames(folder, [this, &folder](const WIN32_FIND_DATAW& entry) {
+            const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+            return (entry.dwFileAttributes & unwanted) == 0 &&
+                   (!isLink || FileExists(folder + QLatin1Char('\\') + QString::fromWCharArray(&entry.cFileName[0])));
+        });
+    }
+
+    QStringList FolderNames(const QString& folder) const override {
+        return EntryNames(folder, [](const WIN32_FIND_DATAW& entry) {
+            return IsFolder(entry.dwFileAttributes) && (entry.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) == 0;
+        });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {
@@ -169,50 +90,56 @@ public:
             CreateFileW(SystemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE) {
-            ThrowLastError(path);
+            ThrowFileError(path, GetLastError());
         }
-        return std::make_unique<WindowsInputFile>(file, path);
+        auto opened = std::make_unique<WindowsInputFile>(file, path);
+        // A device or a pipe could keep a reader waiting for ever.
+        if (GetFileType(opened->File().Value()) != FILE_TYPE_DISK) {
+            ThrowFileError(path, ERROR_INVALID_NAME);
+        }
+        return opened;
     }
 
     void Move(const QString& from, const QString& to) override {
         const std::wstring source = SystemPath(from);
-        const std::wstring target = SystemPath(to);
-        if (MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0) {
-            return;
-        }
-        if (GetLastError() != ERROR_NOT_SAME_DEVICE) {
-            ThrowLastError(from);
-        }
-        const std::wstring copy = TemporaryBeside(to);
-        if (CopyFileW(source.c_str(), copy.c_str(), TRUE) == 0 || !FlushFile(copy) ||
-            MoveFileExW(copy.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) == 0) {
-            RemoveAndThrow(copy, to);
-        }
-        // A read-only source would resist, although it is to vanish from this folder only.
         const DWORD attributes = GetFileAttributesW(source.c_str());
-        SetFileAttributesW(source.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-        if (DeleteFileW(source.c_str()) == 0) {
-            const DWORD error = GetLastError();
-            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
-                return; // gone already, so the copy is the only one
-            }
-            SetFileAttributesW(source.c_str(), attributes);
-            SetLastError(error);
-            // A message in both folders would be delivered and still be listed as blocked.
-            RemoveAndThrow(target, from);
+        if (attributes == INVALID_FILE_ATTRIBUTES) {
+            ThrowFileError(from, GetLastError());
+        }
+        if (IsFolder(attributes)) {
+            ThrowFileError(from, ERROR_ACCESS_DENIED);
+        }
+        // A link that moved would name another file, or none, from its new folder.
+        if (IsSymbolicLink(source)) {
+            return MoveByCopy(from, to);
+        }
+        const DWORD error = RenameNoReplace(from, to);
+        if (error == ERROR_NOT_SAME_DEVICE) {
+            return MoveByCopy(from, to);
+        }
+        if (error != 0) {
+            ThrowFileError(ConcernsTarget(error) ? to : from, error);
         }
     }
 
     void Remove(const QString& path) override {
-        if (DeleteFileW(SystemPath(path).c_str()) == 0) {
-            ThrowLastError(path);
+        const std::wstring name = SystemPath(path);
+        if (DeleteFileW(name.c_str()) != 0) {
+            return;
         }
+        const DWORD error = GetLastError();
+        const DWORD attributes = GetFileAttributesW(name.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes) &&
+            (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+        }
+        ThrowFileError(path, error);
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
         if (!Look(path, data)) {
-            ThrowLastError(path);
+            ThrowFileError(path, GetLastError());
         }
         if (keep(StatusOf(data))) {
             return false;
@@ -222,64 +149,17 @@ public:
     }
 
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
-        const std::wstring fresh = TemporaryBeside(path);
-        const std::wstring target = SystemPath(path);
-        if (!WriteNew(fresh, bytes) ||
-            MoveFileExW(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
-            RemoveAndThrow(fresh, path);
-        }
-    }
-
-private:
-    /// A name in the folder of `path` that no mail server picks up.
-    static std::wstring TemporaryBeside(const QString& path) {
-        const std::wstring target = SystemPath(path);
-        const QString random = QString::number(QRandomGenerator::system()->generate64(), 16);
-        return target.substr(0, target.find_last_of(L'\\') + 1) +
-               (QLatin1String(".quellbox-") + random + QLatin1String(".tmp")).toStdWString();
-    }
-
-    static bool FlushFile(const std::wstring& path) {
-        // The copy of a read-only file is read-only too, and only a file that may be written can be flushed.
-        const DWORD attributes = GetFileAttributesW(path.c_str());
-        SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-        bool flushed = false;
-        {
-            const Handle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-            flushed = file.IsOpen() && FlushFileBuffers(file.Value()) != 0;
-        }
-        return flushed && SetFileAttributesW(path.c_str(), attributes) != 0;
-    }
-
-    static bool WriteNew(const std::wstring& path, const QByteArray& bytes) {
-        const Handle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
-        if (!file.IsOpen()) {
-            return false;
-        }
-        for (qsizetype done = 0; done < bytes.size();) {
-            DWORD written = 0;
-            const auto wanted = static_cast<DWORD>(std::min<qsizetype>(bytes.size() - done, 1 << 30));
-            if (WriteFile(file.Value(), bytes.constData() + done, wanted, &written, nullptr) == 0) {
-                return false;
-            }
-            done += written;
-        }
-        return FlushFileBuffers(file.Value()) != 0;
-    }
-
-    /// Throws the last error for `path` once the file that is not wanted any more is gone.
-    [[noreturn]] static void RemoveAndThrow(const std::wstring& unwanted, const QString& path) {
-        const DWORD error = GetLastError();
-        SetFileAttributesW(unwanted.c_str(), FILE_ATTRIBUTE_NORMAL);
-        DeleteFileW(unwanted.c_str());
-        SetLastError(error);
-        ThrowLastError(path);
+        TemporaryFile fresh(path);
+        WriteAll(fresh.File(), bytes.constData(), bytes.size(), path);
+        fresh.Place(true);
     }
 };
 
 } // namespace
 
 std::unique_ptr<FileSystem> MakeLocalFileSystem() {
+    // A drive without a medium is an error like others, and no reason for the system to ask for one.
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
     return std::make_unique<WindowsFileSystem>();
 }
 

@@ -4,6 +4,7 @@
 #   install-packages.sh test    to run the checks as well
 #   install-packages.sh fuzz    to run the fuzzer
 #   install-packages.sh package to build the Debian package, and to try it out
+#   install-packages.sh windows to build the program for Windows, and to run it and its tests under Wine
 set -euo pipefail
 
 run_packages=(
@@ -45,6 +46,27 @@ fuzz_packages=(
   clang               # the compiler that has the fuzzer
   libclang-rt-14-dev  # the fuzzer itself and the sanitizers of that compiler
 )
+windows_packages=(
+  make cmake ninja-build pkg-config # as for the build here
+  gcc libc6-dev               # glib asks for a compiler of this machine as well
+  g++-mingw-w64-x86-64-posix  # compiler for Windows, with the threads of the C++ library
+  mingw-w64-x86-64-dev        # the headers and libraries of Windows
+  libz-mingw-w64-dev          # glib's compression
+  qt6-base-dev                # the programs that Qt's own build runs, and their description
+  qt6-tools-dev qt6-l10n-tools # translations
+  fp-utils                    # compiles the help file
+  dpkg-dev                    # unpacks source packages
+  meson                       # builds glib
+  autoconf automake libtool   # for gmime's configure script, which its source package lacks
+  gtk-doc-tools               # a macro of that script
+  googletest                  # the tests' library, as sources
+  librsvg2-bin icoutils       # draw the pictures and put them into icon files
+  zip                         # the portable package
+  nsis                        # the installer
+  wine wine64                 # runs the tests and the installer
+  xvfb xauth                  # a virtual display for them
+  fonts-dejavu-core           # a font, where the machine has none
+)
 
 package_packages=(
   dpkg-dev          # finds the libraries that the package depends on, and gives the flags for hardening
@@ -60,7 +82,8 @@ case "${1:-}" in
   test) packages=("${run_packages[@]}" "${test_packages[@]}") ;;
   fuzz) packages=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
   package) packages=("${run_packages[@]}" "${package_packages[@]}") ;;
-  *) echo "usage: $0 run|test|fuzz|package" >&2; exit 2 ;;
+  windows) packages=("${windows_packages[@]}") ;;
+  *) echo "usage: $0 run|test|fuzz|package|windows" >&2; exit 2 ;;
 esac
 # Only a desktop without X needs Qt's Wayland plugin.
 if [ -n "${WAYLAND_DISPLAY:-}" ] && [ -z "${DISPLAY:-}" ]; then

@@ -22,9 +22,9 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.SupportAddress = QStringLiteral(QUELLBOX_SUPPORT_ADDRESS);
     program.DownloadPage = QStringLiteral(QUELLBOX_DOWNLOAD_PAGE);
     program.ExecutableName = executable.completeBaseName();
-    program.ExecutablePath = executable.absoluteFilePath();
-    program.Directory = executable.absolutePath() + QDir::separator();
-    program.HelpFile = executable.absolutePath() + QDir::separator() + QStringLiteral("Quellbox.chm");
+    program.ExecutablePath = QDir::toNativeSeparators(executable.absoluteFilePath());
+    program.Directory = QDir::toNativeSeparators(executable.absolutePath()) + QDir::separator();
+    program.HelpFile = program.Directory + QStringLiteral("Quellbox.chm");
     return program;
 }
 

@@ -11,13 +11,16 @@ namespace {
 class ArchiveArgumentTest : public testing::Test {
 protected:
     ArchiveArgumentTest() {
-        files_.AddFolder(QStringLiteral("/srv/archive"));
-        files_.Add(QStringLiteral("/srv/archive/a.eml"), "Subject: a\n\n");
+        files_.AddFolder(srv_ + QStringLiteral("/archive"));
+        files_.Add(srv_ + QStringLiteral("/archive/a.eml"), "Subject: a\n\n");
     }
 
-    ArchiveArgument Read(const QStringList& arguments) const {
-        return ReadArchiveArgument(arguments, files_, QStringLiteral("/srv"));
-    }
+    ArchiveArgument Read(const QStringList& arguments) const { return ReadArchiveArgument(arguments, files_, srv_); }
+
+    /// The archive's folder as the user sees it.
+    QString Archive() const { return QDir::toNativeSeparators(srv_ + QStringLiteral("/archive/")); }
+
+    const QString srv_ = QDir::rootPath() + QStringLiteral("srv");
 
     MemoryFileSystem files_;
 };
@@ -29,12 +32,12 @@ TEST_F(ArchiveArgumentTest, NoArgumentLeavesTheChoiceToTheSettings) {
 }
 
 TEST_F(ArchiveArgumentTest, AFolderGetsASeparatorAtItsEndAndKeepsTheOneItHas) {
-    EXPECT_EQ(Read({QStringLiteral("/srv/archive")}).Folder.toStdString(), "/srv/archive/");
-    EXPECT_EQ(Read({QStringLiteral("/srv/archive/")}).Folder.toStdString(), "/srv/archive/");
+    EXPECT_EQ(Read({srv_ + QStringLiteral("/archive")}).Folder, Archive());
+    EXPECT_EQ(Read({srv_ + QStringLiteral("/archive/")}).Folder, Archive());
 }
 
 TEST_F(ArchiveArgumentTest, ARelativeFolderStartsFromTheWorkingFolder) {
-    EXPECT_EQ(Read({QStringLiteral("archive")}).Folder.toStdString(), "/srv/archive/");
+    EXPECT_EQ(Read({QStringLiteral("archive")}).Folder, Archive());
 }
 
 TEST_F(ArchiveArgumentTest, AFileIsNoDirectory) {

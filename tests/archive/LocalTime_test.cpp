@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QTimeZone>
 
 namespace quellbox {
 
@@ -13,7 +14,7 @@ using namespace Qt::StringLiterals;
 constexpr qint64 nsPerSecond = 1'000'000'000;
 
 bool InNewYork() {
-    return qgetenv("TZ") == "America/New_York";
+    return QTimeZone::systemTimeZoneId() == "America/New_York";
 }
 
 qint64 UtcSeconds(int year, int month, int day, int hour, int minute) {

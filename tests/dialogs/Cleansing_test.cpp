@@ -237,10 +237,16 @@ TEST_F(CleansingOfRealFolders, NeverLeavesTheArchive) {
     Write(Other(u"c.EML"_s));
     QDir().mkdir(Archive(u"folder.EML"_s));
     Write(Archive(u"folder.EML/d.EML"_s));
+#ifdef _WIN32
+    constexpr int expected = 1; // symbolic links need a privilege there
+    QDir().mkdir(Archive(u"away.EML"_s));
+#else
+    constexpr int expected = 2; // the file, and the link to a file
     ASSERT_TRUE(QFile::link(Other(), Archive(u"away.EML"_s)));
     ASSERT_TRUE(QFile::link(Other(u"c.EML"_s), Archive(u"link.EML"_s)));
+#endif
     const CleansingResult result = Run(Archive(), [](const QString&) {});
-    EXPECT_EQ(result.count, 2) << "the file, and the link to a file";
+    EXPECT_EQ(result.count, expected);
     EXPECT_TRUE(result.failures.empty());
     EXPECT_TRUE(files_->FileExists(Other(u"b.EML"_s)));
     EXPECT_TRUE(files_->FileExists(Other(u"c.EML"_s)));

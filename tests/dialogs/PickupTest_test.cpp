@@ -28,7 +28,7 @@ TEST(PickupTest, TheProgramsFolderAndThoseBelowAreNotSetUp) {
 }
 
 TEST(PickupTest, AStoredFolderMayLackTheSeparator) {
-    EXPECT_FALSE(IsPickupSetUp(u"/opt/prog"_s, program));
+    EXPECT_FALSE(IsPickupSetUp(QDir::toNativeSeparators(u"/opt/prog"_s), QDir::toNativeSeparators(program)));
 }
 
 TEST(PickupTest, AFolderOfAnotherCaseIsAnotherFolder) {

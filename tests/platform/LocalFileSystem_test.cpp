@@ -5,7 +5,9 @@
 
 #include <QDir>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -134,7 +136,143 @@ TEST_F(LocalFileSystemTest, ReadOnlyFileIsNotDeleted) {
     files_->Remove(Path("a"));
 }
 
-#ifndef _WIN32
+TEST_F(LocalFileSystemTest, NamesInAnyScript) {
+    const QString folder = Path("Stra\u00DFe \u65E5\u672C\u8A9E");
+    ASSERT_TRUE(QDir().mkdir(folder));
+    const QString name = Text("\u041F\u0438\u0441\u044C\u043C\u043E \u2709 \U0001F4E7 e\u0301.EML");
+    const QString path = folder + QLatin1Char('/') + name;
+    files_->WriteWhole(path, "body");
+    EXPECT_TRUE(files_->FolderExists(folder));
+    EXPECT_EQ(files_->FileNames(folder), QStringList{name});
+    EXPECT_EQ(files_->Status(path)->size, 4);
+    EXPECT_EQ(ReadWhole(*files_, path), "body");
+    files_->Move(path, Path("moved"));
+    EXPECT_EQ(ReadWhole(*files_, Path("moved")), "body");
+    EXPECT_EQ(files_->FileNames(folder), QStringList());
+}
+
+/// Windows by itself ends paths at 259 characters.
+TEST_F(LocalFileSystemTest, PathOfManyHundredCharacters) {
+    QString folder = folder_.path();
+    for (int depth = 0; depth < 6; ++depth) {
+        folder += QLatin1Char('/') + QString(100, QLatin1Char('f'));
+    }
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString path = folder + Text("/a.EML");
+    const QString moved = folder + QLatin1Char('/') + QString(200, QLatin1Char('b'));
+    files_->WriteWhole(path, "body");
+    EXPECT_TRUE(files_->FolderExists(folder));
+    EXPECT_EQ(files_->FileNames(folder), QStringList{Text("a.EML")});
+    EXPECT_EQ(ReadWhole(*files_, path), "body");
+    files_->Move(path, moved);
+    EXPECT_EQ(files_->Status(moved)->size, 4);
+    files_->Remove(moved);
+    EXPECT_EQ(files_->FileNames(folder), QStringList());
+}
+
+TEST_F(LocalFileSystemTest, RelativePathStartsAtTheCurrentFolder) {
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder_.path()));
+    files_->WriteWhole(Text("a.EML"), "x");
+    EXPECT_TRUE(files_->FileExists(Text("./a.EML")));
+    EXPECT_EQ(files_->FileNames(Text(".")), QStringList{Text("a.EML")});
+    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_TRUE(files_->FileExists(Path("a.EML")));
+}
+
+#ifdef _WIN32
+
+TEST_F(LocalFileSystemTest, BothSeparatorsNameTheSameFile) {
+    files_->WriteWhole(Path("a.EML"), "x");
+    EXPECT_TRUE(files_->FileExists(QDir::toNativeSeparators(Path("a.EML"))));
+    EXPECT_TRUE(files_->FolderExists(QDir::toNativeSeparators(folder_.path()) + QLatin1Char('\\')));
+    EXPECT_EQ(files_->FileNames(QDir::toNativeSeparators(folder_.path()) + QLatin1Char('\\')),
+              QStringList{Text("a.EML")});
+}
+
+TEST_F(LocalFileSystemTest, NamesOfDevicesAreFiles) {
+    for (const char* name : {"NUL.EML", "con", "COM1.EML"}) {
+        files_->WriteWhole(Path(name), "body");
+        EXPECT_EQ(ReadWhole(*files_, Path(name)), "body") << name;
+        EXPECT_EQ(Names(), QStringList{Text(name)});
+        files_->Remove(Path(name));
+    }
+    EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFileSystemTest, DeviceIsNotOpened) {
+    EXPECT_THROW(files_->Open(Text(R"(\\.\NUL)")), FileError);
+}
+
+/// Keeps a file open as a program does that allows others only `sharing`.
+class OpenElsewhere {
+public:
+    OpenElsewhere(const QString& path, DWORD access, DWORD sharing)
+        : handle_(CreateFileW(QDir::toNativeSeparators(path).toStdWString().c_str(), access, sharing, nullptr,
+                              OPEN_EXISTING, 0, nullptr)) {}
+    ~OpenElsewhere() { CloseHandle(handle_); }
+    OpenElsewhere(const OpenElsewhere&) = delete;
+    OpenElsewhere& operator=(const OpenElsewhere&) = delete;
+
+    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE handle_;
+};
+
+TEST_F(LocalFileSystemTest, FileInUseIsReadButNeitherMovedNorDeleted) {
+    files_->WriteWhole(Path("a.EML"), "body");
+    {
+        const OpenElsewhere other(Path("a.EML"), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        ASSERT_TRUE(other.IsOpen());
+        EXPECT_EQ(ReadWhole(*files_, Path("a.EML")), "body");
+        EXPECT_EQ(files_->Status(Path("a.EML"))->size, 4);
+        try {
+            files_->Move(Path("a.EML"), Path("b.EML"));
+            FAIL() << "a file in use was moved";
+        } catch (const FileError& error) {
+            EXPECT_EQ(error.Path(), Path("a.EML"));
+            EXPECT_EQ(error.Reason(), qt_error_string(ERROR_SHARING_VIOLATION));
+        }
+        EXPECT_THROW(files_->Remove(Path("a.EML")), FileError);
+        EXPECT_THROW(files_->WriteWhole(Path("a.EML"), "other"), FileError);
+        EXPECT_EQ(Names(), QStringList{Text("a.EML")});
+    }
+    EXPECT_EQ(ReadWhole(*files_, Path("a.EML")), "body");
+    files_->Move(Path("a.EML"), Path("b.EML"));
+    EXPECT_EQ(Names(), QStringList{Text("b.EML")});
+}
+
+TEST_F(LocalFileSystemTest, FileThatNobodyElseMayReadIsAnError) {
+    files_->WriteWhole(Path("a.EML"), "body");
+    const OpenElsewhere other(Path("a.EML"), GENERIC_READ, 0);
+    ASSERT_TRUE(other.IsOpen());
+    EXPECT_THROW(files_->Open(Path("a.EML")), FileError);
+    EXPECT_TRUE(files_->FileExists(Path("a.EML")));
+}
+
+TEST_F(LocalFileSystemTest, OpenFileMayBeDeletedMeanwhile) {
+    files_->WriteWhole(Path("a.EML"), "body");
+    const std::unique_ptr<InputFile> open = files_->Open(Path("a.EML"));
+    files_->Move(Path("a.EML"), Path("b.EML"));
+    char buffer[8];
+    EXPECT_EQ(open->Read(buffer, 8), 4);
+    files_->Remove(Path("b.EML"));
+}
+
+TEST_F(LocalFileSystemTest, TimeHasTheResolutionOfTheSystem) {
+    files_->WriteWhole(Path("a"), "x");
+    const HANDLE file = CreateFileW(QDir::toNativeSeparators(Path("a")).toStdWString().c_str(), FILE_WRITE_ATTRIBUTES,
+                                    0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    constexpr quint64 ticks = 116'444'736'000'000'000 + 17'000'000'001'234'567;
+    const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    EXPECT_NE(SetFileTime(file, nullptr, nullptr, &time), 0);
+    CloseHandle(file);
+    EXPECT_EQ(files_->Status(Path("a"))->modifiedNs, 1'700'000'000'123'456'700);
+}
+
+#else
 
 TEST_F(LocalFileSystemTest, NameThatIsNoUtf8IsReadMovedAndDeleted) {
     const QByteArray native = Native("gr\xFC\xDF"

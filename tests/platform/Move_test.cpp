@@ -1,6 +1,7 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/PosixMove.h"
 #include "platform/RuntimeError.h"
+#include "platform/WindowsMove.h"
 #include "tests/support/RealFiles.h"
 
 #include <QDir>
@@ -144,6 +145,89 @@ TEST_F(MoveTest, MoveToAnotherFileSystem) {
         GTEST_SKIP() << "there is only one file system";
     }
     const QString target = other.path() + Text("/a.EML");
+    files_->WriteWhole(target, "other");
+    EXPECT_THROW(files_->Move(from_, target), FileError);
+    EXPECT_EQ(ReadWhole(*files_, target), "other");
+    files_->Remove(target);
+    const qint64 modifiedNs = files_->Status(from_)->modifiedNs;
+    files_->Move(from_, target);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, target), "message");
+    EXPECT_EQ(files_->Status(target)->modifiedNs, modifiedNs);
+    EXPECT_EQ(files_->FileNames(other.path()), QStringList{Text("a.EML")});
+}
+
+#else
+
+bool IsReadOnly(const QString& path) {
+    return (GetFileAttributesW(QDir::toNativeSeparators(path).toStdWString().c_str()) & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+void SetReadOnly(const QString& path) {
+    ASSERT_NE(SetFileAttributesW(QDir::toNativeSeparators(path).toStdWString().c_str(), FILE_ATTRIBUTE_READONLY), 0);
+}
+
+TEST_F(MoveTest, CopiedMoveKeepsContentsTimeAndAttributes) {
+    const QByteArray bytes(500'000, 'x');
+    files_->WriteWhole(from_, bytes);
+    SetReadOnly(from_);
+    const qint64 modifiedNs = files_->Status(from_)->modifiedNs;
+    MoveByCopy(from_, to_);
+    EXPECT_FALSE(files_->FileExists(from_));
+    EXPECT_EQ(ReadWhole(*files_, to_), bytes);
+    EXPECT_EQ(files_->Status(to_)->modifiedNs, modifiedNs);
+    EXPECT_TRUE(IsReadOnly(to_));
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    QFile::setPermissions(to_, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+TEST_F(MoveTest, CopiedMoveNeverOverwritesAndCleansUp) {
+    SetReadOnly(from_);
+    files_->WriteWhole(to_, "other");
+    EXPECT_THROW(MoveByCopy(from_, to_), FileError);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_TRUE(IsReadOnly(from_));
+    EXPECT_EQ(ReadWhole(*files_, to_), "other");
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    QFile::setPermissions(from_, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+TEST_F(MoveTest, CopiedMoveRefusesAFileThatIsBeingWritten) {
+    QFile writer(from_);
+    ASSERT_TRUE(writer.open(QIODevice::ReadWrite));
+    EXPECT_THROW(MoveByCopy(from_, to_), FileError);
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList());
+    writer.close();
+    MoveByCopy(from_, to_);
+    EXPECT_EQ(ReadWhole(*files_, to_), "message");
+}
+
+TEST_F(MoveTest, SourceThatCannotBeRemovedStaysAlone) {
+    const HANDLE reader = CreateFileW(QDir::toNativeSeparators(from_).toStdWString().c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    try {
+        MoveByCopy(from_, to_);
+        FAIL() << "the file was moved";
+    } catch (const FileError& error) {
+        EXPECT_EQ(error.Path(), from_);
+        EXPECT_EQ(error.Reason(), qt_error_string(ERROR_SHARING_VIOLATION));
+    }
+    CloseHandle(reader);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList());
+}
+
+/// QUELLBOX_OTHER_VOLUME names a folder on another volume than the one of temporary files.
+TEST_F(MoveTest, MoveToAnotherVolume) {
+    const QString volume = qEnvironmentVariable("QUELLBOX_OTHER_VOLUME");
+    if (volume.isEmpty()) {
+        GTEST_SKIP() << "QUELLBOX_OTHER_VOLUME is not set";
+    }
+    const QTemporaryDir other(volume + Text("/quellbox-XXXXXX"));
+    ASSERT_TRUE(other.isValid());
+    const QString target = other.path() + Text("/a.EML");
+    ASSERT_EQ(RenameNoReplace(from_, target), static_cast<DWORD>(ERROR_NOT_SAME_DEVICE));
     files_->WriteWhole(target, "other");
     EXPECT_THROW(files_->Move(from_, target), FileError);
     EXPECT_EQ(ReadWhole(*files_, target), "other");

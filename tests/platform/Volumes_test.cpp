@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace quellbox {
 
 namespace {
@@ -76,6 +78,24 @@ TEST(Volumes, ShareThatTheDesktopMountedIsFound) {
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     EXPECT_EQ(Volumes().Resolve(Text(R"(\\SOME-SERVER\mail\spam)")), mount + Text("/spam"));
     qputenv("XDG_RUNTIME_DIR", before);
+}
+
+#else
+
+TEST(Volumes, DrivesHaveLettersAndKinds) {
+    const std::vector<Volume> volumes = Volumes().Mounted();
+    const auto system =
+        std::find_if(volumes.begin(), volumes.end(), [](const Volume& volume) { return volume.root == Text("C:\\"); });
+    ASSERT_NE(system, volumes.end());
+    EXPECT_EQ(system->kind, VolumeKind::Fixed);
+    for (const Volume& volume : volumes) {
+        EXPECT_EQ(volume.root.size(), 3);
+        EXPECT_EQ(volume.root.mid(1), Text(":\\"));
+    }
+}
+
+TEST(Volumes, SharesAreReachedAsTheyAre) {
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\nas\mail\spam)")), Text(R"(\\nas\mail\spam)"));
 }
 
 #endif

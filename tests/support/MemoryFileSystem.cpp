@@ -2,6 +2,8 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QDir>
+
 #include <algorithm>
 #include <thread>
 
@@ -9,8 +11,11 @@ namespace quellbox {
 
 namespace {
 
-/// Separators in a row count as one, as in a real file system.
+/// Separators in a row count as one, and on Windows both kinds are the same, as in a real file system.
 QString Plain(QString path) {
+    if (!path.startsWith(QLatin1String("\\\\"))) {
+        path = QDir::fromNativeSeparators(path);
+    }
     while (path.contains(QLatin1String("//"))) {
         path.replace(QLatin1String("//"), QLatin1String("/"));
     }
@@ -23,7 +28,8 @@ QString WithoutSeparator(const QString& path) {
 }
 
 QString FolderOf(const QString& path) {
-    return WithoutSeparator(path.left(path.lastIndexOf(QLatin1Char('/')) + 1));
+    const QString plain = Plain(path);
+    return WithoutSeparator(plain.left(plain.lastIndexOf(QLatin1Char('/')) + 1));
 }
 
 } // namespace

@@ -1,8 +1,11 @@
+#include "tests/support/TimeZone.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
+    quellbox::UseTimeZoneOfTest();
     const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

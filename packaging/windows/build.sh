@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Builds the program for 64-bit Windows, and from it a portable zip and an installer, all into build/windows/. What the
+# program is linked with is built from Debian's sources and kept in the cache; the names of its folders there tell what
+# they were built from, so that a changed recipe or source builds anew.
+#   build.sh         the program, the zip and the installer
+#   build.sh tests   the test programs too
+. "$(dirname "$0")/common.sh"
+build=$root/build/windows
+mkdir -p "$cache" "$build"
+begin=$SECONDS
+
+"$recipes/sources.sh" versions
+
+# kept NAME FILE... - the prefix NAME from the script NAME.sh, which together with the other FILEs decides what it holds.
+kept() {
+  local name=$1 folder
+  shift
+  folder=$(prefix "$name" common.sh sources.sh toolchain.cmake "$name.sh" "$@")
+  if [ ! -e "$folder/complete" ]; then
+    rm -rf "$folder" "$folder.work"
+    mkdir -p "$folder.work"
+    # The work folder stays when a step fails, to be looked at.
+    (cd "$folder.work" && work=$folder.work step "$name, once" "$recipes/$name.sh" "$folder")
+    rm -rf "$folder.work"
+    touch "$folder/complete"
+  fi
+  echo "$folder" >"$build/$name.prefix"
+}
+kept mail mingw.ini intl/libintl.h intl/intl.c iconv/iconv.h iconv/iconv-detect.h
+kept qt
+prefixes="$(cat "$build/mail.prefix");$(cat "$build/qt.prefix")"
+tests=OFF
+if [ "${1:-}" = tests ]; then
+  kept googletest
+  prefixes+=";$(cat "$build/googletest.prefix")"
+  tests=ON
+fi
+
+work=$build
+PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
+export PKG_CONFIG_LIBDIR
+step 'pictures' "$recipes/pictures.sh" "$build/resources"
+host=/usr/lib/$(gcc -print-multiarch)/cmake
+step 'configuration' cmake -S "$root" -B "$build/cmake" -G Ninja --toolchain "$recipes/toolchain.cmake" \
+  -DCMAKE_BUILD_TYPE=Release -DCMAKE_FIND_ROOT_PATH="$prefixes" -DQT_HOST_PATH=/usr \
+  -DQT_HOST_PATH_CMAKE_DIR="$host" -DQt6LinguistTools_DIR="$host/Qt6LinguistTools" \
+  -DQUELLBOX_RESOURCES="$build/resources/quellbox.qrc" -DQUELLBOX_ICON="$build/resources/icons/quellbox.ico" \
+  -DQUELLBOX_TESTS=$tests -DCMAKE_CROSSCOMPILING_EMULATOR=wine
+targets=(quellbox help_chm)
+[ $tests = OFF ] || targets+=(quellbox_tests quellbox_form_tests quellbox_samples)
+step 'program' cmake --build "$build/cmake" -j "$jobs" --target "${targets[@]}"
+step 'zip and installer' "$recipes/pack.sh" "$build"
+printf '%-58s%5d s\n' 'in all' $((SECONDS - begin))
+ls -l "$build"/*.zip "$build"/*.exe

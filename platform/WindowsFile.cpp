@@ -1,0 +1,179 @@
+#ifdef _WIN32
+
+#include "platform/WindowsFile.h"
+
+#include "platform/RuntimeError.h"
+#include "platform/WindowsPath.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+
+namespace quellbox {
+
+namespace {
+
+/// The whole path of one that depends on the current drive or folder.
+QString WholePath(const QString& path) {
+    const auto* text = reinterpret_cast<const wchar_t*>(path.utf16());
+    std::wstring whole(GetFullPathNameW(text, 0, nullptr, nullptr), L'\0');
+    whole.resize(GetFullPathNameW(text, static_cast<DWORD>(whole.size()), whole.data(), nullptr));
+    return QString::fromStdWString(whole);
+}
+
+DWORD BlockSize(qint64 count) {
+    return static_cast<DWORD>(std::min<qint64>(count, 1 << 30));
+}
+
+bool IsDots(const WIN32_FIND_DATAW& entry) {
+    const std::wstring_view name(&entry.cFileName[0]);
+    return name == L"." || name == L"..";
+}
+
+} // namespace
+
+Handle::~Handle() {
+    if (IsOpen()) {
+        CloseHandle(value_);
+    }
+}
+
+void ThrowFileError(const QString& path, DWORD error) {
+    throw FileError(path, qt_error_string(static_cast<int>(error)));
+}
+
+std::wstring SystemPath(const QString& path) {
+    if (path.isEmpty() || path.contains(QChar(QChar::Null))) {
+        ThrowFileError(path, ERROR_INVALID_NAME);
+    }
+    const QString literal = LiteralWindowsPath(path);
+    return (literal.isEmpty() ? LiteralWindowsPath(WholePath(path)) : literal).toStdWString();
+}
+
+qint64 UnixNs(const FILETIME& time) {
+    // The system counts 100 ns since 1601.
+    constexpr qint64 ticksTo1970 = 116'444'736'000'000'000;
+    const qint64 ticks = (static_cast<qint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+    return (ticks - ticksTo1970) * 100;
+}
+
+bool IsFolder(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
+    if (path.isEmpty() || path.contains(QChar(QChar::Null))) {
+        SetLastError(ERROR_INVALID_NAME);
+        return false;
+    }
+    const std::wstring name = SystemPath(path);
+    if (GetFileAttributesExW(name.c_str(), GetFileExInfoStandard, &data) == 0) {
+        return false;
+    }
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return true;
+    }
+    // Only an open handle tells of what a link names.
+    const Handle file(CreateFileW(name.c_str(), FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    BY_HANDLE_FILE_INFORMATION named{};
+    if (!file.IsOpen() || GetFileInformationByHandle(file.Value(), &named) == 0) {
+        return false;
+    }
+    data = {named.dwFileAttributes, named.ftCreationTime, named.ftLastAccessTime,
+            named.ftLastWriteTime,  named.nFileSizeHigh,  named.nFileSizeLow};
+    return true;
+}
+
+bool IsSymbolicLink(const std::wstring& systemPath) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(systemPath.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    FindClose(search);
+    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
+}
+
+QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
+    std::wstring pattern = SystemPath(folder);
+    pattern += pattern.back() == L'\\' ? L"*" : L"\\*";
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr,
+                                           FIND_FIRST_EX_LARGE_FETCH);
+    if (search == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        if (error == ERROR_FILE_NOT_FOUND) {
+            return {}; // the root of an empty volume, which has no entry for itself
+        }
+        ThrowFileError(folder, error);
+    }
+    QStringList names;
+    do {
+        if (!IsDots(entry) && isWanted(entry)) {
+            names += QString::fromWCharArray(&entry.cFileName[0]);
+        }
+    } while (FindNextFileW(search, &entry) != 0);
+    const DWORD error = GetLastError();
+    FindClose(search);
+    if (error != ERROR_NO_MORE_FILES) {
+        ThrowFileError(folder, error);
+    }
+    return names;
+}
+
+qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path) {
+    DWORD count = 0;
+    if (ReadFile(file.Value(), buffer, BlockSize(capacity), &count, nullptr) == 0) {
+        ThrowFileError(path, GetLastError());
+    }
+    return count;
+}
+
+void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString& path) {
+    while (count > 0) {
+        DWORD written = 0;
+        if (WriteFile(file.Value(), bytes, BlockSize(count), &written, nullptr) == 0) {
+            ThrowFileError(path, GetLastError());
+        }
+        bytes += written;
+        count -= written;
+    }
+}
+
+TemporaryFile::TemporaryFile(const QString& target) : target_(target) {
+    const std::wstring place = SystemPath(target);
+    const QString random = QString::number(QRandomGenerator::system()->generate64(), 16);
+    path_ = place.substr(0, place.find_last_of(L'\\') + 1) +
+            (QLatin1String(".quellbox-") + random + QLatin1String(".tmp")).toStdWString();
+    file_.emplace(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file_->IsOpen()) {
+        path_.clear();
+        ThrowFileError(target, GetLastError());
+    }
+}
+
+TemporaryFile::~TemporaryFile() {
+    file_.reset();
+    if (!path_.empty()) {
+        SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL); // the copy of a read-only file would stay
+        DeleteFileW(path_.c_str());
+    }
+}
+
+void TemporaryFile::Place(bool replace) {
+    if (FlushFileBuffers(file_->Value()) == 0) {
+        ThrowFileError(target_, GetLastError());
+    }
+    file_.reset();
+    const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0UL);
+    if (MoveFileExW(path_.c_str(), SystemPath(target_).c_str(), flags) == 0) {
+        ThrowFileError(target_, GetLastError());
+    }
+    path_.clear();
+}
+
+} // namespace quellbox
+
+#endif

@@ -1,0 +1,81 @@
+#pragma once
+
+#ifdef _WIN32
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <windows.h>
+
+namespace quellbox {
+
+/// Owns a handle of an open file.
+class Handle {
+public:
+    explicit Handle(HANDLE value) : value_(value) {}
+    ~Handle();
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    HANDLE Value() const { return value_; }
+    bool IsOpen() const { return value_ != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE value_;
+};
+
+/// Throws the FileError for `path` with the system's text for `error`.
+[[noreturn]] void ThrowFileError(const QString& path, DWORD error);
+
+/// The form of a path for a system call; see LiteralWindowsPath(). Throws FileError for a path that is empty or holds
+/// a NUL, which the call would take for the end of a shorter path.
+std::wstring SystemPath(const QString& path);
+
+/// Nanoseconds since 1970-01-01 UTC.
+qint64 UnixNs(const FILETIME& time);
+
+bool IsFolder(DWORD attributes);
+
+/// What the system tells of `path`, links followed; false when there is nothing, and the last error then says why.
+bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
+
+/// True for a symbolic link itself, to a file or to a folder.
+bool IsSymbolicLink(const std::wstring& systemPath);
+
+/// The names of the entries of `folder` that are wanted, without "." and "..". Throws FileError.
+QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted);
+
+/// Reads up to `capacity` bytes; 0 at the end. Throws FileError.
+qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path);
+
+/// Writes all bytes. Throws FileError.
+void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString& path);
+
+/// A new file beside its later place, under a name that no mail server picks up. Unless Place() has renamed it, the
+/// destructor removes it.
+class TemporaryFile {
+public:
+    /// Creates the file in the folder of `target`. Throws FileError.
+    explicit TemporaryFile(const QString& target);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const Handle& File() const { return *file_; }
+
+    /// Brings the contents to the disk and gives the file its name; an existing one is an error unless `replace`.
+    /// Throws FileError.
+    void Place(bool replace);
+
+private:
+    QString target_;
+    std::wstring path_;
+    std::optional<Handle> file_;
+};
+
+} // namespace quellbox
+
+#endif

@@ -1,0 +1,50 @@
+#include "platform/WindowsPath.h"
+
+#include <QStringList>
+
+namespace quellbox {
+
+namespace {
+
+constexpr QChar backslash(u'\\');
+
+bool HasDrive(const QString& path) {
+    const char16_t letter = path.isEmpty() ? u'\0' : path.at(0).toLower().unicode();
+    return letter >= u'a' && letter <= u'z' && path.mid(1, 2) == QLatin1String(":\\");
+}
+
+/// The names on the way down, of which the first `fixed` ones are the root.
+QStringList TakenSteps(const QString& path, qsizetype fixed) {
+    QStringList taken;
+    for (const QString& name : path.split(backslash, Qt::SkipEmptyParts)) {
+        if (name == QLatin1String("..") && taken.size() >= fixed) {
+            if (taken.size() > fixed) {
+                taken.removeLast();
+            }
+        } else if (name != QLatin1String(".")) {
+            taken += name;
+        }
+    }
+    return taken;
+}
+
+} // namespace
+
+QString LiteralWindowsPath(const QString& path) {
+    QString native = path;
+    native.replace(QLatin1Char('/'), backslash);
+    if (native.startsWith(QLatin1String(R"(\\?\)")) || native.startsWith(QLatin1String(R"(\\.\)"))) {
+        return native;
+    }
+    const bool isShare = native.startsWith(QLatin1String(R"(\\)"));
+    if (!isShare && !HasDrive(native)) {
+        return {};
+    }
+    const qsizetype fixed = isShare ? 2 : 1; // server and share, or the drive
+    const QStringList names = TakenSteps(native, fixed);
+    const QString prefix = isShare ? QStringLiteral(R"(\\?\UNC\)") : QStringLiteral(R"(\\?\)");
+    const QString literal = prefix + names.join(backslash);
+    return names.size() <= fixed ? literal + backslash : literal;
+}
+
+} // namespace quellbox

@@ -1,0 +1,78 @@
+#ifdef _WIN32
+
+#include "platform/Volumes.h"
+
+#include <array>
+#include <windows.h>
+
+#include <winnetwk.h>
+
+namespace quellbox {
+
+namespace {
+
+VolumeKind KindOf(const QString& root) {
+    switch (GetDriveTypeW(reinterpret_cast<const wchar_t*>(root.utf16()))) {
+    case DRIVE_REMOVABLE:
+        return VolumeKind::Removable;
+    case DRIVE_REMOTE:
+        return VolumeKind::Network;
+    case DRIVE_CDROM:
+        return VolumeKind::Optical;
+    case DRIVE_RAMDISK:
+        return VolumeKind::Ram;
+    default:
+        return VolumeKind::Fixed;
+    }
+}
+
+/// The share behind a mapped drive like "X:"; empty when the system does not tell.
+QString ShareOf(const QString& drive) {
+    std::array<wchar_t, 1024> share{};
+    DWORD capacity = share.size();
+    const DWORD error = WNetGetConnectionW(reinterpret_cast<const wchar_t*>(drive.utf16()), share.data(), &capacity);
+    return error == NO_ERROR ? QString::fromWCharArray(share.data()) : QString();
+}
+
+QString LabelOf(const QString& root) {
+    std::array<wchar_t, MAX_PATH + 1> label{};
+    // A drive without a medium is no reason for the system to ask for one.
+    DWORD before = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
+    const bool known =
+        GetVolumeInformationW(reinterpret_cast<const wchar_t*>(root.utf16()), label.data(),
+                              static_cast<DWORD>(label.size()), nullptr, nullptr, nullptr, nullptr, 0) != 0;
+    SetThreadErrorMode(before, nullptr);
+    return known ? QString::fromWCharArray(label.data()) : QString();
+}
+
+/// What to call a drive. A network drive is not asked for its label, since an absent server answers late.
+QString NameOf(const QString& root, VolumeKind kind) {
+    const QString name = kind == VolumeKind::Network ? ShareOf(root.left(2)) : LabelOf(root);
+    return name.isEmpty() ? root : name;
+}
+
+} // namespace
+
+std::vector<Volume> Volumes::Mounted() const {
+    std::vector<Volume> volumes;
+    const DWORD drives = GetLogicalDrives();
+    for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
+        if (((drives >> (letter - u'A')) & 1U) == 0) {
+            continue;
+        }
+        const QString root = QChar(letter) + QStringLiteral(":\\");
+        // A drive without a medium counts: choosing it gives a message that says so.
+        const VolumeKind kind = KindOf(root);
+        volumes.push_back({NameOf(root, kind), root, kind});
+    }
+    return volumes;
+}
+
+QString Volumes::Resolve(const QString& path) const {
+    return path;
+}
+
+} // namespace quellbox
+
+#endif
