@@ -140,6 +140,63 @@ TEST_F(Contents, TheTogglesExpandAndRevealWithoutRebuilding) {
     EXPECT_EQ(Item(QStringLiteral("ATTACHMENT: a.txt")), attachment);
 }
 
+TEST_F(Contents, AMessageWithoutPartsShowsItsFieldsOnly) {
+    Write(Archive(Name(1)), "To: b@x.org\r\nSubject: Header only\r\nDate:\r\n");
+    Write(Archive(Name(2)), "X-Other: 1\r\n");
+    Open();
+    window->Messages().sort(ColumnTo, Qt::DescendingOrder);
+    ASSERT_EQ(Keys(), QStringList({Name(1), Name(2)}));
+    Click(0);
+    ASSERT_EQ(Tree()->topLevelItemCount(), 1);
+    QTreeWidgetItem* message = Tree()->topLevelItem(0);
+    EXPECT_EQ(message->text(0), QStringLiteral("MESSAGE"));
+    EXPECT_TRUE(message->isExpanded());
+    ASSERT_EQ(message->childCount(), 2);
+    EXPECT_EQ(message->child(0)->text(0), QStringLiteral("TO: b@x.org"));
+    EXPECT_EQ(message->child(1)->text(0), QStringLiteral("SUBJECT: Header only"));
+    Click(1);
+    ASSERT_EQ(Tree()->topLevelItemCount(), 1);
+    EXPECT_EQ(Tree()->topLevelItem(0)->childCount(), 0);
+}
+
+TEST_F(Contents, RevealScrollsToTheSecondOfTwoAttachments) {
+    QByteArray parts;
+    const auto addTexts = [&parts] {
+        for (int number = 0; number < 40; ++number) {
+            parts += "--b\r\n\r\none\r\ntwo\r\n";
+        }
+    };
+    addTexts();
+    for (const char* name : {"One.zip", "Two.zip"}) {
+        parts += QByteArray("--b\r\nContent-Disposition: attachment; filename=") + name + "\r\n\r\nx\r\n";
+        addTexts();
+    }
+    Write(Archive(Name(1)),
+          "Subject: x\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n" + parts + "--b--\r\n");
+    Open();
+    Click(0);
+    QTreeWidgetItem* one = Item(QStringLiteral("ATTACHMENT: One.zip"));
+    QTreeWidgetItem* two = Item(QStringLiteral("ATTACHMENT: Two.zip"));
+    ASSERT_TRUE(one != nullptr && two != nullptr);
+    EXPECT_TRUE(one->font(0).bold());
+    EXPECT_TRUE(two->font(0).bold());
+    EXPECT_FALSE(one->parent()->font(0).bold());
+    const auto isInSight = [this](QTreeWidgetItem* item) {
+        const QRect place = Tree()->visualItemRect(item);
+        return place.isValid() && Tree()->viewport()->rect().contains(place.center());
+    };
+    EXPECT_FALSE(isInSight(two));
+    Command("tlbContents_attachment")->trigger();
+    EXPECT_TRUE(isInSight(two));
+    EXPECT_FALSE(isInSight(one));
+    EXPECT_FALSE(one->parent()->isExpanded());
+    Tree()->scrollToTop();
+    ASSERT_FALSE(isInSight(two));
+    Command("tlbContents_collapse")->trigger();
+    EXPECT_TRUE(one->parent()->isExpanded());
+    EXPECT_TRUE(isInSight(two));
+}
+
 TEST_F(Contents, AHugeMessageComesInPiecesAndAnotherOneCancelsTheRest) {
     QByteArray huge = Mail(1);
     while (huge.size() < 3 * 1024 * 1024) {

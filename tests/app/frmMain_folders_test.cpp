@@ -1,14 +1,18 @@
 #include "dialogs/frmDirectoryList.h"
 #include "dialogs/frmFolders.h"
+#include "dialogs/frmOptions.h"
 #include "platform/ShareFileSystem.h"
 #include "platform/UncPath.h"
 #include "tests/support/MainWindowFixture.h"
 #include "tests/support/RealFolderWindow.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 
 #ifndef _WIN32
 
@@ -112,6 +116,49 @@ TEST_F(MainFolders, CancelAfterMovingAboutChangesNothingButRefreshes) {
     EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/archive/");
     EXPECT_EQ(store_.FlushCount(), 0);
     EXPECT_EQ(Keys(), "late.eml old.eml");
+}
+
+TEST_F(MainFolders, CancelAfterMovingThroughDrivesGivesTheOldDirectoryBack) {
+    for (const char* folder : {"/mnt/", "/mnt/usb/", "/mnt/usb/spam/"}) {
+        files_.AddFolder(QLatin1String(folder));
+    }
+    volumes_.mounted.push_back({QStringLiteral("STICK"), QStringLiteral("/mnt/usb"), VolumeKind::Removable});
+    OpenRefreshed();
+    bool moving = false;
+    QString selected;
+    DialogDriver driver([&](frmFolders& dialog) {
+        const auto* group = dialog.findChild<QGroupBox*>(QStringLiteral("fraDevice"));
+        if (moving || group->testAttribute(Qt::WA_SetCursor)) {
+            return; // it reads a folder
+        }
+        moving = true;
+        auto* drives = dialog.findChild<QComboBox*>(QStringLiteral("drvList"));
+        drives->setFocus();
+        QTest::keyClick(drives, Qt::Key_Down);
+        EXPECT_TRUE(QTest::qWaitFor([group] { return !group->testAttribute(Qt::WA_SetCursor); }, patience));
+        auto* list = dialog.findChild<DirectoryList*>(QStringLiteral("dirList"));
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_End);
+        selected = window_->State().SelectedFolder;
+        Press(dialog, "btnCancel");
+    });
+    QString shown;
+    QTimer::singleShot(0, window_.get(), [&shown] {
+        auto* options = qobject_cast<frmOptions*>(QApplication::activeModalWidget());
+        ASSERT_NE(options, nullptr);
+        options->findChild<QTabWidget*>(QStringLiteral("tbsOptions"))->setCurrentIndex(1);
+        options->findChild<QPushButton*>(QStringLiteral("btnArchive"))->click();
+        shown = options->findChild<QLineEdit*>(QStringLiteral("txtArchive"))->text();
+        options->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(selected.toStdString(), "/mnt/usb/spam");
+    EXPECT_EQ(shown.toStdString(), "/archive/");
+    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/archive/");
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");
+    EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /archive/");
+    EXPECT_EQ(store_.FlushCount(), 0);
+    EXPECT_EQ(refreshes_, 1);
 }
 
 TEST_F(MainFolders, TheTimerRestsWhileTheDialogIsOpenAndRunsAgain) {

@@ -1,6 +1,10 @@
 #include "tests/support/MainWindowFixture.h"
 
 #include <QMenuBar>
+#include <QScrollBar>
+
+#include <numeric>
+#include <vector>
 
 namespace quellbox {
 namespace {
@@ -72,6 +76,31 @@ TEST_F(MainLayout, ColumnsToFromAndSubjectShareTheRest) {
     QCoreApplication::processEvents();
     EXPECT_EQ(header->sectionSize(ColumnDate), date);
     EXPECT_EQ(header->sectionSize(ColumnTo), share + 100);
+}
+
+TEST_F(MainLayout, ANarrowWindowTakesItsWidthFromTheSharedColumns) {
+    OpenAt(1000, 600);
+    Trigger("mnuViewToolbar");
+    Trigger("mnuViewStatus");
+    const QHeaderView* header = List()->header();
+    const auto fixed = [header] {
+        return std::vector<int>{header->sectionSize(ColumnDate), header->sectionSize(ColumnSize),
+                                header->sectionSize(ColumnBytes), header->sectionSize(ColumnScl)};
+    };
+    const std::vector<int> before = fixed();
+    EXPECT_GT(header->sectionSize(ColumnTo), 50);
+    // Of this width nothing is left beside the fixed columns, the borders of all and the scroll bar.
+    const int least = std::accumulate(before.begin(), before.end(), window_->width() - List()->width()) + ColumnCount +
+                      List()->verticalScrollBar()->sizeHint().width();
+    for (const auto& [width, share] : {std::pair{least, 0}, {least + 3, 1}, {least + 90, 30}}) {
+        window_->resize(width, 600);
+        QCoreApplication::processEvents();
+        ASSERT_EQ(window_->width(), width);
+        EXPECT_EQ(fixed(), before) << width;
+        for (const Column column : {ColumnTo, ColumnFrom, ColumnSubject}) {
+            EXPECT_EQ(header->sectionSize(column), share) << width;
+        }
+    }
 }
 
 TEST_F(MainLayout, TheBytesColumnStaysAtWidthZero) {

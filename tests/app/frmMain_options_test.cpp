@@ -351,4 +351,29 @@ TEST_F(MainOptions, WhatWasChosenIsStoredOnClosing) {
     EXPECT_EQ(Stored("AutoRefresh"), QStringLiteral("1"));
 }
 
+TEST_F(MainOptions, WhatWasChosenIsLostWhenTheWindowClosesMinimized) {
+    Set("FilterDays", "2");
+    Set("RefreshInterval", "40");
+    Set("TolerationLevel", "1");
+    const QStringList keys = store_.Keys(QStringLiteral("Settings"));
+    OpenRefreshed();
+    OnOptions([](frmOptions& dialog) {
+        Press(dialog, "optDays7");
+        Press(dialog, "optToleration2");
+        Press(dialog, "chkRawBody");
+        dialog.findChild<QSlider*>(QStringLiteral("sliRefreshInterval"))->setValue(25);
+        Press(dialog, "cmdOK");
+    });
+    Action("mnuToolsOptions")->trigger();
+    ASSERT_EQ(window_->State().FilterDays, 7);
+    window_->showMinimized();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window_->isMinimized(); }, patience));
+    window_->close();
+    EXPECT_EQ(Stored("FilterDays"), QStringLiteral("2"));
+    EXPECT_EQ(Stored("RefreshInterval"), QStringLiteral("40"));
+    EXPECT_EQ(Stored("TolerationLevel"), QStringLiteral("1"));
+    EXPECT_EQ(store_.Keys(QStringLiteral("Settings")), keys);
+    EXPECT_EQ(store_.FlushCount(), 0);
+}
+
 } // namespace quellbox

@@ -1,13 +1,16 @@
 #include "dialogs/PickupTest.h"
 #include "tests/support/MainWindowFixture.h"
 
+#include <QCheckBox>
 #include <QDialog>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace quellbox {
 namespace {
 
-/// The main window, whose pickup test is asked for; a directory selection that opens is cancelled.
+/// The main window, whose pickup test is asked for; a directory selection that opens is cancelled, unless there is a
+/// directory to select.
 class MainPickupTest : public MainWindowTest {
 protected:
     MainPickupTest() {
@@ -45,7 +48,9 @@ protected:
     int questions_ = 0;
     QString question_;
     QString caption_;
-    QStringList infos_; ///< each text of the panel "info"
+    QStringList infos_;  ///< each text of the panel "info"
+    QStringList opened_; ///< the captions of all dialogs, in their order
+    QString select_;
 
 private:
     void DriveModal() {
@@ -53,9 +58,10 @@ private:
         if (dialog == nullptr || !dialog->isVisible() || dialog->objectName() == QLatin1String("msgError")) {
             return;
         }
+        opened_ += dialog->windowTitle();
         auto* box = qobject_cast<QMessageBox*>(dialog);
         if (box == nullptr) {
-            dialog->reject();
+            DriveSelection(*dialog);
             return;
         }
         EXPECT_EQ(box->objectName(), QStringLiteral("msgConfirm"));
@@ -68,6 +74,18 @@ private:
         question_ = box->text();
         caption_ = box->windowTitle();
         answer_(*box);
+    }
+
+    void DriveSelection(QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("frmFolders"));
+        EXPECT_EQ(Info(), "Exchange Pickup Directory not setup yet.");
+        if (select_.isEmpty()) {
+            dialog.reject();
+            return;
+        }
+        dialog.findChild<QCheckBox*>(QStringLiteral("chkShare"))->click();
+        dialog.findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(select_);
+        dialog.findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
     }
 
     QTimer modals_;
@@ -117,7 +135,28 @@ TEST_F(MainPickupTest, TheProgramsFolderIsNotSetUpYet) {
     EXPECT_TRUE(SaysNotSetUp());
     EXPECT_EQ(questions_, 1);
     EXPECT_EQ(caption_, QStringLiteral("/prog/"));
+    EXPECT_EQ(opened_, QStringList({QStringLiteral("Select Pickup Directory"), QStringLiteral("/prog/")}));
     EXPECT_EQ(Info(), "");
+}
+
+TEST_F(MainPickupTest, ADirectorySelectedMeanwhileIsTheOneThatIsTested) {
+    select_ = QStringLiteral("/pickup");
+    OpenIn("/prog/");
+    Run(Yes);
+    EXPECT_EQ(opened_, QStringList({QStringLiteral("Select Pickup Directory"), QStringLiteral("/pickup/")}));
+    EXPECT_EQ(Stored("PickupDir"), QStringLiteral("/pickup/"));
+    EXPECT_TRUE(IsWritten());
+    EXPECT_EQ(Info(), sent_);
+}
+
+TEST_F(MainPickupTest, AnUnknownUserNameIsWrittenAsItStands) {
+    shell_.SetUserName({});
+    OpenIn("/pickup/");
+    EXPECT_EQ(window_->State().UserName, QString());
+    Run(Yes);
+    EXPECT_NE(Written().find("Subject:  is testing the Exchange pickup folder\r\n"), std::string::npos) << Written();
+    EXPECT_TRUE(QString::fromStdString(Written()).endsWith(QStringLiteral("\r\nKind regards, \r\n")));
+    EXPECT_EQ(Info(), sent_);
 }
 
 TEST_F(MainPickupTest, NorIsAFolderBelowIt) {
@@ -126,6 +165,7 @@ TEST_F(MainPickupTest, NorIsAFolderBelowIt) {
     Run(Yes);
     EXPECT_TRUE(SaysNotSetUp());
     EXPECT_EQ(caption_, QStringLiteral("/prog/pickup/"));
+    EXPECT_EQ(opened_, QStringList({QStringLiteral("Select Pickup Directory"), QStringLiteral("/prog/pickup/")}));
     EXPECT_EQ(Info(), sent_) << "the test goes on after a cancelled selection";
     EXPECT_TRUE(files_.FileExists(QStringLiteral("/prog/pickup/quellbox.eml")));
 }
@@ -135,6 +175,7 @@ TEST_F(MainPickupTest, APathThatDiffersInCaseIsSetUp) {
     Run(No);
     EXPECT_FALSE(SaysNotSetUp());
     EXPECT_EQ(questions_, 1);
+    EXPECT_EQ(opened_, QStringList{QStringLiteral("/Prog/pickup/")});
 }
 
 TEST_F(MainPickupTest, TheSecondTestReplacesTheFile) {

@@ -32,6 +32,39 @@ TEST_F(MainRefresh, TheFilterButtonListsTheDaysInForce) {
     EXPECT_EQ(Keys(), "today.eml yesterday.eml");
 }
 
+TEST_F(MainRefresh, AReleasedFilterButtonListsEveryFileWhateverTheDayWindow) {
+    AddMessage("old.eml", -30 * 24 * 60);
+    AddMessage("new.eml", 0);
+    Set("FilterDays", "7");
+    Set("FilterMessages", "1");
+    OpenRefreshed();
+    EXPECT_EQ(Keys(), "new.eml");
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "7");
+    Button("tlbMessages", "filter")->trigger();
+    ASSERT_TRUE(WaitForRefreshes(2));
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "0");
+    EXPECT_EQ(window_->State().FilterDays, 7);
+    EXPECT_EQ(Keys(), "new.eml old.eml");
+    EXPECT_EQ(Panel("count"), "2 messages");
+}
+
+TEST_F(MainRefresh, TheSpamLevelComesFromEitherHeader) {
+    const auto add = [this](const char* name, const QByteArray& header, int minute) {
+        files_.Add(QStringLiteral("/archive/") + QLatin1String(name), header + "Subject: x\n\nX-SCL: 1%\n",
+                   noon_.addSecs(60 * minute).toMSecsSinceEpoch() * 1'000'000);
+    };
+    add("first.eml", "X-SCL: 7 53.21%\n", 4);
+    add("second.eml", "X-SMSMSE-SCL: 9\n", 3);
+    add("none.eml", "", 2);
+    add("bare.eml", "X-SCL: 7\n", 1);
+    OpenRefreshed();
+    ASSERT_EQ(Keys(), "first.eml second.eml none.eml bare.eml");
+    EXPECT_EQ(Cell(0, ColumnScl), "7 53.21");
+    EXPECT_EQ(Cell(1, ColumnScl), "9");
+    EXPECT_EQ(Cell(2, ColumnScl), "");
+    EXPECT_EQ(Cell(3, ColumnScl), "");
+}
+
 TEST_F(MainRefresh, TheRefreshCommandRebuildsTheListAndDeselects) {
     AddThree();
     OpenRefreshed();
@@ -113,6 +146,25 @@ TEST_F(MainRefresh, AnEmptiedListIsRefilledInFull) {
     window_->Messages().Clear();
     ASSERT_TRUE(WaitForRefreshes(2));
     EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+}
+
+TEST_F(MainRefresh, AListWhoseMessagesWereAllDeletedIsRefilledInFull) {
+    AddThree();
+    Set("AutoRefresh", "1");
+    Set("RefreshInterval", "1");
+    OpenRefreshed();
+    Action("mnuEditSelectAll")->trigger();
+    Action("mnuActionsDelete")->trigger();
+    ASSERT_EQ(Keys(), "");
+    ASSERT_TRUE(files_.FileNames(QStringLiteral("/archive")).isEmpty());
+    ASSERT_NE(window_->State().LastAddedFile, QString()); // gone, so that nothing would follow it
+    AddMessage("early.eml", -30);
+    AddMessage("late.eml", 30);
+    const int before = refreshes_;
+    ASSERT_TRUE(WaitForRefreshes(before + 1));
+    EXPECT_EQ(Keys(), "late.eml early.eml");
+    EXPECT_TRUE(IsUnread(0) && IsUnread(1));
+    EXPECT_EQ(Panel("count"), "2 messages");
 }
 
 TEST_F(MainRefresh, ATickWithNothingNewKeepsTheList) {

@@ -1,8 +1,10 @@
+#include "contents/frmRawPane.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 #include <filesystem>
 #include <fstream>
@@ -26,6 +28,21 @@ TEST_F(MainStart, AnEmptyStoreGivesTwoThirdsOfTheScreenInItsUpperThird) {
     EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /prog/");
     EXPECT_EQ(window_->State().AutoRefresh, 1);
     EXPECT_EQ(window_->State().RefreshInterval, 60);
+    EXPECT_EQ(window_->State().FilterDays, 0);
+    EXPECT_EQ(window_->State().ActiveFilterDays.toStdString(), "0");
+    EXPECT_FALSE(Button("tlbMessages", "filter")->isChecked());
+}
+
+TEST_F(MainStart, AStoredLeftEdgeOfZeroIsNoneAndTheWindowIsCentred) {
+    Set("MainLeft", "0");
+    Set("MainTop", "450");
+    Set("MainWidth", "9000");
+    Set("MainHeight", "7500");
+    Open();
+    EXPECT_EQ(window_->size(), QSize(600, 500));
+    EXPECT_EQ(window_->geometry().top(), 30);
+    EXPECT_NEAR(window_->geometry().left(), (window_->screen()->size().width() - 600) / 2, 1);
+    EXPECT_GT(window_->geometry().left(), 1);
 }
 
 TEST_F(MainStart, StoredPlacementIsRestored) {
@@ -54,13 +71,26 @@ TEST_F(MainStart, ClosingSavesPlacementAndOptions) {
 
 TEST_F(MainStart, ClosedWhileMinimizedLeavesTheStoreAsItWas) {
     Set("Toolbar", "True");
+    Set("RefreshInterval", "30");
+    Set("MainLeft", "300");
+    Set("MainTop", "450");
+    Set("MainWidth", "10500");
+    Set("MainHeight", "7500");
+    Set("MainWindowState", "0");
     const QStringList keys = store_.Keys(QStringLiteral("Settings"));
     Open();
     Action("mnuViewToolbar")->trigger();
     window_->State().RefreshInterval = 99; // as the options dialog would
+    window_->setGeometry(40, 50, 720, 510);
     window_->showMinimized();
     ASSERT_TRUE(QTest::qWaitFor([this] { return window_->isMinimized(); }, patience));
     window_->close();
+    EXPECT_EQ(Stored("RefreshInterval").toStdString(), "30");
+    EXPECT_EQ(Stored("MainLeft").toStdString(), "300");
+    EXPECT_EQ(Stored("MainTop").toStdString(), "450");
+    EXPECT_EQ(Stored("MainWidth").toStdString(), "10500");
+    EXPECT_EQ(Stored("MainHeight").toStdString(), "7500");
+    EXPECT_EQ(Stored("MainWindowState").toStdString(), "0");
     EXPECT_EQ(Stored("Toolbar").toStdString(), "True");
     EXPECT_EQ(store_.Keys(QStringLiteral("Settings")), keys);
     EXPECT_EQ(store_.FlushCount(), 0);
@@ -121,6 +151,11 @@ TEST_F(MainStart, TheFirstTickSelectsTheFirstMessage) {
     EXPECT_EQ(window_->State().SelectedCount, 1);
     EXPECT_EQ(Find<QTimer>("tmrRefresh")->interval(), 60'000);
     EXPECT_EQ(window_->State().LastRefreshDay, 10);
+    EXPECT_EQ(Find<RawPane>("rtfRaw")->FileName().toStdString(), "/archive/a.eml");
+    EXPECT_TRUE(Find<RawPane>("rtfRaw")->Text().contains(QStringLiteral("about a.eml")));
+    const auto* tree = Find<QTreeWidget>("trvMessage");
+    ASSERT_GT(tree->topLevelItemCount(), 0);
+    EXPECT_EQ(tree->topLevelItem(0)->text(0).toStdString(), "MESSAGE");
 }
 
 TEST_F(MainStart, FourMenuEntriesHavePictures) {

@@ -127,6 +127,26 @@ TEST_F(MainTray, WithADialogOpenTheRightButtonRestoresTheStateAndShowsNoMenu) {
     EXPECT_EQ(icon.popUps, 1);
 }
 
+TEST_F(MainTray, WithTheOptionsOpenTheRightButtonRestoresTheStateAndShowsNoMenu) {
+    OpenHiding();
+    bool looked = false;
+    QTimer::singleShot(0, window_.get(), [this, &looked] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->objectName(), QStringLiteral("frmOptions"));
+        MinimizeAndHide();
+        icon.ClickRight();
+        EXPECT_EQ(icon.popUps, 0);
+        EXPECT_FALSE(window_->isMinimized());
+        looked = true;
+        dialog->close();
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_TRUE(looked);
+    icon.ClickRight();
+    EXPECT_EQ(icon.popUps, 1);
+}
+
 TEST_F(MainTray, ADesktopThatDrawsTheMenuHasNothingToDrawWhileADialogIsOpen) {
     icon.hostDrawsMenu = true;
     OpenHiding();

@@ -84,6 +84,9 @@ TEST(StructureTree, UpperCasesHeaderNamesAndKeepsTheirValues) {
     const StructureTree tree = TreeOf(twoAttachments);
     EXPECT_EQ(tree[1].children[0].children[0].text, QStringLiteral("CONTENT-TYPE: text/plain"));
     EXPECT_TRUE(tree[1].children[0].children[0].tag.isEmpty());
+    EXPECT_EQ(Texts(tree[2].children[0].children),
+              QStringList({QStringLiteral("CONTENT-TYPE: application/zip; name=One.zip"),
+                           QStringLiteral("CONTENT-DISPOSITION: attachment; filename=One.zip")}));
 }
 
 TEST(StructureTree, ShowsTheFirstLineOfATextAndKeepsTheWhole) {

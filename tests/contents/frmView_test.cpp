@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QScreen>
+#include <QScrollBar>
 
 using namespace quellbox;
 
@@ -48,6 +49,22 @@ TEST_F(View, ShowsTheWholeFileFromItsStartUnderItsPath) {
     EXPECT_FALSE(viewer->isModal());
     EXPECT_DOUBLE_EQ(TextOf(viewer)->font().pointSizeF(), 8.5);
     EXPECT_EQ(TextOf(viewer)->size(), viewer->size());
+}
+
+TEST_F(View, StaysAtTheStartWhateverTheOptionOfItsEndSays) {
+    Write(Archive(Name(1)), "Subject: long\r\n\r\n" + QByteArray("line\r\n").repeated(500));
+    Open();
+    for (const qint16 option : {qint16{0}, qint16{1}}) {
+        window->State().RawBody = option;
+        OpenViewer(0);
+        const RawPane* text = TextOf(Viewer());
+        ASSERT_TRUE(QTest::qWaitFor([text] { return text->IsComplete(); }, 60000));
+        QCoreApplication::processEvents();
+        EXPECT_GT(text->verticalScrollBar()->maximum(), 0);
+        EXPECT_EQ(text->verticalScrollBar()->value(), 0) << option;
+        EXPECT_EQ(text->textCursor().position(), 0) << option;
+        Viewer()->close();
+    }
 }
 
 TEST_F(View, ReusesItsWindow) {

@@ -68,6 +68,39 @@ TEST_F(Disposal, MovesIntoThePickupFolderWithEitherUnblockCode) {
     }
 }
 
+// One message can be moved, the name of another is taken, the third has gone and the fourth is read-only.
+TEST_F(Disposal, BothUnblockCodesDoTheSameWhateverHappens) {
+    std::vector<QString> outcomes;
+    for (const qint16 action : {Action::unblock, Action::unblockTolerated}) {
+        MemoryFileSystem fresh;
+        MessageListModel list;
+        fresh.AddFolder(folders.pickup);
+        for (int number = 0; number < 5; ++number) {
+            MessageRow row;
+            row.key = Name(number);
+            list.Append({row});
+            fresh.Add(folders.archive + Name(number), Name(number).toLatin1());
+        }
+        fresh.Add(folders.pickup + Name(1), "other");
+        fresh.Remove(folders.archive + Name(2));
+        fresh.SetReadOnly(folders.archive + Name(3));
+        QStringList outcome;
+        const DisposalResult result = DisposeOfMessages(fresh, action, folders, {0, 1, 2, 3}, list, [](int) {});
+        outcome << QString::number(result.rowsGone) << QString::number(result.nextRow) << list.Row(0).key;
+        for (const auto& failure : result.failures) {
+            outcome << failure.path + QLatin1Char('=') + failure.reason;
+        }
+        for (const QString& path : fresh.Paths()) {
+            outcome << path + QLatin1Char('=') + QString::fromLatin1(fresh.Bytes(path));
+        }
+        EXPECT_EQ(result.rowsGone, 4);
+        EXPECT_EQ(list.Count(), 1);
+        EXPECT_TRUE(fresh.FileExists(folders.pickup + Name(0)));
+        outcomes.push_back(outcome.join(QLatin1Char('\n')));
+    }
+    EXPECT_EQ(outcomes[0].toStdString(), outcomes[1].toStdString());
+}
+
 TEST_F(Disposal, SelectsTheRowThatFollowedOrTheLastOne) {
     Fill(5);
     EXPECT_EQ(Run(Action::remove, {1}).nextRow, 1);

@@ -31,6 +31,11 @@ TEST(ProgramInfo, TheUpdatePageIsToldTheVersionInPlainDecimal) {
     EXPECT_TRUE(program.UpdatePage().endsWith(QStringLiteral("client=2.0.1000")));
 }
 
+TEST(ProgramInfo, TheExecutableNamesTheSettingsWithoutFolderAndExtension) {
+    EXPECT_EQ(MakeProgramInfo(QStringLiteral("/prog/quellbox")).ExecutableName.toStdString(), "quellbox");
+    EXPECT_EQ(MakeProgramInfo(QStringLiteral("/prog.d/Second.exe")).ExecutableName.toStdString(), "Second");
+}
+
 TEST(ProgramInfo, FeedbackPageAndSupportLink) {
     EXPECT_EQ(Program().FeedbackPage().toStdString(), "http://www.quellbox.example/quellbox/feedback.htm");
     EXPECT_EQ(Program().SupportLink().toStdString(), "mailto:support@quellbox.example?subject=Quellbox");
