@@ -27,6 +27,7 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(std::move(por
     }
     tmrRefresh = new QTimer(this);
     tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
+    MakeLoader();
     CreateMenus();
     CreateToolbars();
     CreatePanes();
@@ -109,6 +110,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     if (pass_) {
         pass_->Cancel();
     }
+    CancelLoading(); // it would open the viewer again
     CloseViewer();
     if (help_ != nullptr) {
         help_->close();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "archive/RefreshPass.h"
-#include "contents/StructureTree.h"
+#include "contents/MessageLoader.h"
 #include "contents/frmRawPane.h"
 #include "contents/frmView.h"
 #include "messages/SortState.h"
@@ -40,6 +40,9 @@ struct MainPorts {
     const Volumes& volumes;
     const ProgramInfo& program;
     TrayIcon* tray = nullptr; ///< null is a desktop without a notification area
+    /// How long a click waits for its message before the window goes on without it: no longer than a frame or two, yet
+    /// long enough for an ordinary message, which so appears without the panes being empty in between.
+    std::chrono::milliseconds patience{24};
 };
 
 /// The main window. It owns the program's state and hands events to the stages behind it.
@@ -74,6 +77,9 @@ public:
     MessageListModel& Messages() { return model_; }
     StatusPanels& Panels() { return panels_; }
 
+    /// True while something of a message that was clicked is still to be read.
+    bool IsLoading() const { return loader_->IsBusy(); }
+
 Q_SIGNALS:
     /// A refresh pass has ended.
     void Refreshed();
@@ -89,6 +95,16 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// What is done with a message that is being read.
+    struct Loading {
+        QString path;
+        bool ifExists = false;   // a file that has gone empties the panes without a word
+        bool text = false;       // to be shown in rtfRaw
+        bool structure = false;  // to be shown in trvMessage; the row becomes read
+        bool forViewer = false;  // the text is to be shown in the viewer too
+        bool takesPlace = false; // without its text, rtfRaw is empty
+    };
+
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
@@ -228,13 +244,20 @@ private:
     int SelectedRow() const;
     QString MessagePath(int row) const;
     void ShowMessage(int row);
-    bool LoadRawPane(const QString& path);
-    void ShowMessageStructure(int row);
+    void MakeLoader();
+    void LoadMessage(int row, Loading wanted);
+    void CancelLoading();
+    void AwaitMessage();
+    void TakeAnswer(const MessageAnswer& answer, const QPersistentModelIndex& row);
+    void ShowMessageStructure(const StructureTree& structure);
+    void MarkAsRead(const QPersistentModelIndex& row);
     void FillTree();
+    void ClearTree();
     void ApplyToggles(bool expandAll);
     void trvMessage_NodeClick(const QTreeWidgetItem* node);
     void tlbContents_ButtonClick(const QString& key);
     void mnuMessageView_Click();
+    void ShowViewer();
     void CloseViewer();
 
     MainPorts ports_;
@@ -255,8 +278,9 @@ private:
     int ClickedColumn = 0;
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
-    MailMessage maiTree;
-    StructureTree structure_; // what trvMessage shows
+    std::unique_ptr<MessageLoader> loader_;
+    std::optional<Loading> loading_; // of the message that is being read, what has not come yet
+    StructureTree structure_;        // what trvMessage shows
     QPointer<frmView> view_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
     std::unique_ptr<frmHelp> help_; // made when help is first asked for

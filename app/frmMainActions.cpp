@@ -59,10 +59,12 @@ void frmMain::ShowNextMessage(int row) {
         // A size that cannot be counted must not keep the message from being shown.
         DropFailures({{MessagePath(row), error.Text()}});
     }
-    if (!LoadRawPane(MessagePath(row))) {
-        rtfRaw->clear(); // the message that was shown has just gone
-    }
-    ShowMessageStructure(row);
+    Loading wanted;
+    wanted.text = true;
+    wanted.structure = true;
+    wanted.takesPlace = true; // of the message that has just gone
+    LoadMessage(row, wanted);
+    AwaitMessage();
     const MessageRow& next = model_.Row(row);
     panels_.SetInfo(next.key);
     panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);

@@ -66,42 +66,124 @@ QString frmMain::MessagePath(int row) const {
     return state_.ArchiveDir + model_.Row(row).key;
 }
 
+void frmMain::MakeLoader() {
+    loading_.reset();
+    loader_ = std::make_unique<MessageLoader>(ports_.files, ports_.pool);
+    connect(loader_.get(), &MessageLoader::Arrived, this, [this] { Guarded([this] { loader_->Deliver(); }); });
+}
+
 void frmMain::ShowMessage(int row) {
+    if (!LoadOnItemClick || !mnuViewContents->isChecked()) {
+        ClearContents();
+        return;
+    }
     const QString path = MessagePath(row);
-    if (!LoadOnItemClick || !mnuViewContents->isChecked() || !ports_.files.FileExists(path)) {
-        ClearContents();
-        return;
+    if (loading_ && loading_->path == path && loading_->structure) {
+        return; // it is on its way
     }
-    if (rtfRaw->FileName() == path && !rtfRaw->Text().isEmpty() && !structure_.empty()) {
-        return;
-    }
-    if (!LoadRawPane(path)) {
-        ClearContents();
-    }
-    ShowMessageStructure(row);
+    const bool isShown = rtfRaw->FileName() == path && !rtfRaw->Text().isEmpty() && !structure_.empty();
+    Loading wanted;
+    wanted.ifExists = true;
+    wanted.text = !isShown;
+    wanted.structure = !isShown;
+    wanted.takesPlace = !isShown;
+    LoadMessage(row, wanted);
 }
 
-// False when the file cannot be read; the pane then keeps its text.
-bool frmMain::LoadRawPane(const QString& path) {
-    try {
-        rtfRaw->ShowFile(path, RawText(ReadWhole(ports_.files, path)));
-        return true;
-    } catch (const FileError& error) {
-        DropFailures({{error.Path(), error.Reason()}});
-        return false;
+// In place of what is being read now. What is still to come of the same message, comes nevertheless.
+void frmMain::LoadMessage(int row, Loading wanted) {
+    wanted.path = MessagePath(row);
+    if (loading_ && loading_->path == wanted.path) {
+        wanted.structure = wanted.structure || loading_->structure;
+        wanted.ifExists = wanted.ifExists || loading_->ifExists;
+        wanted.forViewer = wanted.forViewer || loading_->forViewer;
+        wanted.text = wanted.text || loading_->text;
+        wanted.takesPlace = wanted.takesPlace || loading_->takesPlace;
+    }
+    CancelLoading();
+    const QPersistentModelIndex place(model_.index(row, 0)); // the list may change before the answer comes
+    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure},
+                  [this, place](const MessageAnswer& answer) { TakeAnswer(answer, place); });
+    loading_ = wanted;
+}
+
+void frmMain::CancelLoading() {
+    loader_->CancelLoad();
+    loading_.reset();
+}
+
+// An ordinary message is there when this returns. What takes longer comes later, and until then nothing is shown that
+// belongs to another message.
+void frmMain::AwaitMessage() {
+    if (loader_->WaitFor(ports_.patience) || !loading_) {
+        return;
+    }
+    if (loading_->text && loading_->takesPlace) {
+        rtfRaw->clear();
+    }
+    if (loading_->structure) {
+        ClearTree();
     }
 }
 
-void frmMain::ShowMessageStructure(int row) {
-    model_.MarkRows(row, row, false);
-    if (maiTree.Load(ports_.files, MessagePath(row)) != 0) {
+void frmMain::TakeAnswer(const MessageAnswer& answer, const QPersistentModelIndex& row) {
+    const Loading wanted = *loading_;
+    if (answer.isLast) {
+        loading_.reset();
+    }
+    switch (answer.kind) {
+    case MessageAnswer::Kind::Gone:
+        ClearContents();
+        break;
+    case MessageAnswer::Kind::Unreadable:
+        DropFailures({{answer.path, answer.reason}});
+        if (wanted.takesPlace) {
+            rtfRaw->clear();
+        }
+        if (wanted.structure) {
+            MarkAsRead(row);
+            ClearTree();
+        }
+        break;
+    case MessageAnswer::Kind::Text:
+        if (!answer.isLast) {
+            loading_->text = false;
+            loading_->forViewer = false;
+        }
+        rtfRaw->ShowFile(answer.path, answer.text);
+        if (wanted.structure) {
+            MarkAsRead(row);
+        }
+        if (wanted.forViewer) {
+            ShowViewer();
+        }
+        break;
+    case MessageAnswer::Kind::Structure:
+        ShowMessageStructure(answer.structure);
+        break;
+    default:
+        break;
+    }
+}
+
+void frmMain::MarkAsRead(const QPersistentModelIndex& row) {
+    if (row.isValid()) {
+        model_.MarkRows(row.row(), row.row(), false);
+    }
+}
+
+void frmMain::ShowMessageStructure(const StructureTree& structure) {
+    structure_ = structure;
+    if (structure_.empty()) {
         trvMessage->clear();
-        structure_.clear();
     } else {
-        structure_ = BuildStructureTree(maiTree);
         FillTree();
     }
-    maiTree.Reset();
+}
+
+void frmMain::ClearTree() {
+    trvMessage->clear();
+    structure_.clear();
 }
 
 void frmMain::FillTree() {
@@ -155,9 +237,13 @@ void frmMain::trvMessage_NodeClick(const QTreeWidgetItem* node) {
     const std::optional<QString> text = TextOfClickedNode(node->childCount() > 0, node->data(0, textRole).toString(),
                                                           node->data(0, tagRole).toString());
     if (text) {
+        CancelLoading();
         rtfRaw->ShowText(*text);
     } else if (const int row = SelectedRow(); row >= 0) {
-        LoadRawPane(MessagePath(row));
+        Loading wanted;
+        wanted.text = true;
+        LoadMessage(row, wanted);
+        AwaitMessage();
     }
 }
 
@@ -166,14 +252,18 @@ void frmMain::mnuMessageView_Click() {
     if (row < 0) {
         return;
     }
-    const QString path = MessagePath(row);
     if (UsesExternalViewer(state_)) {
-        ShowInExternalViewer(ports_.shell, ports_.volumes.Resolve(path));
+        ShowInExternalViewer(ports_.shell, ports_.volumes.Resolve(MessagePath(row)));
         return;
     }
-    if (!LoadRawPane(path)) {
-        return;
-    }
+    Loading wanted;
+    wanted.text = true;
+    wanted.forViewer = true;
+    LoadMessage(row, wanted);
+    AwaitMessage();
+}
+
+void frmMain::ShowViewer() {
     if (view_.isNull() || !view_->isVisible()) { // one that was closed is only about to be deleted
         delete view_;
         view_ = new frmView(ports_.store);

@@ -64,6 +64,7 @@ void frmMain::LeaveArchive(bool forAnother) {
     }
     if (forAnother) {
         ClearMessageView();
+        MakeLoader(); // readers that are stuck in the archive that was left are none of the other's
         UpdateSelectionStatus();
     }
 }

@@ -61,16 +61,23 @@ void frmMain::lvwMessages_ItemClick(int row) {
         UpdateSelectionStatus();
     }
     ShowMessage(row);
+    AwaitMessage();
     if (LastMouseButton == Qt::RightButton) {
         PopUpMessageMenu(QCursor::pos());
     }
 }
 
 void frmMain::ReadMessageHeaders(int row) {
-    MessageRow contents = model_.Row(row);
-    FillRow(contents, ReadHeaderFields(ports_.files, state_.ArchiveDir + contents.key));
-    state_.strXSender = contents.tag;
-    model_.Update(row, std::move(contents));
+    const QPersistentModelIndex place(model_.index(row, 0)); // the list may change before the answer comes
+    loader_->LoadHeaders(MessagePath(row), [this, place](const MessageAnswer& answer) {
+        if (answer.kind != MessageAnswer::Kind::Headers || !place.isValid()) {
+            return;
+        }
+        MessageRow contents = model_.Row(place.row());
+        FillRow(contents, answer.headers);
+        state_.strXSender = contents.tag;
+        model_.Update(place.row(), std::move(contents));
+    });
 }
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
@@ -152,6 +159,7 @@ void frmMain::mnuEditSelectAll_Click() {
     SetBusy(true, model_.Count());
     lvwMessages->selectAll();
     SetBusy(false, 0);
+    CancelLoading();
     rtfRaw->clear();
     UpdateSelectionStatus();
 }

@@ -171,9 +171,9 @@ void frmMain::ClearMessageView() {
 }
 
 void frmMain::ClearContents() {
+    CancelLoading();
     rtfRaw->clear();
-    trvMessage->clear();
-    structure_.clear();
+    ClearTree();
 }
 
 void frmMain::mnuViewBulk_Click() {

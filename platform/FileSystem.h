@@ -73,7 +73,7 @@ public:
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
 };
 
-/// Reads a whole file. Throws FileError.
-QByteArray ReadWhole(const FileSystem& files, const QString& path);
+/// Reads a whole file. Stops early, with what it has, when `goOn` is given and says no. Throws FileError.
+QByteArray ReadWhole(const FileSystem& files, const QString& path, const std::function<bool()>& goOn = {});
 
 } // namespace quellbox

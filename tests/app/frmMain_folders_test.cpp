@@ -264,7 +264,8 @@ class ShareWindow : public RealFolderWindowTest {
 protected:
     void OpenOver(const Volumes& volumesInUse) {
         files = MakeFileSystem(volumesInUse);
-        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, volumesInUse, program});
+        window = std::make_unique<frmMain>(
+            MainPorts{*files, store, clock, shell, pool, volumesInUse, program, nullptr, loadPatience});
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     }

@@ -109,12 +109,14 @@ TEST_F(Hostile, ALargeMessageShowsItsFirstScreenAndTheWindowKeepsRunning) {
     }
     large += "the end\r\n";
     Write(Archive(Name(1)), large);
+    loadPatience = std::chrono::milliseconds(24); // as in the program
     Open();
     int ticks = 0;
     QTimer ticker;
     QObject::connect(&ticker, &QTimer::timeout, window.get(), [&] { ticks += Raw()->IsComplete() ? 0 : 1; });
     ticker.start(5);
     Click(0);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !Raw()->Text().isEmpty(); }, 60000));
     ASSERT_FALSE(Raw()->IsComplete());
     const int linesOfAScreen = Raw()->viewport()->height() / Raw()->fontMetrics().lineSpacing();
     EXPECT_GT(Raw()->document()->blockCount(), linesOfAScreen);

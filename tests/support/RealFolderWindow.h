@@ -69,7 +69,8 @@ protected:
     }
 
     void Open() {
-        window = std::make_unique<frmMain>(MainPorts{*files, store, clock, shell, pool, volumes, program});
+        window = std::make_unique<frmMain>(
+            MainPorts{*files, store, clock, shell, pool, volumes, program, nullptr, loadPatience});
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
         window->mnuAcRefresh_Click();
@@ -108,6 +109,9 @@ protected:
     FakeVolumes volumes;
     ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
     QThreadPool pool;
+    /// How long a click waits for its message. So long that it always is there after the click, however busy the
+    /// machine is; the tests of what comes later shorten it.
+    std::chrono::milliseconds loadPatience{60'000};
     std::unique_ptr<frmMain> window;
 };
 
