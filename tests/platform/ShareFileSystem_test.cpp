@@ -4,6 +4,8 @@
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/MemoryFileSystem.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -57,10 +59,11 @@ TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
 }
 
 TEST_F(ShareFileSystemTest, OtherPathsGoThroughUnasked) {
-    local_->Add(Text("/pickup/a\\b"), "x");
+    const QString name = Text(QDir::separator() == QLatin1Char('/') ? "a\\b" : "a b");
+    local_->Add(Text("/pickup/") + name, "x");
     EXPECT_TRUE(files_.FolderExists(Text("/pickup/")));
-    EXPECT_TRUE(files_.FileExists(Text("/pickup/a\\b")));
-    EXPECT_EQ(files_.FileNames(Text("/pickup/")), QStringList{Text("a\\b")});
+    EXPECT_TRUE(files_.FileExists(Text("/pickup/") + name));
+    EXPECT_EQ(files_.FileNames(Text("/pickup/")), QStringList{name});
     EXPECT_FALSE(files_.FileExists(Text("//nas/mail/spam/a.eml")));
     EXPECT_FALSE(files_.FileExists(Text("\\nas")));
     EXPECT_EQ(volumes_.count, 0);

@@ -50,7 +50,7 @@ TEST(ProgramInfo, TheWebPagesUsePlainHttp) {
 TEST(ProgramInfo, TheBuildDateIsTheDayOfTheExecutableAsAShortDate) {
     MemoryFileSystem files;
     const QDate day(2026, 3, 9);
-    files.Add(QStringLiteral("/prog/quellbox"), "x", QDateTime(day, QTime(23, 59)).toMSecsSinceEpoch() * 1'000'000);
+    files.Add(Program().ExecutablePath, "x", QDateTime(day, QTime(23, 59)).toMSecsSinceEpoch() * 1'000'000);
     const QString expected = QLocale().toString(day, QLocale::ShortFormat);
     EXPECT_EQ(BuildDate(files, Program()).toStdString(), expected.toStdString());
     EXPECT_FALSE(expected.isEmpty());
