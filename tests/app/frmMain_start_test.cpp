@@ -200,6 +200,7 @@ TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
     EXPECT_EQ(window.Messages().Row(0).cells[ColumnSubject].toStdString(), "about new.eml");
     EXPECT_EQ(window.Messages().Row(1).key.toStdString(), "old.eml");
+    pool_.waitForDone(); // its readers use the folder
 }
 
 } // namespace
