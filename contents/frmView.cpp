@@ -1,6 +1,7 @@
 #include "contents/frmView.h"
 
 #include "contents/WorkArea.h"
+#include "mail/DisplayText.h"
 #include "settings/frmPlacement.h"
 #include "ui_frmView.h"
 
@@ -28,7 +29,7 @@ frmView::~frmView() = default;
 
 void frmView::ShowMessage(const QString& path, const QString& text) {
     ui_->rtfRaw->ShowFile(path, text);
-    setWindowTitle(path);
+    setWindowTitle(WindowTitle(path));
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
     }

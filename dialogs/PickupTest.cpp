@@ -31,7 +31,8 @@ QString PickupTestQuestion() {
 }
 
 QString PickupTestPath(const QString& pickupDir) {
-    return pickupDir + QDir::separator() + QStringLiteral("quellbox.eml");
+    const QChar separator = pickupDir.startsWith(QLatin1String("\\\\")) ? QChar(u'\\') : QDir::separator();
+    return pickupDir + separator + QStringLiteral("quellbox.eml");
 }
 
 // The message is not translated: it goes to whoever reads the postmaster's mail.

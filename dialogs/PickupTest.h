@@ -19,7 +19,8 @@ QString GeneralDate(const QDateTime& moment, const QLocale& locale);
 /// The question before the test message is written. Lines end in CRLF.
 QString PickupTestQuestion();
 
-/// The file of the test message. `pickupDir` ends with a separator; the second one does no harm.
+/// The file of the test message. `pickupDir` ends with a separator; the second one, which is a backslash on a share,
+/// does no harm.
 QString PickupTestPath(const QString& pickupDir);
 
 /// The test message's bytes: lines with CRLF in the system's ANSI code page. `moment` is written as it stands.

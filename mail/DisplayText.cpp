@@ -36,4 +36,8 @@ QString CleanseForDisplay(QString text) {
     return std::move(text).trimmed();
 }
 
+QString WindowTitle(const QString& text) {
+    return CleanseForDisplay(text).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
 } // namespace quellbox

@@ -10,4 +10,7 @@ namespace quellbox {
 /// a sender cannot fake then is the order in which the user reads the characters of a name.
 QString CleanseForDisplay(QString text);
 
+/// The same for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
+QString WindowTitle(const QString& text);
+
 } // namespace quellbox

@@ -20,6 +20,11 @@ QString WithBackslash(const QString& folder) {
     return folder.endsWith(backslash) ? folder : folder + backslash;
 }
 
+/// Whether what stands behind the last backslash is itself a way through folders.
+bool IsWay(QStringView name) {
+    return name == QLatin1String(".") || name == QLatin1String("..") || name.contains(QLatin1Char('/'));
+}
+
 /// No share knows such a name, and as a part of a path it would lead into another folder.
 QStringList WithoutBackslashes(QStringList names) {
     names.removeIf([](const QString& name) { return name.contains(backslash); });
@@ -32,33 +37,52 @@ ShareFileSystem::ShareFileSystem(std::unique_ptr<FileSystem> files, const Volume
     : files_(std::move(files)), volumes_(volumes) {}
 
 // Empty when the share is not mounted, which is not remembered: the next call may find it mounted.
-QString ShareFileSystem::LocalFolder(const QString& uncFolder) const {
+QString ShareFileSystem::RememberedPlace(const QString& uncFolder) const {
+    quint64 generation = 0;
     {
         const QMutexLocker lock(&mutex_);
         if (const auto place = places_.constFind(uncFolder); place != places_.cend()) {
             return *place;
         }
+        generation = generation_;
     }
-    // The desktop's share mounts may take their time; meanwhile other threads go on.
-    QString place = volumes_.Resolve(uncFolder);
+    // The desktop's share mounts may take their time; meanwhile other threads go on, and may forget all places.
+    QString place = PresentPlace(uncFolder);
     if (!place.isEmpty()) {
         const QMutexLocker lock(&mutex_);
-        places_.insert(uncFolder, place);
+        if (generation == generation_) {
+            places_.insert(uncFolder, place);
+        }
     }
     return place;
 }
 
-QString ShareFileSystem::LocalPath(const QString& path) const {
+QString ShareFileSystem::PresentPlace(const QString& uncFolder) const {
+    return volumes_.Resolve(uncFolder);
+}
+
+QString ShareFileSystem::LocalPath(const QString& path, Place place) const {
     if (!IsOnShare(path)) {
         return path;
     }
     const qsizetype name = path.lastIndexOf(backslash) + 1;
-    const QString folder = LocalFolder(path.left(name));
+    if (IsWay(QStringView(path).mid(name))) {
+        return (this->*place)(path);
+    }
+    const QString folder = (this->*place)(path.left(name));
     return folder.isEmpty() ? QString() : folder + path.mid(name);
 }
 
-QString ShareFileSystem::LocalOrThrow(const QString& path) const {
-    QString local = LocalPath(path);
+QString ShareFileSystem::ReadablePath(const QString& path) const {
+    return LocalOrThrow(path, &ShareFileSystem::RememberedPlace);
+}
+
+QString ShareFileSystem::ChangeablePath(const QString& path) const {
+    return LocalOrThrow(path, &ShareFileSystem::PresentPlace);
+}
+
+QString ShareFileSystem::LocalOrThrow(const QString& path, Place place) const {
+    QString local = LocalPath(path, place);
     if (local.isEmpty() && IsOnShare(path)) {
         throw FileError(path, QCoreApplication::translate("quellbox", "The share is not mounted on this computer."));
     }
@@ -66,7 +90,7 @@ QString ShareFileSystem::LocalOrThrow(const QString& path) const {
 }
 
 QString ShareFileSystem::FolderOrThrow(const QString& folder) const {
-    return IsOnShare(folder) ? LocalOrThrow(WithBackslash(folder)) : folder;
+    return IsOnShare(folder) ? ReadablePath(WithBackslash(folder)) : folder;
 }
 
 bool ShareFileSystem::FolderExists(const QString& folder) const {
@@ -76,13 +100,14 @@ bool ShareFileSystem::FolderExists(const QString& folder) const {
     {
         const QMutexLocker lock(&mutex_);
         places_.clear();
+        ++generation_;
     }
-    const QString local = LocalFolder(WithBackslash(folder));
+    const QString local = RememberedPlace(WithBackslash(folder));
     return !local.isEmpty() && files_->FolderExists(local);
 }
 
 bool ShareFileSystem::FileExists(const QString& path) const {
-    return files_->FileExists(LocalPath(path));
+    return files_->FileExists(LocalPath(path, &ShareFileSystem::RememberedPlace));
 }
 
 QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
@@ -103,27 +128,27 @@ QStringList ShareFileSystem::FolderNames(const QString& folder) const {
 }
 
 std::optional<FileStatus> ShareFileSystem::Status(const QString& path) const {
-    return files_->Status(LocalPath(path));
+    return files_->Status(LocalPath(path, &ShareFileSystem::RememberedPlace));
 }
 
 std::unique_ptr<InputFile> ShareFileSystem::Open(const QString& path) const {
-    return files_->Open(LocalOrThrow(path));
+    return files_->Open(ReadablePath(path));
 }
 
 void ShareFileSystem::Move(const QString& from, const QString& to) {
-    files_->Move(LocalOrThrow(from), LocalOrThrow(to));
+    files_->Move(ChangeablePath(from), ChangeablePath(to));
 }
 
 void ShareFileSystem::Remove(const QString& path) {
-    files_->Remove(LocalOrThrow(path));
+    files_->Remove(ChangeablePath(path));
 }
 
 bool ShareFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
-    return files_->RemoveUnless(LocalOrThrow(path), keep);
+    return files_->RemoveUnless(ChangeablePath(path), keep);
 }
 
 void ShareFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {
-    files_->WriteWhole(LocalOrThrow(path), bytes);
+    files_->WriteWhole(ChangeablePath(path), bytes);
 }
 
 std::unique_ptr<FileSystem> MakeFileSystem([[maybe_unused]] const Volumes& volumes) {

@@ -13,8 +13,9 @@ namespace quellbox {
 /// the name of the file. When a share is not mounted, calls throw FileError with the UNC path or answer that there is
 /// nothing. Errors of the system name the local path.
 ///
-/// The place of a folder is asked for once and then remembered. FolderExists() forgets all of them, so that a share
-/// mounted elsewhere is found by whoever looks for its folder first.
+/// For what only reads, the place of a folder is asked for once and then remembered. FolderExists() forgets all of
+/// them, so that a share mounted elsewhere is found by whoever looks for its folder first. What moves, writes or
+/// removes files asks anew each time: where a share was mounted, a folder of this computer may lie in sight by now.
 class ShareFileSystem : public FileSystem {
 public:
     /// `volumes` has to outlive this object.
@@ -36,15 +37,21 @@ private:
     using Listing = QStringList (FileSystem::*)(const QString&) const;
 
     QStringList Names(Listing listing, const QString& folder) const;
-    QString LocalFolder(const QString& uncFolder) const;
-    QString LocalPath(const QString& path) const;
-    QString LocalOrThrow(const QString& path) const;
+    using Place = QString (ShareFileSystem::*)(const QString&) const;
+
+    QString RememberedPlace(const QString& uncFolder) const;
+    QString PresentPlace(const QString& uncFolder) const;
+    QString LocalPath(const QString& path, Place place) const;
+    QString LocalOrThrow(const QString& path, Place place) const;
+    QString ReadablePath(const QString& path) const;
+    QString ChangeablePath(const QString& path) const;
     QString FolderOrThrow(const QString& folder) const;
 
     std::unique_ptr<FileSystem> files_;
     const Volumes& volumes_;
     mutable QMutex mutex_;
     mutable QHash<QString, QString> places_; // local folder by UNC folder, both with a separator at their end
+    mutable quint64 generation_ = 0;         // how often places_ has been emptied
 };
 
 /// The files and folders of the computer, in which a UNC path works on every system. `volumes` has to outlive them.

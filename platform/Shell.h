@@ -30,7 +30,8 @@ public:
     virtual bool HasHelpViewer() const;
 
     /// Asks the system's help viewer to show `helpFile`, to whose path "::/" and the name of a topic may be appended.
-    /// `owner` is the number of the window above which help stands. False when the viewer refuses.
+    /// `owner` is the number of the window above which help stands. False when there is no viewer;
+    /// what the viewer cannot show it reports itself.
     virtual bool ShowHelp(quintptr owner, const QString& helpFile, HelpCommand command, quintptr data) const;
 };
 

@@ -4,6 +4,9 @@
 
 #include <QUrl>
 
+#include <algorithm>
+#include <vector>
+
 namespace quellbox {
 
 namespace {
@@ -14,6 +17,20 @@ constexpr QChar slash(u'/');
 QStringList Components(QString path) {
     path.replace(QLatin1Char('\\'), slash);
     return path.split(slash, Qt::SkipEmptyParts);
+}
+
+/// The same for a path that is looked for: `.` is left out, and `..` goes back, but never beyond the share.
+QStringList WantedComponents(const QString& path) {
+    const QStringList given = Components(path);
+    QStringList wanted = given.mid(0, 2);
+    for (const QString& component : given.mid(2)) {
+        if (component == QLatin1String("..")) {
+            wanted.resize(std::max<qsizetype>(2, wanted.size() - 1));
+        } else if (component != QLatin1String(".")) {
+            wanted += component;
+        }
+    }
+    return wanted;
 }
 
 bool BeginsWith(const QStringList& path, const QStringList& start) {
@@ -58,6 +75,68 @@ bool IsShareType(const QString& type) {
     return type == QLatin1String("cifs") || type == QLatin1String("smb3") || type == QLatin1String("smbfs");
 }
 
+/// A line of the mount table.
+struct Mount {
+    QString id;
+    QString parent; ///< the id of the mount in which the mount point lies
+    QString root;   ///< the part of the file system that is mounted
+    QString point;
+    QString type;
+    QString source;
+};
+
+std::vector<Mount> ParseMountTable(const QString& mountTable) {
+    std::vector<Mount> mounts;
+    for (const QString& line : mountTable.split(QLatin1Char('\n'))) {
+        // Some optional fields stand before a lone hyphen; type and source stand behind it.
+        const QStringList fields = line.split(QLatin1Char(' '));
+        const qsizetype hyphen = fields.indexOf(QStringLiteral("-"), 6);
+        if (hyphen >= 0 && hyphen + 2 < fields.size()) {
+            mounts.push_back({fields.at(0), fields.at(1), MountField(fields.at(3)), MountField(fields.at(4)),
+                              fields.at(hyphen + 1), MountField(fields.at(hyphen + 2))});
+        }
+    }
+    return mounts;
+}
+
+bool IsAtOrAbove(const QString& folder, const QString& path) {
+    return path == folder || path.startsWith(folder.endsWith(slash) ? folder : folder + slash);
+}
+
+/// Whether the mount stands directly or indirectly on the one with this id.
+bool StandsOn(const std::vector<Mount>& mounts, const Mount& mount, const QString& id) {
+    QString parent = mount.parent;
+    for (size_t step = 0; step < mounts.size() && parent != id; ++step) {
+        const auto next =
+            std::find_if(mounts.begin(), mounts.end(), [&](const Mount& other) { return other.id == parent; });
+        if (next == mounts.end()) {
+            return false;
+        }
+        parent = next->parent;
+    }
+    return parent == id;
+}
+
+/// Whether something was mounted later over the mount point or a folder above it. What was only moved there later, as
+/// the root is when a system starts, does not hide what stands on it.
+bool IsCovered(const std::vector<Mount>& mounts, size_t index) {
+    const Mount& mount = mounts[index];
+    return std::any_of(mounts.begin() + static_cast<std::ptrdiff_t>(index) + 1, mounts.end(), [&](const Mount& later) {
+        return IsAtOrAbove(later.point, mount.point) && !StandsOn(mounts, mount, later.id);
+    });
+}
+
+/// Server, share and folders of what a share mount shows.
+QStringList MountedComponents(const Mount& mount) {
+    QStringList mounted = Components(mount.source);
+    const QStringList part = Components(mount.root);
+    // The folder of the share that is mounted stands in the source already, unless it is a mount of a mount.
+    if (mounted.mid(std::max<qsizetype>(2, mounted.size() - part.size())) != part) {
+        mounted += part;
+    }
+    return mounted;
+}
+
 /// The part `name=` of a share mount's name.
 QString MountPart(const QString& mount, QLatin1String name) {
     for (const QString& part : mount.mid(mount.indexOf(QLatin1Char(':')) + 1).split(QLatin1Char(','))) {
@@ -75,33 +154,29 @@ bool IsUncPath(const QString& path) {
 }
 
 QString FindInMountTable(const QString& uncPath, const QString& mountTable) {
-    const QStringList wanted = Components(uncPath);
-    QString found;
+    const QStringList wanted = WantedComponents(uncPath);
+    const std::vector<Mount> mounts = ParseMountTable(mountTable);
+    const Mount* found = nullptr;
     qsizetype used = 0;
-    for (const QString& line : mountTable.split(QLatin1Char('\n'))) {
-        // Some optional fields stand before a lone hyphen; type and source stand behind it.
-        const QStringList fields = line.split(QLatin1Char(' '));
-        const qsizetype hyphen = fields.indexOf(QStringLiteral("-"), 6);
-        if (hyphen < 0 || hyphen + 2 >= fields.size() || !IsShareType(fields.at(hyphen + 1))) {
+    for (size_t index = 0; index < mounts.size(); ++index) {
+        const Mount& mount = mounts[index];
+        if (!IsShareType(mount.type)) {
             continue;
         }
-        QStringList mounted = Components(MountField(fields.at(hyphen + 2)));
-        const QStringList part = Components(MountField(fields.at(3)));
-        // The folder of the share that is mounted stands in the source already, unless it is a mount of a mount.
-        if (mounted.mid(std::max<qsizetype>(2, mounted.size() - part.size())) != part) {
-            mounted += part;
-        }
-        // Of two mounts at the same place the later one is in sight.
-        if (BeginsWith(wanted, mounted) && mounted.size() >= used) {
+        const QStringList mounted = MountedComponents(mount);
+        // Of two places that show the same, the mount itself is surer than a mount of its part; else the later one.
+        const bool isBetter = found == nullptr || mounted.size() > used ||
+                              (mounted.size() == used && (mount.root == slash || found->root != slash));
+        if (isBetter && BeginsWith(wanted, mounted) && !IsCovered(mounts, index)) {
             used = mounted.size();
-            found = MountField(fields.at(4));
+            found = &mount;
         }
     }
-    return used == 0 ? QString() : Join(found, wanted, used, EndsWithSeparator(uncPath));
+    return found == nullptr ? QString() : Join(found->point, wanted, used, EndsWithSeparator(uncPath));
 }
 
 QString FindInShareMounts(const QString& uncPath, const QString& folder, const QStringList& mounts) {
-    const QStringList wanted = Components(uncPath);
+    const QStringList wanted = WantedComponents(uncPath);
     for (const QString& mount : mounts) {
         if (!mount.startsWith(QLatin1String("smb-share:"))) {
             continue;

@@ -57,8 +57,12 @@ bool Shell::ShowHelp(quintptr owner, const QString& helpFile, HelpCommand comman
     const auto show =
         reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(GetProcAddress(library, MAKEINTRESOURCEA(htmlHelpW))));
     const std::wstring file = helpFile.toStdWString();
-    return show != nullptr &&
-           show(reinterpret_cast<HWND>(owner), file.c_str(), static_cast<UINT>(command), data) != nullptr;
+    if (show == nullptr) {
+        return false;
+    }
+    // What comes back tells no more than that a topic is missing, and that the viewer reports itself.
+    show(reinterpret_cast<HWND>(owner), file.c_str(), static_cast<UINT>(command), data);
+    return true;
 }
 
 } // namespace quellbox

@@ -15,8 +15,16 @@ QString SettingsSection() {
     return QStringLiteral("Settings");
 }
 
+/// A path on a share has backslashes on every system. A text that is not a folder at all stays empty.
+QString WithSeparator(const QString& folder) {
+    const QChar separator = folder.startsWith(QLatin1String("\\\\")) ? QChar(u'\\') : QDir::separator();
+    const bool isComplete = folder.isEmpty() || folder.endsWith(separator) || folder.endsWith(QLatin1Char('/'));
+    return isComplete ? folder : folder + separator;
+}
+
+// Every text of the table is a folder, to which file names are appended as they are.
 void Assign(QString& member, const QString& text) {
-    member = text;
+    member = WithSeparator(text);
 }
 
 void Assign(qint16& member, const QString& text) {
@@ -65,11 +73,6 @@ QString LoadRow(const SettingsStore& store, const SettingRow& row, const QString
     }
 }
 
-QString WithSeparator(const QString& folder) {
-    return folder.endsWith(QDir::separator()) || folder.endsWith(QLatin1Char('/')) ? folder
-                                                                                   : folder + QDir::separator();
-}
-
 } // namespace
 
 const std::vector<SettingRow>& SettingsTable() {
@@ -106,10 +109,9 @@ void WriteSetting(SettingsStore& store, const QString& key, const QString& value
 }
 
 QStringList LoadSettings(const SettingsStore& store, const QString& programDirectory, AppState& state) {
-    const QString defaultFolder = WithSeparator(programDirectory);
     QStringList failures;
     const auto load = [&](const SettingRow& row) {
-        const QString defaultText = IsFolder(row) ? defaultFolder : QString(row.defaultText);
+        const QString defaultText = IsFolder(row) ? programDirectory : QString(row.defaultText);
         const QString failure = LoadRow(store, row, defaultText, state);
         if (!failure.isEmpty()) {
             failures.append(failure);

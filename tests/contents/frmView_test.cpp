@@ -37,6 +37,13 @@ protected:
 
 } // namespace
 
+TEST_F(View, APathWithTheMarkOfWindowTitlesIsNamedInFull) {
+    frmView viewer(store);
+    viewer.setAttribute(Qt::WA_DeleteOnClose, false);
+    viewer.ShowMessage(QString::fromUtf16(u"/x[*]/\u202Ea.eml"), QStringLiteral("text"));
+    EXPECT_EQ(viewer.windowHandle()->title().toStdString(), "/x[*]/a.eml");
+}
+
 TEST_F(View, ShowsTheWholeFileFromItsStartUnderItsPath) {
     store.SetValue(QStringLiteral("Settings"), QStringLiteral("RawBody"), QStringLiteral("1"));
     Open(1);

@@ -95,6 +95,11 @@ TEST(PickupTest, ThePathKeepsBothSeparators) {
     EXPECT_EQ(PickupTestPath(u"/pickup"_s), u"/pickup"_s + separator + u"quellbox.eml"_s);
 }
 
+TEST(PickupTest, OnAShareTheFileStandsBehindABackslash) {
+    EXPECT_EQ(PickupTestPath(uR"(\\nas\mail\)"_s).toStdString(), R"(\\nas\mail\\quellbox.eml)");
+    EXPECT_EQ(PickupTestPath(uR"(\\nas\mail)"_s).toStdString(), R"(\\nas\mail\quellbox.eml)");
+}
+
 TEST(PickupTest, ASecondTestReplacesTheFirst) {
     MemoryFileSystem files;
     files.AddFolder(u"/pickup/"_s);

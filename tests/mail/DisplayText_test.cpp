@@ -11,3 +11,9 @@ TEST(CleanseForDisplay, LeavesATextThatOthersShareAsItIs) {
     EXPECT_EQ(other.size(), 22);
     EXPECT_EQ(shared, other);
 }
+
+TEST(WindowTitle, KeepsTheMarkAndShowsNothingThatMisleads) {
+    EXPECT_EQ(WindowTitle(QStringLiteral("/mail/x[*]/")), QStringLiteral("/mail/x[*][*]/"));
+    EXPECT_EQ(WindowTitle(QStringLiteral("[*][*]")), QStringLiteral("[*][*][*][*]"));
+    EXPECT_EQ(WindowTitle(QString::fromUtf16(u"a\u202E\nb[\u202A*]")), QStringLiteral("a b[*][*]"));
+}

@@ -1,6 +1,7 @@
 #include "platform/ShareFileSystem.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/UncPath.h"
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/MemoryFileSystem.h"
 
@@ -9,7 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
+#include <utility>
 
 namespace quellbox {
 
@@ -23,10 +26,15 @@ class CountingVolumes : public FakeVolumes {
 public:
     QString Resolve(const QString& path) const override {
         ++count;
-        return FakeVolumes::Resolve(path);
+        const QString place = FakeVolumes::Resolve(path);
+        if (const auto interlude = std::exchange(whileResolving, nullptr)) {
+            interlude();
+        }
+        return place;
     }
 
     mutable std::atomic<int> count = 0;
+    mutable std::function<void()> whileResolving; ///< called once, before the place is returned
 };
 
 class ShareFileSystemTest : public testing::Test {
@@ -112,6 +120,53 @@ TEST_F(ShareFileSystemTest, AFolderIsResolvedOnceUntilItIsLookedForAgain) {
     volumes_.shares.clear();
     EXPECT_FALSE(files_.FolderExists(folder));
     EXPECT_FALSE(files_.FileExists(folder + Text("new.eml")));
+}
+
+TEST_F(ShareFileSystemTest, NothingIsChangedWhereAShareWasMountedBefore) {
+    const QString share = Text(R"(\\nas\mail\)");
+    local_->Add(Text("/pickup/b.eml"), "second");
+    files_.Move(share + Text("spam\\a.eml"), share + Text("a.eml"));
+    files_.WriteWhole(share + Text("c.eml"), "third");
+    EXPECT_TRUE(files_.FileExists(share + Text("a.eml")));
+    const QStringList before = local_->Paths();
+    volumes_.shares.clear(); // and what lies at /mnt/mail now is a folder of this computer
+    EXPECT_THROW(files_.Move(Text("/pickup/b.eml"), share + Text("b.eml")), FileError);
+    EXPECT_THROW(files_.Move(share + Text("a.eml"), Text("/pickup/a.eml")), FileError);
+    EXPECT_THROW(files_.WriteWhole(share + Text("c.eml"), "other"), FileError);
+    EXPECT_THROW(files_.Remove(share + Text("a.eml")), FileError);
+    EXPECT_THROW(files_.RemoveUnless(share + Text("a.eml"), [](const FileStatus&) { return false; }), FileError);
+    EXPECT_EQ(local_->Paths(), before);
+    EXPECT_EQ(local_->Bytes(Text("/mnt/mail/c.eml")), "third");
+}
+
+TEST_F(ShareFileSystemTest, APlaceFoundBeforeAllWereForgottenIsNotRemembered) {
+    const QString file = Text(R"(\\nas\mail\spam\a.eml)");
+    // While this asks for the place, the share goes and another thread looks for its folder.
+    volumes_.whileResolving = [this] {
+        volumes_.shares.clear();
+        EXPECT_FALSE(files_.FolderExists(Text(R"(\\nas\mail\spam)")));
+    };
+    EXPECT_TRUE(files_.FileExists(file));
+    EXPECT_FALSE(files_.FileExists(file));
+}
+
+TEST_F(ShareFileSystemTest, AWayAsANameStaysWithinTheShare) {
+    class TableVolumes : public Volumes {
+    public:
+        QString Resolve(const QString& path) const override {
+            return FindInMountTable(path, Text("40 22 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"));
+        }
+    };
+    const TableVolumes table;
+    auto* local = new MemoryFileSystem;
+    const ShareFileSystem files{std::unique_ptr<FileSystem>(local), table};
+    local->Add(Text("/mnt/secret"), "above");
+    local->Add(Text("/mnt/mail/open"), "within");
+    EXPECT_EQ(ReadWhole(files, Text(R"(\\nas\mail\../open)")), "within");
+    EXPECT_EQ(ReadWhole(files, Text(R"(\\nas\mail\a/../../open)")), "within");
+    EXPECT_FALSE(files.FileExists(Text(R"(\\nas\mail\../secret)")));
+    EXPECT_FALSE(files.FileExists(Text(R"(\\nas\mail\..\secret)")));
+    EXPECT_EQ(files.FileNames(Text(R"(\\nas\mail\..)")), QStringList{Text("open")});
 }
 
 TEST_F(ShareFileSystemTest, AShareMountedLaterIsFoundWithoutLookingForItsFolder) {

@@ -59,6 +59,67 @@ TEST(UncPath, OnlyWindowsSharesCount) {
     EXPECT_EQ(FindInMountTable(Text(R"(\\nas\mail)"), QString()), QString());
 }
 
+TEST(UncPath, AMountThatIsCoveredIsOutOfSight) {
+    const QString table = Text("22 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                               "40 22 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"
+                               "41 22 0:51 / /mnt/mail2 rw - cifs //nas/other rw\n");
+    const QString path = Text(R"(\\nas\mail\a)");
+    EXPECT_EQ(FindInMountTable(path, table), Text("/mnt/mail/a"));
+    for (const char* cover : {"/", "/mnt", "/mnt/mail"}) {
+        const QString line = Text("50 40 0:60 / %1 rw - tmpfs none rw\n").arg(Text(cover));
+        EXPECT_EQ(FindInMountTable(path, table + line), QString()) << cover;
+    }
+    for (const char* beside : {"/mnt/mail/a", "/mnt/mai", "/mnt/mail2", "/mnt/mail3"}) {
+        const QString line = Text("50 40 0:60 / %1 rw - tmpfs none rw\n").arg(Text(beside));
+        EXPECT_EQ(FindInMountTable(path, table + line), Text("/mnt/mail/a")) << beside;
+    }
+    const QString again = Text("50 22 0:60 / /mnt rw - tmpfs none rw\n"
+                               "51 50 0:61 / /mnt/mail rw - cifs //nas/mail rw\n");
+    EXPECT_EQ(FindInMountTable(path, table + again), Text("/mnt/mail/a"));
+    const QString another = Text("50 40 0:60 / /mnt/mail rw - cifs //nas/third rw\n");
+    EXPECT_EQ(FindInMountTable(path, table + another), QString());
+    EXPECT_EQ(FindInMountTable(Text(R"(\\nas\third\a)"), table + another), Text("/mnt/mail/a"));
+}
+
+TEST(UncPath, ARootThatTheTableNamesAfterItsMountsCoversNothing) {
+    const QString table = Text("40 23 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"
+                               "23 22 8:2 / /mnt rw - ext4 /dev/sda2 rw\n"
+                               "22 1 8:1 / / rw - ext4 /dev/sda1 rw\n");
+    EXPECT_EQ(FindInMountTable(Text(R"(\\nas\mail\a)"), table), Text("/mnt/mail/a"));
+    const QString circle = Text("40 41 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"
+                                "41 40 0:51 / /mnt/other rw - tmpfs none rw\n"
+                                "42 1 0:52 / /mnt rw - tmpfs none rw\n");
+    EXPECT_EQ(FindInMountTable(Text(R"(\\nas\mail\a)"), circle), QString());
+}
+
+TEST(UncPath, OfTwoPlacesTheMountItselfIsPreferredThenTheLaterOne) {
+    const char* const whole = "40 22 0:50 / /mnt/whole rw - cifs //nas/mail/spam rw\n";
+    const char* const part = "41 22 0:51 /spam /mnt/part rw - cifs //nas/mail rw\n";
+    const char* const later = "42 22 0:52 / /mnt/later rw - cifs //nas/mail/spam rw\n";
+    const QString path = Text(R"(\\nas\mail\spam\a)");
+    EXPECT_EQ(FindInMountTable(path, Text(whole) + Text(part)), Text("/mnt/whole/a"));
+    EXPECT_EQ(FindInMountTable(path, Text(part) + Text(whole)), Text("/mnt/whole/a"));
+    EXPECT_EQ(FindInMountTable(path, Text(part)), Text("/mnt/part/a"));
+    EXPECT_EQ(FindInMountTable(path, Text(whole) + Text(part) + Text(later)), Text("/mnt/later/a"));
+}
+
+TEST(UncPath, DotsNeverLeadAboveTheShare) {
+    const auto found = [](const char* path) { return FindInMountTable(Text(path), Text(mountTable)); };
+    EXPECT_EQ(found(R"(\\nas\mail\.\a\.\)"), Text("/mnt/mail/a/"));
+    EXPECT_EQ(found(R"(\\nas\mail\a\..\b)"), Text("/mnt/mail/b"));
+    EXPECT_EQ(found(R"(\\nas\mail\..\..\..\etc\passwd)"), Text("/mnt/mail/etc/passwd"));
+    EXPECT_EQ(found(R"(\\nas\mail\a/../../x)"), Text("/mnt/mail/x"));
+    EXPECT_EQ(found(R"(\\nas\mail\..)"), Text("/mnt/mail"));
+    // The nearest mount is that of the folder which is meant, not of one that is only passed.
+    EXPECT_EQ(found(R"(\\nas\mail\spam\2024\..\x)"), Text("/mnt/mail/spam/x"));
+    EXPECT_EQ(found(R"(\\nas\mail\spam\x\..\2024\y)"), Text("/mnt/deep/y"));
+    EXPECT_EQ(found(R"(\\nas\..\mail)"), QString());
+    EXPECT_EQ(found(R"(\\..\nas\mail)"), QString());
+    const QStringList mounts{Text("smb-share:server=nas,share=mail")};
+    EXPECT_EQ(FindInShareMounts(Text(R"(\\nas\mail\..\..\a\.)"), Text("/gvfs"), mounts),
+              Text("/gvfs/smb-share:server=nas,share=mail/a"));
+}
+
 TEST(UncPath, DesktopShareMounts) {
     const QStringList mounts{Text("dav:host=nas"), Text("smb-share:server=nas,share=mail,user=joe"),
                              Text("smb-share:server=srv,share=two%20words")};

@@ -3,6 +3,7 @@
 #include "tests/support/MemoryFileSystem.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QLocale>
 
 #include <gtest/gtest.h>
@@ -45,6 +46,15 @@ TEST(ProgramInfo, TheWebPagesUsePlainHttp) {
     const ProgramInfo built = MakeProgramInfo(QStringLiteral("/prog/quellbox"));
     EXPECT_TRUE(built.UpdatePage().startsWith(QStringLiteral("http://")));
     EXPECT_TRUE(built.FeedbackPage().startsWith(QStringLiteral("http://")));
+}
+
+TEST(ProgramInfo, ItsPathsHaveTheSystemsSeparators) {
+    const QString folder = QDir::tempPath() + QStringLiteral("/prog/");
+    const ProgramInfo program = MakeProgramInfo(folder + QStringLiteral("quellbox.exe"));
+    EXPECT_EQ(program.Directory, QDir::toNativeSeparators(folder));
+    EXPECT_EQ(program.ExecutablePath, program.Directory + QStringLiteral("quellbox.exe"));
+    EXPECT_EQ(program.HelpFile, program.Directory + QStringLiteral("Quellbox.chm"));
+    EXPECT_EQ(program.ExecutableName, QStringLiteral("quellbox"));
 }
 
 TEST(ProgramInfo, TheBuildDateIsTheDayOfTheExecutableAsAShortDate) {

@@ -95,6 +95,23 @@ TEST(LoadSettings, DoesNotDoubleTheSeparatorOfTheProgramFolder) {
     EXPECT_EQ(state.ArchiveDir, folder);
 }
 
+TEST(LoadSettings, GivesAStoredFolderTheSeparatorThatItLacks) {
+    MemorySettingsStore store;
+    const auto loaded = [&store](const char* folder) {
+        Put(store, "ArchiveDir", folder);
+        Put(store, "PickupDir", folder);
+        const AppState state = Loaded(store);
+        EXPECT_EQ(state.ArchiveDir, state.PickupDir);
+        return state.PickupDir;
+    };
+    EXPECT_EQ(loaded("/mail/spam"), QStringLiteral("/mail/spam") + QDir::separator());
+    EXPECT_EQ(loaded("/mail/spam/"), QStringLiteral("/mail/spam/"));
+    EXPECT_EQ(loaded("/"), QStringLiteral("/"));
+    EXPECT_EQ(loaded(R"(\\nas\mail)"), QStringLiteral(R"(\\nas\mail\)"));
+    EXPECT_EQ(loaded(R"(\\nas\mail\)"), QStringLiteral(R"(\\nas\mail\)"));
+    EXPECT_EQ(loaded(""), QString());
+}
+
 TEST(LoadSettings, ReadsEveryStoredValue) {
     MemorySettingsStore store;
     Put(store, "ArchiveDir", "/mail/archive/");
