@@ -6,6 +6,7 @@
 #include "app/frmHelp.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
+#include "mail/DisplayText.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
 #include "settings/frmPlacement.h"
@@ -84,7 +85,7 @@ void frmMain::ApplySettings() {
 }
 
 void frmMain::UpdateMainCaption() {
-    setWindowTitle(QStringLiteral("Quellbox - ") + state_.ArchiveDir);
+    setWindowTitle(QStringLiteral("Quellbox - ") + WindowTitle(state_.ArchiveDir));
 }
 
 void frmMain::SaveAllSettings() {
@@ -126,15 +127,13 @@ void frmMain::closeEvent(QCloseEvent* event) {
 }
 
 void frmMain::ReportError(const QString& text) {
-    const bool ticking = tmrRefresh->isActive();
-    tmrRefresh->stop();
+    const std::function<void(bool)> runTimer = TimerSwitch();
+    runTimer(false);
     QMessageBox box(QMessageBox::Warning, QStringLiteral("Quellbox"), text, QMessageBox::Ok, this);
     box.setObjectName(QStringLiteral("msgError"));
     box.setTextFormat(Qt::PlainText);
     box.exec();
-    if (ticking && !closing_) {
-        tmrRefresh->start();
-    }
+    runTimer(true);
 }
 
 } // namespace quellbox

@@ -178,6 +178,8 @@ private:
     void TolerateSelectedSender();
     void MaintainWhitelist();
     std::function<void(bool)> TimerSwitch();
+    void HoldTimer();
+    void ReleaseTimer();
     void tlbMessages_ButtonClick(const QString& key);
 
     // frmMainFind.cpp
@@ -191,7 +193,7 @@ private:
 
     // frmMainFolders.cpp
     QString SelectDirectory(qint16 index);
-    void LeaveArchive(bool forAnother);
+    void LeaveArchive();
     void mnuOpenFolderSelect_Click(qint16 index);
 
     // frmMainCleansing.cpp
@@ -208,7 +210,6 @@ private:
     void ToggleFilter();
     void ShowOptions();
     void ShowOptionsOn(int tab);
-    std::function<void(bool)> OptionsTimerSwitch();
 
     // frmMainTray.cpp
     void ConnectTray();
@@ -270,7 +271,8 @@ private:
     bool busyIsShown_ = false;
     bool hourglassIsShown_ = false;
     bool closing_ = false;
-    bool timerIsHeld_ = false;  // a dialog rests the refresh timer
+    int timerHolds_ = 0;        // dialogs, one above the other, that rest the refresh timer
+    bool timerGoesOn_ = false;  // when none rests it any more, the timer keeps its interval
     bool refreshIsDue_ = false; // the Refresh command was given while a pass ran
     std::optional<RefreshPass> pass_;
     bool LoadOnItemClick = false;

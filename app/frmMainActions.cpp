@@ -124,18 +124,32 @@ void frmMain::MaintainWhitelist() {
     dialog.exec();
 }
 
-// What a dialog gets to hold back the refresh timer. A timer that did not run before does not run afterwards either,
-// and the interval stays, by which the first refresh is known.
+// What a dialog gets to hold back the refresh timer: called with false it rests the timer, with true it lets go again.
+// While any dialog rests it, nothing starts it.
 std::function<void(bool)> frmMain::TimerSwitch() {
-    const bool wasActive = tmrRefresh->isActive();
-    return [this, wasActive](bool run) {
-        timerIsHeld_ = !run;
-        if (!run) {
-            tmrRefresh->stop();
-        } else if (wasActive && !closing_) {
-            tmrRefresh->start();
+    return [this, holds = false](bool run) mutable {
+        if (holds != run) {
+            return;
         }
+        holds = !run;
+        run ? ReleaseTimer() : HoldTimer();
     };
+}
+
+void frmMain::HoldTimer() {
+    if (timerHolds_++ == 0) {
+        timerGoesOn_ = tmrRefresh->isActive();
+        tmrRefresh->stop();
+    }
+}
+
+// Afterwards the timer runs whether or not it did before. One that ran keeps its interval until the next refresh, by
+// which the first tick is known, too; one that stood still gets the interval that is now set.
+void frmMain::ReleaseTimer() {
+    if (--timerHolds_ > 0 || closing_) {
+        return;
+    }
+    timerGoesOn_ ? tmrRefresh->start() : SetRefreshInterval();
 }
 
 void frmMain::tlbMessages_ButtonClick(const QString& key) {

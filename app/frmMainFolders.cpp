@@ -43,7 +43,10 @@ QString frmMain::SelectDirectory(qint16 index) {
     const bool isOther = directory != state_.SelectedFolder;
     directory = state_.SelectedFolder;
     if (isArchive) {
-        LeaveArchive(isOther);
+        UpdateMainCaption();
+        if (isOther) {
+            LeaveArchive();
+        }
     }
     // The choice holds for this session even when it cannot be stored.
     Guarded([this, isArchive, &directory] {
@@ -55,18 +58,16 @@ QString frmMain::SelectDirectory(qint16 index) {
 
 // A pass over the directory that was left ends, and one over the new one follows. The rows go at once: nothing may be
 // done to the messages of one archive in another.
-void frmMain::LeaveArchive(bool forAnother) {
-    UpdateMainCaption();
+void frmMain::LeaveArchive() {
     state_.LastAddedFile.clear();
+    state_.LastArrival = {};
     if (pass_) {
         pass_->Cancel();
         refreshIsDue_ = true;
     }
-    if (forAnother) {
-        ClearMessageView();
-        MakeLoader(); // readers that are stuck in the archive that was left are none of the other's
-        UpdateSelectionStatus();
-    }
+    ClearMessageView();
+    MakeLoader(); // readers that are stuck in the archive that was left are none of the other's
+    UpdateSelectionStatus();
 }
 
 void frmMain::mnuOpenFolderSelect_Click(qint16 index) {

@@ -103,23 +103,11 @@ void frmMain::mnuHelpFeedback_Click() {
     ports_.shell.Open(ports_.program.FeedbackPage());
 }
 
-// Afterwards the timer runs whether or not it did before; the first tick, if it is still to come, is known by its
-// interval.
 void frmMain::mnuHelpAbout_Click() {
-    const bool wasActive = tmrRefresh->isActive();
-    tmrRefresh->stop();
-    {
-        frmAbout box(ports_.program, ports_.files, ports_.shell, this);
-        box.exec();
-    }
-    if (closing_) {
-        return;
-    }
-    if (wasActive) {
-        tmrRefresh->start();
-    } else {
-        SetRefreshInterval();
-    }
+    const std::function<void(bool)> runTimer = TimerSwitch();
+    runTimer(false);
+    frmAbout(ports_.program, ports_.files, ports_.shell, this).exec();
+    runTimer(true);
 }
 
 } // namespace quellbox

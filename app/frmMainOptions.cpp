@@ -60,7 +60,7 @@ void frmMain::ShowOptionsOn(int tab) {
 void frmMain::ShowOptions() {
     const qint16 levelBefore = state_.TolerationLevel;
     OptionsCalls calls;
-    calls.runTimer = OptionsTimerSwitch();
+    calls.runTimer = TimerSwitch();
     calls.filterTaken = [this](bool changed) {
         mnuToolsOptions->setProperty(refreshMark, changed ? QStringLiteral("X") : QString());
         buttons_[QStringLiteral("filter")]->setChecked(state_.FilterDays != 0);
@@ -76,21 +76,6 @@ void frmMain::ShowOptions() {
         // What is enabled follows the level. A size that cannot be counted must not cost what comes after the dialog.
         Guarded([this] { UpdateSelectionStatus(); });
     }
-}
-
-// The timer runs after the dialog in any case. One that stood still, because the interval was none, gets the interval
-// that is now set; any other keeps its own until the next refresh.
-std::function<void(bool)> frmMain::OptionsTimerSwitch() {
-    const bool wasActive = tmrRefresh->isActive();
-    return [this, wasActive](bool run) {
-        if (!run) {
-            tmrRefresh->stop();
-        } else if (wasActive && !closing_) {
-            tmrRefresh->start();
-        } else {
-            SetRefreshInterval();
-        }
-    };
 }
 
 } // namespace quellbox

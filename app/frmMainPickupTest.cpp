@@ -1,6 +1,7 @@
 #include "app/frmMain.h"
 
 #include "dialogs/PickupTest.h"
+#include "mail/DisplayText.h"
 
 #include <QLocale>
 #include <QMessageBox>
@@ -12,7 +13,7 @@ namespace {
 bool ConfirmPickupTest(const QString& pickupDir, QWidget* parent) {
     QString question = PickupTestQuestion();
     question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(QMessageBox::Warning, pickupDir, question, QMessageBox::Yes | QMessageBox::No, parent);
+    QMessageBox box(QMessageBox::Warning, WindowTitle(pickupDir), question, QMessageBox::Yes | QMessageBox::No, parent);
     box.setObjectName(QStringLiteral("msgConfirm"));
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::No);
@@ -32,7 +33,11 @@ void frmMain::SendPickupTest() {
         mnuOpenFolderSelect_Click(1);
     }
     panels_.SetInfo({});
-    if (!ConfirmPickupTest(state_.PickupDir, this) || closing_) {
+    const std::function<void(bool)> runTimer = TimerSwitch();
+    runTimer(false);
+    const bool isConfirmed = ConfirmPickupTest(state_.PickupDir, this);
+    runTimer(true);
+    if (!isConfirmed || closing_) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());

@@ -119,13 +119,14 @@ void frmMain::FirstTick() {
 
 void frmMain::SetRefreshInterval() {
     const int interval = RefreshIntervalMs(state_.RefreshInterval);
+    timerGoesOn_ = false;
     if (interval == 0 || closing_) {
         tmrRefresh->stop();
         return;
     }
     tmrRefresh->setInterval(interval);
     // A dialog may have become active while the pass ran.
-    if (!timerIsHeld_) {
+    if (timerHolds_ == 0) {
         tmrRefresh->start();
     }
 }

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QWindow>
 
 #ifndef _WIN32
 
@@ -87,6 +88,23 @@ TEST_F(MainFolders, AnotherArchiveIsStoredShownAndListedAtOnce) {
     EXPECT_EQ(refreshes_, 2);
     EXPECT_EQ(Find<RawPane>("rtfRaw")->Text(), QString());
     EXPECT_EQ(window_->State().LastAddedFile.toStdString(), "new.eml");
+}
+
+TEST_F(MainFolders, TheSameArchiveConfirmedKeepsTheListAndWhatIsNew) {
+    Set("AutoRefresh", "1");
+    OpenRefreshed();
+    QTest::keyClick(List(), Qt::Key_Escape);
+    AddMessage("late.eml", 20);
+    Choose("mnuOpenFolderSelect0", "/archive");
+    EXPECT_EQ(Keys(), "late.eml old.eml");
+    EXPECT_EQ(window_->State().LastAddedFile.toStdString(), "late.eml");
+    AddMessage("later.eml", 30);
+    Tick();
+    EXPECT_EQ(Keys(), "later.eml late.eml old.eml");
+    EXPECT_TRUE(IsUnread(0));
+    EXPECT_FALSE(IsUnread(1));
+    EXPECT_FALSE(IsUnread(2));
+    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");
 }
 
 TEST_F(MainFolders, ThePickupDirectoryIsStoredAndTheListStays) {
@@ -175,6 +193,38 @@ TEST_F(MainFolders, TheTimerRestsWhileTheDialogIsOpenAndRunsAgain) {
     EXPECT_TRUE(rested);
     EXPECT_TRUE(timer->isActive());
     EXPECT_EQ(timer->interval(), 30'000);
+}
+
+TEST_F(MainFolders, ATimerThatStoodStillRunsAfterwards) {
+    OpenRefreshed();
+    auto* timer = Find<QTimer>("tmrRefresh");
+    timer->stop();
+    DialogDriver driver([](frmFolders& dialog) { Press(dialog, "btnCancel"); });
+    Action("mnuOpenFolderSelect1")->trigger();
+    EXPECT_TRUE(timer->isActive());
+    EXPECT_EQ(timer->interval(), 60'000);
+}
+
+TEST_F(MainFolders, ARefreshThatWasDueDoesNotStartTheTimerBehindTheDialog) {
+    OpenRefreshed();
+    auto* timer = Find<QTimer>("tmrRefresh");
+    bool looked = false;
+    DialogDriver driver([&](frmFolders& dialog) {
+        window_->mnuAcRefresh_Click();
+        looked = true;
+        EXPECT_FALSE(timer->isActive());
+        Press(dialog, "btnCancel");
+    });
+    Action("mnuOpenFolderSelect1")->trigger();
+    EXPECT_TRUE(looked);
+    EXPECT_TRUE(timer->isActive());
+}
+
+TEST_F(MainFolders, AFolderWithTheMarkOfWindowTitlesIsNamedInFull) {
+    files_.Add(QString::fromUtf16(u"/x[*]\u202Ey/new.eml"), "Subject: new\n\n", 0);
+    store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), QString::fromUtf16(u"/x[*]\u202Ey/"));
+    OpenRefreshed();
+    EXPECT_EQ(window_->windowHandle()->title().toStdString(), "Quellbox - /x[*]y/");
 }
 
 TEST_F(MainFolders, AChoiceThatCannotBeStoredIsReportedAndHoldsForTheSession) {
@@ -321,6 +371,28 @@ TEST_F(ShareWindow, AShareThatTheDesktopMountedIsListedAndUnblockedInto) {
     ListAndUnblockOver(QStringLiteral("\\\\some-server\\mail"));
     window.reset();
     before.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before);
+}
+
+TEST_F(ShareWindow, AShareUnmountedBetweenTwoUnblocksLeavesTheSecondMessageWhereItIs) {
+    TableVolumes table;
+    table.table = QStringLiteral("40 22 0:50 / %1 rw - cifs //nas/Mail rw\n").arg(root.path());
+    OpenOver(table);
+    Write(Archive(Name(1)), Mail(1));
+    Write(Archive(Name(2)), Mail(2));
+    Choose("mnuOpenFolderSelect0", Archive());
+    Choose("mnuOpenFolderSelect1", QStringLiteral("\\\\nas\\mail\\pickup"));
+    window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
+    ASSERT_EQ(Keys(), QStringList({Name(1), Name(2)}));
+    Click(0);
+    Command("mnuActionsUnblock")->trigger();
+    EXPECT_EQ(Read(Pickup(Name(1))), Mail(1));
+    table.table.clear(); // the folder where the share was mounted stays, and can be written to
+    Command("mnuActionsUnblock")->trigger();
+    EXPECT_EQ(Read(Archive(Name(2))), Mail(2));
+    EXPECT_FALSE(QFile::exists(Pickup(Name(2))));
+    window->mnuAcRefresh_Click();
+    EXPECT_EQ(Keys(), QStringList{Name(2)});
+    window.reset();
 }
 
 TEST_F(ShareWindow, AShareUnmountedMeanwhileLeavesTheMessageWhereItIs) {

@@ -106,6 +106,16 @@ TEST_F(MainHelp, ASystemThatCannotShowTheHelpFileIsReported) {
               QStringList({QStringLiteral("This system has no viewer for help files:\n\n") + program_.HelpFile}));
 }
 
+TEST_F(MainHelp, SuggestionsAskForTheFirstContextEvenOfAViewerThatCannotShowIt) {
+    files_.Add(program_.HelpFile, "chm");
+    shell_.SetHelpViewer(true, false);
+    Open();
+    Action("mnuHelpStarting1")->trigger();
+    EXPECT_EQ(shell_.Helped(), QStringList{program_.HelpFile + QStringLiteral(" 15 1")});
+    EXPECT_EQ(errors_.size(), 1);
+    EXPECT_EQ(HelpWindow(), nullptr);
+}
+
 TEST_F(MainHelp, F1ShowsTheTopicOfTheWindow) {
     AddThree();
     OpenRefreshed();
@@ -229,6 +239,8 @@ TEST_F(MainHelp, TheTimerRestsDuringTheAboutBoxAndRunsAfterwards) {
         QString title;
         WhileOpen("frmAbout", [&](QDialog& box) {
             ranMeanwhile = timer->isActive();
+            window_->mnuAcRefresh_Click(); // one that was due
+            ranMeanwhile = ranMeanwhile || timer->isActive();
             title = box.windowTitle();
         });
         Action("mnuHelpAbout")->trigger();

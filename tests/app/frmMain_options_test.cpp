@@ -7,6 +7,8 @@
 #include <QRadioButton>
 #include <QTabWidget>
 
+#include <tuple>
+
 namespace quellbox {
 namespace {
 
@@ -122,6 +124,68 @@ TEST_F(MainOptions, AnotherArchiveIsListedAfterTheDialogEvenIfThatIsCancelled) {
     EXPECT_EQ(refreshes_, 2);
     EXPECT_EQ(Keys(), "new.eml");
     EXPECT_EQ(Stored("ArchiveDir"), QStringLiteral("/other/"));
+}
+
+TEST_F(MainOptions, TheSameArchiveConfirmedDoesNotMakeTheListNew) {
+    Set("AutoRefresh", "1");
+    AddTwoDays();
+    files_.AddFolder(QStringLiteral("/"));
+    OpenRefreshed();
+    QTest::keyClick(List(), Qt::Key_Escape);
+    OnOptions([](frmOptions& dialog) {
+        QTimer::singleShot(0, &dialog, [] {
+            QWidget* folders = QApplication::activeModalWidget();
+            ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
+            EXPECT_EQ(folders->windowTitle(), QStringLiteral("Select Archive Directory"));
+            folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
+            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/archive"));
+            folders->findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
+        });
+        Press(dialog, "btnArchive");
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtArchive"))->text(), QStringLiteral("/archive/"));
+        Press(dialog, "cmdCancel");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    Tick();
+    EXPECT_EQ(Keys(), "today.eml yesterday.eml");
+    EXPECT_FALSE(IsUnread(0));
+    EXPECT_FALSE(IsUnread(1));
+}
+
+TEST_F(MainOptions, ACancelledSelectionShowsTheOldDirectory) {
+    OpenRefreshed();
+    OnOptions([](frmOptions& dialog) {
+        for (const auto& [button, edit, folder] :
+             {std::tuple{"btnArchive", "txtArchive", "/archive/"}, {"btnPickup", "txtPickup", "/pickup/"}}) {
+            QTimer::singleShot(0, &dialog, [] {
+                QWidget* folders = QApplication::activeModalWidget();
+                ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
+                folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
+                folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/other"));
+                folders->findChild<QAbstractButton*>(QStringLiteral("btnCancel"))->click();
+            });
+            Press(dialog, button);
+            EXPECT_EQ(dialog.findChild<QLineEdit*>(QLatin1String(edit))->text(), QLatin1String(folder));
+        }
+        Press(dialog, "cmdOK");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(window_->State().ArchiveDir, QStringLiteral("/archive/"));
+    EXPECT_EQ(window_->State().PickupDir, QStringLiteral("/pickup/"));
+}
+
+TEST_F(MainOptions, ARefreshThatWasDueDoesNotStartTheTimerBehindTheDialog) {
+    OpenRefreshed();
+    OnOptions([this](frmOptions& dialog) {
+        window_->mnuAcRefresh_Click();
+        EXPECT_FALSE(Timer()->isActive());
+        Press(dialog, "cmdCancel");
+    });
+    Action("mnuToolsOptions")->trigger();
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_TRUE(Timer()->isActive());
 }
 
 TEST_F(MainOptions, CancelChangesNothing) {
@@ -300,12 +364,14 @@ TEST_F(MainOptions, TheWhitelistOpensAboveAndTheTimerStillRests) {
         Press(dialog, "btnTolerate");
         EXPECT_TRUE(seen);
         EXPECT_FALSE(Timer()->isActive());
+        window_->mnuAcRefresh_Click(); // one that was due
+        EXPECT_FALSE(Timer()->isActive());
         Press(dialog, "cmdCancel");
     });
     Action("mnuToolsOptions")->trigger();
     EXPECT_TRUE(seen);
     EXPECT_TRUE(Timer()->isActive());
-    EXPECT_EQ(refreshes_, 1);
+    EXPECT_EQ(refreshes_, 2);
 }
 
 TEST_F(MainOptions, NothingOpensWhileAPassRuns) {

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QWindow>
 
 namespace quellbox {
 namespace {
@@ -45,6 +46,7 @@ protected:
 
     const QString file_ = QStringLiteral("/pickup/quellbox.eml");
     const std::string sent_ = "Testmessage send. Verify postmaster mailbox now!";
+    bool rested_ = true; ///< the refresh timer did whenever something was open
     int questions_ = 0;
     QString question_;
     QString caption_;
@@ -59,6 +61,7 @@ private:
             return;
         }
         opened_ += dialog->windowTitle();
+        rested_ = rested_ && !Find<QTimer>("tmrRefresh")->isActive();
         auto* box = qobject_cast<QMessageBox*>(dialog);
         if (box == nullptr) {
             DriveSelection(*dialog);
@@ -157,6 +160,38 @@ TEST_F(MainPickupTest, AnUnknownUserNameIsWrittenAsItStands) {
     EXPECT_NE(Written().find("Subject:  is testing the Exchange pickup folder\r\n"), std::string::npos) << Written();
     EXPECT_TRUE(QString::fromStdString(Written()).endsWith(QStringLiteral("\r\nKind regards, \r\n")));
     EXPECT_EQ(Info(), sent_);
+}
+
+TEST_F(MainPickupTest, TheTimerRestsWhileSomethingIsOpenAndRunsAfterwards) {
+    const auto runs = [this] { return Find<QTimer>("tmrRefresh")->isActive(); };
+    OpenIn("/prog/");
+    Run([this, runs](QMessageBox& box) {
+        window_->mnuAcRefresh_Click(); // one that was due
+        rested_ = rested_ && !runs();
+        No(box);
+    });
+    EXPECT_EQ(opened_.size(), 2);
+    EXPECT_TRUE(rested_);
+    EXPECT_TRUE(runs());
+    Find<QTimer>("tmrRefresh")->stop();
+    Run(No);
+    EXPECT_TRUE(runs());
+    Run([this](QMessageBox& box) {
+        window_->close();
+        box.reject();
+    });
+    EXPECT_FALSE(runs());
+}
+
+TEST_F(MainPickupTest, AFolderWithTheMarkOfWindowTitlesIsNamedInFull) {
+    files_.AddFolder(QStringLiteral("/x[*]/"));
+    OpenIn("/x[*]/");
+    std::string title;
+    Run([&title](QMessageBox& box) {
+        title = box.windowHandle()->title().toStdString();
+        No(box);
+    });
+    EXPECT_EQ(title, "/x[*]/");
 }
 
 TEST_F(MainPickupTest, NorIsAFolderBelowIt) {

@@ -92,6 +92,14 @@ protected:
         probe_.start(1);
     }
 
+    /// Lets the interval of the refresh timer be over.
+    void Tick() {
+        auto* timer = Find<QTimer>("tmrRefresh");
+        ASSERT_TRUE(timer->isActive());
+        QTimerEvent event(timer->timerId());
+        QCoreApplication::sendEvent(timer, &event);
+    }
+
     bool WaitForRefreshes(int count) {
         return QTest::qWaitFor([this, count] { return refreshes_ >= count; }, patience);
     }
