@@ -220,26 +220,6 @@ TEST_F(MainFolders, ARefreshThatWasDueDoesNotStartTheTimerBehindTheDialog) {
     EXPECT_TRUE(timer->isActive());
 }
 
-TEST_F(MainFolders, CancelAfterAnotherDriveReturnsTheOldDirectory) {
-    files_.AddFolder(QStringLiteral("/mnt/usb"));
-    volumes_.mounted.push_back({QStringLiteral("STICK"), QStringLiteral("/mnt/usb"), VolumeKind::Removable});
-    OpenRefreshed();
-    std::string moved;
-    DialogDriver driver([&](frmFolders& dialog) {
-        auto* drives = dialog.findChild<QComboBox*>(QStringLiteral("drvList"));
-        drives->setFocus();
-        QTest::keyClick(drives, Qt::Key_End);
-        EXPECT_TRUE(QTest::qWaitFor([this] { return window_->State().SelectedFolder != QStringLiteral("/archive"); }));
-        moved = window_->State().SelectedFolder.toStdString();
-        Press(dialog, "btnCancel");
-    });
-    Action("mnuOpenFolderSelect0")->trigger();
-    EXPECT_EQ(moved, "/mnt/usb");
-    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/archive/");
-    EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");
-    EXPECT_EQ(store_.FlushCount(), 0);
-}
-
 TEST_F(MainFolders, AFolderWithTheMarkOfWindowTitlesIsNamedInFull) {
     files_.Add(QString::fromUtf16(u"/x[*]\u202Ey/new.eml"), "Subject: new\n\n", 0);
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), QString::fromUtf16(u"/x[*]\u202Ey/"));

@@ -127,12 +127,6 @@ TEST_F(MainTray, WithADialogOpenTheRightButtonRestoresTheStateAndShowsNoMenu) {
     EXPECT_EQ(icon.popUps, 1);
 }
 
-<<<<<<< HEAD
-TEST_F(MainTray, WithTheOptionsOpenTheRightButtonRestoresTheStateAndShowsNoMenu) {
-    OpenHiding();
-    bool looked = false;
-    QTimer::singleShot(0, window_.get(), [this, &looked] {
-=======
 TEST_F(MainTray, WithTheOptionsOpenTheRightButtonSetsTheStateOfTheHiddenWindowAndNoMore) {
     OpenHiding();
     ASSERT_TRUE(WaitForRefreshes(1));
@@ -140,36 +134,26 @@ TEST_F(MainTray, WithTheOptionsOpenTheRightButtonSetsTheStateOfTheHiddenWindowAn
     ASSERT_TRUE(QTest::qWaitFor([this] { return window_->State().SavedWindowState == 2; }, patience));
     bool looked = false;
     QTimer::singleShot(0, window_.get(), [&] {
->>>>>>> 3c0299a (Rest the refresh timer for every dialog by one count)
         QWidget* dialog = QApplication::activeModalWidget();
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->objectName(), QStringLiteral("frmOptions"));
         MinimizeAndHide();
         icon.ClickRight();
-<<<<<<< HEAD
-        EXPECT_EQ(icon.popUps, 0);
-        EXPECT_FALSE(window_->isMinimized());
-        looked = true;
-=======
         looked = true;
         EXPECT_EQ(icon.popUps, 0);
         EXPECT_FALSE(window_->isVisible());
         EXPECT_TRUE(window_->isMaximized());
         EXPECT_FALSE(window_->isMinimized());
         EXPECT_TRUE(dialog->isVisible());
->>>>>>> 3c0299a (Rest the refresh timer for every dialog by one count)
         dialog->close();
     });
     Action("mnuToolsOptions")->trigger();
     EXPECT_TRUE(looked);
     icon.ClickRight();
     EXPECT_EQ(icon.popUps, 1);
-<<<<<<< HEAD
-=======
     icon.ClickLeft();
     EXPECT_TRUE(window_->isVisible());
     EXPECT_TRUE(window_->isMaximized());
->>>>>>> 3c0299a (Rest the refresh timer for every dialog by one count)
 }
 
 TEST_F(MainTray, ADesktopThatDrawsTheMenuHasNothingToDrawWhileADialogIsOpen) {
