@@ -5,6 +5,7 @@
 #include <gmime/gmime.h>
 
 #include <QHash>
+#include <QThreadStorage>
 
 #include <array>
 #include <cerrno>
@@ -65,6 +66,16 @@ private:
 
     QHash<QByteArray, GIConv> handles_;
 };
+
+/// Not thread_local: GCC for Windows frees such an object before its destructor runs. The storage itself stays, for
+/// threads that end after main().
+HandleCache& CacheOfThread() {
+    static auto* const caches = new QThreadStorage<HandleCache*>;
+    if (!caches->hasLocalData()) {
+        caches->setLocalData(new HandleCache);
+    }
+    return *caches->localData();
+}
 
 QString Convert(GIConv handle, QByteArrayView bytes) {
     static constexpr char kReplacement[] = "\xEF\xBF\xBD";
@@ -129,7 +140,7 @@ QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
         return DecodeWindows1252(bytes);
     if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
         return DecodeUndeclared(bytes);
-    thread_local HandleCache cache;
+    HandleCache& cache = CacheOfThread();
     GIConv handle = cache.Handle(LargerCharset(name));
     if (handle == kNoHandle)
         handle = cache.Handle(name); // not every system knows the larger one

@@ -1,8 +1,8 @@
 ; The installer. /S installs and removes without a word, /D=folder chooses the place. The settings of users stay when
 ; the program is removed.
-Unicode true
+; The installer is a 64-bit program as well.
+Target amd64-unicode
 !include "MUI2.nsh"
-!include "x64.nsh"
 !include "FileFunc.nsh"
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quellbox"
@@ -36,11 +36,6 @@ VIAddVersionKey "LegalCopyright" "${COMPANY}"
 !insertmacro MUI_LANGUAGE "English"
 
 Function .onInit
-  ${IfNot} ${RunningX64}
-    MessageBox MB_OK|MB_ICONSTOP "Quellbox needs a 64-bit Windows." /SD IDOK
-    SetErrorLevel 1
-    Quit
-  ${EndIf}
   SetRegView 64
 FunctionEnd
 
