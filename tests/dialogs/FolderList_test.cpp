@@ -30,7 +30,7 @@ QString Text(const char* text) {
 class FolderListTest : public testing::Test {
 protected:
     FolderListTest() {
-        for (const char* folder : {"/", "/home", "/home/b", "/home/A", "/home/a", "/home/.hidden", "/home/b/c", "/work",
+        for (const char* folder : {"/", "/home", "/home/b", "/home/A", "/home/a", "/home/.hidden", "/home/b/c", "/data",
                                    "/mnt", "/mnt/usb", "/mnt/usb/deep", "/mnt/usbx"}) {
             files_.AddFolder(Text(folder));
         }
@@ -40,7 +40,7 @@ protected:
     }
 
     FolderChoice Open(const char* folder) const {
-        return OpenFolderChoice(files_, volumes_, Text(folder), Text("/work"));
+        return OpenFolderChoice(files_, volumes_, Text(folder), Text("/data"));
     }
 
     static std::string Opened(const FolderChoice& choice) {
@@ -61,23 +61,23 @@ TEST_F(FolderListTest, ShowsThePathDownToTheFolderThenItsSubFoldersInOrder) {
 
 TEST_F(FolderListTest, ARootHasNoSecondSeparator) {
     const FolderList list = ListFolder(files_, Text("/"));
-    EXPECT_EQ(Shown(list), "0:/=/\n1:home=/home\n1:mnt=/mnt\n1:work=/work");
+    EXPECT_EQ(Shown(list), "0:/=/\n1:data=/data\n1:home=/home\n1:mnt=/mnt");
     EXPECT_EQ(list.Opened(), 0);
 }
 
 TEST_F(FolderListTest, FoldersThatCannotBeListedThrow) {
-    files_.FailPath(Text("/work"), Text("Permission denied"));
-    for (const char* folder : {"", "relative", "/none", "/home/file", "/work", R"(\\nas\mail)"}) {
+    files_.FailPath(Text("/data"), Text("Permission denied"));
+    for (const char* folder : {"", "relative", "/none", "/home/file", "/data", R"(\\nas\mail)"}) {
         EXPECT_THROW(ListFolder(files_, Text(folder)), FileError) << folder;
     }
 }
 
 TEST_F(FolderListTest, HostileNamesAreShownCleanAndKeptExact) {
     const QString name = QString::fromUtf16(u"a\nb\u202Ecod");
-    files_.AddFolder(Text("/work/") + name);
-    const FolderList list = ListFolder(files_, Text("/work"));
+    files_.AddFolder(Text("/data/") + name);
+    const FolderList list = ListFolder(files_, Text("/data"));
     EXPECT_EQ(list.Label(2).toStdString(), "a bcod");
-    EXPECT_EQ(list.Path(2), Text("/work/") + name);
+    EXPECT_EQ(list.Path(2), Text("/data/") + name);
 }
 
 TEST_F(FolderListTest, OpensAnExistingFolderOnItsVolume) {
@@ -92,7 +92,7 @@ TEST_F(FolderListTest, WithoutTheFolderItOpensTheCurrentOne) {
     files_.FailPath(Text("/home"), Text("Permission denied"));
     for (const char* folder : {"", "relative/", "/none", "/home/file", "/home", R"(\\nas\mail\)"}) {
         const FolderChoice choice = Open(folder);
-        EXPECT_EQ(Opened(choice), "/work") << folder;
+        EXPECT_EQ(Opened(choice), "/data") << folder;
         EXPECT_EQ(choice.volume, 0) << folder;
     }
 }
@@ -100,13 +100,13 @@ TEST_F(FolderListTest, WithoutTheFolderItOpensTheCurrentOne) {
 TEST_F(FolderListTest, OnNoVolumeItOpensTheCurrentOne) {
     volumes_.mounted.erase(volumes_.mounted.begin());
     const FolderChoice choice = Open("/home");
-    EXPECT_EQ(Opened(choice), "/work");
+    EXPECT_EQ(Opened(choice), "/data");
     EXPECT_EQ(choice.volume, -1);
 }
 
 TEST_F(FolderListTest, ACurrentFolderThatCannotBeReadIsShownWithoutSubFolders) {
-    files_.FailPath(Text("/work"), Text("Permission denied"));
-    EXPECT_EQ(Shown(Open("/none").list), "0:/=/\n1:work=/work");
+    files_.FailPath(Text("/data"), Text("Permission denied"));
+    EXPECT_EQ(Shown(Open("/none").list), "0:/=/\n1:data=/data");
 }
 
 TEST_F(FolderListTest, TheNearestVolumeHoldsAPath) {
