@@ -19,7 +19,7 @@
 
 namespace quellbox {
 
-frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(std::move(ports)) {
+frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
     LoadSettings();
