@@ -67,7 +67,7 @@ struct MessageLoader::Shared {
     std::shared_ptr<Job> Next() {
         const QMutexLocker lock(&mutex);
         while (!waiting.empty()) {
-            const std::shared_ptr<Job> job = std::move(waiting.front());
+            std::shared_ptr<Job> job = std::move(waiting.front());
             waiting.pop_front();
             if (!job->cancelled) {
                 return job;
