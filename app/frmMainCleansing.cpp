@@ -1,11 +1,11 @@
 #include "app/frmMain.h"
 
+#include "app/PointerShape.h"
 #include "app/StatusBarView.h"
 #include "dialogs/Cleansing.h"
 #include "dialogs/frmCleansing.h"
 #include "mail/DisplayText.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 
 namespace quellbox {
@@ -13,15 +13,6 @@ namespace quellbox {
 namespace {
 
 constexpr qint64 paintEveryMs = 40; // more pictures in a second than that nobody sees
-
-/// The mouse pointer of a long operation, for as long as this lives.
-class WaitPointer {
-public:
-    WaitPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitPointer() { QApplication::restoreOverrideCursor(); }
-    WaitPointer(const WaitPointer&) = delete;
-    WaitPointer& operator=(const WaitPointer&) = delete;
-};
 
 } // namespace
 
@@ -39,7 +30,7 @@ void frmMain::CleanseArchive() {
     tmrRefresh->stop();
     qint32 count = 0;
     Guarded([this, &count] {
-        const WaitPointer pointer;
+        const PointerShape pointer(Qt::WaitCursor);
         state_.LastAddedFile.clear();
         count = RemoveOldMessages();
         RefreshAfterCleansing();

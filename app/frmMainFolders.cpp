@@ -1,24 +1,12 @@
 #include "app/frmMain.h"
 
+#include "app/PointerShape.h"
 #include "dialogs/frmFolders.h"
 #include "settings/SettingsTable.h"
 
 #include <QApplication>
 
 namespace quellbox {
-
-namespace {
-
-/// While a pass waits behind the dialog, its hourglass would lie over the dialog too.
-class ArrowCursor {
-public:
-    ArrowCursor() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
-    ~ArrowCursor() { QApplication::restoreOverrideCursor(); }
-    ArrowCursor(const ArrowCursor&) = delete;
-    ArrowCursor& operator=(const ArrowCursor&) = delete;
-};
-
-} // namespace
 
 QString frmMain::SelectDirectory(qint16 index) {
     if (index != 0 && index != 1) {
@@ -28,9 +16,9 @@ QString frmMain::SelectDirectory(qint16 index) {
     QString& directory = isArchive ? state_.ArchiveDir : state_.PickupDir;
     state_.SelectedFolder = directory;
     {
-        std::optional<ArrowCursor> arrow;
+        std::optional<PointerShape> arrow; // an hourglass would lie over the dialog too
         if (hourglassIsShown_) {
-            arrow.emplace();
+            arrow.emplace(Qt::ArrowCursor);
         }
         QWidget* above = QApplication::activeModalWidget();
         frmFolders dialog({ports_.files, ports_.volumes, ports_.pool}, state_, above != nullptr ? above : this);

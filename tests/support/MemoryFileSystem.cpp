@@ -139,14 +139,19 @@ bool MemoryFileSystem::FileExists(const QString& path) const {
     return works && files_.contains(Plain(path));
 }
 
-QStringList MemoryFileSystem::FileNames(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
+// What every path in the folder begins with. The caller holds the lock.
+QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     const QString wanted = WithoutSeparator(folder);
     if (!folders_.contains(wanted)) {
         throw FileError(folder, QStringLiteral("No such file or directory"));
     }
-    const QString prefix = wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+    return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+}
+
+QStringList MemoryFileSystem::FileNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    const QString prefix = PrefixOrThrow(folder);
     QStringList names;
     for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
         const QString name = file->first.mid(prefix.size());
@@ -166,11 +171,7 @@ QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
 QStringList MemoryFileSystem::FolderNames(const QString& folder) const {
     EnterOrThrow(folder);
     const std::lock_guard lock(mutex_);
-    const QString wanted = WithoutSeparator(folder);
-    if (!folders_.contains(wanted)) {
-        throw FileError(folder, QStringLiteral("No such file or directory"));
-    }
-    const QString prefix = wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
+    const QString prefix = PrefixOrThrow(folder);
     QStringList names;
     for (const QString& other : folders_) {
         const QString name = other.startsWith(prefix) ? other.mid(prefix.size()) : QString();

@@ -74,6 +74,7 @@ private:
     /// Counts a call and waits its latency. Returns why it has to fail; empty when it has not.
     QString Enter(const QString& path) const;
     void EnterOrThrow(const QString& path) const;
+    QString PrefixOrThrow(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
     std::map<QString, File>::const_iterator Find(const QString& path) const;
 
