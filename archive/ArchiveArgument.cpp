@@ -1,5 +1,6 @@
 #include "archive/ArchiveArgument.h"
 
+#include "platform/FolderPath.h"
 #include "platform/UncPath.h"
 
 #include <QCoreApplication>
@@ -10,10 +11,8 @@ namespace quellbox {
 namespace {
 
 QString AbsoluteFolder(const QString& argument, const QString& workingFolder) {
-    const QString folder =
-        IsUncPath(argument) ? argument : QDir::toNativeSeparators(QDir(workingFolder).absoluteFilePath(argument));
-    const bool ends = folder.endsWith(QLatin1Char('/')) || folder.endsWith(QLatin1Char('\\'));
-    return ends ? folder : folder + QDir::separator();
+    return WithSeparator(
+        IsUncPath(argument) ? argument : QDir::toNativeSeparators(QDir(workingFolder).absoluteFilePath(argument)));
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #include "dialogs/Cleansing.h"
 
 #include "archive/DayWindow.h"
+#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
-#include <QDir>
 
 namespace quellbox {
 
@@ -66,9 +66,7 @@ CleansingResult RemoveArchivedMessages(FileSystem& files, const Clock& clock, co
         result.failures.push_back({error.Path(), error.Reason()});
     }
     // Without the separator, the paths would name files beside the folder.
-    const QString folder = archiveDir.endsWith(QDir::separator()) || archiveDir.endsWith(QLatin1Char('/'))
-                               ? archiveDir
-                               : archiveDir + QDir::separator();
+    const QString folder = WithSeparator(archiveDir);
     for (const QString& name : names) {
         if (!IsMessage(name)) {
             continue;

@@ -1,6 +1,7 @@
 #include "dialogs/FolderList.h"
 
 #include "mail/DisplayText.h"
+#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -12,28 +13,6 @@ namespace quellbox {
 
 namespace {
 
-QChar Separator() {
-    return QDir::separator();
-}
-
-Qt::CaseSensitivity CaseOfPaths() {
-    return Separator() == QLatin1Char('/') ? Qt::CaseSensitive : Qt::CaseInsensitive;
-}
-
-QString Join(const QString& folder, const QString& name) {
-    return folder.endsWith(Separator()) ? folder + name : folder + Separator() + name;
-}
-
-/// The root of an absolute path, "/" or as in "C:\"; empty for other paths.
-QString RootOf(const QString& path) {
-    if (Separator() == QLatin1Char('/')) {
-        return path.startsWith(Separator()) ? QString(Separator()) : QString();
-    }
-    const bool hasDrive = path.size() > 1 && path.at(0).isLetter() && path.at(1) == QLatin1Char(':');
-    const bool isAbsolute = hasDrive && (path.size() == 2 || path.at(2) == Separator());
-    return isAbsolute ? path.left(2) + Separator() : QString();
-}
-
 /// The paths from the root down to `folder`; empty when that is no absolute path.
 QStringList PathsTo(const QString& folder) {
     const QString path = QDir::toNativeSeparators(folder);
@@ -42,10 +21,20 @@ QStringList PathsTo(const QString& folder) {
         return {};
     }
     QStringList paths{root};
-    for (const QString& name : path.mid(root.size()).split(Separator(), Qt::SkipEmptyParts)) {
-        paths += Join(paths.back(), name);
+    for (const QString& name : path.mid(root.size()).split(QDir::separator(), Qt::SkipEmptyParts)) {
+        paths += PathBelow(paths.back(), name);
     }
     return paths;
+}
+
+/// Where a drive list starts when the process works in no local folder: on a share, or in one that is gone.
+QString FirstRoot(const std::vector<Volume>& volumes) {
+    const auto fixed = std::find_if(volumes.begin(), volumes.end(),
+                                    [](const Volume& volume) { return volume.kind == VolumeKind::Fixed; });
+    if (fixed != volumes.end()) {
+        return fixed->root;
+    }
+    return volumes.empty() ? QString() : volumes.front().root;
 }
 
 bool IsBefore(const QString& left, const QString& right) {
@@ -61,11 +50,11 @@ FolderList::FolderList(const QString& folder, QStringList subFolders)
 }
 
 QString FolderList::Path(int index) const {
-    return index < above_.size() ? above_.at(index) : Join(above_.back(), below_.at(index - above_.size()));
+    return index < above_.size() ? above_.at(index) : PathBelow(above_.back(), below_.at(index - above_.size()));
 }
 
 QString FolderList::Label(int index) const {
-    return index == 0 ? above_.front() : CleanseForDisplay(Path(index).section(Separator(), -1));
+    return index == 0 ? above_.front() : CleanseForDisplay(Path(index).section(QDir::separator(), -1));
 }
 
 FolderList ListFolder(const FileSystem& files, const QString& folder) {
@@ -81,7 +70,8 @@ FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, c
                               const QString& currentFolder) {
     FolderChoice choice;
     choice.volumes = volumes.Mounted();
-    for (const QString& wanted : {folder, currentFolder}) {
+    const QString start = FolderList(currentFolder).Count() > 0 ? currentFolder : FirstRoot(choice.volumes);
+    for (const QString& wanted : {folder, start}) {
         const bool isRoot = !wanted.isEmpty() && FolderList(wanted).Count() == 1;
         choice.volume = VolumeOf(choice.volumes, wanted);
         if (choice.volume < 0 || !(isRoot || files.FolderExists(wanted))) {
@@ -95,8 +85,8 @@ FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, c
             continue;
         }
     }
-    choice.volume = VolumeOf(choice.volumes, currentFolder);
-    choice.list = FolderList(currentFolder);
+    choice.volume = VolumeOf(choice.volumes, start);
+    choice.list = FolderList(start);
     return choice;
 }
 
@@ -117,22 +107,13 @@ int VolumeOf(const std::vector<Volume>& volumes, const QString& path) {
 
 QString DriveOf(const Volume& volume) {
     const QString root = QDir::toNativeSeparators(volume.root);
-    return root.size() > 1 && root.endsWith(Separator()) ? root.chopped(1) : root;
+    return root.size() > 1 && root.endsWith(QDir::separator()) ? root.chopped(1) : root;
 }
 
 QString DriveLabel(const Volume& volume) {
     const bool hasLabel = !volume.name.isEmpty() && QDir::toNativeSeparators(volume.name) != DriveOf(volume) &&
                           volume.name != volume.root;
     return CleanseForDisplay(hasLabel ? QStringLiteral("%1 [%2]").arg(DriveOf(volume), volume.name) : DriveOf(volume));
-}
-
-bool IsShareText(const QString& folder) {
-    return folder.startsWith(QLatin1String("\\\\"));
-}
-
-QString WithSeparator(const QString& folder) {
-    const QChar separator = IsShareText(folder) ? QChar(u'\\') : Separator();
-    return folder.endsWith(separator) ? folder : folder + separator;
 }
 
 } // namespace quellbox

@@ -52,7 +52,8 @@ struct FolderChoice {
 };
 
 /// Opens `folder` when it is a root or an existing folder on one of the mounted volumes and can be read, and otherwise
-/// `currentFolder`, the one that the process works in.
+/// `currentFolder`, the one that the process works in, or the root of a volume when that is no local folder. The list
+/// is empty when there is no volume either.
 FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, const QString& folder,
                               const QString& currentFolder);
 
@@ -64,11 +65,5 @@ QString DriveOf(const Volume& volume);
 
 /// A volume as the drive list shows it: the drive, and its label where it has one.
 QString DriveLabel(const Volume& volume);
-
-/// True for a text that can only be meant as a UNC path, even an incomplete one.
-bool IsShareText(const QString& folder);
-
-/// The text with a separator at its end: a backslash behind a UNC path, otherwise the platform's own.
-QString WithSeparator(const QString& folder);
 
 } // namespace quellbox

@@ -1,6 +1,7 @@
 #include "dialogs/PickupTest.h"
 
 #include "platform/AnsiText.h"
+#include "platform/FolderPath.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -31,8 +32,7 @@ QString PickupTestQuestion() {
 }
 
 QString PickupTestPath(const QString& pickupDir) {
-    const QChar separator = pickupDir.startsWith(QLatin1String("\\\\")) ? QChar(u'\\') : QDir::separator();
-    return pickupDir + separator + QStringLiteral("quellbox.eml");
+    return pickupDir + SeparatorOf(pickupDir) + QStringLiteral("quellbox.eml");
 }
 
 // The message is not translated: it goes to whoever reads the postmaster's mail.

@@ -1,6 +1,7 @@
 #include "dialogs/frmFolders.h"
 
 #include "mail/DisplayText.h"
+#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 #include "ui_frmFolders.h"
 
@@ -70,7 +71,7 @@ void frmFolders::ShowChoice(const FolderChoice& choice) {
 
 void frmFolders::ShowFolder(const FolderList& list) {
     ui_->dirList->SetFolders(list);
-    volume_ = VolumeOf(volumes_, list.Path(list.Opened()));
+    volume_ = list.Count() > 0 ? VolumeOf(volumes_, list.Path(list.Opened())) : -1;
     ui_->drvList->setCurrentIndex(volume_);
     dirList_Click();
 }

@@ -1,5 +1,6 @@
 #include "platform/ShareFileSystem.h"
 
+#include "platform/FolderPath.h"
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
 
@@ -11,10 +12,6 @@ namespace quellbox {
 namespace {
 
 constexpr QChar backslash(u'\\');
-
-bool IsOnShare(const QString& path) {
-    return path.startsWith(QLatin1String("\\\\"));
-}
 
 QString WithBackslash(const QString& folder) {
     return folder.endsWith(backslash) ? folder : folder + backslash;
@@ -62,7 +59,7 @@ QString ShareFileSystem::PresentPlace(const QString& uncFolder) const {
 }
 
 QString ShareFileSystem::LocalPath(const QString& path, Place place) const {
-    if (!IsOnShare(path)) {
+    if (!IsShareText(path)) {
         return path;
     }
     const qsizetype name = path.lastIndexOf(backslash) + 1;
@@ -83,18 +80,18 @@ QString ShareFileSystem::ChangeablePath(const QString& path) const {
 
 QString ShareFileSystem::LocalOrThrow(const QString& path, Place place) const {
     QString local = LocalPath(path, place);
-    if (local.isEmpty() && IsOnShare(path)) {
+    if (local.isEmpty() && IsShareText(path)) {
         throw FileError(path, QCoreApplication::translate("quellbox", "The share is not mounted on this computer."));
     }
     return local;
 }
 
 QString ShareFileSystem::FolderOrThrow(const QString& folder) const {
-    return IsOnShare(folder) ? ReadablePath(WithBackslash(folder)) : folder;
+    return IsShareText(folder) ? ReadablePath(WithBackslash(folder)) : folder;
 }
 
 bool ShareFileSystem::FolderExists(const QString& folder) const {
-    if (!IsOnShare(folder)) {
+    if (!IsShareText(folder)) {
         return files_->FolderExists(folder);
     }
     {
@@ -112,7 +109,7 @@ bool ShareFileSystem::FileExists(const QString& path) const {
 
 QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
     QStringList names = (*files_.*listing)(FolderOrThrow(folder));
-    return IsOnShare(folder) ? WithoutBackslashes(std::move(names)) : names;
+    return IsShareText(folder) ? WithoutBackslashes(std::move(names)) : names;
 }
 
 QStringList ShareFileSystem::FileNames(const QString& folder) const {

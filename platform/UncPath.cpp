@@ -1,5 +1,6 @@
 #include "platform/UncPath.h"
 
+#include "platform/FolderPath.h"
 #include "platform/PathBytes.h"
 
 #include <QUrl>
@@ -150,7 +151,7 @@ QString MountPart(const QString& mount, QLatin1String name) {
 } // namespace
 
 bool IsUncPath(const QString& path) {
-    return path.startsWith(QLatin1String("\\\\")) && Components(path).size() >= 2;
+    return IsShareText(path) && Components(path).size() >= 2;
 }
 
 QString FindInMountTable(const QString& uncPath, const QString& mountTable) {

@@ -1,5 +1,6 @@
 #include "platform/Volumes.h"
 
+#include "platform/FolderPath.h"
 #include "platform/PathBytes.h"
 #include "platform/UncPath.h"
 
@@ -114,7 +115,7 @@ std::vector<Volume> Volumes::Mounted() const {
 }
 
 QString Volumes::Resolve(const QString& path) const {
-    if (!path.startsWith(QLatin1String("\\\\"))) {
+    if (!IsShareText(path)) {
         return path;
     }
     if (!IsUncPath(path)) {

@@ -1,10 +1,10 @@
 #include "settings/SettingsTable.h"
 
+#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 #include "settings/TextConversion.h"
 
 #include <QCoreApplication>
-#include <QDir>
 
 #include <type_traits>
 
@@ -15,16 +15,9 @@ QString SettingsSection() {
     return QStringLiteral("Settings");
 }
 
-/// A path on a share has backslashes on every system. A text that is not a folder at all stays empty.
-QString WithSeparator(const QString& folder) {
-    const QChar separator = folder.startsWith(QLatin1String("\\\\")) ? QChar(u'\\') : QDir::separator();
-    const bool isComplete = folder.isEmpty() || folder.endsWith(separator) || folder.endsWith(QLatin1Char('/'));
-    return isComplete ? folder : folder + separator;
-}
-
-// Every text of the table is a folder, to which file names are appended as they are.
+// Every text of the table is a folder, to which file names are appended as they are. No folder at all stays that.
 void Assign(QString& member, const QString& text) {
-    member = WithSeparator(text);
+    member = text.isEmpty() ? text : WithSeparator(text);
 }
 
 void Assign(qint16& member, const QString& text) {

@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NativePath.h"
 
 #include <QDir>
 
@@ -17,15 +18,15 @@ QString Text(const char* text) {
 }
 
 /// "depth:label=path" of every entry.
-[[maybe_unused]] std::string Shown(const FolderList& list) {
+std::string Shown(const FolderList& list) {
     QStringList lines;
     for (int index = 0; index < list.Count(); ++index) {
-        lines += QStringLiteral("%1:%2=%3").arg(list.Depth(index)).arg(list.Label(index), list.Path(index));
+        lines += QStringLiteral("%1:%2=%3")
+                     .arg(list.Depth(index))
+                     .arg(SlashPath(list.Label(index)), SlashPath(list.Path(index)));
     }
     return lines.join(QLatin1Char('\n')).toStdString();
 }
-
-#ifndef _WIN32
 
 class FolderListTest : public testing::Test {
 protected:
@@ -35,16 +36,18 @@ protected:
             files_.AddFolder(Text(folder));
         }
         files_.Add(Text("/home/file"), "x");
-        volumes_.mounted = {{Text("/"), Text("/"), VolumeKind::Fixed},
-                            {Text("STICK"), Text("/mnt/usb"), VolumeKind::Removable}};
+        volumes_.mounted = {{NativePath(Text("/")), NativePath(Text("/")), VolumeKind::Fixed},
+                            {Text("STICK"), NativePath(Text("/mnt/usb")), VolumeKind::Removable}};
     }
 
     FolderChoice Open(const char* folder) const {
-        return OpenFolderChoice(files_, volumes_, Text(folder), Text("/data"));
+        return OpenFolderChoice(files_, volumes_, NativePath(Text(folder)), NativePath(Text("/data")));
     }
 
+    FolderList List(const char* folder) const { return ListFolder(files_, NativePath(Text(folder))); }
+
     static std::string Opened(const FolderChoice& choice) {
-        return choice.list.Path(choice.list.Opened()).toStdString();
+        return SlashPath(choice.list.Path(choice.list.Opened())).toStdString();
     }
 
     MemoryFileSystem files_;
@@ -52,15 +55,14 @@ protected:
 };
 
 TEST_F(FolderListTest, ShowsThePathDownToTheFolderThenItsSubFoldersInOrder) {
-    const FolderList list = ListFolder(files_, Text("/home/"));
+    const FolderList list = List("/home/");
     EXPECT_EQ(Shown(list), "0:/=/\n1:home=/home\n2:A=/home/A\n2:a=/home/a\n2:b=/home/b");
     EXPECT_EQ(list.Opened(), 1);
-    EXPECT_EQ(Shown(ListFolder(files_, Text("/mnt/usb/deep"))),
-              "0:/=/\n1:mnt=/mnt\n2:usb=/mnt/usb\n3:deep=/mnt/usb/deep");
+    EXPECT_EQ(Shown(List("/mnt/usb/deep")), "0:/=/\n1:mnt=/mnt\n2:usb=/mnt/usb\n3:deep=/mnt/usb/deep");
 }
 
 TEST_F(FolderListTest, ARootHasNoSecondSeparator) {
-    const FolderList list = ListFolder(files_, Text("/"));
+    const FolderList list = List("/");
     EXPECT_EQ(Shown(list), "0:/=/\n1:data=/data\n1:home=/home\n1:mnt=/mnt");
     EXPECT_EQ(list.Opened(), 0);
 }
@@ -68,16 +70,16 @@ TEST_F(FolderListTest, ARootHasNoSecondSeparator) {
 TEST_F(FolderListTest, FoldersThatCannotBeListedThrow) {
     files_.FailPath(Text("/data"), Text("Permission denied"));
     for (const char* folder : {"", "relative", "/none", "/home/file", "/data", R"(\\nas\mail)"}) {
-        EXPECT_THROW(ListFolder(files_, Text(folder)), FileError) << folder;
+        EXPECT_THROW(List(folder), FileError) << folder;
     }
 }
 
 TEST_F(FolderListTest, HostileNamesAreShownCleanAndKeptExact) {
     const QString name = QString::fromUtf16(u"a\nb\u202Ecod");
     files_.AddFolder(Text("/data/") + name);
-    const FolderList list = ListFolder(files_, Text("/data"));
+    const FolderList list = List("/data");
     EXPECT_EQ(list.Label(2).toStdString(), "a bcod");
-    EXPECT_EQ(list.Path(2), Text("/data/") + name);
+    EXPECT_EQ(SlashPath(list.Path(2)), Text("/data/") + name);
 }
 
 TEST_F(FolderListTest, OpensAnExistingFolderOnItsVolume) {
@@ -104,13 +106,26 @@ TEST_F(FolderListTest, OnNoVolumeItOpensTheCurrentOne) {
     EXPECT_EQ(choice.volume, -1);
 }
 
+TEST_F(FolderListTest, WhereTheProcessWorksOnAShareItOpensADrive) {
+    for (const char* current : {R"(\\nas\tools)", ""}) {
+        const FolderChoice choice = OpenFolderChoice(files_, volumes_, Text(R"(\\nas\mail\)"), Text(current));
+        EXPECT_EQ(Opened(choice), "/") << current;
+        EXPECT_EQ(choice.volume, 0) << current;
+        EXPECT_EQ(choice.list.Count(), 4) << current;
+    }
+    volumes_.mounted.erase(volumes_.mounted.begin());
+    EXPECT_EQ(Opened(OpenFolderChoice(files_, volumes_, {}, {})), "/mnt/usb") << "of no fixed kind, but the only one";
+    volumes_.mounted.clear();
+    EXPECT_EQ(OpenFolderChoice(files_, volumes_, {}, {}).list.Count(), 0);
+}
+
 TEST_F(FolderListTest, ACurrentFolderThatCannotBeReadIsShownWithoutSubFolders) {
     files_.FailPath(Text("/data"), Text("Permission denied"));
     EXPECT_EQ(Shown(Open("/none").list), "0:/=/\n1:data=/data");
 }
 
 TEST_F(FolderListTest, TheNearestVolumeHoldsAPath) {
-    const auto volumeOf = [this](const char* path) { return VolumeOf(volumes_.mounted, Text(path)); };
+    const auto volumeOf = [this](const char* path) { return VolumeOf(volumes_.mounted, NativePath(Text(path))); };
     EXPECT_EQ(volumeOf("/"), 0);
     EXPECT_EQ(volumeOf("/mnt"), 0);
     EXPECT_EQ(volumeOf("/mnt/usb"), 1);
@@ -119,18 +134,6 @@ TEST_F(FolderListTest, TheNearestVolumeHoldsAPath) {
     EXPECT_EQ(volumeOf("mnt/usb"), -1);
     EXPECT_EQ(volumeOf(""), -1);
 }
-
-TEST_F(FolderListTest, SeparatorsAtTheEnd) {
-    EXPECT_EQ(WithSeparator(Text("/")).toStdString(), "/");
-    EXPECT_EQ(WithSeparator(Text("/pickup")).toStdString(), "/pickup/");
-    EXPECT_EQ(WithSeparator(Text("/pickup/")).toStdString(), "/pickup/");
-    EXPECT_EQ(WithSeparator(QString()).toStdString(), "/");
-    EXPECT_EQ(WithSeparator(Text(R"(\\nas\mail)")).toStdString(), R"(\\nas\mail\)");
-    EXPECT_EQ(WithSeparator(Text(R"(\\nas\mail\)")).toStdString(), R"(\\nas\mail\)");
-    EXPECT_EQ(WithSeparator(Text(R"(\\)")).toStdString(), R"(\\)");
-}
-
-#endif
 
 TEST(FolderLabels, ADriveIsShownWithItsLabel) {
     EXPECT_EQ(DriveLabel({Text("/"), Text("/"), VolumeKind::Fixed}), QString(QDir::separator()));

@@ -3,6 +3,7 @@
 #include "dialogs/frmDirectoryList.h"
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NativePath.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -13,13 +14,12 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
 #include <QTimer>
 
 #include <gtest/gtest.h>
-
-#ifndef _WIN32
 
 namespace quellbox {
 
@@ -38,13 +38,14 @@ protected:
                                    "/mnt/usb/spam", "/mnt/empty"}) {
             files_.AddFolder(Text(folder));
         }
-        volumes_.mounted = {{Text("/"), Text("/"), VolumeKind::Fixed},
-                            {Text("/mnt/dvd"), Text("/mnt/dvd"), VolumeKind::Optical},
-                            {Text("STICK"), Text("/mnt/usb"), VolumeKind::Removable}};
+        const QString dvd = NativePath(Text("/mnt/dvd"));
+        volumes_.mounted = {{root_, root_, VolumeKind::Fixed},
+                            {dvd, dvd, VolumeKind::Optical},
+                            {Text("STICK"), NativePath(Text("/mnt/usb")), VolumeKind::Removable}};
     }
 
     void Open(const char* folder) {
-        state_.SelectedFolder = Text(folder);
+        state_.SelectedFolder = NativePath(Text(folder));
         state_.FolderConfirmed = true;
         dialog_ = std::make_unique<frmFolders>(FolderPorts{files_, volumes_, pool_}, state_, nullptr);
         dialog_->setWindowTitle(Text("Select Archive Directory"));
@@ -69,20 +70,23 @@ protected:
     DirectoryList* Dirs() { return Find<DirectoryList>("dirList"); }
     QComboBox* Drives() { return Find<QComboBox>("drvList"); }
     QPushButton* Button(const char* name) { return Find<QPushButton>(name); }
-    std::string Status() { return Find<QStatusBar>("stbBottom")->currentMessage().toStdString(); }
-    std::string Folder() const { return state_.SelectedFolder.toStdString(); }
+    std::string Status() { return SlashPath(Find<QStatusBar>("stbBottom")->currentMessage()).toStdString(); }
+    std::string Folder() const { return SlashPath(state_.SelectedFolder).toStdString(); }
+    static std::string CurrentFolder() {
+        return SlashPath(QDir::toNativeSeparators(QDir::currentPath())).toStdString();
+    }
 
     std::string Listed() {
         QStringList labels;
         for (int row = 0; row < Dirs()->model()->rowCount(); ++row) {
-            labels += Dirs()->model()->index(row, 0).data().toString();
+            labels += SlashPath(Dirs()->model()->index(row, 0).data().toString());
         }
         return labels.join(QLatin1Char(' ')).toStdString();
     }
 
     int RowOf(const char* label) {
         for (int row = 0; row < Dirs()->model()->rowCount(); ++row) {
-            if (Dirs()->model()->index(row, 0).data().toString() == QLatin1String(label)) {
+            if (SlashPath(Dirs()->model()->index(row, 0).data().toString()) == QLatin1String(label)) {
                 return row;
             }
         }
@@ -115,7 +119,7 @@ protected:
     void WatchBoxes() {
         boxes_.callOnTimeout([this] {
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                texts_ += box->text();
+                texts_ += SlashPath(box->text());
                 EXPECT_EQ(box->textFormat(), Qt::PlainText);
                 EXPECT_EQ(box->standardButtons(), QMessageBox::Ok);
                 box->button(QMessageBox::Ok)->click();
@@ -124,6 +128,7 @@ protected:
         boxes_.start(10);
     }
 
+    const QString root_ = NativePath(Text("/"));
     MemoryFileSystem files_;
     FakeVolumes volumes_;
     AppState state_;
@@ -145,8 +150,8 @@ TEST_F(Folders, HasItsTextsAndStartsWithTheFolder) {
     EXPECT_TRUE(Find<QGroupBox>("fraDevice")->isEnabled());
     EXPECT_EQ(Listed(), "/ home joe mail");
     EXPECT_EQ(Dirs()->ListIndex(), 2);
-    EXPECT_EQ(Drives()->currentText(), Text("/"));
-    EXPECT_EQ(Drives()->itemText(2), Text("/mnt/usb [STICK]"));
+    EXPECT_EQ(SlashPath(Drives()->currentText()), Text("/"));
+    EXPECT_EQ(SlashPath(Drives()->itemText(2)), Text("/mnt/usb [STICK]"));
     EXPECT_EQ(Status(), "/home/joe");
     EXPECT_FALSE(state_.FolderConfirmed);
 }
@@ -157,7 +162,7 @@ TEST_F(Folders, AUncPathChecksTheShareAndFillsItsText) {
     EXPECT_EQ(Find<QLineEdit>("txtShare")->text(), Text(R"(\\SERVER\SHARE\spam\)"));
     EXPECT_TRUE(Find<QLineEdit>("txtShare")->isEnabled());
     EXPECT_FALSE(Find<QGroupBox>("fraDevice")->isEnabled());
-    EXPECT_EQ(Status(), QDir::currentPath().toStdString()); // the list's own folder, as at every start
+    EXPECT_EQ(Status(), CurrentFolder()); // the list's own folder, as at every start
     Button("btnOK")->click();
     EXPECT_TRUE(state_.FolderConfirmed);
     EXPECT_EQ(Folder(), R"(\\SERVER\SHARE\spam\)");
@@ -179,15 +184,16 @@ TEST_F(Folders, TheSwitchEnablesOneSideAndShowsAnExample) {
 }
 
 TEST_F(Folders, ATypedShareIsTakenWhateverItSays) {
+    const std::string separator = QString(QDir::separator()).toStdString();
     for (const auto& [typed, taken] :
-         std::vector<std::pair<const char*, const char*>>{{R"(\\NAS\Mail)", R"(\\NAS\Mail\)"},
+         std::vector<std::pair<const char*, std::string>>{{R"(\\NAS\Mail)", R"(\\NAS\Mail\)"},
                                                           {R"(\\NAS\Mail\)", R"(\\NAS\Mail\)"},
                                                           {"/mnt/no such place", "/mnt/no such place/"},
-                                                          {"", "/"}}) {
+                                                          {"", separator}}) {
         Open("/home");
         Find<QCheckBox>("chkShare")->click();
         Find<QLineEdit>("txtShare")->setFocus();
-        QTest::keyClicks(Find<QLineEdit>("txtShare"), Text(typed));
+        QTest::keyClicks(Find<QLineEdit>("txtShare"), NativePath(Text(typed)));
         QTest::keyClick(Find<QLineEdit>("txtShare"), Qt::Key_Return);
         EXPECT_FALSE(dialog_->isVisible());
         EXPECT_TRUE(state_.FolderConfirmed);
@@ -290,9 +296,28 @@ TEST_F(Folders, AFolderThatCannotBeReadStaysSelectedAndSaysWhy) {
 
 TEST_F(Folders, AVanishedFolderGivesWayToTheCurrentOne) {
     Open("/home/gone/");
-    EXPECT_EQ(Status(), QDir::currentPath().toStdString());
-    EXPECT_EQ(Folder(), QDir::currentPath().toStdString());
-    EXPECT_EQ(Drives()->currentIndex(), 0);
+    EXPECT_EQ(Status(), CurrentFolder());
+    EXPECT_EQ(Folder(), CurrentFolder());
+    EXPECT_EQ(Drives()->currentIndex(), VolumeOf(volumes_.mounted, QDir::currentPath()));
+}
+
+/// Lets the process work in a folder that is gone, as far as the system allows that.
+TEST_F(Folders, WithoutAnyFolderToStartFromTheListsAreEmptyAndAShareCanBeTyped) {
+    const QString before = QDir::currentPath();
+    const QTemporaryDir parent;
+    const QString gone = parent.filePath(Text("gone"));
+    ASSERT_TRUE(QDir().mkdir(gone) && QDir::setCurrent(gone));
+    if (!QDir().rmdir(gone)) {
+        QDir::setCurrent(before);
+        GTEST_SKIP() << "the system keeps a folder that is in use";
+    }
+    volumes_.mounted.clear();
+    Open(R"(\\nas\none\)");
+    QDir::setCurrent(before);
+    EXPECT_EQ(Listed(), "");
+    EXPECT_EQ(Drives()->currentIndex(), -1);
+    Button("btnOK")->click();
+    EXPECT_EQ(Folder(), R"(\\nas\none\)");
 }
 
 TEST_F(Folders, EveryOtherWayOutIsCancel) {
@@ -394,5 +419,3 @@ TEST_F(Folders, ALargerWindowGivesItsRoomToTheDirectories) {
 } // namespace
 
 } // namespace quellbox
-
-#endif

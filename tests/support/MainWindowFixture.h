@@ -7,6 +7,7 @@
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/MemorySettingsStore.h"
+#include "tests/support/NativePath.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -71,7 +72,9 @@ protected:
         connection_ = QObject::connect(window_.get(), &frmMain::Refreshed, [this] { ++refreshes_; });
         window_->show();
         window_->activateWindow();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return window_->isActiveWindow() || !errors_.isEmpty(); }, patience));
+        // isActiveWindow() would ask the system, which knows it before the window has been told.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [this] { return QApplication::activeWindow() == window_.get() || !errors_.isEmpty(); }, patience));
     }
 
     /// Opens the window and waits until the first refresh is done and its first row is selected.
@@ -204,7 +207,7 @@ protected:
     FixedClock clock_{noon_.addSecs(3600)};
     FakeShell shell_;
     FakeVolumes volumes_;
-    ProgramInfo program_ = TestProgram(QStringLiteral("/prog/"));
+    ProgramInfo program_ = TestProgram(NativePath(QStringLiteral("/prog/")));
     QThreadPool pool_;
     TrayIcon* tray_ = nullptr;
     /// How long a click waits for its message. So long that it always is there after the click, however busy the

@@ -1,6 +1,7 @@
 #include "tests/support/MemoryFileSystem.h"
 
 #include "platform/RuntimeError.h"
+#include "tests/support/NativePath.h"
 
 #include <QDir>
 
@@ -11,10 +12,11 @@ namespace quellbox {
 
 namespace {
 
-/// Separators in a row count as one, and on Windows both kinds are the same, as in a real file system.
+/// Separators in a row count as one. On Windows both kinds are the same, as in a real file system, and what has no
+/// drive lies on C.
 QString Plain(QString path) {
     if (!path.startsWith(QLatin1String("\\\\"))) {
-        path = QDir::fromNativeSeparators(path);
+        path = QDir::fromNativeSeparators(SlashPath(path));
     }
     while (path.contains(QLatin1String("//"))) {
         path.replace(QLatin1String("//"), QLatin1String("/"));

@@ -7,6 +7,7 @@
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/MemorySettingsStore.h"
 
+#include <QApplication>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -72,9 +73,15 @@ protected:
         window = std::make_unique<frmMain>(
             MainPorts{*files, store, clock, shell, pool, volumes, program, nullptr, loadPatience});
         window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        Activate();
         window->mnuAcRefresh_Click();
         window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
+    }
+
+    /// Brings the window to the front, as a click on its frame would.
+    void Activate() {
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
     }
 
     template <class Type>

@@ -1,0 +1,46 @@
+#include "platform/FolderPath.h"
+
+#include <QDir>
+
+namespace quellbox {
+
+namespace {
+
+bool HasSlashes() {
+    return QDir::separator() == QLatin1Char('/');
+}
+
+} // namespace
+
+bool IsShareText(const QString& path) {
+    return path.startsWith(QLatin1String("\\\\"));
+}
+
+QChar SeparatorOf(const QString& path) {
+    return IsShareText(path) ? QChar(u'\\') : QDir::separator();
+}
+
+QString WithSeparator(const QString& folder) {
+    const QChar separator = SeparatorOf(folder);
+    return folder.endsWith(separator) || folder.endsWith(QLatin1Char('/')) ? folder : folder + separator;
+}
+
+QString PathBelow(const QString& folder, const QString& name) {
+    return WithSeparator(folder) + name;
+}
+
+QString RootOf(const QString& path) {
+    const QChar separator = QDir::separator();
+    if (HasSlashes()) {
+        return path.startsWith(separator) ? QString(separator) : QString();
+    }
+    const bool hasDrive = path.size() > 1 && path.at(0).isLetter() && path.at(1) == QLatin1Char(':');
+    const bool isAbsolute = hasDrive && (path.size() == 2 || path.at(2) == separator);
+    return isAbsolute ? path.left(2) + separator : QString();
+}
+
+Qt::CaseSensitivity CaseOfPaths() {
+    return HasSlashes() ? Qt::CaseSensitive : Qt::CaseInsensitive;
+}
+
+} // namespace quellbox
