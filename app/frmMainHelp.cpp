@@ -42,10 +42,6 @@ void frmMain::ShowHelpOf(const QWidget* form) {
 
 void frmMain::ShowInHelpViewer(const QString& topic, HelpCommand command, qint16 contextId) {
     const QString file = ports_.program.HelpFile;
-    if (!ports_.files.FileExists(file)) {
-        ReportError(tr("The help file is missing:\n\n%1").arg(file));
-        return;
-    }
     const QString target = topic.isEmpty() ? file : file + QStringLiteral("::/") + topic;
     if (!ports_.shell.ShowHelp(winId(), target, command, static_cast<quintptr>(contextId))) {
         ReportError(tr("This system has no viewer for help files:\n\n%1").arg(file));

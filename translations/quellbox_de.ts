@@ -1086,14 +1086,6 @@
         </translation>
     </message>
     <message>
-        <source>The help file is missing:
-
-%1</source>
-        <translation>Die Hilfedatei fehlt:
-
-%1</translation>
-    </message>
-    <message>
         <source>This system has no viewer for help files:
 
 %1</source>
