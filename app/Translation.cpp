@@ -20,7 +20,10 @@ bool InstallTranslation(QCoreApplication& application, const QStringList& langua
             continue;
         }
         auto qts = std::make_unique<QTranslator>(&application);
-        if (qts->load(QStringLiteral("qtbase_") + name, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        const QString texts = QStringLiteral("qtbase_") + name;
+        // A program that Qt is a part of brings Qt's texts along.
+        if (qts->load(texts, QLibraryInfo::path(QLibraryInfo::TranslationsPath)) ||
+            qts->load(texts, QStringLiteral(":/i18n"))) {
             QCoreApplication::installTranslator(qts.release());
         }
         QCoreApplication::installTranslator(ours.release());

@@ -1,5 +1,6 @@
 #include "settings/ProgramInfo.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -14,7 +15,10 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.CompanyName = QStringLiteral(QUELLBOX_COMPANY);
     program.Comments = QStringLiteral(QUELLBOX_COMMENTS);
     program.FileDescription = QStringLiteral(QUELLBOX_DESCRIPTION);
-    program.LegalCopyright = QStringLiteral(QUELLBOX_COPYRIGHT);
+    // Whoever shows a copyright names the libraries under the LGPL beside it (LGPL 2.1, section 6).
+    program.LegalCopyright = QStringLiteral(QUELLBOX_COPYRIGHT "\n") +
+                             QCoreApplication::translate("quellbox", "With Qt, GLib and GMime, which are free under "
+                                                                     "the GNU Lesser General Public License.");
     program.Major = QUELLBOX_VERSION_MAJOR;
     program.Minor = QUELLBOX_VERSION_MINOR;
     program.Revision = QUELLBOX_VERSION_PATCH;

@@ -59,6 +59,10 @@ protected:
     InstalledTexts german_{{QStringLiteral("de-DE"), QStringLiteral("de")}};
 };
 
+TEST_F(MainGerman, TheTextsOfTheLibraryAreGermanToo) {
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel").toStdString(), "Abbrechen");
+}
+
 TEST_F(MainGerman, MenusToolbarsAndColumnsAreGerman) {
     Open();
     EXPECT_EQ(Caption("mnuFile"), "&Datei");
