@@ -29,7 +29,8 @@ protected:
         dialogSeen_ = false;
         poll_.callOnTimeout(window_.get(), [this, act = std::move(act)] {
             auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr || dialog->objectName() != QLatin1String("frmFind") || !dialog->isActiveWindow()) {
+            if (dialog == nullptr || dialog->objectName() != QLatin1String("frmFind") ||
+                QApplication::activeWindow() != dialog) {
                 return;
             }
             poll_.stop();

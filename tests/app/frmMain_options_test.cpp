@@ -1,5 +1,6 @@
 #include "dialogs/frmOptions.h"
 #include "tests/support/MainWindowFixture.h"
+#include "tests/support/NativePath.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QLineEdit>
@@ -113,7 +114,7 @@ TEST_F(MainOptions, AnotherArchiveIsListedAfterTheDialogEvenIfThatIsCancelled) {
             QWidget* folders = QApplication::activeModalWidget();
             ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
             folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
-            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/other"));
+            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(NativePath(QStringLiteral("/other")));
             folders->findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
         });
         Press(dialog, "btnArchive");
@@ -123,11 +124,12 @@ TEST_F(MainOptions, AnotherArchiveIsListedAfterTheDialogEvenIfThatIsCancelled) {
     EXPECT_EQ(opened_, 1);
     EXPECT_EQ(refreshes_, 2);
     EXPECT_EQ(Keys(), "new.eml");
-    EXPECT_EQ(Stored("ArchiveDir"), QStringLiteral("/other/"));
+    EXPECT_EQ(SlashPath(Stored("ArchiveDir")), QStringLiteral("/other/"));
 }
 
 TEST_F(MainOptions, TheSameArchiveConfirmedDoesNotMakeTheListNew) {
     Set("AutoRefresh", "1");
+    Set("ArchiveDir", qPrintable(NativePath(QStringLiteral("/archive/"))));
     AddTwoDays();
     files_.AddFolder(QStringLiteral("/"));
     OpenRefreshed();
@@ -138,11 +140,12 @@ TEST_F(MainOptions, TheSameArchiveConfirmedDoesNotMakeTheListNew) {
             ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
             EXPECT_EQ(folders->windowTitle(), QStringLiteral("Select Archive Directory"));
             folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
-            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/archive"));
+            folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(NativePath(QStringLiteral("/archive")));
             folders->findChild<QAbstractButton*>(QStringLiteral("btnOK"))->click();
         });
         Press(dialog, "btnArchive");
-        EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtArchive"))->text(), QStringLiteral("/archive/"));
+        EXPECT_EQ(SlashPath(dialog.findChild<QLineEdit*>(QStringLiteral("txtArchive"))->text()),
+                  QStringLiteral("/archive/"));
         Press(dialog, "cmdCancel");
     });
     Action("mnuToolsOptions")->trigger();
@@ -162,7 +165,8 @@ TEST_F(MainOptions, ACancelledSelectionShowsTheOldDirectory) {
                 QWidget* folders = QApplication::activeModalWidget();
                 ASSERT_EQ(folders->objectName(), QStringLiteral("frmFolders"));
                 folders->findChild<QAbstractButton*>(QStringLiteral("chkShare"))->setChecked(true);
-                folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))->setText(QStringLiteral("/other"));
+                folders->findChild<QLineEdit*>(QStringLiteral("txtShare"))
+                    ->setText(NativePath(QStringLiteral("/other")));
                 folders->findChild<QAbstractButton*>(QStringLiteral("btnCancel"))->click();
             });
             Press(dialog, button);
@@ -378,7 +382,7 @@ TEST_F(MainOptions, NothingOpensWhileAPassRuns) {
     for (int number = 0; number < 300; ++number) {
         AddMessage(qPrintable(QStringLiteral("m%1.eml").arg(number)), number);
     }
-    files_.SetLatency(std::chrono::microseconds(300));
+    files_.SetLatency(std::chrono::milliseconds(1));
     Open();
     bool looked = false;
     WhileBusy([this, &looked] {

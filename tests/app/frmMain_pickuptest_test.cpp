@@ -1,5 +1,6 @@
 #include "dialogs/PickupTest.h"
 #include "tests/support/MainWindowFixture.h"
+#include "tests/support/NativePath.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -23,7 +24,7 @@ protected:
     ~MainPickupTest() override { QLocale::setDefault(QLocale::system()); }
 
     void OpenIn(const char* pickup) {
-        Set("PickupDir", pickup);
+        store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), NativePath(QLatin1String(pickup)));
         OpenRefreshed();
         QObject::connect(&window_->Panels(), &StatusPanels::Changed,
                          [this] { infos_ += window_->Panels().Info().text; });
@@ -60,7 +61,7 @@ private:
         if (dialog == nullptr || !dialog->isVisible() || dialog->objectName() == QLatin1String("msgError")) {
             return;
         }
-        opened_ += dialog->windowTitle();
+        opened_ += SlashPath(dialog->windowTitle());
         rested_ = rested_ && !Find<QTimer>("tmrRefresh")->isActive();
         auto* box = qobject_cast<QMessageBox*>(dialog);
         if (box == nullptr) {
@@ -75,7 +76,7 @@ private:
         EXPECT_EQ(window_->Panels().Info().text, QString());
         ++questions_;
         question_ = box->text();
-        caption_ = box->windowTitle();
+        caption_ = SlashPath(box->windowTitle());
         answer_(*box);
     }
 
@@ -109,7 +110,8 @@ TEST_F(MainPickupTest, YesWritesTheMessage) {
     ASSERT_TRUE(IsWritten());
     const QString moment = GeneralDate(clock_.Now(), QLocale());
     EXPECT_TRUE(moment.startsWith(QStringLiteral("10.03.26 13:00:00"))) << moment.toStdString();
-    EXPECT_EQ(files_.Bytes(file_), PickupTestMessage(QStringLiteral("tester"), QStringLiteral("/pickup/"), moment));
+    EXPECT_EQ(files_.Bytes(file_),
+              PickupTestMessage(QStringLiteral("tester"), NativePath(QStringLiteral("/pickup/")), moment));
     EXPECT_NE(Written().find("Subject: tester is testing the Exchange pickup folder\r\n"), std::string::npos);
     EXPECT_TRUE(errors_.isEmpty());
 }
@@ -143,11 +145,11 @@ TEST_F(MainPickupTest, TheProgramsFolderIsNotSetUpYet) {
 }
 
 TEST_F(MainPickupTest, ADirectorySelectedMeanwhileIsTheOneThatIsTested) {
-    select_ = QStringLiteral("/pickup");
+    select_ = NativePath(QStringLiteral("/pickup"));
     OpenIn("/prog/");
     Run(Yes);
     EXPECT_EQ(opened_, QStringList({QStringLiteral("Select Pickup Directory"), QStringLiteral("/pickup/")}));
-    EXPECT_EQ(Stored("PickupDir"), QStringLiteral("/pickup/"));
+    EXPECT_EQ(SlashPath(Stored("PickupDir")), QStringLiteral("/pickup/"));
     EXPECT_TRUE(IsWritten());
     EXPECT_EQ(Info(), sent_);
 }
@@ -188,7 +190,7 @@ TEST_F(MainPickupTest, AFolderWithTheMarkOfWindowTitlesIsNamedInFull) {
     OpenIn("/x[*]/");
     std::string title;
     Run([&title](QMessageBox& box) {
-        title = box.windowHandle()->title().toStdString();
+        title = SlashPath(box.windowHandle()->title()).toStdString();
         No(box);
     });
     EXPECT_EQ(title, "/x[*]/");
@@ -231,14 +233,15 @@ TEST_F(MainPickupTest, AtMidnightTheDateStandsAlone) {
     OpenIn("/pickup/");
     clock_.Set(QDateTime(QDate(2026, 3, 11), QTime(0, 0)));
     Run(Yes);
-    EXPECT_NE(Written().find("Testing pickup folder: /pickup/ at 11.03.26\r\n"), std::string::npos) << Written();
+    const std::string folder = NativePath(QStringLiteral("/pickup/")).toStdString();
+    EXPECT_NE(Written().find("Testing pickup folder: " + folder + " at 11.03.26\r\n"), std::string::npos) << Written();
 }
 
 TEST_F(MainPickupTest, AMissingFolderIsReportedWithItsPath) {
     OpenIn("/none/");
     Run(Yes);
     ASSERT_EQ(errors_.size(), 1);
-    EXPECT_TRUE(errors_[0].contains(QStringLiteral("/none//quellbox.eml")));
+    EXPECT_TRUE(SlashPath(errors_[0]).contains(QStringLiteral("/none//quellbox.eml")));
     EXPECT_TRUE(errors_[0].contains(QStringLiteral("No such file or directory")));
     EXPECT_EQ(Info(), "");
 }

@@ -1,6 +1,7 @@
 #include "contents/frmRawPane.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/MainWindowFixture.h"
+#include "tests/support/NativePath.h"
 
 #include <QScreen>
 #include <QTemporaryDir>
@@ -23,9 +24,9 @@ TEST_F(MainStart, AnEmptyStoreGivesTwoThirdsOfTheScreenInItsUpperThird) {
     EXPECT_NEAR(window_->height(), screen.height() * 2 / 3, 1);
     EXPECT_NEAR(window_->geometry().left(), (screen.width() - window_->width()) / 2, 1);
     EXPECT_NEAR(window_->geometry().top(), (screen.height() - window_->height()) / 3, 1);
-    EXPECT_EQ(window_->State().ArchiveDir.toStdString(), "/prog/");
-    EXPECT_EQ(window_->State().PickupDir.toStdString(), "/prog/");
-    EXPECT_EQ(window_->windowTitle().toStdString(), "Quellbox - /prog/");
+    EXPECT_EQ(SlashPath(window_->State().ArchiveDir).toStdString(), "/prog/");
+    EXPECT_EQ(SlashPath(window_->State().PickupDir).toStdString(), "/prog/");
+    EXPECT_EQ(SlashPath(window_->windowTitle()).toStdString(), "Quellbox - /prog/");
     EXPECT_EQ(window_->State().AutoRefresh, 1);
     EXPECT_EQ(window_->State().RefreshInterval, 60);
     EXPECT_EQ(window_->State().FilterDays, 0);

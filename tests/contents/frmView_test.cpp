@@ -197,6 +197,7 @@ TEST_F(View, ASizeBeyondAllScreensIsCut) {
 TEST_F(View, ClosesByEscapeInTheMainWindow) {
     Open(1);
     OpenViewer(0);
+    Activate();
     QTest::keyClick(List(), Qt::Key_Escape);
     EXPECT_EQ(Viewer(), nullptr);
 }
