@@ -6,8 +6,9 @@
 # make windows       builds the program for Windows, a portable zip and an installer, in build/windows/
 # make windows-test  the same, and runs the tests of that program under Wine
 # make fuzz          feeds deviant input to what reads mail and settings, SECONDS=60 for each target
-JOBS := $(shell nproc)
+JOBS ?= $(shell nproc)
 
+.NOTPARALLEL:
 .PHONY: run test fuzz translations package check-package windows windows-test
 run:
 	scripts/install-packages.sh run

@@ -25,6 +25,7 @@ run_packages=(
 test_packages=(
   libgtest-dev      # tests
   libbenchmark-dev  # benchmarks
+  qt6-translations-l10n # Qt's own texts in German
   clang-format      # check of the layout
   clang-tidy        # check of the code
   cppcheck          # another one, which finds other things
@@ -54,6 +55,7 @@ windows_packages=(
   libz-mingw-w64-dev          # glib's compression
   qt6-base-dev                # the programs that Qt's own build runs, and their description
   qt6-tools-dev qt6-l10n-tools # translations
+  qt6-translations-l10n       # Qt's own texts in German
   fp-utils                    # compiles the help file
   dpkg-dev                    # unpacks source packages
   meson                       # builds glib
@@ -64,7 +66,7 @@ windows_packages=(
   zip                         # the portable package
   nsis                        # the installer
   wine wine64                 # runs the tests and the installer
-  xvfb xauth                  # a virtual display for them
+  xvfb xauth openbox          # a virtual display for them, and what manages its windows
   fonts-dejavu-core           # a font, where the machine has none
 )
 

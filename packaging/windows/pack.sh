@@ -1,21 +1,70 @@
 #!/usr/bin/env bash
-# Packs the built program:  pack.sh BUILD
+# Packs the built program, and the sources of all that is in it:  pack.sh BUILD
 . "$(dirname "$0")/common.sh"
 build=$1
-version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/cmake/CMakeCache.txt")
-company=$(sed -n 's/^QUELLBOX_COMPANY:STRING=//p' "$build/cmake/CMakeCache.txt")
+cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/cmake/CMakeCache.txt"; }
+version=$(cached CMAKE_PROJECT_VERSION)
 name=quellbox-$version-windows
-rm -rf "${build:?}/$name" "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe
-mkdir "$build/$name"
-"$triple-strip" -o "$build/$name/quellbox.exe" "$build/cmake/quellbox.exe"
-# A line end that the system's editor understands.
-sed 's/$/\r/' "$root/LICENSE" >"$build/$name/LICENSE.txt"
-# The terms of what the program is linked with, beside its own.
-mkdir "$build/$name/licenses"
-for text in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/*; do
-  sed 's/$/\r/' "$text" >"$build/$name/licenses/$(basename "$text")"
+folder=$build/$name
+sources=$name-sources
+rm -rf "${build:?}/$name" "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe "$build"/quellbox-*-sources.tar
+mkdir -p "$folder/licenses"
+
+# What is no library of Windows itself would be missing where the program is started.
+ours=$("$triple-objdump" -p "$build/cmake/quellbox.exe" | awk '/DLL Name:/ { print tolower($3) }' | grep -vxE \
+  '(advapi32|authz|comctl32|comdlg32|d3d9|d3d11|dnsapi|dwmapi|dwrite|dxgi|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|netapi32|ole32|oleaut32|shcore|shell32|shlwapi|user32|userenv|uxtheme|version|winmm|ws2_32|wtsapi32|api-ms-win-core-[a-z0-9-]*)\.dll' || true)
+if [ -n "$ours" ]; then
+  echo "The program wants libraries that Windows does not have:" $ours
+  exit 1
+fi
+"$triple-strip" -o "$folder/quellbox.exe" "$build/cmake/quellbox.exe"
+cp "$build/cmake/Quellbox.chm" "$folder/"
+
+# text SOURCE TARGET - a text with the line ends that the system's editor understands.
+text() { sed 's/$/\r/' "$1" >"$folder/$2"; }
+text "$root/LICENSE" LICENSE.txt
+for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/*; do
+  text "$terms" "licenses/$(basename "$terms")"
 done
-cp "$build/cmake/Quellbox.chm" "$build/$name/"
-(cd "$build" && zip -q -9 -r "$name.zip" "$name")
-makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DCOMPANY="$company" -DSOURCE="$build/$name" \
+for package in mingw-w64-common gcc-mingw-w64-x86-64-posix-runtime libz-mingw-w64-dev; do
+  text "/usr/share/doc/$package/copyright" "licenses/$package.txt"
+done
+# What the texts above refer to.
+for terms in LGPL-2 LGPL-2.1 LGPL-3 GPL-2 GPL-3 Apache-2.0; do
+  text "/usr/share/common-licenses/$terms" "licenses/$terms.txt"
+done
+{
+  cat <<END
+Quellbox is free under the terms of LICENSE.txt.
+
+quellbox.exe also holds these libraries, each under its own terms, which are in the folder "licenses":
+
+END
+  while read -r library made; do
+    printf '  %-10s %s\n' "$library" "$made"
+  done <"$cache/versions"
+  cat <<END
+  and the runtime libraries of GCC and MinGW-w64, and zlib.
+
+Qt, GLib and GMime are under the GNU Lesser General Public License. The archive $sources.tar, which is
+offered beside this program, holds the sources of all these libraries, those of Quellbox, and the scripts that build the
+program of them: whoever changes a library, or Quellbox, builds the program anew by packaging/windows/build.sh.
+END
+} >"$build/notice.txt"
+text "$build/notice.txt" NOTICE.txt
+
+(cd "$build" && zip -q -9 -X -r "$name.zip" "$name")
+
+# The installer removes what it brought, and nothing else that may lie in its folder.
+(cd "$folder" && find . -mindepth 1 -type f -printf '%P\n' | tr / '\\' | sed 's|.*|Delete "$INSTDIR\\&"|') >"$build/files.nsh"
+makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DCOMPANY="$(cached QUELLBOX_COMPANY)" \
+  -DCOPYRIGHT="$(cached QUELLBOX_COPYRIGHT)" -DSOURCE="$folder" -DFILES="$build/files.nsh" \
   -DICON="$build/resources/icons/quellbox.ico" -DOUTPUT="$build/$name-setup.exe" "$recipes/quellbox.nsi"
+
+mkdir -p "$build/$sources/quellbox" "$build/$sources/libraries"
+(cd "$root" && tar -c --exclude=./build --exclude=./.git . | tar -x -C "$build/$sources/quellbox")
+while read -r library _; do
+  "$recipes/sources.sh" files "$library" | xargs -d '\n' cp -t "$build/$sources/libraries"
+done <"$cache/versions"
+tar -c -f "$build/$sources.tar" -C "$build" "$sources"
+rm -rf "${build:?}/$sources"

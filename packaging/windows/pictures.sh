@@ -14,7 +14,8 @@ draw() {
     # From 64 pixels on a picture is stored as it is, which only newer programs need to understand.
     if [ "$size" -lt 64 ]; then pictures+=("$folder/$size.png"); else pictures+=("--raw=$folder/$size.png"); fi
   done
-  icotool --create --output="$target" "${pictures[@]}"
+  icotool --create --output="$target.new" "${pictures[@]}"
+  mv "$target.new" "$target"
 }
 for drawing in "$root"/resources/icons/*.svg; do
   name=$(basename "$drawing" .svg)

@@ -4,6 +4,7 @@
 Target amd64-unicode
 !include "MUI2.nsh"
 !include "FileFunc.nsh"
+!include "LogicLib.nsh"
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quellbox"
 
@@ -12,6 +13,7 @@ OutFile "${OUTPUT}"
 InstallDir "$PROGRAMFILES64\Quellbox"
 InstallDirRegKey HKLM "${KEY}" "InstallLocation"
 RequestExecutionLevel admin
+ManifestDPIAware true
 SetCompressor /SOLID lzma
 BrandingText "Quellbox ${VERSION}"
 VIProductVersion "${VERSION}.0"
@@ -20,12 +22,13 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "CompanyName" "${COMPANY}"
 VIAddVersionKey "FileDescription" "Installs Quellbox"
-VIAddVersionKey "LegalCopyright" "${COMPANY}"
+VIAddVersionKey "LegalCopyright" "${COPYRIGHT}"
 
+; The last page does not offer to start the program: it would run as the administrator who installs, with that
+; person's settings and without the drives of the user.
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
-!define MUI_FINISHPAGE_RUN "$INSTDIR\quellbox.exe"
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_LICENSE "${SOURCE}\LICENSE.txt"
 !insertmacro MUI_PAGE_DIRECTORY
@@ -34,6 +37,15 @@ VIAddVersionKey "LegalCopyright" "${COMPANY}"
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
+!insertmacro MUI_LANGUAGE "German"
+
+LangString NotWritten ${LANG_ENGLISH} "Quellbox could not be written. Close the program and try again."
+LangString NotWritten ${LANG_GERMAN} "Quellbox konnte nicht geschrieben werden. Schließen Sie das Programm und versuchen Sie es noch einmal."
+LangString NotRemoved ${LANG_ENGLISH} "Quellbox could not be removed. Close the program and its help, and try again."
+LangString NotRemoved ${LANG_GERMAN} "Quellbox konnte nicht entfernt werden. Schließen Sie das Programm und seine Hilfe und versuchen Sie es noch einmal."
+
+; A file that is in use is skipped, and that is told once, at the end.
+SetOverwrite try
 
 Function .onInit
   SetRegView 64
@@ -46,17 +58,14 @@ FunctionEnd
 Section
   SetShellVarContext all
   SetOutPath "$INSTDIR"
-  ; A program that runs cannot be replaced.
   ClearErrors
-  File "${SOURCE}\quellbox.exe"
-  IfErrors 0 +4
-    MessageBox MB_OK|MB_ICONSTOP "Quellbox could not be written. Close the program and try again." /SD IDOK
+  File /r "${SOURCE}\*"
+  WriteUninstaller "$INSTDIR\uninstall.exe"
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONSTOP "$(NotWritten)" /SD IDOK
     SetErrorLevel 2
     Quit
-  File "${SOURCE}\LICENSE.txt"
-  File "${SOURCE}\Quellbox.chm"
-  File /r "${SOURCE}\licenses"
-  WriteUninstaller "$INSTDIR\uninstall.exe"
+  ${EndIf}
   CreateShortcut "$SMPROGRAMS\Quellbox.lnk" "$INSTDIR\quellbox.exe"
 
   WriteRegStr HKLM "${KEY}" "DisplayName" "Quellbox"
@@ -73,19 +82,26 @@ Section
   WriteRegDWORD HKLM "${KEY}" "EstimatedSize" "$0"
 SectionEnd
 
+Function un.Refuse
+  MessageBox MB_OK|MB_ICONSTOP "$(NotRemoved)" /SD IDOK
+  SetErrorLevel 2
+  Quit
+FunctionEnd
+
 Section "Uninstall"
   SetShellVarContext all
   ; While the program runs it stays whole, and so does the entry that removes it.
   ClearErrors
   Delete "$INSTDIR\quellbox.exe"
-  IfErrors 0 +4
-    MessageBox MB_OK|MB_ICONSTOP "Quellbox could not be removed. Close the program and try again." /SD IDOK
-    SetErrorLevel 2
-    Quit
-  Delete "$INSTDIR\LICENSE.txt"
-  Delete "$INSTDIR\Quellbox.chm"
+  ${If} ${Errors}
+    Call un.Refuse
+  ${EndIf}
+  !include "${FILES}"
+  ${If} ${Errors}
+    Call un.Refuse
+  ${EndIf}
   Delete "$INSTDIR\uninstall.exe"
-  RMDir /r "$INSTDIR\licenses"
+  RMDir "$INSTDIR\licenses"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Quellbox.lnk"
   DeleteRegKey HKLM "${KEY}"
