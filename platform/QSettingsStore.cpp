@@ -1,3 +1,5 @@
+#ifndef _WIN32
+
 #include "platform/RuntimeError.h"
 #include "platform/SettingsStore.h"
 
@@ -5,21 +7,23 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace quellbox {
 
 namespace {
 
-/// QSettings takes both separators for a step into a subsection, and it refuses an empty key.
+/// QSettings takes both separators for a step into a subsection.
 QString EscapedKey(const QString& key) {
     QString escaped = key;
     escaped.replace(QLatin1Char('%'), QLatin1String("%25"));
     escaped.replace(QLatin1Char('/'), QLatin1String("%2F"));
     escaped.replace(QLatin1Char('\\'), QLatin1String("%5C"));
-    return escaped.isEmpty() ? QStringLiteral("%") : escaped;
+    return escaped;
 }
 
 QString UnescapedKey(const QString& escaped) {
-    QString key = escaped == QLatin1String("%") ? QString() : escaped;
+    QString key = escaped;
     key.replace(QLatin1String("%2F"), QLatin1String("/"));
     key.replace(QLatin1String("%5C"), QLatin1String("\\"));
     key.replace(QLatin1String("%25"), QLatin1String("%"));
@@ -28,12 +32,11 @@ QString UnescapedKey(const QString& escaped) {
 
 class QSettingsStore : public SettingsStore {
 public:
-    QSettingsStore(const QString& place, QSettings::Format format) : settings_(place, format) {
-        settings_.setFallbacksEnabled(false);
-    }
+    explicit QSettingsStore(const QString& file) : settings_(OpenFile(file)) {}
 
     std::optional<QString> Value(const QString& section, const QString& key) const override {
-        const QVariant value = settings_.value(Address(section, key));
+        const QVariant value =
+            section.isEmpty() || key.isEmpty() ? QVariant() : settings_->value(Address(section, key));
         if (!value.isValid()) {
             return std::nullopt;
         }
@@ -43,30 +46,49 @@ public:
     }
 
     void SetValue(const QString& section, const QString& key, const QString& value) override {
-        settings_.setValue(Address(section, key), value);
+        if (section.isEmpty() || key.isEmpty()) {
+            refused_ = true;
+            return;
+        }
+        settings_->setValue(Address(section, key), value);
     }
 
     QStringList Keys(const QString& section) const override {
-        settings_.beginGroup(EscapedKey(section));
-        QStringList keys = settings_.childKeys();
-        settings_.endGroup();
+        if (section.isEmpty()) {
+            return {};
+        }
+        settings_->beginGroup(EscapedKey(section));
+        QStringList keys = settings_->childKeys();
+        settings_->endGroup();
+        keys.removeAll(QString()); // a line of the file that begins with "="
         for (QString& key : keys) {
             key = UnescapedKey(key);
         }
         return keys;
     }
 
-    void RemoveSection(const QString& section) override { settings_.remove(EscapedKey(section)); }
+    void RemoveSection(const QString& section) override {
+        if (section.isEmpty()) {
+            refused_ = true; // QSettings would remove all sections
+            return;
+        }
+        settings_->remove(EscapedKey(section));
+    }
 
     void Flush() override {
-        settings_.sync();
-        if (settings_.status() == QSettings::FormatError) {
-            throw FileError(settings_.fileName(),
+        const bool refused = std::exchange(refused_, false);
+        if (settings_->status() == QSettings::AccessError) {
+            // The status keeps the first error for good. The new object shares what is pending with the old one.
+            settings_ = OpenFile(settings_->fileName());
+        }
+        settings_->sync();
+        if (settings_->status() == QSettings::FormatError) {
+            throw FileError(settings_->fileName(),
                             QCoreApplication::translate("quellbox", "The settings cannot be understood. Correct the "
                                                                     "file, or delete it to start with new settings."));
         }
-        if (settings_.status() != QSettings::NoError || !settings_.isWritable()) {
-            throw FileError(settings_.fileName(),
+        if (refused || settings_->status() != QSettings::NoError || !settings_->isWritable()) {
+            throw FileError(settings_->fileName(),
                             QCoreApplication::translate("quellbox", "The settings cannot be written. Make sure that "
                                                                     "you may write this file and its folder, and that "
                                                                     "the disk is not full."));
@@ -74,25 +96,30 @@ public:
     }
 
 private:
+    static std::unique_ptr<QSettings> OpenFile(const QString& file) {
+        auto settings = std::make_unique<QSettings>(file, QSettings::IniFormat);
+        settings->setFallbacksEnabled(false);
+        return settings;
+    }
+
     static QString Address(const QString& section, const QString& key) {
         return EscapedKey(section) + QLatin1Char('/') + EscapedKey(key);
     }
 
-    /// Mutable, since asking for the keys of a section means to step into it for a moment.
-    mutable QSettings settings_;
+    std::unique_ptr<QSettings> settings_;
+
+    /// Whether something was to be stored since the last flush that the store does not take.
+    bool refused_ = false;
 };
 
 } // namespace
 
 std::unique_ptr<SettingsStore> OpenSettingsStore(const QString& applicationName) {
-#ifdef _WIN32
-    return std::make_unique<QSettingsStore>(QStringLiteral("HKEY_CURRENT_USER\\Software\\") + applicationName,
-                                            QSettings::NativeFormat);
-#else
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return std::make_unique<QSettingsStore>(
-        folder + QLatin1Char('/') + applicationName + QLatin1String("/settings.ini"), QSettings::IniFormat);
-#endif
+    return std::make_unique<QSettingsStore>(folder + QLatin1Char('/') + applicationName +
+                                            QLatin1String("/settings.ini"));
 }
 
 } // namespace quellbox
+
+#endif

@@ -697,6 +697,10 @@
         <source>Pickup: </source>
         <translation>Pickup: </translation>
     </message>
+    <message>
+        <source>The settings cannot be written. Make sure that you may change this key of the registry. The system says: %1</source>
+        <translation>Die Einstellungen können nicht gespeichert werden. Stellen Sie sicher, dass Sie diesen Schlüssel der Registrierung ändern dürfen. Das System meldet: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>
