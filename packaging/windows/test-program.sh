@@ -7,6 +7,20 @@ archive="$WINEPREFIX/drive_c/archive"
 picture=$build/quellbox.png
 fail() { echo "program: $*"; exit 1; }
 
+# Wine's own fonts are rough ones, and it has none of fixed width. A font is described as in LOGFONTW: 12 pixels, normal
+# weight, smooth, and the name.
+font=$(printf 'f4ffffff%024d9001000000000001000005%02d%s' 0 0 "$(printf 'DejaVu Sans' | iconv -t UTF-16LE | od -An -v -tx1 | tr -d ' \n')")
+set_value() { wine reg add "$1" /v "$2" /t "$3" /d "$4" /f >/dev/null; }
+for part in IconFont MessageFont MenuFont StatusFont; do
+  set_value 'HKCU\Control Panel\Desktop\WindowMetrics' $part REG_BINARY "$font$(printf "%0$((184 - ${#font}))d" 0)"
+done
+set_value 'HKCU\Control Panel\Desktop' FontSmoothing REG_SZ 2
+set_value 'HKCU\Control Panel\Desktop' FontSmoothingType REG_DWORD 2
+set_value 'HKCU\Software\Wine\Fonts\Replacements' 'Courier New' REG_SZ 'DejaVu Sans Mono'
+# Shares of the window that show all its parts.
+set_value 'HKCU\Software\quellbox\Settings' Whole REG_SZ 4500
+set_value 'HKCU\Software\quellbox\Settings' Bottom REG_SZ 3600
+
 rm -rf "$archive" "$picture"
 wine "$build/cmake/quellbox_samples.exe" --count 600 --seed 2003 --days 14 --out 'C:\archive' >/dev/null
 wine "$(ls "$build"/quellbox-*-windows/quellbox.exe)" --print-list --screenshot "Z:$picture" 'C:\archive' \

@@ -16,7 +16,8 @@ namespace {
 /// drive lies on C.
 QString Plain(QString path) {
     if (!path.startsWith(QLatin1String("\\\\"))) {
-        path = QDir::fromNativeSeparators(SlashPath(path));
+        // A test may name the drive with either.
+        path = QDir::fromNativeSeparators(SlashPath(QDir::toNativeSeparators(path)));
     }
     while (path.contains(QLatin1String("//"))) {
         path.replace(QLatin1String("//"), QLatin1String("/"));
