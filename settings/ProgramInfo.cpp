@@ -13,12 +13,13 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.Title = QStringLiteral("Quellbox");
     program.ProductName = program.Title;
     program.CompanyName = QStringLiteral(QUELLBOX_COMPANY);
-    program.Comments = QStringLiteral(QUELLBOX_COMMENTS);
-    program.FileDescription = QStringLiteral(QUELLBOX_DESCRIPTION);
+    program.Comments = QCoreApplication::translate(
+        "quellbox", "Looks through the archive of a mail server's spam filter, and delivers what is no spam.");
+    program.FileDescription = QCoreApplication::translate("quellbox", "Spam archive manager");
     // Whoever shows a copyright names the libraries under the LGPL beside it (LGPL 2.1, section 6).
-    program.LegalCopyright = QStringLiteral(QUELLBOX_COPYRIGHT "\n") +
-                             QCoreApplication::translate("quellbox", "With Qt, GLib and GMime, which are free under "
-                                                                     "the GNU Lesser General Public License.");
+    program.LegalCopyright =
+        QStringLiteral(QUELLBOX_COPYRIGHT "\n") +
+        QCoreApplication::translate("quellbox", "With Qt, GLib and GMime, which are under the GNU LGPL.");
     program.Major = QUELLBOX_VERSION_MAJOR;
     program.Minor = QUELLBOX_VERSION_MINOR;
     program.Revision = QUELLBOX_VERSION_PATCH;

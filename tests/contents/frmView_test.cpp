@@ -28,6 +28,7 @@ protected:
         Click(row);
         QTest::keyClick(List(), Qt::Key_Return);
         ASSERT_NE(Viewer(), nullptr);
+        ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() == Viewer(); }));
     }
 
     QString Stored(const char* key) const {

@@ -35,6 +35,8 @@ public:
         return opens_;
     }
 
+    bool OpenMessage(const QString& path) const override { return Open(path); }
+
     bool HasHelpViewer() const override { return hasHelpViewer_; }
 
     bool ShowHelp(quintptr /*owner*/, const QString& helpFile, HelpCommand command, quintptr data) const override {
