@@ -18,7 +18,7 @@ QString WholePath(const QString& path) {
     const auto* text = reinterpret_cast<const wchar_t*>(path.utf16());
     std::wstring whole(GetFullPathNameW(text, 0, nullptr, nullptr), L'\0');
     whole.resize(GetFullPathNameW(text, static_cast<DWORD>(whole.size()), whole.data(), nullptr));
-    return QString::fromStdWString(whole);
+    return QString(reinterpret_cast<const QChar*>(whole.data()), static_cast<qsizetype>(whole.size()));
 }
 
 DWORD BlockSize(qint64 count) {
@@ -53,8 +53,10 @@ std::wstring SystemPath(const QString& path) {
 qint64 UnixNs(const FILETIME& time) {
     // The system counts 100 ns since 1601.
     constexpr qint64 ticksTo1970 = 116'444'736'000'000'000;
-    const qint64 ticks = (static_cast<qint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-    return (ticks - ticksTo1970) * 100;
+    constexpr quint64 first = std::numeric_limits<qint64>::min() / 100 + ticksTo1970;
+    constexpr quint64 last = std::numeric_limits<qint64>::max() / 100 + ticksTo1970;
+    const quint64 ticks = (static_cast<quint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+    return (static_cast<qint64>(std::clamp(ticks, first, last)) - ticksTo1970) * 100;
 }
 
 bool IsFolder(DWORD attributes) {
@@ -96,7 +98,12 @@ bool IsSymbolicLink(const std::wstring& systemPath) {
     return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
 }
 
-QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
+QString NameOf(const WIN32_FIND_DATAW& entry) {
+    // QString::fromWCharArray() would take such a mark for a hint at the order of bytes.
+    return QString(reinterpret_cast<const QChar*>(&entry.cFileName[0]));
+}
+
+void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit) {
     std::wstring pattern = SystemPath(folder);
     pattern += pattern.back() == L'\\' ? L"*" : L"\\*";
     WIN32_FIND_DATAW entry{};
@@ -105,14 +112,13 @@ QStringList EntryNames(const QString& folder, const std::function<bool(const WIN
     if (search == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         if (error == ERROR_FILE_NOT_FOUND) {
-            return {}; // the root of an empty volume, which has no entry for itself
+            return; // the root of an empty volume, which has no entry for itself
         }
         ThrowFileError(folder, error);
     }
-    QStringList names;
     do {
-        if (!IsDots(entry) && isWanted(entry)) {
-            names += QString::fromWCharArray(&entry.cFileName[0]);
+        if (!IsDots(entry)) {
+            visit(entry);
         }
     } while (FindNextFileW(search, &entry) != 0);
     const DWORD error = GetLastError();
@@ -120,7 +126,6 @@ QStringList EntryNames(const QString& folder, const std::function<bool(const WIN
     if (error != ERROR_NO_MORE_FILES) {
         ThrowFileError(folder, error);
     }
-    return names;
 }
 
 qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path) {

@@ -34,7 +34,7 @@ private:
 /// a NUL, which the call would take for the end of a shorter path.
 std::wstring SystemPath(const QString& path);
 
-/// Nanoseconds since 1970-01-01 UTC.
+/// Nanoseconds since 1970-01-01 UTC; a time beyond what they count becomes the first or the last one that they do.
 qint64 UnixNs(const FILETIME& time);
 
 bool IsFolder(DWORD attributes);
@@ -45,8 +45,11 @@ bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
 /// True for a symbolic link itself, to a file or to a folder.
 bool IsSymbolicLink(const std::wstring& systemPath);
 
-/// The names of the entries of `folder` that are wanted, without "." and "..". Throws FileError.
-QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted);
+/// The name of an entry, also one that begins with a byte order mark.
+QString NameOf(const WIN32_FIND_DATAW& entry);
+
+/// Shows every entry of `folder` but "." and ".." to `visit`, in no particular order. Throws FileError.
+void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit);
 
 /// Reads up to `capacity` bytes; 0 at the end. Throws FileError.
 qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path);
