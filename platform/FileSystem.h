@@ -69,7 +69,10 @@ public:
 
     /// Moves a file and never overwrites: an existing `to` is an error. Within one file system this is one atomic
     /// rename; across file systems the file is copied under a temporary name, flushed, renamed into place, and only
-    /// then is the source removed. Throws FileError, and the source is then still whole.
+    /// then is the source removed. Such a copy has the contents, the times and what the other file system knows of
+    /// owner, permissions or attributes, but not what else a file may have, as named streams on Windows. Throws
+    /// FileError, and the source is then still whole; or the file at `to` is, where the source cannot be removed and
+    /// nobody can tell whether it is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
     /// Deletes a file, but not a read-only one. Throws FileError.

@@ -57,8 +57,9 @@ qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString
 /// Writes all bytes. Throws FileError.
 void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString& path);
 
-/// A new file beside its later place, under a name that no mail server picks up. Unless Place() has renamed it, the
-/// destructor removes it.
+/// A new file beside its later place, under a name that no mail server picks up. The destructor removes it, also from
+/// its place, unless Keep() or Replace() has been called. Until then no other program can open it, provided that the
+/// volume renames files that are open; else there is a moment around the renaming in which others can.
 class TemporaryFile {
 public:
     /// Creates the file in the folder of `target`. Throws FileError.
@@ -69,13 +70,22 @@ public:
 
     const Handle& File() const { return *file_; }
 
-    /// Brings the contents to the disk and gives the file its name; an existing one is an error unless `replace`.
-    /// Throws FileError.
-    void Place(bool replace);
+    /// Brings the contents to the disk and gives the file its name; an existing one is an error. Throws FileError.
+    void Place();
+
+    /// Leaves the file in its place, where others can open it from now on.
+    void Keep();
+
+    /// Does both, and replaces an existing file. Throws FileError.
+    void Replace();
 
 private:
+    void Flush();
+    void Rename(bool replace);
+
     QString target_;
-    std::wstring path_;
+    std::wstring place_;
+    std::wstring path_; // the present one; empty when the file is to stay
     std::optional<Handle> file_;
 };
 

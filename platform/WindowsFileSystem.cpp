@@ -174,7 +174,7 @@ public:
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
         TemporaryFile fresh(path);
         WriteAll(fresh.File(), bytes.constData(), bytes.size(), path);
-        fresh.Place(true);
+        fresh.Replace();
     }
 };
 
