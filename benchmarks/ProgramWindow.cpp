@@ -2,6 +2,7 @@
 
 #include "benchmarks/Bench.h"
 #include "mail/HeaderFields.h"
+#include "tests/support/FileNames.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -38,7 +39,7 @@ void ProgramWindow::RequireWholeList() {
     constexpr int looksAt = 97; // every so many rows
     const MessageListModel& model = form_->Messages();
     const QString archive = form_->State().ArchiveDir;
-    const QStringList names = files_.FileNames(archive);
+    const QStringList names = FileNames(files_, archive);
     QSet<QString> missing(names.begin(), names.end());
     Require(model.Count() == names.size(), "the list has not one row for each file");
     for (int row = 0; row < model.Count(); ++row) {

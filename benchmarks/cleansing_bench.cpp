@@ -3,6 +3,7 @@
 #include "benchmarks/ProgramWindow.h"
 #include "dialogs/Cleansing.h"
 #include "platform/LocalFileSystem.h"
+#include "tests/support/FileNames.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -44,7 +45,7 @@ void Fill(const QString& folder) {
 /// Removes the files in the order in which the run meets them.
 double TimeBareUnlink(const FileSystem& files, const QString& folder) {
     std::vector<QByteArray> paths;
-    for (const QString& name : files.FileNames(folder)) {
+    for (const QString& name : FileNames(files, folder)) {
         paths.push_back(QFile::encodeName(folder + name));
     }
     return Time([&paths] {
@@ -97,7 +98,7 @@ int main(int argc, char** argv) {
         const auto measure = [&](Best& best, auto work) {
             Fill(folder);
             best.Add(work());
-            Require(files->FileNames(folder).isEmpty(), "files are left");
+            Require(FileNames(*files, folder).isEmpty(), "files are left");
         };
         measure(bare, [&] { return TimeBareUnlink(*files, folder); });
         measure(all, [&] { return TimeRun(*files, folder, 0); });

@@ -4,6 +4,7 @@
 #include "benchmarks/Mutt.h"
 #include "benchmarks/ProgramWindow.h"
 #include "platform/LocalFileSystem.h"
+#include "tests/support/FileNames.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -90,8 +91,8 @@ int main(int argc, char** argv) {
     const QString many = FolderArgument(argc, argv, 1);
     const QString few = FolderArgument(argc, argv, 2);
     const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
-    const auto manyCount = static_cast<int>(files->FileNames(many).size());
-    const auto fewCount = static_cast<int>(files->FileNames(few).size());
+    const auto manyCount = static_cast<int>(FileNames(*files, many).size());
+    const auto fewCount = static_cast<int>(FileNames(*files, few).size());
 
     const Comparison large = Compare(*files, many, manyCount, rounds);
     const Comparison small = Compare(*files, few, fewCount, 3 * rounds);

@@ -3,6 +3,7 @@
 #include "benchmarks/MemoryArchive.h"
 #include "benchmarks/ProgramWindow.h"
 #include "mail/HeaderFields.h"
+#include "tests/support/FileNames.h"
 
 #include <QApplication>
 
@@ -14,7 +15,7 @@ namespace {
 /// What the pass does, one call after the other. Returns the number of messages that could be read.
 int ReadOneByOne(const FileSystem& files, const QString& folder) {
     int read = 0;
-    for (const QString& name : files.FileNames(folder)) {
+    for (const QString& name : FileNames(files, folder)) {
         const bool regular = files.Status(folder + name).has_value();
         read += regular && ReadHeaderFields(files, folder + name).errorCode == 0 ? 1 : 0;
     }

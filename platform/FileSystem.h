@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace quellbox {
 
@@ -14,6 +15,16 @@ namespace quellbox {
 struct FileStatus {
     qint64 size = 0;       ///< bytes
     qint64 modifiedNs = 0; ///< last modification, nanoseconds since 1970-01-01 UTC
+};
+
+/// What a folder tells of one of its files.
+struct FolderEntry {
+    QString name; ///< without the folder
+
+    /// Size and time, where the folder itself tells them: on Windows, of what is no link. It tells them of a file that
+    /// another program has open as they were before, at the earliest as of its creation. Since the file is in the
+    /// folder from then on, it is found all the same, under a time that is too early rather than too late.
+    std::optional<FileStatus> status;
 };
 
 /// A file opened for reading from its start; closed by the destructor.
@@ -25,7 +36,7 @@ public:
     virtual qint64 Read(char* buffer, qint64 capacity) = 0;
 };
 
-/// The port to files and folders. Paths are texts in the form that FileNames() returns: readable, and mapped back to
+/// The port to files and folders. Paths are texts in the form that FileEntries() returns: readable, and mapped back to
 /// the exact bytes of the name (see PathBytes.h). Every method may be called from several threads at once.
 class FileSystem {
 public:
@@ -36,9 +47,9 @@ public:
     /// True when `path` names a regular file, or a symbolic link to one.
     virtual bool FileExists(const QString& path) const = 0;
 
-    /// Names (without folder) of everything in `folder` that may be a regular file, in no particular order; what
-    /// Status() does not confirm is to be skipped. Throws FileError.
-    virtual QStringList FileNames(const QString& folder) const = 0;
+    /// Everything in `folder` that may be a regular file, in no particular order; what comes without a status, and
+    /// Status() does not confirm, is to be skipped. Throws FileError.
+    virtual std::vector<FolderEntry> FileEntries(const QString& folder) const = 0;
 
     /// Names (without folder) of the regular files in `folder`, symbolic links to one included, that are neither hidden
     /// nor of the system, in no particular order. A file is looked at singly only where the folder does not tell its
@@ -58,7 +69,10 @@ public:
 
     /// Moves a file and never overwrites: an existing `to` is an error. Within one file system this is one atomic
     /// rename; across file systems the file is copied under a temporary name, flushed, renamed into place, and only
-    /// then is the source removed. Throws FileError, and the source is then still whole.
+    /// then is the source removed. Such a copy has the contents, the times and what the other file system knows of
+    /// owner, permissions or attributes, but not what else a file may have, as named streams on Windows. Throws
+    /// FileError, and the source is then still whole; or the file at `to` is, where the source cannot be removed and
+    /// nobody can tell whether it is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
     /// Deletes a file, but not a read-only one. Throws FileError.

@@ -21,19 +21,22 @@ using Clock = std::chrono::steady_clock;
 
 constexpr qsizetype probeCount = 8;
 
-/// The looks at all files of a folder, shared by the threads that take them. A thread of the pool that starts after
-/// everything is claimed touches nothing but this object, so nobody has to wait for it.
+/// The looks at all files of which the folder tells no status, shared by the threads that take them. A thread of the
+/// pool that starts after everything is claimed touches nothing but this object, so nobody has to wait for it.
 class StatusPass {
 public:
     StatusPass(const FileSystem& files, const QString& folder)
-        : files_(files), folder_(folder), names_(files.FileNames(folder)), found_(static_cast<size_t>(names_.size())) {}
+        : files_(files), folder_(folder), entries_(files.FileEntries(folder)),
+          looks_(
+              std::partition(entries_.begin(), entries_.end(), [](const FolderEntry& entry) { return !entry.status; }) -
+              entries_.begin()) {}
 
-    qsizetype Unclaimed() const { return names_.size() - next_.load(); }
+    qsizetype Unclaimed() const { return looks_ - next_.load(); }
 
     /// Looks at the first files and returns how long the middle one took.
     std::chrono::nanoseconds Probe() {
         std::vector<std::chrono::nanoseconds> durations;
-        const qsizetype end = std::min(probeCount, names_.size());
+        const qsizetype end = std::min(probeCount, looks_);
         for (qsizetype index = 0; index < end; ++index) {
             const Clock::time_point start = Clock::now();
             Look(index);
@@ -49,10 +52,10 @@ public:
     void Work(qsizetype step) {
         for (;;) {
             const qsizetype begin = next_.fetch_add(step);
-            if (begin >= names_.size()) {
+            if (begin >= looks_) {
                 return;
             }
-            const qsizetype end = std::min(begin + step, names_.size());
+            const qsizetype end = std::min(begin + step, looks_);
             try {
                 for (qsizetype index = begin; index < end; ++index) {
                     Look(index);
@@ -63,7 +66,7 @@ public:
             }
             const QMutexLocker lock(&mutex_);
             done_ += end - begin;
-            if (done_ == names_.size()) {
+            if (done_ == looks_) {
                 finished_.wakeAll();
             }
         }
@@ -72,7 +75,7 @@ public:
     /// Waits for the looks that other threads have claimed.
     void Finish() {
         const QMutexLocker lock(&mutex_);
-        while (done_ < names_.size()) {
+        while (done_ < looks_) {
             finished_.wait(&mutex_);
         }
         if (failure_) {
@@ -82,10 +85,10 @@ public:
 
     std::vector<FileEntry> InOrderOfArrival() {
         std::vector<FileEntry> entries;
-        entries.reserve(found_.size());
-        for (size_t index = 0; index < found_.size(); ++index) {
-            if (found_[index]) {
-                entries.push_back({std::move(names_[static_cast<qsizetype>(index)]), *found_[index]});
+        entries.reserve(entries_.size());
+        for (FolderEntry& entry : entries_) {
+            if (entry.status) {
+                entries.push_back({std::move(entry.name), *entry.status});
             }
         }
         std::sort(entries.begin(), entries.end(), [](const FileEntry& left, const FileEntry& right) {
@@ -96,12 +99,15 @@ public:
     }
 
 private:
-    void Look(qsizetype index) { found_[static_cast<size_t>(index)] = files_.Status(folder_ + names_.at(index)); }
+    void Look(qsizetype index) {
+        FolderEntry& entry = entries_[static_cast<size_t>(index)];
+        entry.status = files_.Status(folder_ + entry.name);
+    }
 
     const FileSystem& files_;
     const QString folder_;
-    QStringList names_;
-    std::vector<std::optional<FileStatus>> found_;
+    std::vector<FolderEntry> entries_;
+    const qsizetype looks_; // so many entries, the first ones, come without a status
     std::atomic<qsizetype> next_ = 0;
     QMutex mutex_;
     QWaitCondition finished_;
@@ -113,6 +119,9 @@ private:
 
 std::vector<FileEntry> FilesByArrival(const FileSystem& files, const QString& folder, QThreadPool& pool) {
     const auto pass = std::make_shared<StatusPass>(files, folder);
+    if (pass->Unclaimed() == 0) {
+        return pass->InOrderOfArrival();
+    }
     const int cores = QThread::idealThreadCount();
     const int wanted = ReaderCount(pass->Probe(), cores);
     // Quick looks are claimed by the handful, slow ones singly, so that the last threads end together.

@@ -1,5 +1,6 @@
 #include "platform/PathBytes.h"
 
+#include <QStringDecoder>
 #include <QUtf8StringView>
 
 namespace quellbox {
@@ -24,6 +25,14 @@ qsizetype SequenceLength(QByteArrayView rest) {
     return length;
 }
 
+/// A byte order mark in front is a part of the name.
+QString Decoded(QByteArrayView utf8) {
+    if (!utf8.startsWith("\xEF\xBB\xBF")) {
+        return QString::fromUtf8(utf8);
+    }
+    return QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom).decode(utf8);
+}
+
 void AppendEscaped(QString& text, char byte) {
     constexpr char16_t digits[] = u"0123456789ABCDEF";
     const auto value = static_cast<unsigned char>(byte);
@@ -45,7 +54,7 @@ int DigitValue(QChar digit) {
 
 QString PathText(const QByteArray& bytes) {
     if (QUtf8StringView(bytes).isValidUtf8() && !bytes.contains(markUtf8)) {
-        return QString::fromUtf8(bytes);
+        return Decoded(bytes);
     }
     QString text;
     QByteArrayView rest(bytes);
@@ -55,7 +64,7 @@ QString PathText(const QByteArray& bytes) {
             AppendEscaped(text, rest.front());
             rest = rest.sliced(1);
         } else {
-            text += QString::fromUtf8(rest.first(length));
+            text += Decoded(rest.first(length));
             rest = rest.sliced(length);
         }
     }

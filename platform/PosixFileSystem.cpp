@@ -99,11 +99,17 @@ public:
         return Look(path, status) && S_ISREG(status.st_mode);
     }
 
-    QStringList FileNames(const QString& folder) const override {
-        return EntryNames(folder, [](const dirent& entry, int) {
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+        QStringList names = EntryNames(folder, [](const dirent& entry, int) {
             const QByteArrayView name(entry.d_name);
             return MayBeRegular(entry) && name != "." && name != "..";
         });
+        std::vector<FolderEntry> entries;
+        entries.reserve(static_cast<size_t>(names.size()));
+        for (QString& name : names) {
+            entries.push_back({std::move(name), std::nullopt});
+        }
+        return entries;
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {

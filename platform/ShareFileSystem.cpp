@@ -23,9 +23,8 @@ bool IsWay(QStringView name) {
 }
 
 /// No share knows such a name, and as a part of a path it would lead into another folder.
-QStringList WithoutBackslashes(QStringList names) {
-    names.removeIf([](const QString& name) { return name.contains(backslash); });
-    return names;
+bool IsNoNameOnAShare(const QString& name) {
+    return name.contains(backslash);
 }
 
 } // namespace
@@ -109,11 +108,18 @@ bool ShareFileSystem::FileExists(const QString& path) const {
 
 QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
     QStringList names = (*files_.*listing)(FolderOrThrow(folder));
-    return IsShareText(folder) ? WithoutBackslashes(std::move(names)) : names;
+    if (IsShareText(folder)) {
+        names.removeIf(IsNoNameOnAShare);
+    }
+    return names;
 }
 
-QStringList ShareFileSystem::FileNames(const QString& folder) const {
-    return Names(&FileSystem::FileNames, folder);
+std::vector<FolderEntry> ShareFileSystem::FileEntries(const QString& folder) const {
+    std::vector<FolderEntry> entries = files_->FileEntries(FolderOrThrow(folder));
+    if (IsShareText(folder)) {
+        std::erase_if(entries, [](const FolderEntry& entry) { return IsNoNameOnAShare(entry.name); });
+    }
+    return entries;
 }
 
 QStringList ShareFileSystem::VisibleFileNames(const QString& folder) const {

@@ -23,7 +23,7 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    QStringList FileNames(const QString& folder) const override;
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
     QStringList VisibleFileNames(const QString& folder) const override;
     QStringList FolderNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;

@@ -8,6 +8,9 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <vector>
 
 namespace quellbox {
 
@@ -18,7 +21,7 @@ QString WholePath(const QString& path) {
     const auto* text = reinterpret_cast<const wchar_t*>(path.utf16());
     std::wstring whole(GetFullPathNameW(text, 0, nullptr, nullptr), L'\0');
     whole.resize(GetFullPathNameW(text, static_cast<DWORD>(whole.size()), whole.data(), nullptr));
-    return QString::fromStdWString(whole);
+    return QString(reinterpret_cast<const QChar*>(whole.data()), static_cast<qsizetype>(whole.size()));
 }
 
 DWORD BlockSize(qint64 count) {
@@ -28,6 +31,36 @@ DWORD BlockSize(qint64 count) {
 bool IsDots(const WIN32_FIND_DATAW& entry) {
     const std::wstring_view name(&entry.cFileName[0]);
     return name == L"." || name == L"..";
+}
+
+/// Gives an open file, opened with the right to delete it, another path. Returns 0 or the system's error.
+DWORD RenameOpenFile(const Handle& file, const std::wstring& path, bool replace) {
+    const size_t length = path.size() * sizeof(wchar_t);
+    std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + length); // the structure has room for the NUL
+    auto* info = reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
+    info->ReplaceIfExists = replace ? TRUE : FALSE;
+    info->FileNameLength = static_cast<DWORD>(length);
+    path.copy(&info->FileName[0], path.size());
+    const BOOL renamed =
+        SetFileInformationByHandle(file.Value(), FileRenameInfo, info, static_cast<DWORD>(buffer.size()));
+    return renamed != 0 ? 0 : GetLastError();
+}
+
+/// True when the system or a file server does not know such a call, rather than refuse this one.
+bool IsUnknownCall(DWORD error) {
+    return error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_PARAMETER || error == ERROR_CALL_NOT_IMPLEMENTED ||
+           error == ERROR_INVALID_FUNCTION || error == ERROR_INVALID_LEVEL;
+}
+
+/// Lets an open file vanish once it is closed; false when the system or a file server does not.
+bool DeleteOnClose(const Handle& file) {
+    // The copy of a read-only file would stay.
+    FILE_BASIC_INFO writable{};
+    writable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    SetFileInformationByHandle(file.Value(), FileBasicInfo, &writable, sizeof writable);
+    FILE_DISPOSITION_INFO disposition{};
+    disposition.DeleteFile = TRUE;
+    return SetFileInformationByHandle(file.Value(), FileDispositionInfo, &disposition, sizeof disposition) != 0;
 }
 
 } // namespace
@@ -53,8 +86,10 @@ std::wstring SystemPath(const QString& path) {
 qint64 UnixNs(const FILETIME& time) {
     // The system counts 100 ns since 1601.
     constexpr qint64 ticksTo1970 = 116'444'736'000'000'000;
-    const qint64 ticks = (static_cast<qint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-    return (ticks - ticksTo1970) * 100;
+    constexpr quint64 first = std::numeric_limits<qint64>::min() / 100 + ticksTo1970;
+    constexpr quint64 last = std::numeric_limits<qint64>::max() / 100 + ticksTo1970;
+    const quint64 ticks = (static_cast<quint64>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+    return (static_cast<qint64>(std::clamp(ticks, first, last)) - ticksTo1970) * 100;
 }
 
 bool IsFolder(DWORD attributes) {
@@ -96,7 +131,12 @@ bool IsSymbolicLink(const std::wstring& systemPath) {
     return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
 }
 
-QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
+QString NameOf(const WIN32_FIND_DATAW& entry) {
+    // QString::fromWCharArray() would take such a mark for a hint at the order of bytes.
+    return QString(reinterpret_cast<const QChar*>(&entry.cFileName[0]));
+}
+
+void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit) {
     std::wstring pattern = SystemPath(folder);
     pattern += pattern.back() == L'\\' ? L"*" : L"\\*";
     WIN32_FIND_DATAW entry{};
@@ -105,14 +145,13 @@ QStringList EntryNames(const QString& folder, const std::function<bool(const WIN
     if (search == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         if (error == ERROR_FILE_NOT_FOUND) {
-            return {}; // the root of an empty volume, which has no entry for itself
+            return; // the root of an empty volume, which has no entry for itself
         }
         ThrowFileError(folder, error);
     }
-    QStringList names;
     do {
-        if (!IsDots(entry) && isWanted(entry)) {
-            names += QString::fromWCharArray(&entry.cFileName[0]);
+        if (!IsDots(entry)) {
+            visit(entry);
         }
     } while (FindNextFileW(search, &entry) != 0);
     const DWORD error = GetLastError();
@@ -120,7 +159,6 @@ QStringList EntryNames(const QString& folder, const std::function<bool(const WIN
     if (error != ERROR_NO_MORE_FILES) {
         ThrowFileError(folder, error);
     }
-    return names;
 }
 
 qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path) {
@@ -142,12 +180,12 @@ void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString
     }
 }
 
-TemporaryFile::TemporaryFile(const QString& target) : target_(target) {
-    const std::wstring place = SystemPath(target);
+TemporaryFile::TemporaryFile(const QString& target) : target_(target), place_(SystemPath(target)) {
     const QString random = QString::number(QRandomGenerator::system()->generate64(), 16);
-    path_ = place.substr(0, place.find_last_of(L'\\') + 1) +
+    path_ = place_.substr(0, place_.find_last_of(L'\\') + 1) +
             (QLatin1String(".quellbox-") + random + QLatin1String(".tmp")).toStdWString();
-    file_.emplace(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    file_.emplace(
+        CreateFileW(path_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file_->IsOpen()) {
         path_.clear();
         ThrowFileError(target, GetLastError());
@@ -155,23 +193,52 @@ TemporaryFile::TemporaryFile(const QString& target) : target_(target) {
 }
 
 TemporaryFile::~TemporaryFile() {
+    // While it is open, nobody gets hold of half a message.
+    if (path_.empty() || (file_ && DeleteOnClose(*file_))) {
+        return;
+    }
     file_.reset();
-    if (!path_.empty()) {
-        SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL); // the copy of a read-only file would stay
-        DeleteFileW(path_.c_str());
+    SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path_.c_str());
+}
+
+void TemporaryFile::Place() {
+    Flush();
+    Rename(false);
+    path_ = place_;
+    Flush();
+}
+
+void TemporaryFile::Keep() {
+    path_.clear();
+    file_.reset();
+}
+
+void TemporaryFile::Replace() {
+    Flush();
+    Rename(true);
+    path_.clear(); // what was replaced cannot come back
+    Flush();
+    file_.reset();
+}
+
+/// Brings contents and name of the open file to the disk.
+void TemporaryFile::Flush() {
+    if (file_ && FlushFileBuffers(file_->Value()) == 0) {
+        ThrowFileError(target_, GetLastError());
     }
 }
 
-void TemporaryFile::Place(bool replace) {
-    if (FlushFileBuffers(file_->Value()) == 0) {
-        ThrowFileError(target_, GetLastError());
+void TemporaryFile::Rename(bool replace) {
+    DWORD error = RenameOpenFile(*file_, place_, replace);
+    if (IsUnknownCall(error)) {
+        file_.reset();
+        const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0UL);
+        error = MoveFileExW(path_.c_str(), place_.c_str(), flags) != 0 ? 0 : GetLastError();
     }
-    file_.reset();
-    const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0UL);
-    if (MoveFileExW(path_.c_str(), SystemPath(target_).c_str(), flags) == 0) {
-        ThrowFileError(target_, GetLastError());
+    if (error != 0) {
+        ThrowFileError(target_, error);
     }
-    path_.clear();
 }
 
 } // namespace quellbox

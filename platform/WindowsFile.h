@@ -34,7 +34,7 @@ private:
 /// a NUL, which the call would take for the end of a shorter path.
 std::wstring SystemPath(const QString& path);
 
-/// Nanoseconds since 1970-01-01 UTC.
+/// Nanoseconds since 1970-01-01 UTC; a time beyond what they count becomes the first or the last one that they do.
 qint64 UnixNs(const FILETIME& time);
 
 bool IsFolder(DWORD attributes);
@@ -45,8 +45,11 @@ bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
 /// True for a symbolic link itself, to a file or to a folder.
 bool IsSymbolicLink(const std::wstring& systemPath);
 
-/// The names of the entries of `folder` that are wanted, without "." and "..". Throws FileError.
-QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted);
+/// The name of an entry, also one that begins with a byte order mark.
+QString NameOf(const WIN32_FIND_DATAW& entry);
+
+/// Shows every entry of `folder` but "." and ".." to `visit`, in no particular order. Throws FileError.
+void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit);
 
 /// Reads up to `capacity` bytes; 0 at the end. Throws FileError.
 qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString& path);
@@ -54,8 +57,9 @@ qint64 ReadSome(const Handle& file, char* buffer, qint64 capacity, const QString
 /// Writes all bytes. Throws FileError.
 void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString& path);
 
-/// A new file beside its later place, under a name that no mail server picks up. Unless Place() has renamed it, the
-/// destructor removes it.
+/// A new file beside its later place, under a name that no mail server picks up. The destructor removes it, also from
+/// its place, unless Keep() or Replace() has been called. Until then no other program can open it, provided that the
+/// volume renames files that are open; else there is a moment around the renaming in which others can.
 class TemporaryFile {
 public:
     /// Creates the file in the folder of `target`. Throws FileError.
@@ -66,13 +70,22 @@ public:
 
     const Handle& File() const { return *file_; }
 
-    /// Brings the contents to the disk and gives the file its name; an existing one is an error unless `replace`.
-    /// Throws FileError.
-    void Place(bool replace);
+    /// Brings the contents to the disk and gives the file its name; an existing one is an error. Throws FileError.
+    void Place();
+
+    /// Leaves the file in its place, where others can open it from now on.
+    void Keep();
+
+    /// Does both, and replaces an existing file. Throws FileError.
+    void Replace();
 
 private:
+    void Flush();
+    void Rename(bool replace);
+
     QString target_;
-    std::wstring path_;
+    std::wstring place_;
+    std::wstring path_; // the present one; empty when the file is to stay
     std::optional<Handle> file_;
 };
 

@@ -44,9 +44,26 @@ bool ConcernsTarget(DWORD error) {
     }
 }
 
-FileStatus StatusOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+/// Of the attributes of a file, or of a folder's entry.
+template <class Data>
+FileStatus StatusOf(const Data& data) {
     const qint64 size = (static_cast<qint64>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
     return {size, UnixNs(data.ftLastWriteTime)};
+}
+
+bool IsLink(const WIN32_FIND_DATAW& entry) {
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+/// The names of a folder's entries that are wanted. Throws FileError.
+QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
+    QStringList names;
+    VisitEntries(folder, [&](const WIN32_FIND_DATAW& entry) {
+        if (isWanted(entry)) {
+            names += NameOf(entry);
+        }
+    });
+    return names;
 }
 
 class WindowsFileSystem : public FileSystem {
@@ -58,16 +75,22 @@ public:
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
-    QStringList FileNames(const QString& folder) const override {
-        return EntryNames(folder, [](const WIN32_FIND_DATAW& entry) { return !IsFolder(entry.dwFileAttributes); });
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+        std::vector<FolderEntry> entries;
+        VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
+            if (!IsFolder(entry.dwFileAttributes)) {
+                // Of a link the folder tells nothing about what it names.
+                entries.push_back({NameOf(entry), IsLink(entry) ? std::nullopt : std::optional(StatusOf(entry))});
+            }
+        });
+        return entries;
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {
         constexpr DWORD unwanted = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
         return EntryNames(folder, [this, &folder](const WIN32_FIND_DATAW& entry) {
-            const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
             return (entry.dwFileAttributes & unwanted) == 0 &&
-                   (!isLink || FileExists(folder + QLatin1Char('\\') + QString::fromWCharArray(&entry.cFileName[0])));
+                   (!IsLink(entry) || FileExists(folder + QLatin1Char('\\') + NameOf(entry)));
         });
     }
 
@@ -151,7 +174,7 @@ public:
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
         TemporaryFile fresh(path);
         WriteAll(fresh.File(), bytes.constData(), bytes.size(), path);
-        fresh.Place(true);
+        fresh.Replace();
     }
 };
 

@@ -4,6 +4,8 @@
 
 #include "platform/WindowsFile.h"
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace quellbox {
@@ -29,7 +31,15 @@ void CopyAttributes(const Handle& source, const TemporaryFile& copy) {
     }
 }
 
-/// Returns 0 when the source is gone, else the error; the source is then as it was.
+DWORD ErrorOf(BOOL succeeded) {
+    return succeeded != 0 ? 0 : GetLastError();
+}
+
+bool IsMissing(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+/// Returns 0 when the source has been removed, else the error; the attributes are then as they were.
 DWORD RemoveSource(const std::wstring& source) {
     // A read-only source would resist, although it is to vanish from this folder only.
     const DWORD attributes = GetFileAttributesW(source.c_str());
@@ -37,18 +47,21 @@ DWORD RemoveSource(const std::wstring& source) {
     if (readOnly) {
         SetFileAttributesW(source.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
     }
-    if (DeleteFileW(source.c_str()) != 0) {
-        return 0;
-    }
-    const DWORD error = GetLastError();
-    // Gone already, as after a lost answer of a share: then the copy is the only one.
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
-        return 0;
-    }
-    if (readOnly) {
+    const DWORD error = ErrorOf(DeleteFileW(source.c_str()));
+    if (error != 0 && readOnly && !IsMissing(error)) {
         SetFileAttributesW(source.c_str(), attributes);
     }
     return error;
+}
+
+/// Asks for a source whose removal failed. Returns 0 when it is certainly there still. That it cannot be opened leaves
+/// open whether it is: its removal by another program may be pending, or a share does not answer. Its attributes would
+/// not do, since they may come from a memory that this computer has of the share.
+DWORD LookForSource(const std::wstring& source) {
+    const Handle file(CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    const DWORD error = file.IsOpen() ? 0 : GetLastError();
+    return error == ERROR_SHARING_VIOLATION ? 0 : error; // only what is there can be in use
 }
 
 } // namespace
@@ -59,25 +72,34 @@ DWORD RenameNoReplace(const QString& from, const QString& to) {
     if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) {
         return ERROR_FILE_EXISTS;
     }
-    return MoveFileExW(SystemPath(from).c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0 ? 0 : GetLastError();
+    return ErrorOf(MoveFileExW(SystemPath(from).c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH));
 }
 
 void MoveByCopy(const QString& from, const QString& to) {
     const std::wstring origin = SystemPath(from);
-    const Handle source(CreateFileW(origin.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!source.IsOpen()) {
+    std::optional<Handle> source(std::in_place,
+                                 CreateFileW(origin.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!source->IsOpen()) {
         ThrowFileError(from, GetLastError());
     }
     TemporaryFile copy(to);
-    CopyContents(source, from, copy, to);
-    CopyAttributes(source, copy);
-    copy.Place(false);
-    if (const DWORD error = RemoveSource(origin); error != 0) {
-        // A message in both folders would be delivered and still be listed as blocked.
-        const std::wstring target = SystemPath(to);
-        SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-        DeleteFileW(target.c_str());
+    CopyContents(*source, from, copy, to);
+    CopyAttributes(*source, copy);
+    copy.Place();
+    const DWORD error = RemoveSource(origin);
+    if (error == 0 || IsMissing(error)) {
+        copy.Keep();
+        return;
+    }
+    // A pending removal takes place when the last handle is closed, and this may be the last.
+    source.reset();
+    const DWORD present = LookForSource(origin);
+    // A message in both folders would be delivered and still be listed as blocked, but one in none is lost.
+    if (present != 0) {
+        copy.Keep();
+    }
+    if (!IsMissing(present)) {
         ThrowFileError(from, error);
     }
 }

@@ -1,5 +1,6 @@
 #include "app/StatusBarView.h"
 #include "archive/RefreshTimer.h"
+#include "tests/support/FileNames.h"
 #include "tests/support/MainWindowFixture.h"
 #include "tests/support/RealFolderWindow.h"
 
@@ -52,7 +53,7 @@ protected:
     QTimer* Timer() const { return Find<QTimer>("tmrRefresh"); }
     std::string Info() const { return window_->Panels().Info().text.toStdString(); }
     std::string Files() const {
-        return files_.FileNames(QStringLiteral("/archive")).join(QLatin1Char(' ')).toStdString();
+        return FileNames(files_, QStringLiteral("/archive")).join(QLatin1Char(' ')).toStdString();
     }
 };
 

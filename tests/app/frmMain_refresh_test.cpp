@@ -1,3 +1,4 @@
+#include "tests/support/FileNames.h"
 #include "tests/support/MainWindowFixture.h"
 
 namespace quellbox {
@@ -156,7 +157,7 @@ TEST_F(MainRefresh, AListWhoseMessagesWereAllDeletedIsRefilledInFull) {
     Action("mnuEditSelectAll")->trigger();
     Action("mnuActionsDelete")->trigger();
     ASSERT_EQ(Keys(), "");
-    ASSERT_TRUE(files_.FileNames(QStringLiteral("/archive")).isEmpty());
+    ASSERT_TRUE(FileNames(files_, QStringLiteral("/archive")).isEmpty());
     ASSERT_NE(window_->State().LastAddedFile, QString()); // gone, so that nothing would follow it
     AddMessage("early.eml", -30);
     AddMessage("late.eml", 30);

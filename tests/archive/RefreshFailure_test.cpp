@@ -54,7 +54,9 @@ TEST_F(RefreshFailureTest, NamesAMissingArchiveInUpperCaseAndClearsTheView) {
 TEST_F(RefreshFailureTest, SaysWhyAnArchiveCannotBeRead) {
     class Unreadable : public MemoryFileSystem {
     public:
-        QStringList FileNames(const QString& folder) const override { throw FileError(folder, u"Permission denied"_s); }
+        std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+            throw FileError(folder, u"Permission denied"_s);
+        }
     } unreadable;
     unreadable.AddFolder(state.ArchiveDir);
     model.Append(NumberedRows(3));

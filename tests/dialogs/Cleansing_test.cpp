@@ -1,6 +1,7 @@
 #include "dialogs/Cleansing.h"
 
 #include "platform/LocalFileSystem.h"
+#include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
 
@@ -43,7 +44,7 @@ protected:
 
     /// The names that are left, as in "a.EML b.EML".
     std::string Left() const {
-        QStringList names = files.FileNames(archive);
+        QStringList names = FileNames(files, archive);
         return names.join(u' ').toStdString();
     }
 
@@ -274,7 +275,7 @@ TEST_F(CleansingOfRealFolders, AnArchiveThatVanishesMeanwhileStillCountsItsFiles
     });
     EXPECT_EQ(result.count, 30);
     EXPECT_EQ(result.failures.size(), 5U);
-    EXPECT_EQ(files_->FileNames(root_.path() + u"/gone"_s).size(), 5);
+    EXPECT_EQ(FileNames(*files_, root_.path() + u"/gone"_s).size(), 5);
 }
 
 } // namespace quellbox

@@ -93,6 +93,50 @@ TEST_P(FolderListingCount, EveryFileIsListedOnce) {
 
 INSTANTIATE_TEST_SUITE_P(Boundaries, FolderListingCount, testing::Values(0, 1, 7, 8, 9, 71, 72, 73, 1000));
 
+/// Each file whose number is a multiple of the parameter is one of which the folder tells no status.
+class FolderThatTellsStatus : public FolderListingTest, public testing::WithParamInterface<int> {};
+
+TEST_P(FolderThatTellsStatus, SparesTheLooks) {
+    constexpr int count = 200;
+    QStringList expected;
+    int looks = 0;
+    for (int index = 0; index < count; ++index) {
+        const QString name = QString::number(index);
+        files_.Add(Text("/mail/") + name, "four", index);
+        expected += name;
+        looks += index % GetParam() == 0 ? 1 : 0;
+    }
+    files_.LetFoldersTellStatus([](const QString& name) { return name.toInt() % GetParam() != 0; });
+    const std::vector<FileEntry> entries = FilesByArrival(files_, Text("/mail/"), pool_);
+    EXPECT_EQ(Names(entries), expected);
+    EXPECT_EQ(entries.back().status.size, 4);
+    EXPECT_EQ(entries.back().status.modifiedNs, count - 1);
+    EXPECT_EQ(files_.CallCount(), looks + 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Links, FolderThatTellsStatus, testing::Values(1, 2, 25, 199, 200));
+
+TEST_F(FolderListingTest, FolderThatTellsEveryStatusIsTheOnlyCallAndNeedsNoThread) {
+    for (int index = 0; index < 200; ++index) {
+        files_.Add(Text("/mail/") + QString::number(index), "x", index);
+    }
+    files_.LetFoldersTellStatus([](const QString&) { return true; });
+    files_.SetLatency(1ms);
+    pool_.setMaxThreadCount(1);
+    EXPECT_EQ(List().size(), 200);
+    EXPECT_EQ(files_.CallCount(), 1);
+    EXPECT_EQ(pool_.maxThreadCount(), 1);
+}
+
+TEST_F(FolderListingTest, VanishedFileIsLeftOutAlsoWhereTheFolderTellsOfOthers) {
+    for (const char* name : {"link", "plain"}) {
+        files_.Add(Text("/mail/") + Text(name), "x", 1);
+    }
+    files_.LetFoldersTellStatus([](const QString& name) { return name == Text("plain"); });
+    files_.FailPath(Text("/mail/link"), Text("gone"));
+    EXPECT_EQ(List(), QStringList{Text("plain")});
+}
+
 TEST_F(FolderListingTest, SlowFolderIsReadByManyThreads) {
     for (int index = 0; index < 200; ++index) {
         files_.Add(Text("/mail/") + QString::number(index), "x", index);

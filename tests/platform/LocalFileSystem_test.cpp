@@ -36,7 +36,7 @@ TEST_F(LocalFileSystemTest, MissingThings) {
     EXPECT_FALSE(files_->FolderExists(Path("none")));
     EXPECT_FALSE(files_->FileExists(Path("none")));
     EXPECT_EQ(files_->Status(Path("none")), std::nullopt);
-    EXPECT_THROW(files_->FileNames(Path("none")), FileError);
+    EXPECT_THROW(FileNames(*files_, Path("none")), FileError);
     EXPECT_THROW(files_->Open(Path("none")), FileError);
     EXPECT_THROW(files_->Remove(Path("none")), FileError);
     EXPECT_THROW(files_->Move(Path("none"), Path("other")), FileError);
@@ -143,12 +143,27 @@ TEST_F(LocalFileSystemTest, NamesInAnyScript) {
     const QString path = folder + QLatin1Char('/') + name;
     files_->WriteWhole(path, "body");
     EXPECT_TRUE(files_->FolderExists(folder));
-    EXPECT_EQ(files_->FileNames(folder), QStringList{name});
+    EXPECT_EQ(FileNames(*files_, folder), QStringList{name});
     EXPECT_EQ(files_->Status(path)->size, 4);
     EXPECT_EQ(ReadWhole(*files_, path), "body");
     files_->Move(path, Path("moved"));
     EXPECT_EQ(ReadWhole(*files_, Path("moved")), "body");
-    EXPECT_EQ(files_->FileNames(folder), QStringList());
+    EXPECT_EQ(FileNames(*files_, folder), QStringList());
+}
+
+/// Either kind of mark at the start of a text tells some decoders how to read it.
+TEST_F(LocalFileSystemTest, NamesThatBeginWithAByteOrderMark) {
+    for (const char16_t mark : {u'\uFEFF', u'\uFFFE'}) {
+        ASSERT_TRUE(QDir().mkdir(Path("folder")));
+        const QString name = QChar(mark) + Text("a.EML");
+        const QString path = Path("folder/") + name;
+        files_->WriteWhole(path, "body");
+        EXPECT_EQ(FileNames(*files_, Path("folder")), QStringList{name});
+        EXPECT_EQ(files_->VisibleFileNames(Path("folder")), QStringList{name});
+        EXPECT_EQ(ReadWhole(*files_, path), "body");
+        files_->Remove(path);
+        ASSERT_TRUE(QDir().rmdir(Path("folder")));
+    }
 }
 
 /// Windows by itself ends paths at 259 characters.
@@ -162,12 +177,12 @@ TEST_F(LocalFileSystemTest, PathOfManyHundredCharacters) {
     const QString moved = folder + QLatin1Char('/') + QString(200, QLatin1Char('b'));
     files_->WriteWhole(path, "body");
     EXPECT_TRUE(files_->FolderExists(folder));
-    EXPECT_EQ(files_->FileNames(folder), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder), QStringList{Text("a.EML")});
     EXPECT_EQ(ReadWhole(*files_, path), "body");
     files_->Move(path, moved);
     EXPECT_EQ(files_->Status(moved)->size, 4);
     files_->Remove(moved);
-    EXPECT_EQ(files_->FileNames(folder), QStringList());
+    EXPECT_EQ(FileNames(*files_, folder), QStringList());
 }
 
 TEST_F(LocalFileSystemTest, RelativePathStartsAtTheCurrentFolder) {
@@ -175,7 +190,7 @@ TEST_F(LocalFileSystemTest, RelativePathStartsAtTheCurrentFolder) {
     ASSERT_TRUE(QDir::setCurrent(folder_.path()));
     files_->WriteWhole(Text("a.EML"), "x");
     EXPECT_TRUE(files_->FileExists(Text("./a.EML")));
-    EXPECT_EQ(files_->FileNames(Text(".")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, Text(".")), QStringList{Text("a.EML")});
     ASSERT_TRUE(QDir::setCurrent(before));
     EXPECT_TRUE(files_->FileExists(Path("a.EML")));
 }
@@ -186,7 +201,7 @@ TEST_F(LocalFileSystemTest, BothSeparatorsNameTheSameFile) {
     files_->WriteWhole(Path("a.EML"), "x");
     EXPECT_TRUE(files_->FileExists(QDir::toNativeSeparators(Path("a.EML"))));
     EXPECT_TRUE(files_->FolderExists(QDir::toNativeSeparators(folder_.path()) + QLatin1Char('\\')));
-    EXPECT_EQ(files_->FileNames(QDir::toNativeSeparators(folder_.path()) + QLatin1Char('\\')),
+    EXPECT_EQ(FileNames(*files_, QDir::toNativeSeparators(folder_.path()) + QLatin1Char('\\')),
               QStringList{Text("a.EML")});
 }
 
@@ -198,6 +213,16 @@ TEST_F(LocalFileSystemTest, NamesOfDevicesAreFiles) {
         files_->Remove(Path(name));
     }
     EXPECT_EQ(Names(), QStringList());
+}
+
+TEST_F(LocalFileSystemTest, FolderTellsTheStatusOfItsFiles) {
+    ASSERT_TRUE(QDir().mkdir(Path("folder")));
+    files_->WriteWhole(Path("a.EML"), "body");
+    const std::vector<FolderEntry> entries = files_->FileEntries(folder_.path());
+    ASSERT_EQ(entries.size(), 1U);
+    ASSERT_TRUE(entries[0].status);
+    EXPECT_EQ(entries[0].status->size, 4);
+    EXPECT_EQ(entries[0].status->modifiedNs, files_->Status(Path("a.EML"))->modifiedNs);
 }
 
 TEST_F(LocalFileSystemTest, DeviceIsNotOpened) {
@@ -334,6 +359,14 @@ TEST_F(LocalFileSystemTest, FolderNameThatIsNoUtf8LeadsToItsFolder) {
     EXPECT_EQ(files_->FolderNames(path), QStringList{Text("below")});
     EXPECT_EQ(::rmdir((native + "/below").constData()), 0);
     EXPECT_EQ(::rmdir(native.constData()), 0);
+}
+
+TEST_F(LocalFileSystemTest, FolderTellsNamesAlone) {
+    files_->WriteWhole(Path("a.EML"), "body");
+    const std::vector<FolderEntry> entries = files_->FileEntries(folder_.path());
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, Text("a.EML"));
+    EXPECT_EQ(entries[0].status, std::nullopt);
 }
 
 TEST_F(LocalFileSystemTest, FifoNeitherBlocksNorCounts) {

@@ -95,7 +95,7 @@ protected:
     void Restore() {
         fault = {};
         for (const QString& folder : {Text("/archive/"), Text("/pickup/")}) {
-            for (const QString& name : files_->FileNames(folder_.path() + folder)) {
+            for (const QString& name : FileNames(*files_, folder_.path() + folder)) {
                 files_->Remove(folder_.path() + folder + name);
             }
         }

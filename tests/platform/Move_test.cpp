@@ -103,7 +103,7 @@ TEST_F(MoveTest, CopiedMoveKeepsContentsTimeAndPermissions) {
     struct stat status {};
     ASSERT_EQ(::stat(Native(to_).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0440U);
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
 }
 
 TEST_F(MoveTest, CopiedMoveNeverOverwritesAndCleansUp) {
@@ -111,7 +111,7 @@ TEST_F(MoveTest, CopiedMoveNeverOverwritesAndCleansUp) {
     EXPECT_THROW(MoveByCopy(from_, to_), FileError);
     EXPECT_EQ(ReadWhole(*files_, from_), "message");
     EXPECT_EQ(ReadWhole(*files_, to_), "other");
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
 }
 
 TEST_F(MoveTest, SourceThatCannotBeRemovedStaysAlone) {
@@ -125,7 +125,7 @@ TEST_F(MoveTest, SourceThatCannotBeRemovedStaysAlone) {
         EXPECT_EQ(error.Path(), irremovable);
         EXPECT_EQ(error.Reason(), qt_error_string(EPERM));
     }
-    EXPECT_TRUE(files_->FileNames(folder_.path() + Text("/pickup")).isEmpty());
+    EXPECT_TRUE(FileNames(*files_, folder_.path() + Text("/pickup")).isEmpty());
 }
 
 TEST_F(MoveTest, MovedLinkArrivesAsTheFileThatItNames) {
@@ -133,7 +133,7 @@ TEST_F(MoveTest, MovedLinkArrivesAsTheFileThatItNames) {
     ASSERT_EQ(::symlink("a.EML", Native(link).constData()), 0);
     files_->Move(link, to_);
     EXPECT_EQ(ReadWhole(*files_, to_), "message");
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/archive")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/archive")), QStringList{Text("a.EML")});
 }
 
 TEST_F(MoveTest, MoveToAnotherFileSystem) {
@@ -154,7 +154,7 @@ TEST_F(MoveTest, MoveToAnotherFileSystem) {
     EXPECT_FALSE(files_->FileExists(from_));
     EXPECT_EQ(ReadWhole(*files_, target), "message");
     EXPECT_EQ(files_->Status(target)->modifiedNs, modifiedNs);
-    EXPECT_EQ(files_->FileNames(other.path()), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, other.path()), QStringList{Text("a.EML")});
 }
 
 #else
@@ -177,7 +177,7 @@ TEST_F(MoveTest, CopiedMoveKeepsContentsTimeAndAttributes) {
     EXPECT_EQ(ReadWhole(*files_, to_), bytes);
     EXPECT_EQ(files_->Status(to_)->modifiedNs, modifiedNs);
     EXPECT_TRUE(IsReadOnly(to_));
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
     QFile::setPermissions(to_, QFile::ReadOwner | QFile::WriteOwner);
 }
 
@@ -188,7 +188,7 @@ TEST_F(MoveTest, CopiedMoveNeverOverwritesAndCleansUp) {
     EXPECT_EQ(ReadWhole(*files_, from_), "message");
     EXPECT_TRUE(IsReadOnly(from_));
     EXPECT_EQ(ReadWhole(*files_, to_), "other");
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList{Text("a.EML")});
     QFile::setPermissions(from_, QFile::ReadOwner | QFile::WriteOwner);
 }
 
@@ -196,7 +196,7 @@ TEST_F(MoveTest, CopiedMoveRefusesAFileThatIsBeingWritten) {
     QFile writer(from_);
     ASSERT_TRUE(writer.open(QIODevice::ReadWrite));
     EXPECT_THROW(MoveByCopy(from_, to_), FileError);
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList());
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList());
     writer.close();
     MoveByCopy(from_, to_);
     EXPECT_EQ(ReadWhole(*files_, to_), "message");
@@ -215,7 +215,7 @@ TEST_F(MoveTest, SourceThatCannotBeRemovedStaysAlone) {
     }
     CloseHandle(reader);
     EXPECT_EQ(ReadWhole(*files_, from_), "message");
-    EXPECT_EQ(files_->FileNames(folder_.path() + Text("/pickup")), QStringList());
+    EXPECT_EQ(FileNames(*files_, folder_.path() + Text("/pickup")), QStringList());
 }
 
 /// QUELLBOX_OTHER_VOLUME names a folder on another volume than the one of temporary files.
@@ -237,7 +237,7 @@ TEST_F(MoveTest, MoveToAnotherVolume) {
     EXPECT_FALSE(files_->FileExists(from_));
     EXPECT_EQ(ReadWhole(*files_, target), "message");
     EXPECT_EQ(files_->Status(target)->modifiedNs, modifiedNs);
-    EXPECT_EQ(files_->FileNames(other.path()), QStringList{Text("a.EML")});
+    EXPECT_EQ(FileNames(*files_, other.path()), QStringList{Text("a.EML")});
 }
 
 #endif

@@ -17,6 +17,14 @@ TEST(PathBytes, ValidUtf8StandsForItself) {
     EXPECT_EQ(PathBytes(PathText(bytes)), bytes);
 }
 
+TEST(PathBytes, ByteOrderMarksInFrontAreAPartOfTheName) {
+    for (const QByteArray rest : {"a", "\xEF\xBB\xBF", "\xFC"}) {
+        const QByteArray bytes = "\xEF\xBB\xBF" + rest;
+        EXPECT_EQ(PathText(bytes).at(0).unicode(), u'\uFEFF');
+        EXPECT_EQ(PathBytes(PathText(bytes)), bytes) << bytes.toHex().constData();
+    }
+}
+
 TEST(PathBytes, ByteOutsideUtf8BecomesMarkAndTwoDigits) {
     EXPECT_EQ(PathText("gr\xFC\xDF"
                        "e"),

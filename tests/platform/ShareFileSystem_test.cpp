@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "platform/UncPath.h"
 #include "tests/support/FakeVolumes.h"
+#include "tests/support/FileNames.h"
 #include "tests/support/MemoryFileSystem.h"
 
 #include <QDir>
@@ -55,7 +56,7 @@ TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
     EXPECT_TRUE(files_.FolderExists(Text(R"(\\NAS\mail\spam\)")));
     EXPECT_TRUE(files_.FolderExists(Text(R"(\\nas\mail\spam)")));
     EXPECT_TRUE(files_.FileExists(Text(R"(\\nas\mail\spam\a.eml)")));
-    EXPECT_EQ(files_.FileNames(Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
+    EXPECT_EQ(FileNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
     EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail)")), QStringList{Text("spam")});
     EXPECT_EQ(files_.Status(Text(R"(\\nas\mail\spam\a.eml)"))->size, 5);
     EXPECT_EQ(ReadWhole(files_, Text(R"(\\nas\mail\spam\a.eml)")), "first");
@@ -71,7 +72,7 @@ TEST_F(ShareFileSystemTest, OtherPathsGoThroughUnasked) {
     local_->Add(Text("/pickup/") + name, "x");
     EXPECT_TRUE(files_.FolderExists(Text("/pickup/")));
     EXPECT_TRUE(files_.FileExists(Text("/pickup/") + name));
-    EXPECT_EQ(files_.FileNames(Text("/pickup/")), QStringList{name});
+    EXPECT_EQ(FileNames(files_, Text("/pickup/")), QStringList{name});
     EXPECT_FALSE(files_.FileExists(Text("//nas/mail/spam/a.eml")));
     EXPECT_FALSE(files_.FileExists(Text("\\nas")));
     EXPECT_EQ(volumes_.count, 0);
@@ -82,7 +83,7 @@ TEST_F(ShareFileSystemTest, AnUnmountedShareIsNoFolderAndItsFilesFailByTheirUncP
     EXPECT_FALSE(files_.FolderExists(Text(R"(\\nas\gone\)")));
     EXPECT_FALSE(files_.FileExists(path));
     EXPECT_EQ(files_.Status(path), std::nullopt);
-    EXPECT_THROW(files_.FileNames(Text(R"(\\nas\gone)")), FileError);
+    EXPECT_THROW(FileNames(files_, Text(R"(\\nas\gone)")), FileError);
     EXPECT_THROW(files_.FolderNames(Text(R"(\\nas\gone)")), FileError);
     EXPECT_THROW(files_.Remove(path), FileError);
     EXPECT_THROW(files_.WriteWhole(path, "x"), FileError);
@@ -109,7 +110,7 @@ TEST_F(ShareFileSystemTest, AFolderIsResolvedOnceUntilItIsLookedForAgain) {
     const QString folder = Text(R"(\\nas\mail\spam\)");
     EXPECT_TRUE(files_.FolderExists(folder));
     EXPECT_TRUE(files_.FileExists(folder + Text("a.eml")));
-    EXPECT_FALSE(files_.FileNames(folder).isEmpty());
+    EXPECT_FALSE(FileNames(files_, folder).isEmpty());
     EXPECT_EQ(volumes_.count, 1);
     volumes_.shares[Text(R"(\\nas\mail)")] = Text("/other");
     local_->Add(Text("/other/spam/new.eml"), "x");
@@ -166,7 +167,7 @@ TEST_F(ShareFileSystemTest, AWayAsANameStaysWithinTheShare) {
     EXPECT_EQ(ReadWhole(files, Text(R"(\\nas\mail\a/../../open)")), "within");
     EXPECT_FALSE(files.FileExists(Text(R"(\\nas\mail\../secret)")));
     EXPECT_FALSE(files.FileExists(Text(R"(\\nas\mail\..\secret)")));
-    EXPECT_EQ(files.FileNames(Text(R"(\\nas\mail\..)")), QStringList{Text("open")});
+    EXPECT_EQ(FileNames(files, Text(R"(\\nas\mail\..)")), QStringList{Text("open")});
 }
 
 TEST_F(ShareFileSystemTest, AShareMountedLaterIsFoundWithoutLookingForItsFolder) {
@@ -179,7 +180,7 @@ TEST_F(ShareFileSystemTest, AShareMountedLaterIsFoundWithoutLookingForItsFolder)
 TEST_F(ShareFileSystemTest, ANameWithABackslashIsNoNameOfAShare) {
     local_->Add(Text(R"(/mnt/mail/spam/..\..\x.eml)"), "x");
     local_->AddFolder(Text(R"(/mnt/mail/spam/sub\sub)"));
-    EXPECT_EQ(files_.FileNames(Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
+    EXPECT_EQ(FileNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
     EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail\spam\)")), QStringList());
 }
 

@@ -106,6 +106,11 @@ void MemoryFileSystem::SetReadHook(std::function<void(const QString&)> hook) {
     readHook_ = std::move(hook);
 }
 
+void MemoryFileSystem::LetFoldersTellStatus(std::function<bool(const QString&)> tells) {
+    const std::lock_guard lock(mutex_);
+    foldersTell_ = std::move(tells);
+}
+
 int MemoryFileSystem::OpenCount() const {
     const std::lock_guard lock(mutex_);
     return opens_;
@@ -151,23 +156,40 @@ QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
 }
 
-QStringList MemoryFileSystem::FileNames(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
+// The caller holds the lock.
+std::vector<FolderEntry> MemoryFileSystem::EntriesOf(const QString& folder) const {
     const QString prefix = PrefixOrThrow(folder);
-    QStringList names;
+    std::vector<FolderEntry> entries;
     for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
         const QString name = file->first.mid(prefix.size());
         if (!name.contains(QLatin1Char('/'))) {
-            names += name;
+            entries.push_back({name, FileStatus{file->second.bytes.size(), file->second.modifiedNs}});
         }
     }
-    return names;
+    return entries;
+}
+
+std::vector<FolderEntry> MemoryFileSystem::FileEntries(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    std::vector<FolderEntry> entries = EntriesOf(folder);
+    for (FolderEntry& entry : entries) {
+        if (!foldersTell_ || !foldersTell_(entry.name)) {
+            entry.status.reset();
+        }
+    }
+    return entries;
 }
 
 QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
-    QStringList names = FileNames(folder);
-    names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('.')); });
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    QStringList names;
+    for (const FolderEntry& entry : EntriesOf(folder)) {
+        if (!entry.name.startsWith(QLatin1Char('.'))) {
+            names += entry.name;
+        }
+    }
     return names;
 }
 

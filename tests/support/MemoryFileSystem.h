@@ -38,6 +38,9 @@ public:
     /// `hook` is called with the path before every Read(), outside of all locks.
     void SetReadHook(std::function<void(const QString&)> hook);
 
+    /// Folders tell the status of those of their files whose names `tells` says yes to, and of no other ones.
+    void LetFoldersTellStatus(std::function<bool(const QString&)> tells);
+
     /// How often Open() was called.
     int OpenCount() const;
 
@@ -52,7 +55,7 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    QStringList FileNames(const QString& folder) const override;
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
     QStringList VisibleFileNames(const QString& folder) const override;
     QStringList FolderNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
@@ -75,6 +78,7 @@ private:
     QString Enter(const QString& path) const;
     void EnterOrThrow(const QString& path) const;
     QString PrefixOrThrow(const QString& folder) const;
+    std::vector<FolderEntry> EntriesOf(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
     std::map<QString, File>::const_iterator Find(const QString& path) const;
 
@@ -84,6 +88,7 @@ private:
     std::map<QString, QString> failures_;
     std::chrono::microseconds latency_{0};
     std::function<void(const QString&)> readHook_;
+    std::function<bool(const QString&)> foldersTell_;
     mutable int failIn_ = 0;
     mutable int calls_ = 0;
     mutable int opens_ = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/LocalFileSystem.h"
+#include "tests/support/FileNames.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -27,7 +28,7 @@ protected:
 
     /// What is in a folder, in the order of the names.
     QStringList NamesIn(const QString& folder) const {
-        QStringList names = files_->FileNames(folder);
+        QStringList names = FileNames(*files_, folder);
         names.sort();
         return names;
     }
