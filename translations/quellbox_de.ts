@@ -701,6 +701,18 @@
         <source>The settings cannot be written. Make sure that you may change this key of the registry. The system says: %1</source>
         <translation>Die Einstellungen können nicht gespeichert werden. Stellen Sie sicher, dass Sie diesen Schlüssel der Registrierung ändern dürfen. Das System meldet: %1</translation>
     </message>
+    <message>
+        <source>Looks through the archive of a mail server&apos;s spam filter, and delivers what is no spam.</source>
+        <translation>Sieht das Archiv des Spamfilters eines Mailservers durch und stellt zu, was kein Spam ist.</translation>
+    </message>
+    <message>
+        <source>Spam archive manager</source>
+        <translation>Verwaltung von Spam-Archiven</translation>
+    </message>
+    <message>
+        <source>With Qt, GLib and GMime, which are under the GNU LGPL.</source>
+        <translation>Mit Qt, GLib und GMime, die unter der GNU LGPL stehen.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>
