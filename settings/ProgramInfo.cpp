@@ -1,5 +1,7 @@
 #include "settings/ProgramInfo.h"
 
+#include "platform/FolderPath.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -28,7 +30,7 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.DownloadPage = QStringLiteral(QUELLBOX_DOWNLOAD_PAGE);
     program.ExecutableName = executable.completeBaseName();
     program.ExecutablePath = QDir::toNativeSeparators(executable.absoluteFilePath());
-    program.Directory = QDir::toNativeSeparators(executable.absolutePath()) + QDir::separator();
+    program.Directory = WithSeparator(QDir::toNativeSeparators(executable.absolutePath()));
     program.HelpFile = program.Directory + QStringLiteral("Quellbox.chm");
     return program;
 }

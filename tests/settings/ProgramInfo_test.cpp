@@ -57,6 +57,12 @@ TEST(ProgramInfo, ItsPathsHaveTheSystemsSeparators) {
     EXPECT_EQ(program.ExecutableName, QStringLiteral("quellbox"));
 }
 
+TEST(ProgramInfo, ARootHasNoSecondSeparator) {
+    const ProgramInfo program = MakeProgramInfo(QDir::rootPath() + QStringLiteral("quellbox.exe"));
+    EXPECT_EQ(program.Directory, QDir::toNativeSeparators(QDir::rootPath()));
+    EXPECT_EQ(program.HelpFile, program.Directory + QStringLiteral("Quellbox.chm"));
+}
+
 TEST(ProgramInfo, TheBuildDateIsTheDayOfTheExecutableAsAShortDate) {
     MemoryFileSystem files;
     const QDate day(2026, 3, 9);
