@@ -133,7 +133,11 @@ void frmFolders::btnOK_Click() {
     if (ui_->chkShare->isChecked()) {
         state_.SelectedFolder = ui_->txtShare->text();
     }
-    state_.SelectedFolder = WithSeparator(state_.SelectedFolder);
+    // It always ends in its own separator, also where the system would take another one.
+    const QChar separator = SeparatorOf(state_.SelectedFolder);
+    if (!state_.SelectedFolder.endsWith(separator)) {
+        state_.SelectedFolder += separator;
+    }
     state_.FolderConfirmed = true;
     accept();
 }

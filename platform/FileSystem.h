@@ -21,9 +21,9 @@ struct FileStatus {
 struct FolderEntry {
     QString name; ///< without the folder
 
-    /// Size and time, where the folder itself tells them: on Windows, of what is no link. It tells them of a file that
-    /// another program has open as they were before, at the earliest as of its creation. Since the file is in the
-    /// folder from then on, it is found all the same, under a time that is too early rather than too late.
+    /// Size and time, where the folder itself tells them: on Windows, of what is no link, is not empty, and was last
+    /// written minutes ago. What a folder tells is not up to date while another program has the file open, and where
+    /// the file was changed by another of its names.
     std::optional<FileStatus> status;
 };
 

@@ -22,7 +22,8 @@ QChar SeparatorOf(const QString& path) {
 
 QString WithSeparator(const QString& folder) {
     const QChar separator = SeparatorOf(folder);
-    return folder.endsWith(separator) || folder.endsWith(QLatin1Char('/')) ? folder : folder + separator;
+    const bool isComplete = folder.endsWith(separator) || (!IsShareText(folder) && folder.endsWith(QLatin1Char('/')));
+    return isComplete ? folder : folder + separator;
 }
 
 QString PathBelow(const QString& folder, const QString& name) {

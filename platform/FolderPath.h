@@ -10,7 +10,7 @@ bool IsShareText(const QString& path);
 /// What stands between the names of a path: a backslash in a UNC path, otherwise the platform's own.
 QChar SeparatorOf(const QString& path);
 
-/// The folder with a separator at its end, so that names can be appended to it.
+/// The folder with a separator at its end, so that names can be appended to it. Windows takes a slash in a local path.
 QString WithSeparator(const QString& folder);
 
 /// The path of what is called `name` in a folder.

@@ -83,7 +83,9 @@ public:
         }
         settings_->sync();
         if (settings_->status() == QSettings::FormatError) {
-            throw FileError(settings_->fileName(),
+            const QString file = settings_->fileName();
+            settings_ = OpenFile(file); // which reads the file again, when somebody has corrected it
+            throw FileError(file,
                             QCoreApplication::translate("quellbox", "The settings cannot be understood. Correct the "
                                                                     "file, or delete it to start with new settings."));
         }

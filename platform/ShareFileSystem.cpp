@@ -13,10 +13,6 @@ namespace {
 
 constexpr QChar backslash(u'\\');
 
-QString WithBackslash(const QString& folder) {
-    return folder.endsWith(backslash) ? folder : folder + backslash;
-}
-
 /// Whether what stands behind the last backslash is itself a way through folders.
 bool IsWay(QStringView name) {
     return name == QLatin1String(".") || name == QLatin1String("..") || name.contains(QLatin1Char('/'));
@@ -86,7 +82,7 @@ QString ShareFileSystem::LocalOrThrow(const QString& path, Place place) const {
 }
 
 QString ShareFileSystem::FolderOrThrow(const QString& folder) const {
-    return IsShareText(folder) ? ReadablePath(WithBackslash(folder)) : folder;
+    return IsShareText(folder) ? ReadablePath(WithSeparator(folder)) : folder;
 }
 
 bool ShareFileSystem::FolderExists(const QString& folder) const {
@@ -98,7 +94,7 @@ bool ShareFileSystem::FolderExists(const QString& folder) const {
         places_.clear();
         ++generation_;
     }
-    const QString local = RememberedPlace(WithBackslash(folder));
+    const QString local = RememberedPlace(WithSeparator(folder));
     return !local.isEmpty() && files_->FolderExists(local);
 }
 

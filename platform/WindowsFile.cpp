@@ -3,12 +3,14 @@
 #include "platform/WindowsFile.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/WideText.h"
 #include "platform/WindowsPath.h"
 
 #include <QRandomGenerator>
 
 #include <algorithm>
 #include <cstddef>
+#include <cwchar>
 #include <limits>
 #include <vector>
 
@@ -18,10 +20,9 @@ namespace {
 
 /// The whole path of one that depends on the current drive or folder.
 QString WholePath(const QString& path) {
-    const auto* text = reinterpret_cast<const wchar_t*>(path.utf16());
-    std::wstring whole(GetFullPathNameW(text, 0, nullptr, nullptr), L'\0');
-    whole.resize(GetFullPathNameW(text, static_cast<DWORD>(whole.size()), whole.data(), nullptr));
-    return QString(reinterpret_cast<const QChar*>(whole.data()), static_cast<qsizetype>(whole.size()));
+    std::wstring whole(GetFullPathNameW(Wide(path), 0, nullptr, nullptr), L'\0');
+    whole.resize(GetFullPathNameW(Wide(path), static_cast<DWORD>(whole.size()), whole.data(), nullptr));
+    return FromWide(whole.data(), whole.size());
 }
 
 DWORD BlockSize(qint64 count) {
@@ -132,8 +133,7 @@ bool IsSymbolicLink(const std::wstring& systemPath) {
 }
 
 QString NameOf(const WIN32_FIND_DATAW& entry) {
-    // QString::fromWCharArray() would take such a mark for a hint at the order of bytes.
-    return QString(reinterpret_cast<const QChar*>(&entry.cFileName[0]));
+    return FromWide(&entry.cFileName[0], std::wcslen(&entry.cFileName[0]));
 }
 
 void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit) {

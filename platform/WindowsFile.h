@@ -59,7 +59,7 @@ void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString
 
 /// A new file beside its later place, under a name that no mail server picks up. The destructor removes it, also from
 /// its place, unless Keep() or Replace() has been called. Until then no other program can open it, provided that the
-/// volume renames files that are open; else there is a moment around the renaming in which others can.
+/// volume renames files that are open; else others can from the renaming on.
 class TemporaryFile {
 public:
     /// Creates the file in the folder of `target`. Throws FileError.

@@ -55,6 +55,14 @@ bool IsLink(const WIN32_FIND_DATAW& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
+/// Whether the folder tells the file's own size and time: it learns them when whoever writes the file closes it.
+bool IsSettled(const FileStatus& status) {
+    constexpr qint64 settledNs = 2 * 60 * 1'000'000'000LL; // with room for the server's clock
+    FILETIME now{};
+    GetSystemTimeAsFileTime(&now);
+    return status.size > 0 && status.modifiedNs < UnixNs(now) - settledNs;
+}
+
 /// The names of a folder's entries that are wanted. Throws FileError.
 QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
     QStringList names;
@@ -80,7 +88,8 @@ public:
         VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
             if (!IsFolder(entry.dwFileAttributes)) {
                 // Of a link the folder tells nothing about what it names.
-                entries.push_back({NameOf(entry), IsLink(entry) ? std::nullopt : std::optional(StatusOf(entry))});
+                const bool isKnown = !IsLink(entry) && IsSettled(StatusOf(entry));
+                entries.push_back({NameOf(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
             }
         });
         return entries;

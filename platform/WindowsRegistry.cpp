@@ -2,6 +2,8 @@
 
 #include "platform/WindowsRegistry.h"
 
+#include "platform/WideText.h"
+
 #include <QtEndian>
 
 #include <cstring>
@@ -17,11 +19,6 @@ struct RegistryValue {
     DWORD type = REG_NONE;
     QByteArray data;
 };
-
-/// Unlike QString::fromWCharArray() this takes a byte order mark for a character as any other.
-QString FromWide(const wchar_t* text, size_t length) {
-    return QString(reinterpret_cast<const QChar*>(text), static_cast<qsizetype>(length));
-}
 
 std::optional<RegistryValue> ReadValue(HKEY key, const QString& name) {
     RegistryValue value;
@@ -86,10 +83,6 @@ std::optional<QString> TextOf(const RegistryValue& value) {
 }
 
 } // namespace
-
-const wchar_t* Wide(const QString& text) {
-    return reinterpret_cast<const wchar_t*>(text.utf16());
-}
 
 std::optional<QString> ReadText(HKEY key, const QString& name) {
     const auto value = ReadValue(key, name);

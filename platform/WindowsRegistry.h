@@ -19,9 +19,6 @@ struct CloseKey {
 /// Owns an open key.
 using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
 
-/// The text for a call, as long as `text` lives. The call sees it end at the first NUL.
-const wchar_t* Wide(const QString& text);
-
 /// What the value `name` says, of whatever type somebody has made it by hand: a number as the decimal one that the
 /// registry editor shows, a text with variables of the environment as the text with their contents, and several texts
 /// with commas between them. Empty for a value that is absent or cannot be read, and for one that is neither text nor

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "platform/SettingsStore.h"
+#include "platform/WideText.h"
 #include "platform/WindowsRegistry.h"
 
 #include <QCoreApplication>

@@ -2,6 +2,8 @@
 
 #include "platform/Volumes.h"
 
+#include "platform/WideText.h"
+
 #include <array>
 #include <windows.h>
 
@@ -12,7 +14,7 @@ namespace quellbox {
 namespace {
 
 VolumeKind KindOf(const QString& root) {
-    switch (GetDriveTypeW(reinterpret_cast<const wchar_t*>(root.utf16()))) {
+    switch (GetDriveTypeW(Wide(root))) {
     case DRIVE_REMOVABLE:
         return VolumeKind::Removable;
     case DRIVE_REMOTE:
@@ -30,7 +32,7 @@ VolumeKind KindOf(const QString& root) {
 QString ShareOf(const QString& drive) {
     std::array<wchar_t, 1024> share{};
     DWORD capacity = share.size();
-    const DWORD error = WNetGetConnectionW(reinterpret_cast<const wchar_t*>(drive.utf16()), share.data(), &capacity);
+    const DWORD error = WNetGetConnectionW(Wide(drive), share.data(), &capacity);
     return error == NO_ERROR ? QString::fromWCharArray(share.data()) : QString();
 }
 
@@ -39,9 +41,8 @@ QString LabelOf(const QString& root) {
     // A drive without a medium is no reason for the system to ask for one.
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
-    const bool known =
-        GetVolumeInformationW(reinterpret_cast<const wchar_t*>(root.utf16()), label.data(),
-                              static_cast<DWORD>(label.size()), nullptr, nullptr, nullptr, nullptr, 0) != 0;
+    const bool known = GetVolumeInformationW(Wide(root), label.data(), static_cast<DWORD>(label.size()), nullptr,
+                                             nullptr, nullptr, nullptr, 0) != 0;
     SetThreadErrorMode(before, nullptr);
     return known ? QString::fromWCharArray(label.data()) : QString();
 }

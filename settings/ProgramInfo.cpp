@@ -18,7 +18,7 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.Comments = QCoreApplication::translate(
         "quellbox", "Looks through the archive of a mail server's spam filter, and delivers what is no spam.");
     program.FileDescription = QCoreApplication::translate("quellbox", "Spam archive manager");
-    // Whoever shows a copyright names the libraries under the LGPL beside it (LGPL 2.1, section 6).
+    // Whoever shows a copyright names the libraries under the LGPL beside it (LGPL 3, section 4; LGPL 2.1, section 6).
     program.LegalCopyright =
         QStringLiteral(QUELLBOX_COPYRIGHT "\n") +
         QCoreApplication::translate("quellbox", "With Qt, GLib and GMime, which are under the GNU LGPL.");

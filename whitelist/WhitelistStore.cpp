@@ -1,5 +1,7 @@
 #include "whitelist/WhitelistStore.h"
 
+#include "platform/RuntimeError.h"
+
 namespace quellbox {
 namespace {
 
@@ -31,6 +33,11 @@ void SaveWhitelist(SettingsStore& store, const QStringList& entries) {
     } catch (...) {
         // What is pending is in force already, and a later flush would store it: the user was told that it is not.
         Replace(store, before);
+        try {
+            store.Flush(); // or the next one would report the failure once more
+        } catch (const FileError&) {
+            // It is reported already.
+        }
         throw;
     }
 }

@@ -19,6 +19,13 @@ unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CC CXX AR DESTDIR MAKEFLAGS MAKELEVEL \
   CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH LIBRARY_PATH PKG_CONFIG_PATH CMAKE_PREFIX_PATH
 export LC_ALL=C.UTF-8
 
+# changed SOURCE - tells the contents of a library that the caller has changed, in a folder of QUELLBOX_SOURCES.
+changed() {
+  if [ -d "${QUELLBOX_SOURCES:-}/$1" ]; then
+    (cd "$QUELLBOX_SOURCES/$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum)
+  fi
+}
+
 # prefix NAME SOURCES PACKAGES FILE... - prints the folder of a prefix, whose name tells what it is built from: the
 # recipe's files, source packages, and packages of this machine, the compiler among them.
 prefix() {
@@ -28,7 +35,10 @@ prefix() {
     {
       cd "$recipes"
       cat -- "$@"
-      for source in $sources; do grep "^$source " "$cache/versions"; done
+      for source in $sources; do
+        grep "^$source " "$cache/versions"
+        changed "$source"
+      done
       # shellcheck disable=SC2086 # a list
       dpkg-query -W -f '${Package} ${Version}\n' g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev $packages
     } | sha256sum | cut -c1-16

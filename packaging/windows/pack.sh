@@ -7,7 +7,7 @@ version=$(cached CMAKE_PROJECT_VERSION)
 name=quellbox-$version-windows
 folder=$build/$name
 sources=$name-sources
-rm -rf "${build:?}/$name" "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe "$build"/quellbox-*-sources.tar
+rm -rf "$build"/quellbox-*-windows "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe "$build"/quellbox-*-sources.tar
 mkdir -p "$folder/licenses"
 
 # What is no library of Windows itself would be missing where the program is started.
@@ -37,18 +37,21 @@ done
   cat <<END
 Quellbox is free under the terms of LICENSE.txt.
 
-quellbox.exe also holds these libraries, each under its own terms, which are in the folder "licenses":
+quellbox.exe also holds these libraries of Debian, each under its own terms, which are in the folder "licenses":
 
 END
   while read -r library made; do
     printf '  %-10s %s\n' "$library" "$made"
   done <"$cache/versions"
   cat <<END
-  and the runtime libraries of GCC and MinGW-w64, and zlib.
+
+It also holds parts of zlib and of the runtime libraries of GCC and MinGW-w64.
 
 Qt, GLib and GMime are under the GNU Lesser General Public License. The archive $sources.tar, which is
-offered beside this program, holds the sources of all these libraries, those of Quellbox, and the scripts that build the
-program of them: whoever changes a library, or Quellbox, builds the program anew by packaging/windows/build.sh.
+offered beside this program, holds the sources of the libraries in the list, those of Quellbox, and the scripts that
+build the program of them on Debian. Whoever wants another Qt, say, unpacks it into a folder qt6-base (dpkg-source -x),
+changes it there, and builds the program by QUELLBOX_SOURCES=FOLDER packaging/windows/build.sh, where FOLDER is the
+full path of what holds qt6-base.
 END
 } >"$build/notice.txt"
 text "$build/notice.txt" NOTICE.txt
@@ -62,7 +65,11 @@ makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DCOMPANY="$(cached Q
   -DICON="$build/resources/icons/quellbox.ico" -DOUTPUT="$build/$name-setup.exe" "$recipes/quellbox.nsi"
 
 mkdir -p "$build/$sources/quellbox" "$build/$sources/libraries"
-(cd "$root" && tar -c --exclude=./build --exclude=./.git . | tar -x -C "$build/$sources/quellbox")
+# What is in the folder beside the sources is nobody's concern.
+tracked() {
+  git -C "$root" ls-files -z 2>/dev/null || (cd "$root" && find . -path ./build -prune -o -type f -print0)
+}
+tracked | tar -c -C "$root" --null -T - | tar -x -C "$build/$sources/quellbox"
 while read -r library _; do
   "$recipes/sources.sh" files "$library" | xargs -d '\n' cp -t "$build/$sources/libraries"
 done <"$cache/versions"

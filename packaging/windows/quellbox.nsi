@@ -88,14 +88,21 @@ Function un.Refuse
   Quit
 FunctionEnd
 
-Section "Uninstall"
-  SetShellVarContext all
-  ; While the program runs it stays whole, and so does the entry that removes it.
+; Nothing is removed of a program that runs, or whose help is open: neither can be opened for writing then.
+!macro RefuseInUse FILE
   ClearErrors
-  Delete "$INSTDIR\quellbox.exe"
+  FileOpen $0 "${FILE}" a
   ${If} ${Errors}
     Call un.Refuse
   ${EndIf}
+  FileClose $0
+!macroend
+
+Section "Uninstall"
+  SetShellVarContext all
+  !insertmacro RefuseInUse "$INSTDIR\quellbox.exe"
+  !insertmacro RefuseInUse "$INSTDIR\Quellbox.chm"
+  ClearErrors
   !include "${FILES}"
   ${If} ${Errors}
     Call un.Refuse

@@ -3,7 +3,7 @@
 # so that the lists of the system stay as they are; it takes nothing but what Debian has signed.
 #   sources.sh versions      fetches the newest sources there are and writes their versions to the cache. A look each
 #                            day is enough, and without a network the last one counts.
-#   sources.sh unpack NAME   unpacks a source package into ./NAME
+#   sources.sh unpack NAME   unpacks a source package into ./NAME, or copies the one that QUELLBOX_SOURCES has
 #   sources.sh files NAME    prints the files of a source package
 . "$(dirname "$0")/common.sh"
 sources=(qt6-base glib2.0 gmime pcre2 libffi)
@@ -78,6 +78,10 @@ case $1 in
     fi
     ;;
   unpack)
+    if [ -d "${QUELLBOX_SOURCES:-}/$2" ]; then
+      cp -a "$QUELLBOX_SOURCES/$2" "$2"
+      exit
+    fi
     # apt has verified the files when it fetched them.
     dpkg-source --no-check -x "$(description_of "$2")" "$2"
     ;;

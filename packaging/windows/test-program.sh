@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Starts the packed program under Wine on an archive of samples, compares its list with the folder, and leaves a picture
+# Starts the packed program under Wine on an archive of samples, counts its list, and leaves a picture
 # of its window. Called by test.sh, which provides Wine's folder and a display.
 . "$(dirname "$0")/common.sh"
 build=$root/build/windows

@@ -1,6 +1,7 @@
 #include "dialogs/frmDirectoryList.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "platform/FolderPath.h"
 #include "platform/ShareFileSystem.h"
 #include "platform/UncPath.h"
 #include "tests/support/MainWindowFixture.h"
@@ -366,7 +367,7 @@ public:
     std::vector<Volume> Mounted() const override { return {{QStringLiteral("/"), QStringLiteral("/"), {}}}; }
 
     QString Resolve(const QString& path) const override {
-        return path.startsWith(QStringLiteral("\\\\")) ? FindInMountTable(path, table) : path;
+        return IsShareText(path) ? FindInMountTable(path, table) : path;
     }
 
     QString table;

@@ -204,7 +204,11 @@ TEST_F(MainGerman, TheAboutBoxIsGerman) {
     const frmAbout dialog(program, files_, shell_, nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Info über Quellbox");
     const QString head = dialog.findChild<QLabel*>(QStringLiteral("lblApplication"))->text();
-    EXPECT_EQ(head.section(QLatin1Char('\n'), 0, 0).toStdString(), "Quellbox von Example Software");
+    EXPECT_EQ(head.toStdString(), "Quellbox von Example Software\n\nSieht das Archiv des Spamfilters eines Mailservers "
+                                  "durch und stellt zu, was kein Spam ist.");
+    const QString version = dialog.findChild<QLabel*>(QStringLiteral("lblVersionInfo"))->text();
+    EXPECT_TRUE(version.contains(QStringLiteral("\n\nVerwaltung von Spam-Archiven\n"))) << version.toStdString();
+    EXPECT_TRUE(version.endsWith(QStringLiteral("\nMit Qt, GLib und GMime, die unter der GNU LGPL stehen.")));
     EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("lblLinks0"))->text().toStdString(), "Firma:");
     EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
 }

@@ -188,6 +188,7 @@ TEST_F(Folders, ATypedShareIsTakenWhateverItSays) {
     for (const auto& [typed, taken] :
          std::vector<std::pair<const char*, std::string>>{{R"(\\NAS\Mail)", R"(\\NAS\Mail\)"},
                                                           {R"(\\NAS\Mail\)", R"(\\NAS\Mail\)"},
+                                                          {R"(\\NAS\Mail/)", R"(\\NAS\Mail/\)"},
                                                           {"/mnt/no such place", "/mnt/no such place/"},
                                                           {"", separator}}) {
         Open("/home");
@@ -316,8 +317,10 @@ TEST_F(Folders, WithoutAnyFolderToStartFromTheListsAreEmptyAndAShareCanBeTyped) 
     QDir::setCurrent(before);
     EXPECT_EQ(Listed(), "");
     EXPECT_EQ(Drives()->currentIndex(), -1);
+    Find<QLineEdit>("txtShare")->selectAll();
+    QTest::keyClicks(Find<QLineEdit>("txtShare"), Text(R"(\\nas\mail)"));
     Button("btnOK")->click();
-    EXPECT_EQ(Folder(), R"(\\nas\none\)");
+    EXPECT_EQ(Folder(), R"(\\nas\mail\)");
 }
 
 TEST_F(Folders, EveryOtherWayOutIsCancel) {

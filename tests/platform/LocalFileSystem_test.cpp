@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "tests/support/RealFiles.h"
 
+#include <QDateTime>
 #include <QDir>
 
 #ifdef _WIN32
@@ -215,14 +216,25 @@ TEST_F(LocalFileSystemTest, NamesOfDevicesAreFiles) {
     EXPECT_EQ(Names(), QStringList());
 }
 
-TEST_F(LocalFileSystemTest, FolderTellsTheStatusOfItsFiles) {
+TEST_F(LocalFileSystemTest, FolderTellsTheStatusOfItsSettledFiles) {
+    const QDateTime anHourAgo = QDateTime::currentDateTime().addSecs(-3600);
     ASSERT_TRUE(QDir().mkdir(Path("folder")));
     files_->WriteWhole(Path("a.EML"), "body");
+    EXPECT_FALSE(files_->FileEntries(folder_.path()).at(0).status) << "just written";
+    files_->WriteWhole(Path("empty.EML"), "");
+    for (const char* name : {"a.EML", "empty.EML"}) {
+        QFile file(Path(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.setFileTime(anHourAgo, QFileDevice::FileModificationTime));
+    }
     const std::vector<FolderEntry> entries = files_->FileEntries(folder_.path());
-    ASSERT_EQ(entries.size(), 1U);
-    ASSERT_TRUE(entries[0].status);
-    EXPECT_EQ(entries[0].status->size, 4);
-    EXPECT_EQ(entries[0].status->modifiedNs, files_->Status(Path("a.EML"))->modifiedNs);
+    ASSERT_EQ(entries.size(), 2U);
+    for (const FolderEntry& entry : entries) {
+        ASSERT_EQ(entry.status.has_value(), entry.name == Text("a.EML"));
+        if (entry.status) {
+            EXPECT_EQ(entry.status->size, 4);
+            EXPECT_EQ(entry.status->modifiedNs, files_->Status(Path("a.EML"))->modifiedNs);
+        }
+    }
 }
 
 TEST_F(LocalFileSystemTest, DeviceIsNotOpened) {

@@ -63,9 +63,15 @@ TEST_F(SettingsStoreTest, PendingValuesAreWrittenWithTheNextFlush) {
     EXPECT_TRUE(file.readAll().contains("Key=value"));
 }
 
-TEST_F(SettingsStoreTest, FileThatIsNoSettingsFileSaysSo) {
+TEST_F(SettingsStoreTest, FileThatIsNoSettingsFileSaysSoOnce) {
     WriteByHand("[Settings\nKey=value\n=\n");
-    EXPECT_THROW(Open()->Flush(), FileError);
+    const auto store = Open();
+    EXPECT_THROW(store->Flush(), FileError);
+    WriteByHand("[Settings]\nKey=corrected\n");
+    store->SetValue(Text("Settings"), Text("Other"), Text("1"));
+    EXPECT_EQ(Reason(*store), std::nullopt);
+    EXPECT_EQ(Open()->Value(Text("Settings"), Text("Key")), Text("corrected"));
+    EXPECT_EQ(Open()->Value(Text("Settings"), Text("Other")), Text("1"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/support/MemoryFileSystem.h"
 
+#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 #include "tests/support/NativePath.h"
 
@@ -15,7 +16,7 @@ namespace {
 /// Separators in a row count as one. On Windows both kinds are the same, as in a real file system, and what has no
 /// drive lies on C.
 QString Plain(QString path) {
-    if (!path.startsWith(QLatin1String("\\\\"))) {
+    if (!IsShareText(path)) {
         // A test may name the drive with either.
         path = QDir::fromNativeSeparators(SlashPath(QDir::toNativeSeparators(path)));
     }

@@ -8,6 +8,9 @@ namespace quellbox {
 /// separators are backslashes; a path on a share stays as it is.
 inline QString NativePath(QString path) {
 #ifdef _WIN32
+    if (path.startsWith(QLatin1String("\\\\"))) {
+        return path;
+    }
     if (path.startsWith(QLatin1Char('/'))) {
         path.prepend(QStringLiteral("C:"));
     }

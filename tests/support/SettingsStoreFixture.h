@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #ifdef _WIN32
+#include "platform/WideText.h"
 #include "platform/WindowsRegistry.h"
 #endif
 

@@ -68,6 +68,7 @@ TEST(SaveWhitelist, LeavesTheEarlierListInForceWhenItCannotBeStored) {
     store.SetUnwritable();
     EXPECT_THROW(SaveWhitelist(store, {QStringLiteral("@example.net")}), RuntimeError);
     EXPECT_EQ(LoadWhitelist(store), QStringList({QStringLiteral("@example.com"), QStringLiteral("a@example.org")}));
+    EXPECT_EQ(store.FlushCount(), 3) << "what putting it back fails with is not left to somebody else's flush";
 }
 
 TEST(SaveWhitelist, LeavesNoDummyBehindForAnEmptyList) {
