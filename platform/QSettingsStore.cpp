@@ -4,6 +4,8 @@
 #include "platform/SettingsStore.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -85,9 +87,10 @@ public:
         if (settings_->status() == QSettings::FormatError) {
             const QString file = settings_->fileName();
             settings_ = OpenFile(file); // which reads the file again, when somebody has corrected it
-            throw FileError(file,
-                            QCoreApplication::translate("quellbox", "The settings cannot be understood. Correct the "
-                                                                    "file, or delete it to start with new settings."));
+            throw FileError(file, QCoreApplication::translate("quellbox",
+                                                              "Parts of the settings cannot be understood and are "
+                                                              "left out. The file as it was is kept beside them, "
+                                                              "under a name with \"broken\" at its end."));
         }
         if (refused || settings_->status() != QSettings::NoError || !settings_->isWritable()) {
             throw FileError(settings_->fileName(),
@@ -98,9 +101,18 @@ public:
     }
 
 private:
+    /// What QSettings does not understand is gone with the first value that is stored.
+    static void KeepBroken(const QString& file) {
+        const QString moment = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+        QFile::copy(file, QStringLiteral("%1.%2.broken").arg(file, moment));
+    }
+
     static std::unique_ptr<QSettings> OpenFile(const QString& file) {
         auto settings = std::make_unique<QSettings>(file, QSettings::IniFormat);
         settings->setFallbacksEnabled(false);
+        if (settings->status() == QSettings::FormatError) {
+            KeepBroken(file);
+        }
         return settings;
     }
 

@@ -424,8 +424,8 @@
         <translation>Die Datei wurde beim Verschieben verändert.</translation>
     </message>
     <message>
-        <source>The settings cannot be understood. Correct the file, or delete it to start with new settings.</source>
-        <translation>Die Einstellungen sind nicht lesbar. Berichtigen Sie die Datei oder löschen Sie sie, um mit neuen Einstellungen zu beginnen.</translation>
+        <source>Parts of the settings cannot be understood and are left out. The file as it was is kept beside them, under a name with &quot;broken&quot; at its end.</source>
+        <translation>Teile der Einstellungen sind nicht zu verstehen und entfallen. Die Datei, wie sie war, bleibt daneben unter einem Namen mit „broken“ am Ende.</translation>
     </message>
     <message>
         <source>The settings cannot be written. Make sure that you may write this file and its folder, and that the disk is not full.</source>

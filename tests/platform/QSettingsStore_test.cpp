@@ -63,9 +63,15 @@ TEST_F(SettingsStoreTest, PendingValuesAreWrittenWithTheNextFlush) {
     EXPECT_TRUE(file.readAll().contains("Key=value"));
 }
 
-TEST_F(SettingsStoreTest, FileThatIsNoSettingsFileSaysSoOnce) {
-    WriteByHand("[Settings\nKey=value\n=\n");
+TEST_F(SettingsStoreTest, FileThatIsNoSettingsFileIsKeptAndSaysSoOnce) {
+    const QByteArray broken = "[Settings\nKey=value\n=\n";
+    WriteByHand(broken);
     const auto store = Open();
+    const QFileInfoList kept = QFileInfo(FilePath()).dir().entryInfoList({Text("settings.ini.*.broken")});
+    ASSERT_EQ(kept.size(), 1);
+    QFile copy(kept.front().filePath());
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), broken);
     EXPECT_THROW(store->Flush(), FileError);
     WriteByHand("[Settings]\nKey=corrected\n");
     store->SetValue(Text("Settings"), Text("Other"), Text("1"));
