@@ -55,7 +55,8 @@ step 'configuration' cmake -S "$root" -B "$build/cmake" -G Ninja --toolchain "$r
   -DCMAKE_BUILD_TYPE=Release -DCMAKE_FIND_ROOT_PATH="$prefixes" -DQT_HOST_PATH=/usr \
   -DQT_HOST_PATH_CMAKE_DIR="$host" -DQt6LinguistTools_DIR="$host/Qt6LinguistTools" \
   -DQUELLBOX_RESOURCES="$build/resources/quellbox.qrc" -DQUELLBOX_ICON="$build/resources/icons/quellbox.ico" \
-  -DCMAKE_PROJECT_INCLUDE="$recipes/static.cmake" -DQUELLBOX_QT_TRANSLATIONS=/usr/share/qt6/translations -DQUELLBOX_TESTS=$tests -DQUELLBOX_BENCHMARKS=OFF -DCMAKE_CROSSCOMPILING_EMULATOR=wine "$@"
+  -DCMAKE_PROJECT_INCLUDE="$recipes/static.cmake" -DQUELLBOX_QT_TRANSLATIONS=/usr/share/qt6/translations \
+  -DQUELLBOX_TESTS=$tests -DQUELLBOX_BENCHMARKS=OFF -DCMAKE_CROSSCOMPILING_EMULATOR=wine "$@"
 targets=(quellbox help_chm)
 [ $tests = OFF ] || targets+=(all)
 step 'program' cmake --build "$build/cmake" -j "$jobs" --target "${targets[@]}"

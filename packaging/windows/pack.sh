@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Packs the built program, and the sources of all that is in it:  pack.sh BUILD
+# Packs the built program, and the sources of it and of its libraries:  pack.sh BUILD
 . "$(dirname "$0")/common.sh"
 build=$1
 cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/cmake/CMakeCache.txt"; }
@@ -71,7 +71,7 @@ tracked() {
 }
 tracked | tar -c -C "$root" --null -T - | tar -x -C "$build/$sources/quellbox"
 while read -r library _; do
-  "$recipes/sources.sh" files "$library" | xargs -d '\n' cp -t "$build/$sources/libraries"
+  "$recipes/sources.sh" files "$library" | xargs -d '\n' cp -a -t "$build/$sources/libraries"
 done <"$cache/versions"
 tar -c -f "$build/$sources.tar" -C "$build" "$sources"
 rm -rf "${build:?}/$sources"

@@ -4,7 +4,7 @@
 #   sources.sh versions      fetches the newest sources there are and writes their versions to the cache. A look each
 #                            day is enough, and without a network the last one counts.
 #   sources.sh unpack NAME   unpacks a source package into ./NAME, or copies the one that QUELLBOX_SOURCES has
-#   sources.sh files NAME    prints the files of a source package
+#   sources.sh files NAME    prints the files of a source package, or the folder of the one that QUELLBOX_SOURCES has
 . "$(dirname "$0")/common.sh"
 sources=(qt6-base glib2.0 gmime pcre2 libffi)
 mirror=${QUELLBOX_DEBIAN_MIRROR:-http://deb.debian.org}
@@ -86,6 +86,10 @@ case $1 in
     dpkg-source --no-check -x "$(description_of "$2")" "$2"
     ;;
   files)
+    if [ -d "${QUELLBOX_SOURCES:-}/$2" ]; then
+      echo "$QUELLBOX_SOURCES/$2"
+      exit
+    fi
     description=$(description_of "$2")
     echo "$description"
     awk -v folder="$cache/sources/" '/^[^ ]/ { listed = /^Checksums-Sha256:/; next } listed { print folder $3 }' \
