@@ -56,7 +56,7 @@ void frmMain::ShowNextMessage(int row) {
     try {
         UpdateSelectionStatus();
     } catch (const RuntimeError& error) {
-        // A size that cannot be counted must not keep the message from being shown.
+        // A size that is too large to count must not keep the message from being shown.
         DropFailures({{MessagePath(row), error.Text()}});
     }
     Loading wanted;
@@ -66,8 +66,8 @@ void frmMain::ShowNextMessage(int row) {
     LoadMessage(row, wanted);
     AwaitMessage();
     const MessageRow& next = model_.Row(row);
-    panels_.SetInfo(next.key);
-    panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);
+    panels_.SetInfo(next.Key());
+    panels_.SetSize(FormatSize(next.Size()), panels_.Size().toolTip);
     panels_.SetCount(tr("%n messages", nullptr, model_.Count()));
 }
 
@@ -105,8 +105,8 @@ void frmMain::TolerateSelectedSender() {
         const MessageRow& message = model_.Row(row);
         frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
         dialog.SetMode(ToleranceWord::tolerate);
-        dialog.SetSender(message.tag);
-        dialog.SetStatus(ShownText(message.cells[ColumnFrom]));
+        dialog.SetSender(message.Tag());
+        dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
     }
     if (!closing_ && state_.ToleranceResult == ToleranceWord::ok) {

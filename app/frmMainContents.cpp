@@ -63,7 +63,7 @@ int frmMain::SelectedRow() const {
 }
 
 QString frmMain::MessagePath(int row) const {
-    return state_.ArchiveDir + model_.Row(row).key;
+    return state_.ArchiveDir + model_.Row(row).Key();
 }
 
 void frmMain::MakeLoader() {

@@ -54,7 +54,7 @@ void frmMain::lvwMessages_ColumnClick(int column) {
 }
 
 void frmMain::lvwMessages_ItemClick(int row) {
-    if (model_.Row(row).cells[ColumnTo].isEmpty() && mnuViewBulk->isChecked()) {
+    if (model_.Row(row).Cell(ColumnTo).isEmpty() && mnuViewBulk->isChecked()) {
         ReadMessageHeaders(row);
     }
     if (LoadOnItemClick) {
@@ -73,10 +73,11 @@ void frmMain::ReadMessageHeaders(int row) {
         if (answer.kind != MessageAnswer::Kind::Headers || !place.isValid()) {
             return;
         }
-        MessageRow contents = model_.Row(place.row());
-        FillRow(contents, answer.headers);
-        state_.strXSender = contents.tag;
-        model_.Update(place.row(), std::move(contents));
+        const MessageRow& row = model_.Row(place.row());
+        MessageTexts texts = row.Texts();
+        FillTexts(texts, answer.headers);
+        state_.strXSender = texts.tag;
+        model_.Update(place.row(), row.WithTexts(texts));
     });
 }
 

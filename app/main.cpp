@@ -29,7 +29,7 @@ void PrintList(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
         QStringList cells;
         for (const int column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
-            cells.append(model.Row(row).cells[static_cast<size_t>(column)]);
+            cells.append(model.Row(row).Cell(column));
         }
         std::printf("%s\n", cells.join(QLatin1Char('\t')).toUtf8().constData());
     }

@@ -20,24 +20,20 @@ namespace {
 constexpr int filesMeasured = 8;
 
 ReadRow MakeRow(const FileSystem& files, const QString& folder, const FileEntry& entry, bool bulk) {
-    ReadRow result;
-    MessageRow& row = result.row;
-    result.modifiedNs = entry.status.modifiedNs;
-    row.key = entry.name;
-    row.cells[ColumnDate] = ListDate(entry.status.modifiedNs);
-    row.cells[ColumnSize] = QString::number(entry.status.size);
-    row.cells[ColumnBytes] = row.cells[ColumnSize].rightJustified(8, QLatin1Char('0'));
-    if (bulk) {
-        row.cells[ColumnSubject] = CleanseForDisplay(entry.name);
-        return result;
-    }
+    MessageTexts texts;
+    bool loaded = false;
     try {
-        result.loaded = FillRow(row, ReadHeaderFields(files, folder + entry.name));
+        if (bulk) {
+            texts.subject = CleanseForDisplay(entry.name);
+        } else {
+            loaded = FillTexts(texts, ReadHeaderFields(files, folder + entry.name));
+        }
     } catch (const std::exception& error) {
         // Nothing may leave a reader's thread, not even a lack of memory.
-        row.cells[ColumnSubject] = QString::fromUtf8(error.what());
+        texts.subject = QString::fromUtf8(error.what());
     }
-    return result;
+    return {MessageRow(entry.name, entry.status.size, LocalSeconds(entry.status.modifiedNs), texts),
+            entry.status.modifiedNs, loaded};
 }
 
 } // namespace

@@ -8,16 +8,12 @@ QString SclText(const HeaderFields& fields) {
     return percent < 0 ? QString() : confidence.left(percent);
 }
 
-bool FillRow(MessageRow& row, const HeaderFields& fields) {
+bool FillTexts(MessageTexts& texts, const HeaderFields& fields) {
     if (fields.errorCode != 0) {
-        row.cells[ColumnSubject] = fields.errorText;
+        texts.subject = fields.errorText;
         return false;
     }
-    row.tag = fields.xSender;
-    row.cells[ColumnTo] = fields.recipient;
-    row.cells[ColumnFrom] = fields.sender;
-    row.cells[ColumnSubject] = fields.subject;
-    row.cells[ColumnScl] = SclText(fields);
+    texts = {fields.recipient, fields.sender, fields.subject, SclText(fields), fields.xSender};
     return true;
 }
 

@@ -144,11 +144,11 @@ void RefreshPass::AddRows(HeaderReadAhead& rows, bool markNew) {
 
 void RefreshPass::AddRow(ReadRow read, bool markNew) {
     MessageRow& row = read.row;
-    row.unread = markNew;
-    state_.LastAddedFile = row.key;
-    state_.LastArrival = {row.key, read.modifiedNs};
+    row.SetUnread(markNew);
+    state_.LastAddedFile = row.Key();
+    state_.LastArrival = {state_.LastAddedFile, read.modifiedNs};
     if (read.loaded) {
-        state_.strXSender = row.tag;
+        state_.strXSender = row.Tag();
     }
     lastMessageWasRead_ = read.loaded;
     const int index = model_.Count() + static_cast<int>(batch_.size()) + 1;
@@ -163,11 +163,12 @@ void RefreshPass::AddRow(ReadRow read, bool markNew) {
 }
 
 bool RefreshPass::Tolerate(const MessageRow& row) {
-    if (!whitelist_.TolerableSender(row.tag.toLower())) {
+    if (!whitelist_.TolerableSender(row.Tag().toLower())) {
         return false;
     }
+    const QString key = row.Key();
     try {
-        ports_.files.Move(state_.ArchiveDir + row.key, state_.PickupDir + row.key);
+        ports_.files.Move(state_.ArchiveDir + key, state_.PickupDir + key);
     } catch (const FileError& error) {
         qCWarning(logRefresh).noquote() << "A tolerated message stays in the archive:" << error.Text();
         return false;

@@ -44,14 +44,14 @@ void ProgramWindow::RequireWholeList() {
     Require(model.Count() == names.size(), "the list has not one row for each file");
     for (int row = 0; row < model.Count(); ++row) {
         const MessageRow& shown = model.Row(row);
-        Require(missing.remove(shown.key), "a row belongs to no file, or a file has two rows");
-        Require(row == 0 || model.Row(row - 1).cells[ColumnDate] >= shown.cells[ColumnDate], "the list is not sorted");
+        Require(missing.remove(shown.Key()), "a row belongs to no file, or a file has two rows");
+        Require(row == 0 || model.Row(row - 1).Cell(ColumnDate) >= shown.Cell(ColumnDate), "the list is not sorted");
         if (row % looksAt == 0) {
-            const QByteArray bytes = ReadWhole(files_, archive + shown.key);
+            const QByteArray bytes = ReadWhole(files_, archive + shown.Key());
             const HeaderFields fields = ParseHeaderFields(bytes);
-            Require(shown.cells[ColumnTo] == fields.recipient && shown.cells[ColumnFrom] == fields.sender &&
-                        shown.cells[ColumnSubject] == (fields.errorCode == 0 ? fields.subject : fields.errorText) &&
-                        shown.cells[ColumnSize] == QString::number(bytes.size()),
+            Require(shown.Cell(ColumnTo) == fields.recipient && shown.Cell(ColumnFrom) == fields.sender &&
+                        shown.Cell(ColumnSubject) == (fields.errorCode == 0 ? fields.subject : fields.errorText) &&
+                        shown.Cell(ColumnSize) == QString::number(bytes.size()),
                     "a row shows something else than its file says");
         }
     }

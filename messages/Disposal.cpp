@@ -33,7 +33,7 @@ DisposalResult DisposeOfMessages(FileSystem& files, qint16 action, const Disposa
         return result;
     }
     for (const int row : rows) {
-        const QString key = model.Row(row).key;
+        const QString key = model.Row(row).Key();
         try {
             DisposeOfFile(files, action, folders, key);
         } catch (const FileError& error) {

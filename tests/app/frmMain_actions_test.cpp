@@ -1,3 +1,4 @@
+#include "tests/messages/ListRows.h"
 #include "tests/support/RealFolderWindow.h"
 
 #include <QDialog>
@@ -40,10 +41,10 @@ TEST_F(Actions, AnArrivingMessageIsListedClickedAndUnblocked) {
     Write(Archive(Name(1)), Mail(1));
     window->RefreshArchive(true);
     ASSERT_EQ(window->Messages().Count(), 1);
-    EXPECT_TRUE(window->Messages().Row(0).unread);
+    EXPECT_TRUE(window->Messages().Row(0).IsUnread());
     EXPECT_FALSE(Command("mnuActionsUnblock")->isEnabled());
     Click(0);
-    EXPECT_FALSE(window->Messages().Row(0).unread);
+    EXPECT_FALSE(window->Messages().Row(0).IsUnread());
     EXPECT_TRUE(Raw()->toPlainText().contains(QStringLiteral("second line")));
     ASSERT_TRUE(Command("mnuActionsUnblock")->isEnabled());
     Command("mnuActionsUnblock")->trigger();
@@ -119,9 +120,7 @@ TEST_F(Actions, AHeldKeyDisposesOfOneMessageOnly) {
 TEST_F(Actions, AMessageWhoseSizeCannotBeCountedIsShownAllTheSame) {
     Open(3);
     const QStringList before = Keys();
-    MessageRow huge = window->Messages().Row(1);
-    huge.cells[ColumnSize] = QStringLiteral("4000000000");
-    window->Messages().Update(1, huge);
+    window->Messages().Update(1, WithSize(window->Messages().Row(1), 4'000'000'000));
     Click(0);
     Command("mnuActionsDelete")->trigger();
     EXPECT_EQ(Keys(), before.mid(1));

@@ -1,3 +1,4 @@
+#include "tests/messages/ListRows.h"
 #include "tests/support/MainWindowFixture.h"
 
 namespace quellbox {
@@ -63,9 +64,7 @@ TEST_F(MainBadInput, ASelectionOfTwoGibibytesIsReported) {
     AddThree();
     OpenRefreshed();
     for (const int row : {1, 2}) {
-        MessageRow huge = window_->Messages().Row(row);
-        huge.cells[ColumnSize] = QString::number(1 << 30);
-        window_->Messages().Update(row, huge);
+        window_->Messages().Update(row, WithSize(window_->Messages().Row(row), 1 << 30));
     }
     ClickRow(1);
     EXPECT_TRUE(errors_.isEmpty());

@@ -1,3 +1,4 @@
+#include "tests/messages/ListRows.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QComboBox>
@@ -165,9 +166,7 @@ TEST_F(MainFind, FindNextAfterFindAllMissesUntilRowsAreAdded) {
     EXPECT_EQ(beeps_, 1);
     State().FindText = QStringLiteral("about b");
     Action("mnuEditFindAll")->trigger();
-    MessageRow added = window_->Messages().Row(1);
-    added.key = QStringLiteral("b2.eml");
-    window_->Messages().Append({added});
+    window_->Messages().Append({RowWith(QStringLiteral("about b"), QStringLiteral("b2.eml"))});
     Action("mnuEditFindNext")->trigger();
     EXPECT_EQ(SelectedKeys(), "a.eml b.eml b2.eml");
 }
@@ -414,11 +413,8 @@ TEST_F(MainFind, FindAllSelectsEverySecondOfAFullList) {
     constexpr int count = 32'766;
     std::vector<MessageRow> rows;
     for (int number = 0; number < count; ++number) {
-        MessageRow row = window_->Messages().Row(0);
-        row.key = QString::number(number);
-        row.cells[ColumnSubject] = number % 2 == 0 ? QStringLiteral("Even") : QStringLiteral("odd");
-        row.cells[ColumnSize] = QStringLiteral("10");
-        rows.push_back(row);
+        const QString subject = number % 2 == 0 ? QStringLiteral("Even") : QStringLiteral("odd");
+        rows.push_back(RowWith(subject, QString::number(number)));
     }
     window_->Messages().Clear();
     window_->Messages().Append(std::move(rows));

@@ -178,7 +178,7 @@ TEST_F(MainStart, TheArchiveOfTheCommandLineIsListedAndNotStored) {
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
     EXPECT_EQ(window.Messages().Count(), 1);
-    EXPECT_EQ(window.Messages().Row(0).key.toStdString(), "only.eml");
+    EXPECT_EQ(window.Messages().Row(0).Key().toStdString(), "only.eml");
     EXPECT_EQ(window.State().PickupDir.toStdString(), "/pickup/");
     window.close();
     EXPECT_EQ(store_.FlushCount(), 1);
@@ -199,8 +199,8 @@ TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.Messages().Count() == 2; }, patience));
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
-    EXPECT_EQ(window.Messages().Row(0).cells[ColumnSubject].toStdString(), "about new.eml");
-    EXPECT_EQ(window.Messages().Row(1).key.toStdString(), "old.eml");
+    EXPECT_EQ(window.Messages().Row(0).Cell(ColumnSubject).toStdString(), "about new.eml");
+    EXPECT_EQ(window.Messages().Row(1).Key().toStdString(), "old.eml");
     pool_.waitForDone(); // its readers use the folder
 }
 

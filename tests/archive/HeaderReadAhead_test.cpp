@@ -43,8 +43,8 @@ protected:
         while (!rows.AtEnd() && rows.WaitForNext(20s)) {
             const ReadRow read = rows.TakeNext();
             EXPECT_TRUE(read.loaded);
-            EXPECT_EQ(read.row.cells[ColumnSubject], u"s%1"_s.arg(keys.size()));
-            keys += read.row.key;
+            EXPECT_EQ(read.row.Cell(ColumnSubject), u"s%1"_s.arg(keys.size()));
+            keys += read.row.Key();
         }
         return keys;
     }
@@ -122,7 +122,7 @@ TEST_F(HeaderReadAheadTest, SaysAfterTheLimitThatARowIsNotThereYet) {
     EXPECT_FALSE(rows.WaitForNext(1ms));
     release.release(10 * fileCount);
     EXPECT_TRUE(rows.WaitForNext(20s));
-    EXPECT_EQ(rows.TakeNext().row.key, NameOf(0));
+    EXPECT_EQ(rows.TakeNext().row.Key(), NameOf(0));
 }
 
 TEST_F(HeaderReadAheadTest, OpensNothingInBulkMode) {
@@ -131,10 +131,10 @@ TEST_F(HeaderReadAheadTest, OpensNothingInBulkMode) {
     while (!rows.AtEnd() && rows.WaitForNext(20s)) {
         const ReadRow read = rows.TakeNext();
         EXPECT_FALSE(read.loaded);
-        EXPECT_EQ(read.row.cells[ColumnSubject], read.row.key);
-        EXPECT_EQ(read.row.cells[ColumnFrom], QString());
-        EXPECT_EQ(read.row.tag, QString());
-        keys += read.row.key;
+        EXPECT_EQ(read.row.Cell(ColumnSubject), read.row.Key());
+        EXPECT_EQ(read.row.Cell(ColumnFrom), QString());
+        EXPECT_EQ(read.row.Tag(), QString());
+        keys += read.row.Key();
     }
     pool.waitForDone();
     EXPECT_EQ(keys, AllNames());
@@ -147,8 +147,8 @@ TEST_F(HeaderReadAheadTest, KeepsTheExactKeyOfANameThatIsUnfitForDisplay) {
     HeaderReadAhead rows = Rows(true);
     ASSERT_TRUE(rows.WaitForNext(20s));
     const MessageRow row = rows.TakeNext().row;
-    EXPECT_EQ(row.key, u"odd\u202Ename.eml"_s);
-    EXPECT_EQ(row.cells[ColumnSubject], u"oddname.eml"_s);
+    EXPECT_EQ(row.Key(), u"odd\u202Ename.eml"_s);
+    EXPECT_EQ(row.Cell(ColumnSubject), u"oddname.eml"_s);
 }
 
 TEST_F(HeaderReadAheadTest, WritesTheSizeTwice) {
@@ -156,10 +156,10 @@ TEST_F(HeaderReadAheadTest, WritesTheSizeTwice) {
     HeaderReadAhead rows = Rows(true);
     ASSERT_TRUE(rows.WaitForNext(20s));
     const MessageRow small = rows.TakeNext().row;
-    EXPECT_EQ(small.cells[ColumnSize], u"123"_s);
-    EXPECT_EQ(small.cells[ColumnBytes], u"00000123"_s);
+    EXPECT_EQ(small.Cell(ColumnSize), u"123"_s);
+    EXPECT_EQ(small.Cell(ColumnBytes), u"00000123"_s);
     ASSERT_TRUE(rows.WaitForNext(20s));
-    EXPECT_EQ(rows.TakeNext().row.cells[ColumnBytes], u"1234567890"_s);
+    EXPECT_EQ(rows.TakeNext().row.Cell(ColumnBytes), u"1234567890"_s);
 }
 
 TEST_F(HeaderReadAheadTest, IsDestroyedWhileAReaderStalls) {

@@ -90,11 +90,11 @@ TEST_F(RefreshFailureTest, GivesAFileThatIsNoMessageARowWithTheError) {
     RefreshPass pass = Pass();
     EXPECT_EQ(pass.Run(true, false), RefreshOutcome::Completed);
     ASSERT_EQ(Keys(), (QStringList{u"a.eml"_s, u"b.eml"_s}));
-    EXPECT_NE(model.Row(1).cells[ColumnSubject], QString());
-    EXPECT_EQ(model.Row(1).cells[ColumnTo], QString());
-    EXPECT_EQ(model.Row(1).tag, QString());
-    EXPECT_EQ(model.Row(1).cells[ColumnSize], u"0"_s);
-    EXPECT_TRUE(model.Row(1).unread);
+    EXPECT_NE(model.Row(1).Cell(ColumnSubject), QString());
+    EXPECT_EQ(model.Row(1).Cell(ColumnTo), QString());
+    EXPECT_EQ(model.Row(1).Tag(), QString());
+    EXPECT_EQ(model.Row(1).Cell(ColumnSize), u"0"_s);
+    EXPECT_TRUE(model.Row(1).IsUnread());
     EXPECT_EQ(state.LastAddedFile, u"b.eml"_s);
     EXPECT_FALSE(pass.LastMessageWasRead());
 }
@@ -105,8 +105,8 @@ TEST_F(RefreshFailureTest, GivesAFileThatVanishesAfterTheListingARowWithTheError
     RefreshPass pass = Pass();
     EXPECT_EQ(pass.Run(false, false), RefreshOutcome::Completed);
     ASSERT_EQ(model.Count(), 3);
-    EXPECT_TRUE(model.Row(1).cells[ColumnSubject].contains(u"No such file"_s));
-    EXPECT_EQ(model.Row(2).cells[ColumnSubject], u"s"_s);
+    EXPECT_TRUE(model.Row(1).Cell(ColumnSubject).contains(u"No such file"_s));
+    EXPECT_EQ(model.Row(2).Cell(ColumnSubject), u"s"_s);
     EXPECT_TRUE(pass.LastMessageWasRead());
 }
 

@@ -23,14 +23,14 @@ TEST_F(RefreshPassTest, FillsARowPerFileWhateverItsExtension) {
     EXPECT_EQ(Keys(), (QStringList{u"b.EML"_s, u"a.txt"_s, u"noextension"_s}));
     EXPECT_EQ(maximum, 4);
     const MessageRow& row = model.Row(0);
-    EXPECT_EQ(row.cells[ColumnDate], u"2026-06-15 12:00:00"_s);
-    EXPECT_EQ(row.cells[ColumnTo], u"t"_s);
-    EXPECT_EQ(row.cells[ColumnFrom], u"f"_s);
-    EXPECT_EQ(row.cells[ColumnSubject], u"s"_s);
-    EXPECT_EQ(row.cells[ColumnSize], QString::number(files.Bytes(InArchive(u"b.EML"_s)).size()));
-    EXPECT_EQ(row.cells[ColumnBytes].size(), 8);
-    EXPECT_EQ(row.tag, u"eve@spam.example"_s);
-    EXPECT_FALSE(row.unread);
+    EXPECT_EQ(row.Cell(ColumnDate), u"2026-06-15 12:00:00"_s);
+    EXPECT_EQ(row.Cell(ColumnTo), u"t"_s);
+    EXPECT_EQ(row.Cell(ColumnFrom), u"f"_s);
+    EXPECT_EQ(row.Cell(ColumnSubject), u"s"_s);
+    EXPECT_EQ(row.Cell(ColumnSize), QString::number(files.Bytes(InArchive(u"b.EML"_s)).size()));
+    EXPECT_EQ(row.Cell(ColumnBytes).size(), 8);
+    EXPECT_EQ(row.Tag(), u"eve@spam.example"_s);
+    EXPECT_FALSE(row.IsUnread());
 }
 
 TEST_F(RefreshPassTest, WithoutALastFileRebuildsTheList) {
@@ -48,9 +48,9 @@ TEST_F(RefreshPassTest, WithALastFileOpensAndAddsOnlyWhatFollowsInBold) {
     const int opened = files.OpenCount();
     EXPECT_EQ(Run(true), RefreshOutcome::Completed);
     ASSERT_EQ(model.Count(), 21);
-    EXPECT_EQ(model.Row(20).key, u"new.eml"_s);
-    EXPECT_TRUE(model.Row(20).unread);
-    EXPECT_FALSE(model.Row(19).unread);
+    EXPECT_EQ(model.Row(20).Key(), u"new.eml"_s);
+    EXPECT_TRUE(model.Row(20).IsUnread());
+    EXPECT_FALSE(model.Row(19).IsUnread());
     EXPECT_EQ(files.OpenCount(), opened + 1);
     EXPECT_EQ(state.LastAddedFile, u"new.eml"_s);
 }
@@ -72,7 +72,7 @@ TEST_F(RefreshPassTest, AddsAListedFileThatIsWrittenAgainNotTwice) {
     AddMessage(u"001.eml"_s); // written again, so it comes last in the order now
     EXPECT_EQ(Run(true), RefreshOutcome::Completed);
     EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"001.eml"_s, u"002.eml"_s, u"new.eml"_s}));
-    EXPECT_FALSE(model.Row(1).unread);
+    EXPECT_FALSE(model.Row(1).IsUnread());
     EXPECT_EQ(state.LastAddedFile, u"new.eml"_s);
 }
 
@@ -154,9 +154,9 @@ TEST_F(RefreshPassTest, ListsFileNamesInBulkModeWithoutOpeningAny) {
     AddMessages(2);
     RefreshPass pass = Pass();
     EXPECT_EQ(pass.Run(true, true), RefreshOutcome::Completed);
-    EXPECT_EQ(model.Row(1).cells[ColumnSubject], u"001.eml"_s);
-    EXPECT_EQ(model.Row(1).tag, QString());
-    EXPECT_TRUE(model.Row(1).unread);
+    EXPECT_EQ(model.Row(1).Cell(ColumnSubject), u"001.eml"_s);
+    EXPECT_EQ(model.Row(1).Tag(), QString());
+    EXPECT_TRUE(model.Row(1).IsUnread());
     EXPECT_EQ(state.LastAddedFile, u"001.eml"_s);
     EXPECT_FALSE(pass.LastMessageWasRead());
     EXPECT_EQ(files.OpenCount(), 0);

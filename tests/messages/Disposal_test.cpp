@@ -1,5 +1,6 @@
 #include "messages/Disposal.h"
 
+#include "tests/messages/ListRows.h"
 #include "tests/support/MemoryFileSystem.h"
 
 #include <gtest/gtest.h>
@@ -20,10 +21,8 @@ protected:
         files.AddFolder(folders.pickup);
         std::vector<MessageRow> rows;
         for (int number = 0; number < count; ++number) {
-            MessageRow row;
-            row.key = Name(number);
-            rows.push_back(row);
-            files.Add(folders.archive + row.key, QByteArray("Subject: ") + QByteArray::number(number));
+            rows.push_back(RowWith(Name(number)));
+            files.Add(folders.archive + Name(number), QByteArray("Subject: ") + QByteArray::number(number));
         }
         model.Append(std::move(rows));
     }
@@ -35,7 +34,7 @@ protected:
     QStringList Keys() const {
         QStringList keys;
         for (int row = 0; row < model.Count(); ++row) {
-            keys.append(model.Row(row).key);
+            keys.append(model.Row(row).Key());
         }
         return keys;
     }
@@ -76,9 +75,7 @@ TEST_F(Disposal, BothUnblockCodesDoTheSameWhateverHappens) {
         MessageListModel list;
         fresh.AddFolder(folders.pickup);
         for (int number = 0; number < 5; ++number) {
-            MessageRow row;
-            row.key = Name(number);
-            list.Append({row});
+            list.Append({RowWith(Name(number))});
             fresh.Add(folders.archive + Name(number), Name(number).toLatin1());
         }
         fresh.Add(folders.pickup + Name(1), "other");
@@ -86,7 +83,7 @@ TEST_F(Disposal, BothUnblockCodesDoTheSameWhateverHappens) {
         fresh.SetReadOnly(folders.archive + Name(3));
         QStringList outcome;
         const DisposalResult result = DisposeOfMessages(fresh, action, folders, {0, 1, 2, 3}, list, [](int) {});
-        outcome << QString::number(result.rowsGone) << QString::number(result.nextRow) << list.Row(0).key;
+        outcome << QString::number(result.rowsGone) << QString::number(result.nextRow) << list.Row(0).Key();
         for (const auto& failure : result.failures) {
             outcome << failure.path + QLatin1Char('=') + failure.reason;
         }
@@ -174,9 +171,7 @@ TEST_F(Disposal, AFailingCallLeavesEveryMessageWholeInExactlyOneFolder) {
             fresh.AddFolder(folders.pickup);
             MessageListModel list;
             for (int number = 0; number < 4; ++number) {
-                MessageRow row;
-                row.key = Name(number);
-                list.Append({row});
+                list.Append({RowWith(Name(number))});
                 fresh.Add(folders.archive + Name(number), Name(number).toLatin1());
             }
             fresh.FailCall(failing);

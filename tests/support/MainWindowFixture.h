@@ -130,7 +130,7 @@ protected:
     std::string Keys() const {
         QStringList keys;
         for (int row = 0; row < window_->Messages().Count(); ++row) {
-            keys += window_->Messages().Row(row).key;
+            keys += window_->Messages().Row(row).Key();
         }
         return keys.join(QLatin1Char(' ')).toStdString();
     }
@@ -142,7 +142,7 @@ protected:
     std::string SelectedKeys() const {
         QStringList keys;
         for (const QModelIndex& index : List()->selectionModel()->selectedRows()) {
-            keys += window_->Messages().Row(index.row()).key;
+            keys += window_->Messages().Row(index.row()).Key();
         }
         keys.sort();
         return keys.join(QLatin1Char(' ')).toStdString();

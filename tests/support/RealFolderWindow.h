@@ -103,7 +103,7 @@ protected:
     QStringList Keys() {
         QStringList keys;
         for (int row = 0; row < window->Messages().Count(); ++row) {
-            keys.append(window->Messages().Row(row).key);
+            keys.append(window->Messages().Row(row).Key());
         }
         return keys;
     }
