@@ -9,13 +9,13 @@
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
+#include "settings/frmMessageBox.h"
 #include "settings/frmPlacement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenu>
-#include <QMessageBox>
 
 namespace quellbox {
 
@@ -129,10 +129,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 void frmMain::ReportError(const QString& text) {
     const std::function<void(bool)> runTimer = TimerSwitch();
     runTimer(false);
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quellbox"), text, QMessageBox::Ok, this);
-    box.setObjectName(QStringLiteral("msgError"));
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), text}, this);
     runTimer(true);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
+#include "mail/DisplayText.h"
 #include "messages/Disposal.h"
 #include "messages/FormatSize.h"
 #include "whitelist/frmTolerate.h"

@@ -3,6 +3,7 @@
 #include "app/MessageListView.h"
 #include "contents/ExternalViewer.h"
 #include "contents/RawText.h"
+#include "mail/DisplayText.h"
 #include "messages/Disposal.h"
 
 #include <QGuiApplication>
@@ -16,13 +17,9 @@ namespace {
 constexpr int textRole = Qt::UserRole;    // the label in full
 constexpr int tagRole = Qt::UserRole + 1; // the value behind the label
 
-// Laying out a label of megabytes would freeze the window; no screen shows this much of one.
-constexpr qsizetype longestLabel = 1000;
-
 QTreeWidgetItem* MakeItem(const StructureNode& node) {
     auto* item = new QTreeWidgetItem;
-    const bool isLong = node.text.size() > longestLabel;
-    item->setText(0, isLong ? node.text.left(longestLabel) + QChar(0x2026) : node.text);
+    item->setText(0, ShownText(node.text));
     item->setData(0, textRole, node.text);
     item->setData(0, tagRole, node.tag);
     for (const StructureNode& child : node.children) {

@@ -2,23 +2,17 @@
 
 #include "dialogs/PickupTest.h"
 #include "mail/DisplayText.h"
+#include "settings/frmMessageBox.h"
 
 #include <QLocale>
-#include <QMessageBox>
 
 namespace quellbox {
 
 namespace {
 
 bool ConfirmPickupTest(const QString& pickupDir, QWidget* parent) {
-    QString question = PickupTestQuestion();
-    question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(QMessageBox::Warning, WindowTitle(pickupDir), question, QMessageBox::Yes | QMessageBox::No, parent);
-    box.setObjectName(QStringLiteral("msgConfirm"));
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::No);
-    box.setEscapeButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
+    return AskInMessageBox(QMessageBox::Warning,
+                           {QStringLiteral("msgConfirm"), WindowTitle(pickupDir), PickupTestQuestion()}, parent);
 }
 
 } // namespace

@@ -4,12 +4,12 @@
 #include "app/frmMain.h"
 #include "archive/ArchiveArgument.h"
 #include "platform/ShareFileSystem.h"
+#include "settings/frmMessageBox.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QLocale>
-#include <QMessageBox>
 #include <QStyle>
 #include <QThreadPool>
 
@@ -39,10 +39,7 @@ void PrintList(const MessageListModel& model) {
 void ShowArgumentError(const QString& error, bool withBox) {
     std::fprintf(stderr, "quellbox: %s\n", qPrintable(error));
     if (withBox) {
-        QMessageBox box(QMessageBox::Critical, QStringLiteral("Quellbox"), error, QMessageBox::Ok);
-        box.setObjectName(QStringLiteral("msgError"));
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
+        ShowMessageBox(QMessageBox::Critical, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), error}, nullptr);
     }
 }
 

@@ -3,12 +3,12 @@
 #include "mail/DisplayText.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
+#include "settings/frmMessageBox.h"
 #include "ui_frmFolders.h"
 
 #include <QAbstractItemView>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QMessageBox>
 #include <QThread>
 #include <QtConcurrentRun>
 
@@ -122,10 +122,8 @@ void frmFolders::drvList_Change(int index) {
 
 void frmFolders::ReportDrive(const Volume& volume, const QString& error) {
     const QString text = tr("Cannot use drive %1").arg(CleanseForDisplay(DriveOf(volume)));
-    QMessageBox box(QMessageBox::Warning, windowTitle(), text + QStringLiteral("\n\n") + error, QMessageBox::Ok, this);
-    box.setObjectName(QStringLiteral("msgDrive"));
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    ShowMessageBox(QMessageBox::Warning,
+                   {QStringLiteral("msgDrive"), windowTitle(), text + QStringLiteral("\n\n") + error}, this);
     ui_->drvList->setCurrentIndex(volume_);
 }
 

@@ -1,6 +1,7 @@
 #include "mail/Charset.h"
 
 #include "mail/GMimeStart.h"
+#include "platform/AnsiText.h"
 
 #include <gmime/gmime.h>
 
@@ -19,17 +20,11 @@ namespace {
 constexpr qsizetype kMaximumHandles = 64;
 constexpr qsizetype kMaximumNameLength = 40;
 
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
-};
-
 QString DecodeWindows1252(QByteArrayView bytes) {
     QString text = QString::fromLatin1(bytes);
     for (QChar& unit : text) {
         if (unit.unicode() >= 0x80 && unit.unicode() < 0xA0)
-            unit = kWindows1252[unit.unicode() - 0x80U];
+            unit = Windows1252Character(static_cast<unsigned char>(unit.unicode()));
     }
     return text;
 }

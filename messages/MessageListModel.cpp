@@ -1,5 +1,6 @@
 #include "messages/MessageListModel.h"
 
+#include "mail/DisplayText.h"
 #include "messages/SortKeys.h"
 
 #include <QCoreApplication>
@@ -12,11 +13,6 @@
 #include <utility>
 
 namespace quellbox {
-
-QString ShownText(const QString& text) {
-    constexpr qsizetype longest = 1000;
-    return text.size() <= longest ? text : text.left(longest) + QChar(0x2026);
-}
 
 namespace {
 

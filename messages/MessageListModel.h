@@ -10,9 +10,6 @@
 
 namespace quellbox {
 
-/// What is shown of a header value, which may be a megabyte long: widgets lay out what they get at every paint.
-QString ShownText(const QString& text);
-
 /// The rows of the message list in list order. Views get display texts and, per row, whether it is unread; header
 /// pictures are kept for them as opaque values.
 class MessageListModel : public QAbstractTableModel {

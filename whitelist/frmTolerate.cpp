@@ -1,11 +1,11 @@
 #include "whitelist/frmTolerate.h"
 
 #include "platform/RuntimeError.h"
+#include "settings/frmMessageBox.h"
 #include "ui_frmTolerate.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QKeyEvent>
-#include <QMessageBox>
 
 namespace quellbox {
 
@@ -116,10 +116,7 @@ void frmTolerate::btnOK_Click() {
         SaveWhitelist(store_, entries_.Entries());
     } catch (const RuntimeError& error) {
         // The dialog stays open, so that the list is not lost.
-        QMessageBox box(QMessageBox::Warning, windowTitle(), error.Text(), QMessageBox::Ok, this);
-        box.setObjectName(QStringLiteral("msgError"));
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
+        ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), windowTitle(), error.Text()}, this);
         return;
     }
     state_.ToleranceResult = ToleranceWord::ok;
@@ -127,13 +124,8 @@ void frmTolerate::btnOK_Click() {
 }
 
 bool frmTolerate::ConfirmDomain(const QString& domainUpper) {
-    QString question = DomainQuestion(domainUpper);
-    question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(QMessageBox::Question, DomainQuestionTitle(), question, QMessageBox::Yes | QMessageBox::No, this);
-    box.setObjectName(QStringLiteral("msgDomain"));
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
+    return AskInMessageBox(QMessageBox::Question,
+                           {QStringLiteral("msgDomain"), DomainQuestionTitle(), DomainQuestion(domainUpper)}, this);
 }
 
 void frmTolerate::ShowEntries() {
