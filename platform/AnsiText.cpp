@@ -28,7 +28,7 @@ char Windows1252Byte(char32_t character) {
 } // namespace
 
 QChar Windows1252Character(unsigned char byte) {
-    return byte >= 0x80 && byte < 0xA0 ? middle[byte - 0x80U] : byte;
+    return byte >= 0x80 && byte < 0xA0 ? QChar(middle[byte - 0x80U]) : QChar(ushort{byte});
 }
 
 QByteArray Windows1252Text(const QString& text) {
