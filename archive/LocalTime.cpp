@@ -14,21 +14,30 @@ qint64 FloorDivide(qint64 value, qint64 divisor) {
     return value / divisor - (value % divisor < 0 ? 1 : 0);
 }
 
+qint64 OffsetAt(qint64 seconds) {
+    return QDateTime::fromSecsSinceEpoch(seconds).offsetFromUtc();
+}
+
 } // namespace
 
-// Asking the time zone for each of 32,000 files would cost more than reading them, so its answer is kept for a quarter
-// of an hour, the finest grid on which offsets change.
+// Asking the time zone for each of 32,000 files would cost as much as parsing them. Its answer is kept for the six
+// hours around, at both ends of which it is the same: no zone changes its offset twice in so short a time.
 qint64 LocalSeconds(qint64 modifiedNs) {
-    constexpr qint64 quarterHour = 900;
-    thread_local qint64 knownQuarter = std::numeric_limits<qint64>::min();
+    constexpr qint64 sixHours = 6 * 3600;
+    thread_local qint64 known = std::numeric_limits<qint64>::min();
     thread_local qint64 knownOffset = 0;
     const qint64 seconds = FloorDivide(modifiedNs, nsPerSecond);
-    const qint64 quarter = FloorDivide(seconds, quarterHour);
-    if (quarter != knownQuarter) {
-        knownQuarter = quarter;
-        knownOffset = QDateTime::fromSecsSinceEpoch(seconds).offsetFromUtc();
+    const qint64 period = FloorDivide(seconds, sixHours);
+    if (period == known) {
+        return seconds + knownOffset;
     }
-    return seconds + knownOffset;
+    const qint64 offset = OffsetAt(period * sixHours);
+    if (OffsetAt((period + 1) * sixHours) != offset) {
+        return seconds + OffsetAt(seconds);
+    }
+    known = period;
+    knownOffset = offset;
+    return seconds + offset;
 }
 
 QDate LocalDay(qint64 modifiedNs) {
