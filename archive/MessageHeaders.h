@@ -11,6 +11,6 @@ QString SclText(const HeaderFields& fields);
 
 /// Fills the texts of a row. Those of a message that was not loaded only get its error text as subject, and the answer
 /// is false.
-bool FillTexts(MessageTexts& texts, const HeaderFields& fields);
+bool FillTexts(MessageTexts& texts, HeaderFields fields);
 
 } // namespace quellbox
