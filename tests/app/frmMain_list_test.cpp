@@ -1,5 +1,7 @@
 #include "tests/support/MainWindowFixture.h"
 
+#include <QContextMenuEvent>
+
 namespace quellbox {
 namespace {
 
@@ -203,6 +205,56 @@ TEST_F(MainList, TheRightButtonSelectsAndPopsUpTheMessageMenu) {
     menu->close();
     QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, CentreOfRow(0));
     EXPECT_FALSE(menu->isVisible());
+}
+
+TEST_F(MainList, ViewIsForOneSelectedMessageOnly) {
+    ClickRow(0);
+    ClickRow(1, Qt::ControlModifier);
+    const auto* view = Action("mnuMessageView");
+    auto* menu = Find<QMenu>("mnuMessage");
+    QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, CentreOfRow(1));
+    ASSERT_TRUE(menu->isVisible());
+    ASSERT_EQ(SelectedKeys(), "a.eml b.eml");
+    EXPECT_FALSE(view->isEnabled());
+    menu->close();
+    QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, CentreOfRow(2));
+    ASSERT_TRUE(menu->isVisible());
+    ASSERT_EQ(SelectedKeys(), "c.eml");
+    EXPECT_TRUE(view->isEnabled());
+    menu->close();
+}
+
+TEST_F(MainList, TheMenuByKeyOffersViewForOneSelectedMessageOnly) {
+    const auto* view = Action("mnuMessageView");
+    auto* menu = Find<QMenu>("mnuMessage");
+    const auto popUp = [&] {
+        const QPoint at = CentreOfRow(0);
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, at, List()->viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(List()->viewport(), &event);
+        ASSERT_TRUE(menu->isVisible());
+        menu->close();
+    };
+    List()->setFocus();
+    Press(Qt::Key_Down, Qt::ShiftModifier);
+    ASSERT_EQ(SelectedKeys(), "a.eml b.eml");
+    popUp();
+    EXPECT_FALSE(view->isEnabled());
+    Press(Qt::Key_Down);
+    ASSERT_EQ(SelectedKeys(), "c.eml");
+    popUp();
+    EXPECT_TRUE(view->isEnabled());
+}
+
+TEST_F(MainList, AMousePressEnablesViewByWhatIsSelectedUntilThen) {
+    const auto* view = Action("mnuMessageView");
+    const auto press = [this](int row) {
+        QTest::mousePress(List()->viewport(), Qt::LeftButton, Qt::ControlModifier, CentreOfRow(row));
+        QTest::mouseRelease(List()->viewport(), Qt::LeftButton, Qt::ControlModifier, CentreOfRow(row));
+    };
+    press(1);
+    EXPECT_TRUE(view->isEnabled()) << "one row was selected";
+    press(2);
+    EXPECT_FALSE(view->isEnabled()) << "two rows were selected";
 }
 
 } // namespace
