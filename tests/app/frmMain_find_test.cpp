@@ -274,6 +274,21 @@ TEST_F(MainFind, TheContextMenuSearchesTheColumnOfTheLastMousePress) {
     EXPECT_EQ(Panel("info"), "'about' not found in header field TO");
 }
 
+TEST_F(MainFind, EveryColumnIsSearchedThatTheMouseWasPressedIn) {
+    OpenWindow();
+    const QHeaderView* header = List()->header();
+    for (const Column column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
+        // The outermost pixels still belong to the column.
+        const int left = header->sectionViewportPosition(column);
+        for (const int x : {left + 1, left + header->sectionSize(column) - 1}) {
+            State().HeaderField = ColumnBytes;
+            QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, QPoint(x, CentreOfRow(1).y()));
+            Cancel("mnuMessageFind");
+            EXPECT_EQ(State().HeaderField, column) << "pixel " << x;
+        }
+    }
+}
+
 TEST_F(MainFind, TheDateIsSearchedAsTheListShowsIt) {
     OpenWindow();
     State().HeaderField = ColumnDate;
