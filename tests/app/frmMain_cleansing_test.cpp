@@ -5,6 +5,7 @@
 #include "tests/support/RealFolderWindow.h"
 
 #include <QDialog>
+#include <QPlainTextEdit>
 #include <QRadioButton>
 
 namespace quellbox {
@@ -131,6 +132,28 @@ TEST_F(MainCleansing, TheToolbarOpensTheSameDialog) {
     Button("tlbMessages", "cleansing")->trigger();
     EXPECT_EQ(Files(), "");
     EXPECT_EQ(Info(), "3 Messages removed !");
+}
+
+TEST_F(MainCleansing, CtrlCOpensTheDialogAlsoInTheRawText) {
+    AddThree();
+    OpenRefreshed();
+    Find<QPlainTextEdit>("rtfRaw")->selectAll(); // which could be copied
+    for (const char* focused : {"lvwMessages", "trvMessage", "rtfRaw"}) {
+        auto* control = Find<QWidget>(focused);
+        control->setFocus();
+        ASSERT_TRUE(control->hasFocus()) << focused;
+        bool opened = false;
+        OnDialog(window_.get(), [&opened](QDialog* dialog) {
+            opened = true;
+            Choose(dialog, -1, "btnCancel");
+        });
+        QTest::keyClick(control, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_TRUE(opened) << focused;
+        QCoreApplication::processEvents();
+        window_->activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window_.get(); }, patience));
+    }
+    EXPECT_EQ(Files(), "a.eml b.eml c.eml");
 }
 
 TEST_F(MainCleansing, CancelTouchesNothing) {
