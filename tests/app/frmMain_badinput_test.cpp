@@ -87,6 +87,31 @@ TEST_F(MainBadInput, AMessageThatIsNoneShowsItsErrorAsSubject) {
     EXPECT_EQ(Cell(1, ColumnSize), "64");
 }
 
+TEST_F(MainBadInput, AFileThatCannotBeReadSaysWhyInTheSubject) {
+    const auto add = [this](const char* name, const QByteArray& bytes, int minute) {
+        files_.Add(QStringLiteral("/archive/") + QLatin1String(name), bytes,
+                   noon_.addSecs(60 * minute).toMSecsSinceEpoch() * 1'000'000);
+    };
+    add("empty.eml", "", 5);
+    add("text.eml", "just a text\nof two lines\n", 4);
+    add("locked.eml", "Subject: never seen\n\n", 3);
+    AddMessage("good.eml", 2);
+    // The folder tells sizes and times, so that only opening the file fails.
+    files_.LetFoldersTellStatus([](const QString&) { return true; });
+    files_.FailPath(QStringLiteral("/archive/locked.eml"), QStringLiteral("The file is in use."));
+    OpenRefreshed();
+    ASSERT_EQ(Keys(), "empty.eml text.eml locked.eml good.eml");
+    EXPECT_EQ(Cell(0, ColumnSubject), "The file is empty");
+    EXPECT_EQ(Cell(1, ColumnSubject), "Not a mail message: no header field found");
+    EXPECT_EQ(Cell(2, ColumnSubject), "/archive/locked.eml: The file is in use.");
+    EXPECT_EQ(Cell(3, ColumnSubject), "about good.eml");
+    for (const int row : {0, 1, 2}) {
+        for (const Column column : {ColumnTo, ColumnFrom, ColumnScl}) {
+            EXPECT_EQ(Cell(row, column), "") << row;
+        }
+    }
+}
+
 TEST_F(MainBadInput, AStoreThatCannotBeWrittenIsReportedOnClosing) {
     store_.SetUnwritable();
     Open();
