@@ -1,10 +1,25 @@
 #include "tests/support/FileNames.h"
 #include "tests/support/MainWindowFixture.h"
 
+#include <QScrollBar>
+
 namespace quellbox {
 namespace {
 
-class MainRefresh : public MainWindowTest {};
+class MainRefresh : public MainWindowTest {
+protected:
+    /// Nothing is selected, so that the next tick adds what is new.
+    void ScrollToTheEndOfALongList() {
+        for (int number = 0; number < 60; ++number) {
+            AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 2, 10, QLatin1Char('0'))), number);
+        }
+        Set("AutoRefresh", "1");
+        OpenRefreshed();
+        QTest::keyClick(List(), Qt::Key_Escape);
+        List()->verticalScrollBar()->setValue(List()->verticalScrollBar()->maximum());
+        ASSERT_FALSE(List()->viewport()->rect().contains(CentreOfRow(0)));
+    }
+};
 
 TEST_F(MainRefresh, AnEmptyArchiveShowsTheTimeOfThePass) {
     OpenRefreshed();
@@ -177,6 +192,25 @@ TEST_F(MainRefresh, ATickWithNothingNewKeepsTheList) {
     ASSERT_TRUE(WaitForRefreshes(2));
     EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
     EXPECT_FALSE(IsUnread(0));
+}
+
+TEST_F(MainRefresh, APassWhoseLastMessageWasReadShowsTheFirstRow) {
+    ScrollToTheEndOfALongList();
+    AddMessage("new.eml", 70);
+    Tick();
+    ASSERT_TRUE(WaitForRefreshes(2));
+    ASSERT_EQ(window_->Messages().Row(0).key, QStringLiteral("new.eml"));
+    EXPECT_TRUE(List()->viewport()->rect().contains(CentreOfRow(0)));
+}
+
+TEST_F(MainRefresh, APassWhoseLastMessageWasNotReadLeavesTheListWhereItIs) {
+    ScrollToTheEndOfALongList();
+    AddMessage("new.eml", 70);
+    files_.Add(QStringLiteral("/archive/broken.eml"), "", noon_.addSecs(60 * 71).toMSecsSinceEpoch() * 1'000'000);
+    Tick();
+    ASSERT_TRUE(WaitForRefreshes(2));
+    ASSERT_EQ(window_->Messages().Row(0).key, QStringLiteral("broken.eml"));
+    EXPECT_FALSE(List()->viewport()->rect().contains(CentreOfRow(0)));
 }
 
 TEST_F(MainRefresh, ATolerableSenderVanishesIntoThePickupFolder) {
