@@ -250,6 +250,44 @@ TEST_F(MainRefresh, WhileAPassRunsTheWindowShowsIt) {
     EXPECT_EQ(window_->Messages().Count(), 40);
 }
 
+TEST_F(MainRefresh, AHiddenWindowDoesNotShowThatItIsBusy) {
+    AddThree();
+    OpenRefreshed();
+    window_->hide();
+    window_->Panels().SetInfo(QStringLiteral("before"));
+    window_->SetBusy(true, 10);
+    EXPECT_TRUE(List()->isEnabled());
+    EXPECT_EQ(Panel("info"), "before");
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_FALSE(Find<QWidget>("prbFiles")->isVisibleTo(window_.get()));
+    window_->SetBusy(false, 0);
+    EXPECT_TRUE(List()->isEnabled());
+    EXPECT_EQ(Panel("info"), "before");
+}
+
+TEST_F(MainRefresh, AMinimizedWindowIsBusyButTakesNoFocusAfterwards) {
+    AddThree();
+    OpenRefreshed();
+    for (const bool minimized : {false, true}) {
+        if (minimized) {
+            window_->showMinimized();
+            ASSERT_TRUE(QTest::qWaitFor([this] { return window_->isMinimized(); }, patience));
+        }
+        Find<QWidget>("rtfRaw")->setFocus();
+        window_->SetBusy(true, 10);
+        EXPECT_FALSE(List()->isEnabled());
+        EXPECT_EQ(Panel("info"), "Please wait till operation completes...");
+        EXPECT_NE(QApplication::overrideCursor(), nullptr);
+        EXPECT_TRUE(Find<QWidget>("prbFiles")->isVisibleTo(window_.get()));
+        window_->SetBusy(false, 0);
+        EXPECT_TRUE(List()->isEnabled());
+        EXPECT_EQ(Panel("info"), "Done");
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        EXPECT_FALSE(Find<QWidget>("prbFiles")->isVisibleTo(window_.get()));
+        EXPECT_EQ(window_->focusWidget()->objectName().toStdString(), minimized ? "rtfRaw" : "lvwMessages");
+    }
+}
+
 TEST_F(MainRefresh, WhatIsToggledDuringAPassTakesEffectAfterIt) {
     for (int number = 0; number < 40; ++number) {
         AddMessage(qPrintable(QStringLiteral("%1.eml").arg(number, 2, 10, QLatin1Char('0'))), number);
