@@ -1,19 +1,22 @@
 #include "benchmarks/ProgramWindow.h"
 
 #include "benchmarks/Bench.h"
+#include "benchmarks/TurnWatch.h"
 #include "mail/HeaderFields.h"
 #include "tests/support/FileNames.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QSet>
+#include <QTimer>
 
 namespace quellbox::bench {
 
-ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive)
+ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive, const QString& pickup)
     : files_(files), program_(MakeProgramInfo(archive + QStringLiteral("quellbox"))) {
     pool_.setMaxThreadCount(72); // as the program does
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), archive);
-    store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), archive);
+    store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), pickup);
     form_ = std::make_unique<frmMain>(MainPorts{files, store_, clock_, shell_, pool_, volumes_, program_});
     Require(form_->State().ArchiveDir == archive, "the window has another archive");
     StopTimer();
@@ -33,6 +36,43 @@ void ProgramWindow::Refresh() {
 void ProgramWindow::RefreshIncrementally() {
     form_->RefreshArchive(true);
     StopTimer();
+}
+
+ProgramWindow::Emptying ProgramWindow::EmptyList(const char* command) {
+    const auto* list = form_->findChild<QWidget*>(QStringLiteral("lvwMessages"));
+    Command("mnuEditSelectAll").trigger();
+    Require(form_->State().SelectedCount == form_->Messages().Count(), "not every row is selected");
+    QAction& wanted = Command(command);
+    const TurnWatch watch;
+    Emptying result;
+    result.seconds = Time([&] {
+        wanted.trigger();
+        WaitUntil([this, list] { return form_->Messages().Count() == 0 && list->isEnabled(); });
+    });
+    // The last gap ends with the next turn.
+    WaitUntil([&watch, turns = watch.Turns()] { return watch.Turns() > turns; });
+    result.longestGapMs = watch.LongestMs();
+    return result;
+}
+
+QAction& ProgramWindow::Command(const char* name) {
+    auto* command = form_->findChild<QAction*>(QLatin1String(name));
+    Require(command != nullptr && command->isEnabled(), "a command is missing or disabled");
+    return *command;
+}
+
+void ProgramWindow::WaitUntil(const std::function<bool()>& holds) {
+    constexpr std::chrono::minutes longest(10);
+    QEventLoop loop;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        if (holds()) {
+            loop.quit();
+        }
+    });
+    look.start(1);
+    QTimer::singleShot(longest, &loop, [] { Require(false, "the window does not become idle"); });
+    loop.exec();
 }
 
 void ProgramWindow::RequireWholeList() {

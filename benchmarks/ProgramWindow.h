@@ -5,6 +5,7 @@
 
 #include <QThreadPool>
 
+#include <functional>
 #include <memory>
 
 namespace quellbox::bench {
@@ -13,7 +14,8 @@ namespace quellbox::bench {
 /// only measured passes run.
 class ProgramWindow {
 public:
-    ProgramWindow(FileSystem& files, const QString& archive);
+    ProgramWindow(FileSystem& files, const QString& archive) : ProgramWindow(files, archive, archive) {}
+    ProgramWindow(FileSystem& files, const QString& archive, const QString& pickup);
 
     frmMain& Form() { return *form_; }
 
@@ -23,12 +25,25 @@ public:
     /// The pass of the timer, which adds what has arrived since.
     void RefreshIncrementally();
 
+    /// What a command on every row took.
+    struct Emptying {
+        double seconds = 0;      ///< from the command until the list is empty and may be used again
+        double longestGapMs = 0; ///< between turns of the event loop meanwhile
+    };
+
+    /// Selects every row and gives the command with this object name, which makes the rows go.
+    Emptying EmptyList(const char* command);
+
+    /// Runs the event loop until `holds` says yes. Ends the program when that takes longer than ten minutes.
+    void WaitUntil(const std::function<bool()>& holds);
+
     /// Ends the program unless the list holds each file of the archive once, newest first, and the rows that are
     /// looked at show what their files say.
     void RequireWholeList();
 
 private:
     void StopTimer();
+    QAction& Command(const char* name);
 
     FileSystem& files_;
     MemorySettingsStore store_;

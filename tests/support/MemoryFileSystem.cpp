@@ -107,6 +107,11 @@ void MemoryFileSystem::SetReadHook(std::function<void(const QString&)> hook) {
     readHook_ = std::move(hook);
 }
 
+void MemoryFileSystem::SetChangeHook(std::function<void(const QString&)> hook) {
+    const std::lock_guard lock(mutex_);
+    changeHook_ = std::move(hook);
+}
+
 void MemoryFileSystem::LetFoldersTellStatus(std::function<bool(const QString&)> tells) {
     const std::lock_guard lock(mutex_);
     foldersTell_ = std::move(tells);
@@ -229,7 +234,7 @@ std::unique_ptr<InputFile> MemoryFileSystem::Open(const QString& path) const {
 }
 
 void MemoryFileSystem::Move(const QString& from, const QString& to) {
-    EnterOrThrow(from);
+    EnterChange(from);
     const std::lock_guard lock(mutex_);
     const File file = Find(from)->second;
     RequireFolderOf(to);
@@ -244,7 +249,7 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
 }
 
 void MemoryFileSystem::Remove(const QString& path) {
-    EnterOrThrow(path);
+    EnterChange(path);
     const std::lock_guard lock(mutex_);
     if (Find(path)->second.readOnly) {
         throw FileError(path, QStringLiteral("The file is read-only."));
@@ -253,7 +258,7 @@ void MemoryFileSystem::Remove(const QString& path) {
 }
 
 bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
-    EnterOrThrow(path);
+    EnterChange(path);
     FileStatus status;
     bool readOnly = false;
     {
@@ -300,6 +305,17 @@ void MemoryFileSystem::EnterOrThrow(const QString& path) const {
     if (const QString reason = Enter(path); !reason.isEmpty()) {
         throw FileError(path, reason);
     }
+}
+
+// As EnterOrThrow(), for what moves or removes a file.
+void MemoryFileSystem::EnterChange(const QString& path) const {
+    std::unique_lock lock(mutex_);
+    const std::function<void(const QString&)> hook = changeHook_;
+    lock.unlock();
+    if (hook) {
+        hook(path);
+    }
+    EnterOrThrow(path);
 }
 
 void MemoryFileSystem::RequireFolderOf(const QString& path) const {

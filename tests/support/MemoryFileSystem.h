@@ -38,6 +38,9 @@ public:
     /// `hook` is called with the path before every Read(), outside of all locks.
     void SetReadHook(std::function<void(const QString&)> hook);
 
+    /// `hook` is called with the path before every Move(), Remove() and RemoveUnless(), outside of all locks.
+    void SetChangeHook(std::function<void(const QString&)> hook);
+
     /// Folders tell the status of those of their files whose names `tells` says yes to, and of no other ones.
     void LetFoldersTellStatus(std::function<bool(const QString&)> tells);
 
@@ -77,6 +80,7 @@ private:
     /// Counts a call and waits its latency. Returns why it has to fail; empty when it has not.
     QString Enter(const QString& path) const;
     void EnterOrThrow(const QString& path) const;
+    void EnterChange(const QString& path) const;
     QString PrefixOrThrow(const QString& folder) const;
     std::vector<FolderEntry> EntriesOf(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
@@ -88,6 +92,7 @@ private:
     std::map<QString, QString> failures_;
     std::chrono::microseconds latency_{0};
     std::function<void(const QString&)> readHook_;
+    std::function<void(const QString&)> changeHook_;
     std::function<bool(const QString&)> foldersTell_;
     mutable int failIn_ = 0;
     mutable int calls_ = 0;
