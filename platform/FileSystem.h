@@ -67,12 +67,13 @@ public:
     /// Opens a file for reading. Throws FileError.
     virtual std::unique_ptr<InputFile> Open(const QString& path) const = 0;
 
-    /// Moves a file and never overwrites: an existing `to` is an error. Within one file system this is one atomic
-    /// rename; across file systems the file is copied under a temporary name, flushed, renamed into place, and only
-    /// then is the source removed. Such a copy has the contents, the times and what the other file system knows of
-    /// owner, permissions or attributes, but not what else a file may have, as named streams on Windows. Throws
-    /// FileError, and the source is then still whole; or the file at `to` is, where the source cannot be removed and
-    /// nobody can tell whether it is still there.
+    /// Moves a file and never overwrites: an existing `to` is an error. Whatever is called `to` has the whole contents,
+    /// at any moment. Within one file system this is one atomic rename, where the file system has one; across file
+    /// systems the file is copied under a temporary name, flushed, closed, renamed into place, and only then is the
+    /// source removed. Such a copy has the contents, the times and what the other file system knows of owner,
+    /// permissions or attributes, but not what else a file may have, as named streams on Windows. Throws FileError, and
+    /// the source is then still whole; or the file at `to` is, where a share does not answer and nobody can tell
+    /// whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
     /// Deletes a file, but not a read-only one. Throws FileError.

@@ -10,17 +10,9 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace quellbox {
-
-namespace {
-
-/// The folder of a path with its separator; empty when the path is a bare name.
-QByteArray FolderOf(const QByteArray& path) {
-    return path.left(path.lastIndexOf('/') + 1);
-}
-
-} // namespace
 
 Descriptor::~Descriptor() {
     if (IsOpen()) {
@@ -40,8 +32,16 @@ QByteArray SystemPath(const QString& path) {
     return bytes;
 }
 
+QByteArray FolderOf(const QByteArray& path) {
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
 qint64 ModifiedNs(const struct stat& status) {
     return static_cast<qint64>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec;
+}
+
+bool IsUnchanged(const struct stat& before, const struct stat& after) {
+    return before.st_size == after.st_size && ModifiedNs(before) == ModifiedNs(after);
 }
 
 int OpenRegular(const QString& path, struct stat& status) {
@@ -98,14 +98,20 @@ TemporaryFile::TemporaryFile(const QString& target, mode_t mode) : target_(targe
 }
 
 TemporaryFile::~TemporaryFile() {
-    ::close(number_);
+    if (number_ >= 0) {
+        ::close(number_);
+    }
     if (!kept_) {
         ::unlink(path_.constData());
     }
 }
 
-void TemporaryFile::Flush() {
+void TemporaryFile::Close() {
     if (::fsync(number_) != 0) {
+        ThrowFileError(target_, errno);
+    }
+    // Whatever it answers, the number may be another file's by now. A signal (EINTR) leaves nothing unwritten.
+    if (::close(std::exchange(number_, -1)) != 0 && errno != EINTR) {
         ThrowFileError(target_, errno);
     }
 }

@@ -31,8 +31,15 @@ private:
 /// the end of a shorter path.
 QByteArray SystemPath(const QString& path);
 
-/// Size and time of last modification in nanoseconds.
+/// The folder of a path with its separator; empty when the path is a bare name.
+QByteArray FolderOf(const QByteArray& path);
+
+/// The time of last modification, nanoseconds since 1970-01-01 UTC.
 qint64 ModifiedNs(const struct stat& status);
+
+/// Whether two looks at a file have found the same: its size and the time of its last modification. Nothing else would
+/// do on a share, whose numbers of files may be made up anew for each look.
+bool IsUnchanged(const struct stat& before, const struct stat& after);
 
 /// Opens a regular file for reading; a FIFO or a device neither blocks nor is accepted. `status` receives what the
 /// system tells of the file. Throws FileError. The caller owns the number that is returned.
@@ -45,7 +52,8 @@ qint64 ReadSome(int descriptor, char* buffer, qint64 capacity, const QString& pa
 void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& path);
 
 /// A new file beside its later place, under a name that no mail server picks up. Unless Keep() says that it has been
-/// renamed, the destructor removes it.
+/// renamed, the destructor removes it. It has to be closed before it is renamed: some shares rename nothing that is
+/// open.
 class TemporaryFile {
 public:
     /// Creates the file in the folder of `target`, with the permissions `mode` less the user's mask. Throws FileError.
@@ -57,8 +65,9 @@ public:
     int Number() const { return number_; }
     const QByteArray& Path() const { return path_; }
 
-    /// Brings the contents to the disk. Throws FileError.
-    void Flush();
+    /// Brings the contents to the disk and closes the file. Throws FileError, also where only closing tells that not
+    /// everything could be written.
+    void Close();
     void Keep() { kept_ = true; }
 
 private:

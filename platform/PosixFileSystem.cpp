@@ -4,6 +4,7 @@
 #include "platform/PathBytes.h"
 #include "platform/PosixFile.h"
 #include "platform/PosixMove.h"
+#include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -53,18 +54,28 @@ bool IsVisible(const dirent& entry, int folder, unsigned char type, mode_t mode)
     return ::fstatat(folder, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == mode;
 }
 
-/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Throws FileError.
+bool IsDots(QByteArrayView name) {
+    return name == "." || name == "..";
+}
+
+/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Tells `memory` which entries are
+/// no regular files. Throws FileError.
 template <class Predicate>
-QStringList EntryNames(const QString& folder, Predicate isWanted) {
-    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
+QStringList EntryNames(const QString& folder, FolderMemory& memory, Predicate isWanted) {
+    const QByteArray path = SystemPath(folder);
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(path.constData()));
     if (!stream) {
         ThrowFileError(folder, errno);
     }
     QStringList names;
+    QSet<QByteArray> others;
     errno = 0;
     while (const dirent* entry = ::readdir(stream.get())) {
+        const QByteArrayView name(entry->d_name);
+        if (entry->d_type != DT_REG && !IsDots(name)) {
+            others.insert(name.toByteArray());
+        }
         if (isWanted(*entry, ::dirfd(stream.get()))) {
-            const QByteArrayView name(entry->d_name);
             names += PathText(QByteArray::fromRawData(name.data(), name.size()));
         }
         errno = 0;
@@ -72,6 +83,7 @@ QStringList EntryNames(const QString& folder, Predicate isWanted) {
     if (errno != 0) {
         ThrowFileError(folder, errno);
     }
+    memory.SetListed(path, std::move(others));
     return names;
 }
 
@@ -79,12 +91,6 @@ QStringList EntryNames(const QString& folder, Predicate isWanted) {
 bool Look(const QString& path, struct stat& status) {
     const QByteArray bytes = PathBytes(path);
     return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
-}
-
-/// True when a rename of an existing file can have failed so only because of the new name or its folder.
-bool ConcernsTarget(int error) {
-    return error == EEXIST || error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ENOSPC ||
-           error == EDQUOT;
 }
 
 class PosixFileSystem : public FileSystem {
@@ -100,10 +106,8 @@ public:
     }
 
     std::vector<FolderEntry> FileEntries(const QString& folder) const override {
-        QStringList names = EntryNames(folder, [](const dirent& entry, int) {
-            const QByteArrayView name(entry.d_name);
-            return MayBeRegular(entry) && name != "." && name != "..";
-        });
+        QStringList names = EntryNames(
+            folder, memory_, [](const dirent& entry, int) { return MayBeRegular(entry) && !IsDots(entry.d_name); });
         std::vector<FolderEntry> entries;
         entries.reserve(static_cast<size_t>(names.size()));
         for (QString& name : names) {
@@ -113,13 +117,15 @@ public:
     }
 
     QStringList VisibleFileNames(const QString& folder) const override {
-        return EntryNames(
-            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_REG, S_IFREG); });
+        return EntryNames(folder, memory_, [](const dirent& entry, int descriptor) {
+            return IsVisible(entry, descriptor, DT_REG, S_IFREG);
+        });
     }
 
     QStringList FolderNames(const QString& folder) const override {
-        return EntryNames(
-            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_DIR, S_IFDIR); });
+        return EntryNames(folder, memory_, [](const dirent& entry, int descriptor) {
+            return IsVisible(entry, descriptor, DT_DIR, S_IFDIR);
+        });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {
@@ -135,28 +141,7 @@ public:
         return std::make_unique<PosixInputFile>(OpenRegular(path, status), path);
     }
 
-    void Move(const QString& from, const QString& to) override {
-        struct stat status {};
-        const QByteArray source = SystemPath(from);
-        const QByteArray target = SystemPath(to);
-        if (::lstat(source.constData(), &status) != 0) {
-            ThrowFileError(from, errno);
-        }
-        // A link that moved would name another file, or none, from its new folder.
-        if (S_ISLNK(status.st_mode)) {
-            return MoveByCopy(from, to);
-        }
-        if (!S_ISREG(status.st_mode)) {
-            ThrowFileError(from, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-        }
-        const int error = RenameNoReplace(source, target);
-        if (error == EXDEV) {
-            return MoveByCopy(from, to);
-        }
-        if (error != 0) {
-            ThrowFileError(ConcernsTarget(error) ? to : from, error);
-        }
-    }
+    void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
 
     void Remove(const QString& path) override {
         struct stat status {};
@@ -195,15 +180,29 @@ public:
             // What could read the file before can read it afterwards; a share may not know permissions.
             [[maybe_unused]] const int mode = ::fchmod(fresh.Number(), status.st_mode & 0777U);
         }
-        fresh.Flush();
-        if (::rename(fresh.Path().constData(), SystemPath(path).constData()) != 0) {
-            ThrowFileError(path, errno);
-        }
+        fresh.Close();
+        Replace(fresh, path);
         fresh.Keep();
         FlushFolderOf(path);
     }
 
 private:
+    /// Gives a closed file its name, in the place of what has that name. Throws FileError.
+    static void Replace(const TemporaryFile& fresh, const QString& path) {
+        struct stat written {};
+        const QByteArray target = SystemPath(path);
+        if (::lstat(fresh.Path().constData(), &written) != 0) {
+            ThrowFileError(path, errno);
+        }
+        if (::rename(fresh.Path().constData(), target.constData()) == 0) {
+            return;
+        }
+        const int error = errno;
+        if (!HasArrived(fresh.Path(), target, written)) {
+            ThrowFileError(path, error);
+        }
+    }
+
     /// Removes a file of that mode, unless it is read-only.
     static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
         // The system itself asks only for the right to write the folder.
@@ -214,6 +213,8 @@ private:
             ThrowFileError(path, errno);
         }
     }
+
+    mutable FolderMemory memory_;
 };
 
 } // namespace
