@@ -89,7 +89,9 @@ CleansingResult RemoveArchivedMessages(FileSystem& files, const Clock& clock, co
         try {
             if (days == 0) {
                 announce();
-                files.Remove(path);
+                if (!files.Remove(path)) {
+                    throw FileError(path, QCoreApplication::translate("quellbox", "The file is gone."));
+                }
             } else if (!files.RemoveUnless(path, isKept)) {
                 continue;
             }

@@ -18,7 +18,7 @@ void DisposeOfFile(FileSystem& files, qint16 action, const DisposalFolders& fold
     const QString path = folders.archive + key;
     if (action != Action::remove) {
         files.Move(path, folders.pickup + key);
-    } else if (files.FileExists(path)) {
+    } else {
         files.Remove(path);
     }
 }

@@ -76,8 +76,9 @@ public:
     /// whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
-    /// Deletes a file, but not a read-only one. Throws FileError.
-    virtual void Remove(const QString& path) = 0;
+    /// Deletes the file at `path`, if FileExists() would say that there is one, but not a read-only one. Returns
+    /// whether there was one. Throws FileError.
+    virtual bool Remove(const QString& path) = 0;
 
     /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` answers to its status that it
     /// stays; the system is asked for the status once. Returns whether the file was deleted. Throws FileError, also

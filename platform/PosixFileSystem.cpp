@@ -143,13 +143,20 @@ public:
 
     void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
 
-    void Remove(const QString& path) override {
+    bool Remove(const QString& path) override {
         struct stat status {};
         const QByteArray bytes = SystemPath(path);
         if (::lstat(bytes.constData(), &status) != 0) {
+            if (errno == ENOENT || errno == ENOTDIR) {
+                return false;
+            }
             ThrowFileError(path, errno);
         }
+        if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
+            return false;
+        }
         Unlink(path, bytes, status.st_mode);
+        return true;
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {

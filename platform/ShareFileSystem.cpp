@@ -138,8 +138,8 @@ void ShareFileSystem::Move(const QString& from, const QString& to) {
     files_->Move(ChangeablePath(from), ChangeablePath(to));
 }
 
-void ShareFileSystem::Remove(const QString& path) {
-    files_->Remove(ChangeablePath(path));
+bool ShareFileSystem::Remove(const QString& path) {
+    return files_->Remove(ChangeablePath(path));
 }
 
 bool ShareFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {

@@ -97,6 +97,10 @@ bool IsFolder(DWORD attributes) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool IsMissing(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
     if (path.isEmpty() || path.contains(QChar(QChar::Null))) {
         SetLastError(ERROR_INVALID_NAME);

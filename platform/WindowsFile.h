@@ -39,6 +39,9 @@ qint64 UnixNs(const FILETIME& time);
 
 bool IsFolder(DWORD attributes);
 
+/// The error says that there is no such file, or no such folder on the way to it.
+bool IsMissing(DWORD error);
+
 /// What the system tells of `path`, links followed; false when there is nothing, and the last error then says why.
 bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
 

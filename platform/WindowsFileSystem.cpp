@@ -154,15 +154,21 @@ public:
         }
     }
 
-    void Remove(const QString& path) override {
+    bool Remove(const QString& path) override {
         const std::wstring name = SystemPath(path);
         if (DeleteFileW(name.c_str()) != 0) {
-            return;
+            return true;
         }
         const DWORD error = GetLastError();
+        if (IsMissing(error)) {
+            return false;
+        }
         const DWORD attributes = GetFileAttributesW(name.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes) &&
-            (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        const bool isKnown = attributes != INVALID_FILE_ATTRIBUTES;
+        if (isKnown && IsFolder(attributes)) {
+            return false;
+        }
+        if (isKnown && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
         }
         ThrowFileError(path, error);
@@ -173,10 +179,15 @@ public:
         if (!Look(path, data)) {
             ThrowFileError(path, GetLastError());
         }
+        if (IsFolder(data.dwFileAttributes)) {
+            ThrowFileError(path, ERROR_ACCESS_DENIED);
+        }
         if (keep(StatusOf(data))) {
             return false;
         }
-        Remove(path);
+        if (!Remove(path)) {
+            ThrowFileError(path, ERROR_FILE_NOT_FOUND);
+        }
         return true;
     }
 

@@ -35,10 +35,6 @@ DWORD ErrorOf(BOOL succeeded) {
     return succeeded != 0 ? 0 : GetLastError();
 }
 
-bool IsMissing(DWORD error) {
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-}
-
 /// Returns 0 when the source has been removed, else the error; the attributes are then as they were.
 DWORD RemoveSource(const std::wstring& source) {
     // A read-only source would resist, although it is to vanish from this folder only.

@@ -713,6 +713,10 @@
         <source>With Qt, GLib and GMime, which are under the GNU LGPL.</source>
         <translation>Mit Qt, GLib und GMime, die unter der GNU LGPL stehen.</translation>
     </message>
+    <message>
+        <source>The file is gone.</source>
+        <translation>Die Datei ist nicht mehr da.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>

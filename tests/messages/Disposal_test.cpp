@@ -140,6 +140,15 @@ TEST_F(Disposal, DeletingAMissingFileIsNoFailureMovingItIs) {
     EXPECT_EQ(model.Count(), 0);
 }
 
+TEST_F(Disposal, EachMessageIsOneCallOfTheFileSystem) {
+    for (const qint16 action : {Action::unblock, Action::remove}) {
+        Fill(3);
+        const int before = files.CallCount();
+        EXPECT_TRUE(Run(action, {0, 1, 2}).failures.empty());
+        EXPECT_EQ(files.CallCount() - before, 3);
+    }
+}
+
 TEST_F(Disposal, AReadOnlyFileStaysAndItsRowGoes) {
     Fill(1);
     files.SetReadOnly(folders.archive + Name(0));
@@ -169,7 +178,7 @@ TEST_F(Disposal, RowsGoInOneRemovalPerRange) {
 // Whatever fails, no message is lost, halved or doubled.
 TEST_F(Disposal, AFailingCallLeavesEveryMessageWholeInExactlyOneFolder) {
     for (const qint16 action : {Action::unblock, Action::remove}) {
-        for (int failing = 1; failing <= 8; ++failing) {
+        for (int failing = 1; failing <= 5; ++failing) {
             MemoryFileSystem fresh;
             fresh.AddFolder(folders.pickup);
             MessageListModel list;
@@ -188,12 +197,12 @@ TEST_F(Disposal, AFailingCallLeavesEveryMessageWholeInExactlyOneFolder) {
                 EXPECT_EQ(fresh.Bytes(path), names.back().toLatin1());
             }
             EXPECT_EQ(names.removeDuplicates(), 0);
+            EXPECT_EQ(result.failures.size(), failing <= 4 ? 1U : 0U);
             if (action == Action::unblock) {
                 EXPECT_EQ(names.size(), 4);
-                EXPECT_EQ(result.failures.size(), failing <= 4 ? 1U : 0U);
             } else {
-                EXPECT_EQ(names.size(), 1);
-                EXPECT_TRUE(fresh.FileExists(folders.archive + names.front()));
+                EXPECT_EQ(names.size(), failing <= 4 ? 1 : 0);
+                EXPECT_TRUE(names.isEmpty() || fresh.FileExists(folders.archive + names.front()));
             }
         }
     }

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -39,7 +40,8 @@ TEST_F(LocalFileSystemTest, MissingThings) {
     EXPECT_EQ(files_->Status(Path("none")), std::nullopt);
     EXPECT_THROW(FileNames(*files_, Path("none")), FileError);
     EXPECT_THROW(files_->Open(Path("none")), FileError);
-    EXPECT_THROW(files_->Remove(Path("none")), FileError);
+    EXPECT_FALSE(files_->Remove(Path("none")));
+    EXPECT_FALSE(files_->Remove(Path("none/a")));
     EXPECT_THROW(files_->Move(Path("none"), Path("other")), FileError);
     EXPECT_THROW(files_->WriteWhole(Path("none/a"), "x"), FileError);
 }
@@ -54,7 +56,8 @@ TEST_F(LocalFileSystemTest, FolderIsNoFile) {
     EXPECT_EQ(files_->Status(Path("folder")), std::nullopt);
     EXPECT_EQ(Names(), QStringList{Text("file")});
     EXPECT_THROW(files_->Open(Path("folder")), FileError);
-    EXPECT_THROW(files_->Remove(Path("folder")), FileError);
+    EXPECT_FALSE(files_->Remove(Path("folder")));
+    EXPECT_FALSE(files_->Remove(Path("file/below")));
     EXPECT_THROW(files_->Move(Path("folder"), Path("moved")), FileError);
     EXPECT_TRUE(files_->FolderExists(Path("folder")));
 }
@@ -124,7 +127,7 @@ TEST_F(LocalFileSystemTest, ErrorNamesPathAndReason) {
 
 TEST_F(LocalFileSystemTest, RemoveDeletes) {
     files_->WriteWhole(Path("a"), "x");
-    files_->Remove(Path("a"));
+    EXPECT_TRUE(files_->Remove(Path("a")));
     EXPECT_FALSE(files_->FileExists(Path("a")));
 }
 
@@ -344,6 +347,13 @@ TEST_F(LocalFileSystemTest, SymbolicLinkToAFileCountsToAFolderDoesNot) {
     EXPECT_EQ(files_->Status(Path("folderlink")), std::nullopt);
     EXPECT_EQ(files_->Status(Path("dangling")), std::nullopt);
     EXPECT_THROW(files_->Open(Path("folderlink")), FileError);
+    for (const char* name : {"folderlink", "dangling"}) {
+        EXPECT_FALSE(files_->Remove(Path(name)));
+        EXPECT_TRUE(QFileInfo(Path(name)).isSymLink()) << name;
+    }
+    EXPECT_TRUE(files_->Remove(Path("link")));
+    EXPECT_FALSE(QFileInfo(Path("link")).isSymLink());
+    EXPECT_EQ(ReadWhole(*files_, Path("sub/real")), "12345");
 }
 
 TEST_F(LocalFileSystemTest, FolderNamesLeaveOutHiddenOnesAndKeepLinksToFolders) {
@@ -387,6 +397,7 @@ TEST_F(LocalFileSystemTest, FifoNeitherBlocksNorCounts) {
     EXPECT_FALSE(files_->FileExists(Path("fifo")));
     EXPECT_EQ(Names(), QStringList());
     EXPECT_THROW(files_->Open(Path("fifo")), FileError);
+    EXPECT_FALSE(files_->Remove(Path("fifo")));
 }
 
 TEST_F(LocalFileSystemTest, TimeHasFullResolution) {

@@ -243,13 +243,18 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
     files_[Plain(to)] = file;
 }
 
-void MemoryFileSystem::Remove(const QString& path) {
+bool MemoryFileSystem::Remove(const QString& path) {
     EnterOrThrow(path);
     const std::lock_guard lock(mutex_);
-    if (Find(path)->second.readOnly) {
+    const auto file = files_.find(Plain(path));
+    if (file == files_.end()) {
+        return false;
+    }
+    if (file->second.readOnly) {
         throw FileError(path, QStringLiteral("The file is read-only."));
     }
-    files_.erase(Plain(path));
+    files_.erase(file);
+    return true;
 }
 
 bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {

@@ -61,7 +61,7 @@ public:
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
-    void Remove(const QString& path) override;
+    bool Remove(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
