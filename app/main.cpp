@@ -79,8 +79,8 @@ int main(int argc, char** argv) {
     parser.process(application);
     const bool quits = parser.isSet(printList) || parser.isSet(screenshot);
 
-    const Volumes volumes;
-    const std::unique_ptr<FileSystem> files = MakeFileSystem(volumes);
+    const std::unique_ptr<Volumes> volumes = MakeVolumes();
+    const std::unique_ptr<FileSystem> files = MakeFileSystem(*volumes);
     const ArchiveArgument archive = ReadArchiveArgument(parser.positionalArguments(), *files, QDir::currentPath());
     if (!archive.Error.isEmpty()) {
         ShowArgumentError(archive.Error, !quits);
@@ -88,13 +88,13 @@ int main(int argc, char** argv) {
     }
     const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
-    const Clock clock;
-    const Shell shell;
+    const std::unique_ptr<Clock> clock = MakeClock();
+    const std::unique_ptr<Shell> shell = MakeShell();
     QThreadPool pool; // ends before the file system that its readers use
     pool.setMaxThreadCount(mostThreads);
 
     SystemTrayIcon tray;
-    frmMain window({*files, *store, clock, shell, pool, volumes, program, &tray}, archive.Folder);
+    frmMain window({*files, *store, *clock, *shell, pool, *volumes, program, &tray}, archive.Folder);
     int exitCode = 0;
     if (quits) {
         const auto report = [&] {

@@ -14,7 +14,7 @@ ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive)
     pool_.setMaxThreadCount(72); // as the program does
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), archive);
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), archive);
-    form_ = std::make_unique<frmMain>(MainPorts{files, store_, clock_, shell_, pool_, volumes_, program_});
+    form_ = std::make_unique<frmMain>(MainPorts{files, store_, *clock_, *shell_, pool_, *volumes_, program_});
     Require(form_->State().ArchiveDir == archive, "the window has another archive");
     StopTimer();
     form_->show();

@@ -32,9 +32,9 @@ private:
 
     FileSystem& files_;
     MemorySettingsStore store_;
-    Clock clock_;
-    Shell shell_;
-    Volumes volumes_;
+    std::unique_ptr<Clock> clock_ = MakeClock();
+    std::unique_ptr<Shell> shell_ = MakeShell();
+    std::unique_ptr<Volumes> volumes_ = MakeVolumes();
     ProgramInfo program_;
     QThreadPool pool_;
     std::unique_ptr<frmMain> form_;

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 namespace quellbox {
@@ -21,12 +22,15 @@ public:
     virtual ~Volumes() = default;
 
     /// What is mounted now and can hold folders of the user, in order of the roots.
-    virtual std::vector<Volume> Mounted() const;
+    virtual std::vector<Volume> Mounted() const = 0;
 
     /// The local form of a path. On Windows, and for every path but a UNC one, that is the path itself. A UNC path
     /// becomes the place where its share is mounted, and an empty text when the share is not mounted.
-    virtual QString Resolve(const QString& path) const;
+    virtual QString Resolve(const QString& path) const = 0;
 };
+
+/// The volumes of the computer.
+std::unique_ptr<Volumes> MakeVolumes();
 
 /// The kind of a volume elsewhere than on Windows, of the type of its file system and of what the system says of its
 /// medium.

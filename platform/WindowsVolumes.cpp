@@ -53,25 +53,30 @@ QString NameOf(const QString& root, VolumeKind kind) {
     return name.isEmpty() ? root : name;
 }
 
+class WindowsVolumes : public Volumes {
+public:
+    std::vector<Volume> Mounted() const override {
+        std::vector<Volume> volumes;
+        const DWORD drives = GetLogicalDrives();
+        for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
+            if (((drives >> (letter - u'A')) & 1U) == 0) {
+                continue;
+            }
+            const QString root = QChar(letter) + QStringLiteral(":\\");
+            // A drive without a medium counts: choosing it gives a message that says so.
+            const VolumeKind kind = KindOf(root);
+            volumes.push_back({NameOf(root, kind), root, kind});
+        }
+        return volumes;
+    }
+
+    QString Resolve(const QString& path) const override { return path; }
+};
+
 } // namespace
 
-std::vector<Volume> Volumes::Mounted() const {
-    std::vector<Volume> volumes;
-    const DWORD drives = GetLogicalDrives();
-    for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
-        if (((drives >> (letter - u'A')) & 1U) == 0) {
-            continue;
-        }
-        const QString root = QChar(letter) + QStringLiteral(":\\");
-        // A drive without a medium counts: choosing it gives a message that says so.
-        const VolumeKind kind = KindOf(root);
-        volumes.push_back({NameOf(root, kind), root, kind});
-    }
-    return volumes;
-}
-
-QString Volumes::Resolve(const QString& path) const {
-    return path;
+std::unique_ptr<Volumes> MakeVolumes() {
+    return std::make_unique<WindowsVolumes>();
 }
 
 } // namespace quellbox

@@ -310,7 +310,7 @@ protected:
     void OpenOver(const Volumes& volumesInUse) {
         files = MakeFileSystem(volumesInUse);
         window = std::make_unique<frmMain>(
-            MainPorts{*files, store, clock, shell, pool, volumesInUse, program, nullptr, loadPatience});
+            MainPorts{*files, store, *clock, shell, pool, volumesInUse, program, nullptr, loadPatience});
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     }
@@ -353,8 +353,8 @@ TEST_F(ShareWindow, AShareIsListedAndUnblockedIntoAsItIs) {
     if (!QDir(share).exists()) {
         GTEST_SKIP() << "no " << share.toStdString();
     }
-    const Volumes real;
-    OpenOver(real);
+    const std::unique_ptr<Volumes> real = MakeVolumes();
+    OpenOver(*real);
     ListAndUnblockOver(share);
     window.reset();
 }
@@ -389,8 +389,8 @@ TEST_F(ShareWindow, AShareThatTheDesktopMountedIsListedAndUnblockedInto) {
     ASSERT_TRUE(QFile::link(root.path(), mounts + QStringLiteral("smb-share:server=some-server,share=mail")));
     const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
-    const Volumes real;
-    OpenOver(real);
+    const std::unique_ptr<Volumes> real = MakeVolumes();
+    OpenOver(*real);
     ListAndUnblockOver(QStringLiteral("\\\\some-server\\mail"));
     window.reset();
     before.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before);

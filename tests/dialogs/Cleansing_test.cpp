@@ -223,7 +223,7 @@ protected:
     void Write(const QString& path) { files_->WriteWhole(path, "x"); }
 
     CleansingResult Run(const QString& folder, const std::function<void(const QString&)>& progress) {
-        return RemoveArchivedMessages(*files_, Clock(), folder, 0, progress);
+        return RemoveArchivedMessages(*files_, *MakeClock(), folder, 0, progress);
     }
 
     QTemporaryDir root_;

@@ -152,7 +152,7 @@ TEST_F(ShareFileSystemTest, APlaceFoundBeforeAllWereForgottenIsNotRemembered) {
 }
 
 TEST_F(ShareFileSystemTest, AWayAsANameStaysWithinTheShare) {
-    class TableVolumes : public Volumes {
+    class TableVolumes : public FakeVolumes {
     public:
         QString Resolve(const QString& path) const override {
             return FindInMountTable(path, Text("40 22 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"));

@@ -71,7 +71,7 @@ protected:
 
     void Open() {
         window = std::make_unique<frmMain>(
-            MainPorts{*files, store, clock, shell, pool, volumes, program, nullptr, loadPatience});
+            MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr, loadPatience});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
@@ -111,7 +111,7 @@ protected:
     QTemporaryDir root;
     std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     MemorySettingsStore store;
-    Clock clock;
+    std::unique_ptr<Clock> clock = MakeClock();
     FakeShell shell;
     FakeVolumes volumes;
     ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
