@@ -1,6 +1,7 @@
 #include "dialogs/Cleansing.h"
 
 #include "archive/DayWindow.h"
+#include "platform/EntryNames.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
@@ -61,7 +62,7 @@ CleansingResult RemoveArchivedMessages(FileSystem& files, const Clock& clock, co
     const QString daysText = QString::number(days);
     QStringList names;
     try {
-        names = files.VisibleFileNames(archiveDir);
+        names = VisibleFileNames(files, archiveDir);
     } catch (const FileError& error) {
         result.failures.push_back({error.Path(), error.Reason()});
     }

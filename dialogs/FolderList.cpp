@@ -1,6 +1,7 @@
 #include "dialogs/FolderList.h"
 
 #include "mail/DisplayText.h"
+#include "platform/EntryNames.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
@@ -63,7 +64,7 @@ FolderList ListFolder(const FileSystem& files, const QString& folder) {
         throw FileError(folder, QCoreApplication::translate("quellbox", "This is no full path."));
     }
     const QString path = alone.Path(alone.Opened());
-    return {path, files.FolderNames(path)};
+    return {path, FolderNames(files, path)};
 }
 
 FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, const QString& folder,

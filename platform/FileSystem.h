@@ -2,7 +2,6 @@
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -17,9 +16,22 @@ struct FileStatus {
     qint64 modifiedNs = 0; ///< last modification, nanoseconds since 1970-01-01 UTC
 };
 
-/// What a folder tells of one of its files.
+/// What a folder tells of the type of an entry.
+enum class EntryKind {
+    File,   ///< a regular file
+    Folder, ///< on Windows also a link to one
+    Other,  ///< nothing that this program deals with, as a pipe or a device
+    Unknown ///< a link, or the folder does not tell: Status() or FolderExists() has to be asked
+};
+
+/// What a folder tells of one of its entries.
 struct FolderEntry {
     QString name; ///< without the folder
+    EntryKind kind = EntryKind::Unknown;
+
+    /// Kept from users who look into the folder: the name begins with a dot, on Windows the entry has the attribute for
+    /// that, or is a file of the system.
+    bool hidden = false;
 
     /// Size and time, where the folder itself tells them: on Windows, of what is no link, is not empty, and was last
     /// written minutes ago. What a folder tells is not up to date while another program has the file open, and where
@@ -36,7 +48,7 @@ public:
     virtual qint64 Read(char* buffer, qint64 capacity) = 0;
 };
 
-/// The port to files and folders. Paths are texts in the form that FileEntries() returns: readable, and mapped back to
+/// The port to files and folders. Paths are texts in the form that Entries() returns: readable, and mapped back to
 /// the exact bytes of the name (see PathBytes.h). Every method may be called from several threads at once.
 class FileSystem {
 public:
@@ -47,18 +59,9 @@ public:
     /// True when `path` names a regular file, or a symbolic link to one.
     virtual bool FileExists(const QString& path) const = 0;
 
-    /// Everything in `folder` that may be a regular file, in no particular order; what comes without a status, and
-    /// Status() does not confirm, is to be skipped. Throws FileError.
-    virtual std::vector<FolderEntry> FileEntries(const QString& folder) const = 0;
-
-    /// Names (without folder) of the regular files in `folder`, symbolic links to one included, that are neither hidden
-    /// nor of the system, in no particular order. A file is looked at singly only where the folder does not tell its
-    /// type. Throws FileError.
-    virtual QStringList VisibleFileNames(const QString& folder) const = 0;
-
-    /// Names (without folder) of the sub folders of `folder`, of links to folders too but not of hidden ones, in no
-    /// particular order. Throws FileError.
-    virtual QStringList FolderNames(const QString& folder) const = 0;
+    /// Everything in `folder` but the folder itself and the one above, in no particular order. Nothing is asked singly
+    /// of an entry. Throws FileError.
+    virtual std::vector<FolderEntry> Entries(const QString& folder) const = 0;
 
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
     /// something else.

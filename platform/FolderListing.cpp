@@ -21,12 +21,21 @@ using Clock = std::chrono::steady_clock;
 
 constexpr qsizetype probeCount = 8;
 
+/// The entries of a folder but those that are certainly no regular files. Throws FileError.
+std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const QString& folder) {
+    std::vector<FolderEntry> entries = files.Entries(folder);
+    std::erase_if(entries, [](const FolderEntry& entry) {
+        return entry.kind != EntryKind::File && entry.kind != EntryKind::Unknown;
+    });
+    return entries;
+}
+
 /// The looks at all files of which the folder tells no status, shared by the threads that take them. A thread of the
 /// pool that starts after everything is claimed touches nothing but this object, so nobody has to wait for it.
 class StatusPass {
 public:
     StatusPass(const FileSystem& files, const QString& folder)
-        : files_(files), folder_(folder), entries_(files.FileEntries(folder)),
+        : files_(files), folder_(folder), entries_(PossibleFiles(files, folder)),
           looks_(
               std::partition(entries_.begin(), entries_.end(), [](const FolderEntry& entry) { return !entry.status; }) -
               entries_.begin()) {}

@@ -36,55 +36,18 @@ struct FolderCloser {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-/// False for what the folder itself says is no regular file. Some file systems do not say.
-bool MayBeRegular(const dirent& entry) {
-    return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
-}
-
-/// True for what is not hidden and, links followed, of the type `mode` (as S_IFDIR), which `type` (as DT_DIR) stands
-/// for. Only what the folder itself does not tell is looked at.
-bool IsVisible(const dirent& entry, int folder, unsigned char type, mode_t mode) {
-    if (entry.d_name[0] == '.') {
-        return false;
+EntryKind KindOf(const dirent& entry) {
+    switch (entry.d_type) {
+    case DT_REG:
+        return EntryKind::File;
+    case DT_DIR:
+        return EntryKind::Folder;
+    case DT_LNK:
+    case DT_UNKNOWN:
+        return EntryKind::Unknown;
+    default:
+        return EntryKind::Other;
     }
-    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
-        return entry.d_type == type;
-    }
-    struct stat status {};
-    return ::fstatat(folder, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == mode;
-}
-
-bool IsDots(QByteArrayView name) {
-    return name == "." || name == "..";
-}
-
-/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Tells `memory` which entries are
-/// no regular files. Throws FileError.
-template <class Predicate>
-QStringList EntryNames(const QString& folder, FolderMemory& memory, Predicate isWanted) {
-    const QByteArray path = SystemPath(folder);
-    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(path.constData()));
-    if (!stream) {
-        ThrowFileError(folder, errno);
-    }
-    QStringList names;
-    QSet<QByteArray> others;
-    errno = 0;
-    while (const dirent* entry = ::readdir(stream.get())) {
-        const QByteArrayView name(entry->d_name);
-        if (entry->d_type != DT_REG && !IsDots(name)) {
-            others.insert(name.toByteArray());
-        }
-        if (isWanted(*entry, ::dirfd(stream.get()))) {
-            names += PathText(QByteArray::fromRawData(name.data(), name.size()));
-        }
-        errno = 0;
-    }
-    if (errno != 0) {
-        ThrowFileError(folder, errno);
-    }
-    memory.SetListed(path, std::move(others));
-    return names;
 }
 
 /// What the system tells of `path`, links followed; false when there is nothing.
@@ -105,27 +68,32 @@ public:
         return Look(path, status) && S_ISREG(status.st_mode);
     }
 
-    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
-        QStringList names = EntryNames(
-            folder, memory_, [](const dirent& entry, int) { return MayBeRegular(entry) && !IsDots(entry.d_name); });
-        std::vector<FolderEntry> entries;
-        entries.reserve(static_cast<size_t>(names.size()));
-        for (QString& name : names) {
-            entries.push_back({std::move(name), std::nullopt});
+    std::vector<FolderEntry> Entries(const QString& folder) const override {
+        const QByteArray path = SystemPath(folder);
+        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(path.constData()));
+        if (!stream) {
+            ThrowFileError(folder, errno);
         }
+        std::vector<FolderEntry> entries;
+        QSet<QByteArray> others;
+        errno = 0;
+        while (const dirent* entry = ::readdir(stream.get())) {
+            const QByteArrayView name(entry->d_name);
+            if (name != "." && name != "..") {
+                const EntryKind kind = KindOf(*entry);
+                entries.push_back({PathText(QByteArray::fromRawData(name.data(), name.size())), kind,
+                                   name.front() == '.', std::nullopt});
+                if (kind != EntryKind::File) {
+                    others.insert(name.toByteArray());
+                }
+            }
+            errno = 0;
+        }
+        if (errno != 0) {
+            ThrowFileError(folder, errno);
+        }
+        memory_.SetListed(path, std::move(others));
         return entries;
-    }
-
-    QStringList VisibleFileNames(const QString& folder) const override {
-        return EntryNames(folder, memory_, [](const dirent& entry, int descriptor) {
-            return IsVisible(entry, descriptor, DT_REG, S_IFREG);
-        });
-    }
-
-    QStringList FolderNames(const QString& folder) const override {
-        return EntryNames(folder, memory_, [](const dirent& entry, int descriptor) {
-            return IsVisible(entry, descriptor, DT_DIR, S_IFDIR);
-        });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {

@@ -102,28 +102,12 @@ bool ShareFileSystem::FileExists(const QString& path) const {
     return files_->FileExists(LocalPath(path, &ShareFileSystem::RememberedPlace));
 }
 
-QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
-    QStringList names = (*files_.*listing)(FolderOrThrow(folder));
-    if (IsShareText(folder)) {
-        names.removeIf(IsNoNameOnAShare);
-    }
-    return names;
-}
-
-std::vector<FolderEntry> ShareFileSystem::FileEntries(const QString& folder) const {
-    std::vector<FolderEntry> entries = files_->FileEntries(FolderOrThrow(folder));
+std::vector<FolderEntry> ShareFileSystem::Entries(const QString& folder) const {
+    std::vector<FolderEntry> entries = files_->Entries(FolderOrThrow(folder));
     if (IsShareText(folder)) {
         std::erase_if(entries, [](const FolderEntry& entry) { return IsNoNameOnAShare(entry.name); });
     }
     return entries;
-}
-
-QStringList ShareFileSystem::VisibleFileNames(const QString& folder) const {
-    return Names(&FileSystem::VisibleFileNames, folder);
-}
-
-QStringList ShareFileSystem::FolderNames(const QString& folder) const {
-    return Names(&FileSystem::FolderNames, folder);
 }
 
 std::optional<FileStatus> ShareFileSystem::Status(const QString& path) const {

@@ -23,9 +23,7 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
-    QStringList VisibleFileNames(const QString& folder) const override;
-    QStringList FolderNames(const QString& folder) const override;
+    std::vector<FolderEntry> Entries(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
@@ -34,9 +32,6 @@ public:
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
 private:
-    using Listing = QStringList (FileSystem::*)(const QString&) const;
-
-    QStringList Names(Listing listing, const QString& folder) const;
     using Place = QString (ShareFileSystem::*)(const QString&) const;
 
     QString RememberedPlace(const QString& uncFolder) const;

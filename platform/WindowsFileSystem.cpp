@@ -7,8 +7,6 @@
 
 #include <QCoreApplication>
 
-#include <functional>
-
 namespace quellbox {
 
 namespace {
@@ -63,15 +61,17 @@ bool IsSettled(const FileStatus& status) {
     return status.size > 0 && status.modifiedNs < UnixNs(now) - settledNs;
 }
 
-/// The names of a folder's entries that are wanted. Throws FileError.
-QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
-    QStringList names;
-    VisitEntries(folder, [&](const WIN32_FIND_DATAW& entry) {
-        if (isWanted(entry)) {
-            names += NameOf(entry);
-        }
-    });
-    return names;
+EntryKind KindOf(const WIN32_FIND_DATAW& entry) {
+    if (IsFolder(entry.dwFileAttributes)) {
+        return EntryKind::Folder;
+    }
+    return IsLink(entry) ? EntryKind::Unknown : EntryKind::File;
+}
+
+bool IsHidden(const WIN32_FIND_DATAW& entry) {
+    const DWORD hiding = IsFolder(entry.dwFileAttributes) ? DWORD{FILE_ATTRIBUTE_HIDDEN}
+                                                          : DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM};
+    return (entry.dwFileAttributes & hiding) != 0;
 }
 
 class WindowsFileSystem : public FileSystem {
@@ -83,30 +83,16 @@ public:
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
-    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+    std::vector<FolderEntry> Entries(const QString& folder) const override {
         std::vector<FolderEntry> entries;
         VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
-            if (!IsFolder(entry.dwFileAttributes)) {
-                // Of a link the folder tells nothing about what it names.
-                const bool isKnown = !IsLink(entry) && IsSettled(StatusOf(entry));
-                entries.push_back({NameOf(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
-            }
+            const EntryKind kind = KindOf(entry);
+            // Of a link the folder tells nothing about what it names.
+            const bool isKnown = kind == EntryKind::File && IsSettled(StatusOf(entry));
+            entries.push_back(
+                {NameOf(entry), kind, IsHidden(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
         });
         return entries;
-    }
-
-    QStringList VisibleFileNames(const QString& folder) const override {
-        constexpr DWORD unwanted = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-        return EntryNames(folder, [this, &folder](const WIN32_FIND_DATAW& entry) {
-            return (entry.dwFileAttributes & unwanted) == 0 &&
-                   (!IsLink(entry) || FileExists(folder + QLatin1Char('\\') + NameOf(entry)));
-        });
-    }
-
-    QStringList FolderNames(const QString& folder) const override {
-        return EntryNames(folder, [](const WIN32_FIND_DATAW& entry) {
-            return IsFolder(entry.dwFileAttributes) && (entry.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) == 0;
-        });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {

@@ -54,7 +54,7 @@ TEST_F(RefreshFailureTest, NamesAMissingArchiveInUpperCaseAndClearsTheView) {
 TEST_F(RefreshFailureTest, SaysWhyAnArchiveCannotBeRead) {
     class Unreadable : public MemoryFileSystem {
     public:
-        std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+        std::vector<FolderEntry> Entries(const QString& folder) const override {
             throw FileError(folder, u"Permission denied"_s);
         }
     } unreadable;

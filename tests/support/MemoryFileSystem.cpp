@@ -157,55 +157,28 @@ QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
 }
 
-// The caller holds the lock.
-std::vector<FolderEntry> MemoryFileSystem::EntriesOf(const QString& folder) const {
+std::vector<FolderEntry> MemoryFileSystem::Entries(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
     const QString prefix = PrefixOrThrow(folder);
     std::vector<FolderEntry> entries;
+    const auto add = [&](const QString& path, EntryKind kind) -> FolderEntry* {
+        const QString name = path.startsWith(prefix) ? path.mid(prefix.size()) : QString();
+        if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
+            return nullptr;
+        }
+        return &entries.emplace_back(FolderEntry{name, kind, name.startsWith(QLatin1Char('.')), std::nullopt});
+    };
+    for (const QString& path : folders_) {
+        add(path, EntryKind::Folder);
+    }
     for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
-        const QString name = file->first.mid(prefix.size());
-        if (!name.contains(QLatin1Char('/'))) {
-            entries.push_back({name, FileStatus{file->second.bytes.size(), file->second.modifiedNs}});
+        FolderEntry* entry = add(file->first, EntryKind::File);
+        if (entry != nullptr && foldersTell_ && foldersTell_(entry->name)) {
+            entry->status = FileStatus{file->second.bytes.size(), file->second.modifiedNs};
         }
     }
     return entries;
-}
-
-std::vector<FolderEntry> MemoryFileSystem::FileEntries(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
-    std::vector<FolderEntry> entries = EntriesOf(folder);
-    for (FolderEntry& entry : entries) {
-        if (!foldersTell_ || !foldersTell_(entry.name)) {
-            entry.status.reset();
-        }
-    }
-    return entries;
-}
-
-QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
-    QStringList names;
-    for (const FolderEntry& entry : EntriesOf(folder)) {
-        if (!entry.name.startsWith(QLatin1Char('.'))) {
-            names += entry.name;
-        }
-    }
-    return names;
-}
-
-QStringList MemoryFileSystem::FolderNames(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
-    const QString prefix = PrefixOrThrow(folder);
-    QStringList names;
-    for (const QString& other : folders_) {
-        const QString name = other.startsWith(prefix) ? other.mid(prefix.size()) : QString();
-        if (!name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.startsWith(QLatin1Char('.'))) {
-            names += name;
-        }
-    }
-    return names;
 }
 
 std::optional<FileStatus> MemoryFileSystem::Status(const QString& path) const {

@@ -55,9 +55,7 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
-    QStringList VisibleFileNames(const QString& folder) const override;
-    QStringList FolderNames(const QString& folder) const override;
+    std::vector<FolderEntry> Entries(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
@@ -78,7 +76,6 @@ private:
     QString Enter(const QString& path) const;
     void EnterOrThrow(const QString& path) const;
     QString PrefixOrThrow(const QString& folder) const;
-    std::vector<FolderEntry> EntriesOf(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
     std::map<QString, File>::const_iterator Find(const QString& path) const;
 
