@@ -9,7 +9,7 @@ namespace quellbox {
 /// written becomes '?'.
 QByteArray AnsiText(const QString& text);
 
-/// A text in Windows-1252, with '?' for each character that it does not know.
+/// A text in Windows-1252, with '?' for each character that it does not have.
 QByteArray Windows1252Text(const QString& text);
 
 } // namespace quellbox

@@ -6,10 +6,10 @@ namespace quellbox {
 
 namespace {
 
-using Question = bool (FileSystem::*)(const QString& path) const;
+using Check = bool (FileSystem::*)(const QString& path) const;
 
-/// The names of the entries of a kind that are not hidden. `isOfKind` is asked about those of unknown kind.
-QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKind kind, Question isOfKind) {
+/// The names of the entries of a kind that are not hidden. Those of unknown kind are checked with `isOfKind`.
+QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKind kind, Check isOfKind) {
     QStringList names;
     for (FolderEntry& entry : files.Entries(folder)) {
         if (entry.hidden) {

@@ -10,32 +10,32 @@
 
 namespace quellbox {
 
-/// What the file system tells of a regular file without opening it.
+/// What the file system reports of a regular file without opening it.
 struct FileStatus {
     qint64 size = 0;       ///< bytes
     qint64 modifiedNs = 0; ///< last modification, nanoseconds since 1970-01-01 UTC
 };
 
-/// What a folder tells of the type of an entry.
+/// The type of a folder's entry, as the folder reports it.
 enum class EntryKind {
     File,   ///< a regular file
     Folder, ///< on Windows also a link to one
     Other,  ///< nothing that this program deals with, as a pipe or a device
-    Unknown ///< a link, or the folder does not tell: Status() or FolderExists() has to be asked
+    Unknown ///< a link, or the folder does not report it: only Status() or FolderExists() knows
 };
 
-/// What a folder tells of one of its entries.
+/// What a folder reports of one of its entries.
 struct FolderEntry {
     QString name; ///< without the folder
     EntryKind kind = EntryKind::Unknown;
 
-    /// Kept from users who look into the folder: the name begins with a dot, on Windows the entry has the attribute for
-    /// that, or is a file of the system.
+    /// Not shown to users: the name begins with a dot; on Windows the entry has the attribute Hidden, or is a file with
+    /// the attribute System.
     bool hidden = false;
 
-    /// Size and time, where the folder itself tells them: on Windows, of what is no link, is not empty, and was last
-    /// written minutes ago. What a folder tells is not up to date while another program has the file open, and where
-    /// the file was changed by another of its names.
+    /// Size and time, where the folder itself reports them: on Windows, of what is no link, is not empty, and was last
+    /// written minutes ago. What a folder reports is not up to date while another program has the file open, or where
+    /// the file was changed under another of its names.
     std::optional<FileStatus> status;
 };
 
@@ -59,8 +59,8 @@ public:
     /// True when `path` names a regular file, or a symbolic link to one.
     virtual bool FileExists(const QString& path) const = 0;
 
-    /// Everything in `folder` but the folder itself and the one above, in no particular order. Nothing is asked singly
-    /// of an entry. Throws FileError.
+    /// Everything in `folder` but "." and "..", in no particular order. No call is made for a single entry. Throws
+    /// FileError.
     virtual std::vector<FolderEntry> Entries(const QString& folder) const = 0;
 
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
@@ -75,7 +75,7 @@ public:
     /// systems the file is copied under a temporary name, flushed, closed, renamed into place, and only then is the
     /// source removed. Such a copy has the contents, the times and what the other file system knows of owner,
     /// permissions or attributes, but not what else a file may have, as named streams on Windows. Throws FileError, and
-    /// the source is then still whole; or the file at `to` is, where a share does not answer and nobody can tell
+    /// the source is then still whole; or the file at `to` is, where a share does not answer and it cannot be found out
     /// whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
@@ -83,12 +83,12 @@ public:
     /// whether there was one. Throws FileError.
     virtual bool Remove(const QString& path) = 0;
 
-    /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` answers to its status that it
-    /// stays; the system is asked for the status once. Returns whether the file was deleted. Throws FileError, also
-    /// when the status cannot be read.
+    /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` returns true for its status,
+    /// which is read once. Returns whether the file was deleted. Throws FileError, also when the status cannot be read.
     virtual bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) = 0;
 
-    /// Creates a file with these bytes so that nobody ever sees half of it; replaces an existing one. Throws FileError.
+    /// Creates a file with these bytes in one step, so that no program ever reads a part of them; replaces an existing
+    /// file. Throws FileError.
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
 };
 

@@ -30,25 +30,26 @@ std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const QString& f
     return entries;
 }
 
-/// The looks at all files of which the folder tells no status, shared by the threads that take them. A thread of the
-/// pool that starts after everything is claimed touches nothing but this object, so nobody has to wait for it.
-class StatusPass {
+/// The calls of Status() for all files whose status the folder does not report, shared by the threads that make them.
+/// A thread of the pool that starts after everything is claimed touches nothing but this object, so nobody has to wait
+/// for it.
+class StatusQueries {
 public:
-    StatusPass(const FileSystem& files, const QString& folder)
+    StatusQueries(const FileSystem& files, const QString& folder)
         : files_(files), folder_(folder), entries_(PossibleFiles(files, folder)),
-          looks_(
+          queryCount_(
               std::partition(entries_.begin(), entries_.end(), [](const FolderEntry& entry) { return !entry.status; }) -
               entries_.begin()) {}
 
-    qsizetype Unclaimed() const { return looks_ - next_.load(); }
+    qsizetype Unclaimed() const { return queryCount_ - next_.load(); }
 
-    /// Looks at the first files and returns how long the middle one took.
+    /// Queries the first files and returns the median of the durations.
     std::chrono::nanoseconds Probe() {
         std::vector<std::chrono::nanoseconds> durations;
-        const qsizetype end = std::min(probeCount, looks_);
+        const qsizetype end = std::min(probeCount, queryCount_);
         for (qsizetype index = 0; index < end; ++index) {
             const Clock::time_point start = Clock::now();
-            Look(index);
+            Query(index);
             durations.push_back(Clock::now() - start);
         }
         next_ = end;
@@ -57,17 +58,17 @@ public:
         return durations.empty() ? std::chrono::nanoseconds(0) : durations[durations.size() / 2];
     }
 
-    /// Claims `step` files at a time and looks at them, until all are claimed.
+    /// Claims `step` files at a time and queries them, until all are claimed.
     void Work(qsizetype step) {
         for (;;) {
             const qsizetype begin = next_.fetch_add(step);
-            if (begin >= looks_) {
+            if (begin >= queryCount_) {
                 return;
             }
-            const qsizetype end = std::min(begin + step, looks_);
+            const qsizetype end = std::min(begin + step, queryCount_);
             try {
                 for (qsizetype index = begin; index < end; ++index) {
-                    Look(index);
+                    Query(index);
                 }
             } catch (...) {
                 const QMutexLocker lock(&mutex_);
@@ -75,16 +76,16 @@ public:
             }
             const QMutexLocker lock(&mutex_);
             done_ += end - begin;
-            if (done_ == looks_) {
+            if (done_ == queryCount_) {
                 finished_.wakeAll();
             }
         }
     }
 
-    /// Waits for the looks that other threads have claimed.
+    /// Waits for the queries that other threads have claimed.
     void Finish() {
         const QMutexLocker lock(&mutex_);
-        while (done_ < looks_) {
+        while (done_ < queryCount_) {
             finished_.wait(&mutex_);
         }
         if (failure_) {
@@ -108,7 +109,7 @@ public:
     }
 
 private:
-    void Look(qsizetype index) {
+    void Query(qsizetype index) {
         FolderEntry& entry = entries_[static_cast<size_t>(index)];
         entry.status = files_.Status(folder_ + entry.name);
     }
@@ -116,7 +117,7 @@ private:
     const FileSystem& files_;
     const QString folder_;
     std::vector<FolderEntry> entries_;
-    const qsizetype looks_; // so many entries, the first ones, come without a status
+    const qsizetype queryCount_; // entries without a status; they come first
     std::atomic<qsizetype> next_ = 0;
     QMutex mutex_;
     QWaitCondition finished_;
@@ -127,13 +128,13 @@ private:
 } // namespace
 
 std::vector<FileEntry> FilesByArrival(const FileSystem& files, const QString& folder, QThreadPool& pool) {
-    const auto pass = std::make_shared<StatusPass>(files, folder);
+    const auto pass = std::make_shared<StatusQueries>(files, folder);
     if (pass->Unclaimed() == 0) {
         return pass->InOrderOfArrival();
     }
     const int cores = QThread::idealThreadCount();
     const int wanted = ReaderCount(pass->Probe(), cores);
-    // Quick looks are claimed by the handful, slow ones singly, so that the last threads end together.
+    // Fast queries are claimed many at a time, slow ones singly, so that the last threads end together.
     const qsizetype step = wanted > std::max(2, cores) ? 1 : 64;
     const qsizetype helpers = std::min<qsizetype>(wanted, (pass->Unclaimed() + step - 1) / step) - 1;
     if (pool.maxThreadCount() < wanted) {

@@ -110,7 +110,7 @@ void TemporaryFile::Close() {
     if (::fsync(number_) != 0) {
         ThrowFileError(target_, errno);
     }
-    // Whatever it answers, the number may be another file's by now. A signal (EINTR) leaves nothing unwritten.
+    // The number is free even after an error, and may be another file's by now. EINTR is no failed write.
     if (::close(std::exchange(number_, -1)) != 0 && errno != EINTR) {
         ThrowFileError(target_, errno);
     }

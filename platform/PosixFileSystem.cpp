@@ -50,8 +50,8 @@ EntryKind KindOf(const dirent& entry) {
     }
 }
 
-/// What the system tells of `path`, links followed; false when there is nothing.
-bool Look(const QString& path, struct stat& status) {
+/// Reads the status of `path`, links followed; false when that fails.
+bool GetStatus(const QString& path, struct stat& status) {
     const QByteArray bytes = PathBytes(path);
     return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
 }
@@ -60,12 +60,12 @@ class PosixFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
         struct stat status {};
-        return Look(folder, status) && S_ISDIR(status.st_mode);
+        return GetStatus(folder, status) && S_ISDIR(status.st_mode);
     }
 
     bool FileExists(const QString& path) const override {
         struct stat status {};
-        return Look(path, status) && S_ISREG(status.st_mode);
+        return GetStatus(path, status) && S_ISREG(status.st_mode);
     }
 
     std::vector<FolderEntry> Entries(const QString& folder) const override {
@@ -98,7 +98,7 @@ public:
 
     std::optional<FileStatus> Status(const QString& path) const override {
         struct stat status {};
-        if (!Look(path, status) || !S_ISREG(status.st_mode)) {
+        if (!GetStatus(path, status) || !S_ISREG(status.st_mode)) {
             return std::nullopt;
         }
         return FileStatus{status.st_size, ModifiedNs(status)};
@@ -151,7 +151,7 @@ public:
         TemporaryFile fresh(path, 0666);
         WriteAll(fresh.Number(), bytes.constData(), bytes.size(), path);
         struct stat status {};
-        if (Look(path, status)) {
+        if (GetStatus(path, status)) {
             // What could read the file before can read it afterwards; a share may not know permissions.
             [[maybe_unused]] const int mode = ::fchmod(fresh.Number(), status.st_mode & 0777U);
         }
@@ -162,7 +162,7 @@ public:
     }
 
 private:
-    /// Gives a closed file its name, in the place of what has that name. Throws FileError.
+    /// Renames a closed file to `path`, which is replaced. Throws FileError.
     static void Replace(const TemporaryFile& fresh, const QString& path) {
         struct stat written {};
         const QByteArray target = SystemPath(path);
@@ -180,7 +180,7 @@ private:
 
     /// Removes a file of that mode, unless it is read-only.
     static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
-        // The system itself asks only for the right to write the folder.
+        // For the system it is enough that the folder may be written.
         if (S_ISREG(mode) && (mode & 0222U) == 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
         }

@@ -17,7 +17,7 @@ constexpr qsizetype mostOthers = 1000;
 
 void FolderMemory::SetListed(const QByteArray& folder, QSet<QByteArray> others) {
     Folder listed;
-    // A folder with more of them, as one that does not tell the types of its entries, saves no calls.
+    // More than that are found where the file system does not report types; nothing can be saved there.
     if (others.size() <= mostOthers) {
         listed.others = std::move(others);
     }
@@ -42,7 +42,7 @@ void FolderMemory::SetMethod(const QByteArray& path, RenameMethod method) {
     At(FolderOf(path)).method = method;
 }
 
-// The caller holds the lock. To begin anew costs a few calls, and the program works in few folders.
+// The caller holds the lock. Forgetting everything costs a few calls, and the program works in few folders.
 FolderMemory::Folder& FolderMemory::At(const QByteArray& folder) {
     if (folders_.size() >= mostFolders && !folders_.contains(folder)) {
         folders_.clear();

@@ -11,30 +11,29 @@
 
 namespace quellbox {
 
-/// How a file gets another name that must not be in use, the best first.
+/// How to rename a file without replacing another one, the best method first.
 enum class RenameMethod {
-    Atomic, ///< one call of the system, which refuses a name in use
-    ByLink, ///< a second name for the file, which a name in use prevents; then the first name is removed
-    Checked ///< a look whether the name is free, then a rename
+    Atomic, ///< one system call, which fails when the new name exists
+    ByLink, ///< a hard link, which fails when the new name exists; then the old name is removed
+    Checked ///< a check that the new name does not exist, then a plain rename
 };
 
-/// What has been learned of folders from which files are moved, so that no call is made whose answer is known: on a
-/// share each one costs a round trip. Paths are bytes; the folder of one is what stands before its last separator. May
-/// be used from several threads at once.
+/// What is known of the folders from which files are moved. It saves system calls whose result is known, since on a
+/// share each one costs a round trip. Paths are bytes. May be used from several threads at once.
 class FolderMemory {
 public:
-    /// `folder` has been listed: whatever is in it is a regular file, except for the names in `others`. What was known
-    /// of renaming there is forgotten, since another file system may be mounted there by now.
+    /// To be called when `folder` has been listed: all its entries are regular files, except for those in `others`. The
+    /// method for renaming is found out anew afterwards, since another file system may have been mounted there.
     void SetListed(const QByteArray& folder, QSet<QByteArray> others);
 
-    /// Whether the last listing of its folder says that `path` is a regular file. A name that has come since then
-    /// counts as one too: what comes into an archive are messages.
+    /// Whether `path` is a regular file according to the last listing of its folder. A file that is newer than the
+    /// listing counts as a regular one: what arrives in an archive are messages.
     bool IsRegularFile(const QByteArray& path) const;
 
-    /// The best method that may work in the folder of `path`.
+    /// The best method that is not known to fail in the folder of `path`.
     RenameMethod MethodFor(const QByteArray& path) const;
 
-    /// Only this method and those after it work in the folder of `path`.
+    /// To be called when all better methods than this one have failed in the folder of `path`.
     void SetMethod(const QByteArray& path, RenameMethod method);
 
 private:

@@ -55,10 +55,10 @@ void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QSt
     copy->Close();
 }
 
-/// What is told of a path by `look`, which is lstat() or stat(). Throws FileError for `path`.
-struct stat StatusOf(const QByteArray& bytes, int (*look)(const char*, struct stat*), const QString& path) {
+/// The status of a file by `call`, which is lstat() or stat(). Throws FileError for `path`.
+struct stat StatusOf(const QByteArray& bytes, int (*call)(const char*, struct stat*), const QString& path) {
     struct stat status {};
-    if (look(bytes.constData(), &status) != 0) {
+    if (call(bytes.constData(), &status) != 0) {
         ThrowFileError(path, errno);
     }
     return status;
@@ -85,7 +85,7 @@ void Withdraw(const QByteArray& target, const struct stat& copied) {
     }
 }
 
-/// True when a rename of an existing file can have failed so only because of the new name or its folder.
+/// Whether the error of renaming an existing file is about the new name or its folder.
 bool ConcernsTarget(int error) {
     return error == EEXIST || error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ENOSPC ||
            error == EDQUOT;
@@ -96,7 +96,7 @@ bool ConcernsTarget(int error) {
 void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     const QByteArray source = SystemPath(from);
     const QByteArray target = SystemPath(to);
-    // By name, as it is compared later: of an open file a share may tell something else.
+    // By name, as it is compared later: for an open file a share may report other values.
     const struct stat before = StatusOf(source, &::stat, from);
     std::optional<TemporaryFile> copy;
     MakeCopy(copy, from, to);
@@ -109,7 +109,7 @@ void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
         FlushFolderOf(to);
         RemoveUnchanged(source, before, from);
     } catch (...) {
-        // A message in both folders would be delivered and still be listed as blocked, but one in none is lost.
+        // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
         if (IsPresent(source)) {
             Withdraw(target, copied);
         }
@@ -123,7 +123,7 @@ void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
     std::optional<struct stat> before;
     if (!memory.IsRegularFile(source)) {
         before = StatusOf(source, &::lstat, from);
-        // A link that moved would name another file, or none, from its new folder.
+        // A relative link would point to another file, or to none, from its new folder.
         if (S_ISLNK(before->st_mode)) {
             return MoveByCopy(from, to, memory);
         }
@@ -136,7 +136,7 @@ void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
         return MoveByCopy(from, to, memory);
     }
     if (error != 0) {
-        // Nobody may have looked yet whether there is a source.
+        // The source may be what is missing.
         if (error == ENOENT || error == ENOTDIR) {
             StatusOf(source, &::lstat, from);
         }

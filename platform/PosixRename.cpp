@@ -13,17 +13,17 @@ namespace quellbox {
 
 namespace {
 
-/// The file system or the kernel does not know the call, rather than refuse this one.
+/// The file system or the kernel does not support the call at all.
 bool IsUnknownCall(int error) {
     return error == ENOSYS || error == EOPNOTSUPP;
 }
 
-/// A file system may refuse the flag as a wrong argument.
+/// Many file systems report the flag as an invalid argument.
 bool LacksAtomicRename(int error) {
     return error == EINVAL || IsUnknownCall(error);
 }
 
-/// A file system without links refuses every one, or allows each file one name.
+/// A file system without hard links forbids them, or limits their number to one.
 bool LacksLinks(int error) {
     return error == EPERM || error == EMLINK || IsUnknownCall(error);
 }
@@ -32,8 +32,8 @@ bool IsSameFile(const struct stat& left, const struct stat& right) {
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
 
-/// Whether a link that was answered with `error` has been made all the same, since the answer was lost. Only in two
-/// folders are `from` and `to` certainly two names, of which one may go.
+/// Whether link() has failed with `error` although the link was made, and only the server's reply was lost. Within one
+/// folder that cannot be known for sure: `from` and `to` may be two spellings of the same name.
 bool IsLinked(const QByteArray& from, const QByteArray& to, int error) {
     if (error == EEXIST || error == EXDEV || LacksLinks(error)) {
         return false;
@@ -50,8 +50,9 @@ bool IsLinked(const QByteArray& from, const QByteArray& to, int error) {
            ::stat(FolderOf(to).constData(), &targetFolder) == 0 && !IsSameFile(sourceFolder, targetFolder);
 }
 
-/// What lstat() tells of a share may be what this computer remembers of it; to open a file asks the share.
-int ErrorOfOpening(const QByteArray& path) {
+/// Opens a file to find out whether it exists: lstat() may report what this computer has cached of a share. Returns 0
+/// or an errno value.
+int TryToOpen(const QByteArray& path) {
     const Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
     return file.IsOpen() ? 0 : errno;
 }
@@ -70,14 +71,14 @@ int RemoveSource(const QByteArray& from) {
     if (::unlink(from.constData()) == 0) {
         return 0;
     }
-    // It may be gone all the same: somebody else has removed it, or only the answer was lost.
+    // It may be gone all the same: another program has removed it, or only the reply of the server was lost.
     const int error = errno;
-    return error == ENOENT || ErrorOfOpening(from) == ENOENT ? 0 : error;
+    return error == ENOENT || TryToOpen(from) == ENOENT ? 0 : error;
 }
 
 bool IsPresent(const QByteArray& path) {
-    const int error = ErrorOfOpening(path);
-    // Only what is there is refused, in use or a link.
+    const int error = TryToOpen(path);
+    // These errors are only reported for a file that exists; a link gives ELOOP.
     return error == 0 || error == EACCES || error == EPERM || error == EBUSY || error == ELOOP;
 }
 
@@ -97,7 +98,7 @@ int RenameByLink(const QByteArray& from, const QByteArray& to) {
         }
     }
     const int error = RemoveSource(from);
-    // A message in both folders would be delivered and still be listed as blocked, but one in none is lost.
+    // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
     if (error != 0 && IsPresent(from)) {
         ::unlink(to.constData());
     }
@@ -144,7 +145,7 @@ int RenameNoReplace(const QByteArray& from, const QByteArray& to, FolderMemory& 
     if (method == RenameMethod::Checked) {
         error = RenameChecked(from, to, before);
     }
-    // A name that no method takes says nothing of the folder.
+    // Where every method fails, the reason may be the name and not the folder.
     if (error == 0 && method != known) {
         memory.SetMethod(from, method);
     }

@@ -16,7 +16,7 @@ namespace quellbox {
 
 namespace {
 
-/// What the kernel says of the disk that `device` is, or is a part of.
+/// Whether the kernel reports the disk that `device` is, or is a part of, as removable.
 bool IsRemovable(const QByteArray& device) {
     const QString name = QFileInfo(QFile::decodeName(device)).canonicalFilePath().section(QLatin1Char('/'), -1);
     if (name.isEmpty()) {
@@ -38,7 +38,7 @@ VolumeKind KindOf(const QStorageInfo& volume) {
 }
 
 bool HoldsFolders(const QStorageInfo& volume) {
-    // A read-only disk in memory only covers what lies beneath it.
+    // A read-only disk in memory is there to hide the folder beneath it.
     const bool isCover = volume.isReadOnly() && volume.fileSystemType() == "tmpfs";
     return volume.isReady() && !isCover && QFileInfo(volume.rootPath()).isDir() &&
            IsUserVolume(volume.rootPath(), QString::fromLatin1(volume.fileSystemType()));
@@ -53,9 +53,9 @@ public:
                 volumes.push_back({found.displayName(), found.rootPath(), KindOf(found)});
             }
         }
-        // A root that the system does not describe, as in some containers, still holds every folder.
+        // Some containers do not list the root, which exists all the same.
         volumes.push_back({QStringLiteral("/"), QStringLiteral("/"), VolumeKind::Fixed});
-        // Of several mounts at one place only the topmost is in sight.
+        // Of several mounts at one place only the topmost is visible.
         std::stable_sort(volumes.begin(), volumes.end(),
                          [](const Volume& left, const Volume& right) { return left.root < right.root; });
         const auto last = std::unique(volumes.begin(), volumes.end(),

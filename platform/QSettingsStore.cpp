@@ -15,7 +15,7 @@ namespace quellbox {
 
 namespace {
 
-/// QSettings takes both separators for a step into a subsection.
+/// For QSettings both kinds of slashes begin the name of a subsection.
 QString EscapedKey(const QString& key) {
     QString escaped = key;
     escaped.replace(QLatin1Char('%'), QLatin1String("%25"));
@@ -80,7 +80,8 @@ public:
     void Flush() override {
         const bool refused = std::exchange(refused_, false);
         if (settings_->status() == QSettings::AccessError) {
-            // The status keeps the first error for good. The new object shares what is pending with the old one.
+            // The status of the object keeps its first error. The new object shares the pending values with the old
+            // one.
             settings_ = OpenFile(settings_->fileName());
         }
         settings_->sync();
@@ -101,7 +102,7 @@ public:
     }
 
 private:
-    /// What QSettings does not understand is gone with the first value that is stored.
+    /// Lines that QSettings cannot parse are lost when the first value is stored.
     static void KeepBroken(const QString& file) {
         const QString moment = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
         QFile::copy(file, QStringLiteral("%1.%2.broken").arg(file, moment));
@@ -122,7 +123,7 @@ private:
 
     std::unique_ptr<QSettings> settings_;
 
-    /// Whether something was to be stored since the last flush that the store does not take.
+    /// Whether a value was refused since the last flush.
     bool refused_ = false;
 };
 

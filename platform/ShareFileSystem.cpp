@@ -13,8 +13,8 @@ namespace {
 
 constexpr QChar backslash(u'\\');
 
-/// Whether what stands behind the last backslash is itself a way through folders.
-bool IsWay(QStringView name) {
+/// Whether a name that follows the last backslash would lead into another folder: "." and "..", or a path with slashes.
+bool LeadsElsewhere(QStringView name) {
     return name == QLatin1String(".") || name == QLatin1String("..") || name.contains(QLatin1Char('/'));
 }
 
@@ -58,7 +58,7 @@ QString ShareFileSystem::LocalPath(const QString& path, Place place) const {
         return path;
     }
     const qsizetype name = path.lastIndexOf(backslash) + 1;
-    if (IsWay(QStringView(path).mid(name))) {
+    if (LeadsElsewhere(QStringView(path).mid(name))) {
         return (this->*place)(path);
     }
     const QString folder = (this->*place)(path.left(name));

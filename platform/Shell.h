@@ -17,7 +17,7 @@ class Shell {
 public:
     virtual ~Shell() = default;
 
-    /// The network user name (the login name elsewhere than on Windows); empty when the system does not tell.
+    /// The network user name (the login name elsewhere than on Windows); empty when the system does not know it.
     virtual QString UserName() const = 0;
 
     /// Opens a file in the desktop's program for it, or a web page in the browser. `target` is a path or an address

@@ -32,11 +32,11 @@ public:
 /// The volumes of the computer.
 std::unique_ptr<Volumes> MakeVolumes();
 
-/// The kind of a volume elsewhere than on Windows, of the type of its file system and of what the system says of its
-/// medium.
+/// The kind of a volume elsewhere than on Windows, by the type of its file system and by whether its medium is
+/// removable.
 VolumeKind KindOfVolume(const QString& fileSystemType, bool removable);
 
-/// False for what the system mounts for itself elsewhere than on Windows, of its place and the type of its file system.
+/// False for what the system mounts for itself elsewhere than on Windows, by its root and the type of its file system.
 bool IsUserVolume(const QString& root, const QString& fileSystemType);
 
 } // namespace quellbox

@@ -24,7 +24,7 @@ private:
     QString path_;
 };
 
-/// True when a rename of an existing file can have failed so only because of the new name or its folder.
+/// Whether the error of renaming an existing file is about the new name or its folder.
 bool ConcernsTarget(DWORD error) {
     switch (error) {
     case ERROR_FILE_EXISTS:
@@ -53,7 +53,8 @@ bool IsLink(const WIN32_FIND_DATAW& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-/// Whether the folder tells the file's own size and time: it learns them when whoever writes the file closes it.
+/// Whether size and time in the folder are up to date. They are updated when the program that writes the file closes
+/// it.
 bool IsSettled(const FileStatus& status) {
     constexpr qint64 settledNs = 2 * 60 * 1'000'000'000LL; // with room for the server's clock
     FILETIME now{};
@@ -78,7 +79,7 @@ class WindowsFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        return Look(folder, data) && IsFolder(data.dwFileAttributes);
+        return GetStatus(folder, data) && IsFolder(data.dwFileAttributes);
     }
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
@@ -87,7 +88,7 @@ public:
         std::vector<FolderEntry> entries;
         VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
             const EntryKind kind = KindOf(entry);
-            // Of a link the folder tells nothing about what it names.
+            // For a link the folder reports the size and time of the link itself.
             const bool isKnown = kind == EntryKind::File && IsSettled(StatusOf(entry));
             entries.push_back(
                 {NameOf(entry), kind, IsHidden(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
@@ -97,7 +98,7 @@ public:
 
     std::optional<FileStatus> Status(const QString& path) const override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (!Look(path, data) || IsFolder(data.dwFileAttributes)) {
+        if (!GetStatus(path, data) || IsFolder(data.dwFileAttributes)) {
             return std::nullopt;
         }
         return StatusOf(data);
@@ -127,7 +128,7 @@ public:
         if (IsFolder(attributes)) {
             ThrowFileError(from, ERROR_ACCESS_DENIED);
         }
-        // A link that moved would name another file, or none, from its new folder.
+        // A relative link would point to another file, or to none, from its new folder.
         if (IsSymbolicLink(source)) {
             return MoveByCopy(from, to);
         }
@@ -162,7 +163,7 @@ public:
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (!Look(path, data)) {
+        if (!GetStatus(path, data)) {
             ThrowFileError(path, GetLastError());
         }
         if (IsFolder(data.dwFileAttributes)) {
@@ -187,7 +188,7 @@ public:
 } // namespace
 
 std::unique_ptr<FileSystem> MakeLocalFileSystem() {
-    // A drive without a medium is an error like others, and no reason for the system to ask for one.
+    // A drive without a medium is an error like others; the system shall not ask the user for one.
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
     return std::make_unique<WindowsFileSystem>();
 }

@@ -28,7 +28,7 @@ VolumeKind KindOf(const QString& root) {
     }
 }
 
-/// The share behind a mapped drive like "X:"; empty when the system does not tell.
+/// The share behind a mapped drive like "X:"; empty when the system does not know it.
 QString ShareOf(const QString& drive) {
     std::array<wchar_t, 1024> share{};
     DWORD capacity = share.size();
@@ -38,7 +38,7 @@ QString ShareOf(const QString& drive) {
 
 QString LabelOf(const QString& root) {
     std::array<wchar_t, MAX_PATH + 1> label{};
-    // A drive without a medium is no reason for the system to ask for one.
+    // The system shall not ask the user for a medium.
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
     const bool known = GetVolumeInformationW(Wide(root), label.data(), static_cast<DWORD>(label.size()), nullptr,
@@ -47,7 +47,7 @@ QString LabelOf(const QString& root) {
     return known ? QString::fromWCharArray(label.data()) : QString();
 }
 
-/// What to call a drive. A network drive is not asked for its label, since an absent server answers late.
+/// What to call a drive. The label of a network drive is not read, since an absent server takes long to fail.
 QString NameOf(const QString& root, VolumeKind kind) {
     const QString name = kind == VolumeKind::Network ? ShareOf(root.left(2)) : LabelOf(root);
     return name.isEmpty() ? root : name;

@@ -152,7 +152,7 @@ TEST_F(ShareFileSystemTest, APlaceFoundBeforeAllWereForgottenIsNotRemembered) {
     EXPECT_FALSE(files_.FileExists(file));
 }
 
-TEST_F(ShareFileSystemTest, AWayAsANameStaysWithinTheShare) {
+TEST_F(ShareFileSystemTest, ANameThatLeadsElsewhereStaysWithinTheShare) {
     class TableVolumes : public FakeVolumes {
     public:
         QString Resolve(const QString& path) const override {
