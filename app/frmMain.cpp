@@ -28,12 +28,11 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     }
     tmrRefresh = new QTimer(this);
     tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
-    MakeLoader();
     CreateMenus();
+    CreateContents();
     CreateToolbars();
     CreatePanes();
     ConnectList();
-    ConnectContents();
     ConnectTray();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
@@ -46,7 +45,7 @@ frmMain::~frmMain() {
     if (ports_.tray != nullptr) {
         ports_.tray->SetMenu(nullptr);
     }
-    delete view_;
+    contents_.reset();
     help_.reset();
     qApp->removeEventFilter(this);
 }
@@ -66,6 +65,7 @@ void frmMain::ApplySettings() {
     state_.ActiveFilterDays = filterPressed ? QString::number(state_.FilterDays) : QStringLiteral("0");
     buttons_[QStringLiteral("attachment")]->setChecked(state_.ContentsAttachment != 0);
     buttons_[QStringLiteral("collapse")]->setChecked(state_.ContentsCollapse != 0);
+    contents_->SetToggles({state_.ContentsCollapse != 0, state_.ContentsAttachment != 0});
     mnuViewStatus->setChecked(state_.StatusBar);
     mnuViewToolbar->setChecked(state_.Toolbar);
     mnuViewContents->setChecked(state_.Contents);
@@ -111,8 +111,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     if (pass_) {
         pass_->Cancel();
     }
-    CancelLoading(); // it would open the viewer again
-    CloseViewer();
+    contents_->Close();
     if (help_ != nullptr) {
         help_->close();
     }

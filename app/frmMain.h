@@ -1,11 +1,9 @@
 #pragma once
 
+#include "app/ContentsPane.h"
+#include "app/ErrorReport.h"
 #include "archive/RefreshPass.h"
-#include "contents/MessageLoader.h"
-#include "contents/frmRawPane.h"
-#include "contents/frmView.h"
 #include "messages/SortState.h"
-#include "platform/RuntimeError.h"
 #include "platform/Shell.h"
 #include "platform/Volumes.h"
 #include "settings/ProgramInfo.h"
@@ -13,11 +11,9 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QMainWindow>
-#include <QPointer>
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
-#include <QTreeWidget>
 
 #include <memory>
 #include <optional>
@@ -78,7 +74,7 @@ public:
     StatusPanels& Panels() { return panels_; }
 
     /// True while something of a message that was clicked is still to be read.
-    bool IsLoading() const { return loader_->IsBusy(); }
+    bool IsLoading() const { return contents_->IsLoading(); }
 
 Q_SIGNALS:
     /// A refresh pass has ended.
@@ -95,16 +91,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// What is done with a message that is being read.
-    struct Loading {
-        QString path;
-        bool ifExists = false;   // a file that has gone empties the panes without a word
-        bool text = false;       // to be shown in rtfRaw
-        bool structure = false;  // to be shown in trvMessage; the row becomes read
-        bool forViewer = false;  // the text is to be shown in the viewer too
-        bool takesPlace = false; // without its text, rtfRaw is empty
-    };
-
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
@@ -149,7 +135,7 @@ private:
     void lvwMessages_MouseUp();
     void PopUpMessageMenu(QPoint screen);
     void ShowSortArrow();
-    void ReadMessageHeaders(int row);
+    void FillFromHeaders(const QString& path, const HeaderFields& headers);
     void mnuEdit_Click();
     void mnuEditSelectAll_Click();
     void MarkSelected(bool unread);
@@ -241,25 +227,14 @@ private:
     void mnuHelpAbout_Click();
 
     // frmMainContents.cpp
-    void ConnectContents();
+    void CreateContents();
     int SelectedRow() const;
     QString MessagePath(int row) const;
+    int RowOfPath(const QString& path) const;
     void ShowMessage(int row);
-    void MakeLoader();
-    void LoadMessage(int row, Loading wanted);
-    void CancelLoading();
-    void AwaitMessage();
-    void TakeAnswer(const MessageAnswer& answer, const QPersistentModelIndex& row);
-    void ShowMessageStructure(const StructureTree& structure);
-    void MarkAsRead(const QPersistentModelIndex& row);
-    void FillTree();
-    void ClearTree();
-    void ApplyToggles(bool expandAll);
-    void trvMessage_NodeClick(const QTreeWidgetItem* node);
-    void tlbContents_ButtonClick(const QString& key);
+    void ShowWholeText();
+    void MarkAsRead(const QString& path);
     void mnuMessageView_Click();
-    void ShowViewer();
-    void CloseViewer();
 
     MainPorts ports_;
     AppState state_;
@@ -280,16 +255,11 @@ private:
     int ClickedColumn = 0;
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
-    std::unique_ptr<MessageLoader> loader_;
-    std::optional<Loading> loading_; // of the message that is being read, what has not come yet
-    StructureTree structure_;        // what trvMessage shows
-    QPointer<frmView> view_;
+    std::unique_ptr<ContentsPane> contents_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
     std::unique_ptr<frmHelp> help_; // made when help is first asked for
 
     MessageListView* lvwMessages = nullptr;
-    QTreeWidget* trvMessage = nullptr;
-    RawPane* rtfRaw = nullptr;
     QSplitter* splWhole = nullptr;
     QSplitter* splBottom = nullptr;
     QWidget* clbLeft = nullptr;
@@ -328,13 +298,7 @@ private:
 /// Runs a handler so that a run-time error ends in a message box and the program goes on.
 template <class Handler>
 void frmMain::Guarded(Handler handler) {
-    try {
-        handler();
-    } catch (const RuntimeError& error) {
-        ReportError(error.Text());
-    } catch (const std::exception& error) {
-        ReportError(QString::fromUtf8(error.what()));
-    }
+    RunReporting(handler, [this](const QString& text) { ReportError(text); });
 }
 
 } // namespace quellbox

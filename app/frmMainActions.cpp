@@ -59,12 +59,7 @@ void frmMain::ShowNextMessage(int row) {
         // A size that cannot be counted must not keep the message from being shown.
         DropFailures({{MessagePath(row), error.Text()}});
     }
-    Loading wanted;
-    wanted.text = true;
-    wanted.structure = true;
-    wanted.takesPlace = true; // of the message that has just gone
-    LoadMessage(row, wanted);
-    AwaitMessage();
+    contents_->ShowNext(MessagePath(row));
     const MessageRow& next = model_.Row(row);
     panels_.SetInfo(next.key);
     panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);

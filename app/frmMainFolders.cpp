@@ -54,7 +54,7 @@ void frmMain::LeaveArchive() {
         refreshIsDue_ = true;
     }
     ClearMessageView();
-    MakeLoader(); // readers that are stuck in the archive that was left are none of the other's
+    contents_->Forget(); // readers that are stuck in the archive that was left are none of the other's
     UpdateSelectionStatus();
 }
 

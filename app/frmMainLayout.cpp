@@ -27,24 +27,12 @@ void frmMain::CreatePanes() {
     lvwMessages->setModel(&model_);
     lvwMessages->setMinimumHeight(smallestPane);
 
-    trvMessage = new QTreeWidget(this);
-    trvMessage->setObjectName(QStringLiteral("trvMessage"));
-    trvMessage->setAccessibleName(tr("Message format layout"));
-    trvMessage->setToolTip(tr("Message format layout"));
-    trvMessage->setHeaderHidden(true);
-    trvMessage->setUniformRowHeights(true);
-    trvMessage->setMinimumWidth(smallestPane);
-
-    rtfRaw = new RawPane(this);
-    rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
-    rtfRaw->setAccessibleName(tr("Raw message contents"));
-    rtfRaw->setToolTip(tr("Raw message contents"));
-    rtfRaw->setMinimumWidth(smallestPane);
-
+    contents_->Tree().setMinimumWidth(smallestPane);
+    contents_->Raw().setMinimumWidth(smallestPane);
     splBottom = new QSplitter(Qt::Horizontal, this);
     splBottom->setObjectName(QStringLiteral("splBottom"));
-    splBottom->addWidget(trvMessage);
-    splBottom->addWidget(rtfRaw);
+    splBottom->addWidget(&contents_->Tree());
+    splBottom->addWidget(&contents_->Raw());
     splBottom->setCollapsible(1, false);
     splBottom->setMinimumHeight(smallestPane);
 
@@ -104,7 +92,7 @@ void frmMain::DividePanes() {
     splWhole->setSizes({list, height - list});
     const int width = std::max(splBottom->width(), 2 * smallestPane);
     const int tree = mnuViewFormat->isChecked() ? treePaneSize_ : 0;
-    trvMessage->setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
+    contents_->Tree().setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
     splBottom->setSizes({tree, std::max(width - tree, 0)});
     LetPanesHaveFocus();
 }
@@ -112,8 +100,8 @@ void frmMain::DividePanes() {
 // A pane of no size must not get the focus: nobody would see where the keys go.
 void frmMain::LetPanesHaveFocus() {
     const bool contents = mnuViewContents->isChecked();
-    rtfRaw->setFocusPolicy(contents ? Qt::StrongFocus : Qt::NoFocus);
-    trvMessage->setFocusPolicy(contents && mnuViewFormat->isChecked() ? Qt::StrongFocus : Qt::NoFocus);
+    contents_->Raw().setFocusPolicy(contents ? Qt::StrongFocus : Qt::NoFocus);
+    contents_->Tree().setFocusPolicy(contents && mnuViewFormat->isChecked() ? Qt::StrongFocus : Qt::NoFocus);
     const QWidget* focus = focusWidget();
     if (focus != nullptr && focus->focusPolicy() == Qt::NoFocus) {
         lvwMessages->setFocus();
@@ -171,7 +159,7 @@ void frmMain::splBottom_Moved() {
     mnuViewContents->setChecked(splWhole->sizes().value(1) > splitBarWidth);
     if (mnuViewFormat->isChecked()) {
         treePaneSize_ = tree;
-        trvMessage->setMinimumWidth(smallestPane);
+        contents_->Tree().setMinimumWidth(smallestPane);
     }
     ShowContentsBand();
     LetPanesHaveFocus();
@@ -269,7 +257,7 @@ void frmMain::FormKeyDown(int key) {
     if (key == Qt::Key_Escape) {
         state_.FindText.clear();
         Guarded([this] { ClearSelection(); });
-        CloseViewer();
+        contents_->CloseViewer();
     }
 }
 

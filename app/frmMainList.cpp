@@ -55,29 +55,26 @@ void frmMain::lvwMessages_ColumnClick(int column) {
 
 void frmMain::lvwMessages_ItemClick(int row) {
     if (model_.Row(row).cells[ColumnTo].isEmpty() && mnuViewBulk->isChecked()) {
-        ReadMessageHeaders(row);
+        contents_->ReadHeaders(MessagePath(row));
     }
     if (LoadOnItemClick) {
         UpdateSelectionStatus();
     }
     ShowMessage(row);
-    AwaitMessage();
     if (LastMouseButton == Qt::RightButton) {
         PopUpMessageMenu(QCursor::pos());
     }
 }
 
-void frmMain::ReadMessageHeaders(int row) {
-    const QPersistentModelIndex place(model_.index(row, 0)); // the list may change before the answer comes
-    loader_->LoadHeaders(MessagePath(row), [this, place](const MessageAnswer& answer) {
-        if (answer.kind != MessageAnswer::Kind::Headers || !place.isValid()) {
-            return;
-        }
-        MessageRow contents = model_.Row(place.row());
-        FillRow(contents, answer.headers);
-        state_.strXSender = contents.tag;
-        model_.Update(place.row(), std::move(contents));
-    });
+void frmMain::FillFromHeaders(const QString& path, const HeaderFields& headers) {
+    const int row = RowOfPath(path);
+    if (row < 0) {
+        return;
+    }
+    MessageRow contents = model_.Row(row);
+    FillRow(contents, headers);
+    state_.strXSender = contents.tag;
+    model_.Update(row, std::move(contents));
 }
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
@@ -159,8 +156,7 @@ void frmMain::mnuEditSelectAll_Click() {
     SetBusy(true, model_.Count());
     lvwMessages->selectAll();
     SetBusy(false, 0);
-    CancelLoading();
-    rtfRaw->clear();
+    contents_->ClearText();
     UpdateSelectionStatus();
 }
 

@@ -196,7 +196,7 @@ void frmMain::CreateToolbars() {
         Guarded([this, button] { tlbMessages_ButtonClick(button->property("key").toString()); });
     });
     connect(tlbContents, &QToolBar::actionTriggered, this, [this](const QAction* button) {
-        Guarded([this, button] { tlbContents_ButtonClick(button->property("key").toString()); });
+        contents_->tlbContents_ButtonClick(button->property("key").toString(), button->isChecked());
     });
 }
 

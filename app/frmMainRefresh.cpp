@@ -172,9 +172,7 @@ void frmMain::ClearMessageView() {
 }
 
 void frmMain::ClearContents() {
-    CancelLoading();
-    rtfRaw->clear();
-    ClearTree();
+    contents_->Clear();
 }
 
 void frmMain::mnuViewBulk_Click() {

@@ -715,6 +715,17 @@
     </message>
 </context>
 <context>
+    <name>quellbox::ContentsPane</name>
+    <message>
+        <source>Message format layout</source>
+        <translation>Aufbau der Nachricht</translation>
+    </message>
+    <message>
+        <source>Raw message contents</source>
+        <translation>Quelltext der Nachricht</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::EntryCombo</name>
     <message>
         <source>Sender or domain</source>
@@ -833,14 +844,6 @@
     <message>
         <source>Messages</source>
         <translation>Nachrichten</translation>
-    </message>
-    <message>
-        <source>Message format layout</source>
-        <translation>Aufbau der Nachricht</translation>
-    </message>
-    <message>
-        <source>Raw message contents</source>
-        <translation>Quelltext der Nachricht</translation>
     </message>
     <message>
         <source>&amp;File</source>

@@ -1,6 +1,7 @@
 #include "tests/support/RealFolderWindow.h"
 
 #include <QLocale>
+#include <QScrollBar>
 #include <QTextBlock>
 
 using namespace quellbox;
@@ -18,11 +19,17 @@ protected:
         return nullptr;
     }
 
+    /// A point on the first letter of a node; the column may be wider than the view.
+    QPoint BeginOf(const QTreeWidgetItem* item) {
+        const QRect place = Tree()->visualItemRect(item);
+        return {place.left() + 5, place.center().y()};
+    }
+
     void ClickNode(const QString& start) {
         QTreeWidgetItem* item = Item(start);
         ASSERT_NE(item, nullptr);
         Tree()->scrollToItem(item);
-        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, Tree()->visualItemRect(item).center());
+        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, BeginOf(item));
     }
 
     void OpenWithAttachment() {
@@ -182,8 +189,7 @@ TEST_F(Contents, RevealScrollsToTheSecondOfTwoAttachments) {
     EXPECT_TRUE(two->font(0).bold());
     EXPECT_FALSE(one->parent()->font(0).bold());
     const auto isInSight = [this](QTreeWidgetItem* item) {
-        const QRect place = Tree()->visualItemRect(item);
-        return place.isValid() && Tree()->viewport()->rect().contains(place.center());
+        return Tree()->visualItemRect(item).isValid() && Tree()->viewport()->rect().contains(BeginOf(item));
     };
     EXPECT_FALSE(isInSight(two));
     Command("tlbContents_attachment")->trigger();
@@ -234,6 +240,17 @@ TEST_F(Contents, ALongLabelIsShortenedAndItsNodeShowsAllOfIt) {
         ClickNode(label);
         EXPECT_EQ(Raw()->toPlainText(), whole);
     }
+}
+
+TEST_F(Contents, TheTreeScrollsToTheEndOfALongLabel) {
+    Write(Archive(Name(1)), "Subject: " + QByteArray(900, 's') + "\r\n\r\n");
+    Open();
+    Click(0);
+    QTreeWidgetItem* item = Item(QStringLiteral("SUBJECT: "));
+    ASSERT_NE(item, nullptr);
+    EXPECT_GE(Tree()->visualItemRect(item).width(), Tree()->fontMetrics().horizontalAdvance(item->text(0)));
+    Tree()->horizontalScrollBar()->setValue(Tree()->horizontalScrollBar()->maximum());
+    EXPECT_LE(Tree()->visualItemRect(item).right(), Tree()->viewport()->rect().right());
 }
 
 TEST_F(Contents, ATextOfTooManyLinesSaysHowMuchIsNotShown) {
