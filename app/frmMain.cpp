@@ -2,7 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayIcon.h"
+#include "app/TrayPresence.h"
 #include "app/frmHelp.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
@@ -33,7 +33,7 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     CreateToolbars();
     CreatePanes();
     ConnectList();
-    ConnectTray();
+    CreateTray();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
@@ -42,9 +42,6 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
 }
 
 frmMain::~frmMain() {
-    if (ports_.tray != nullptr) {
-        ports_.tray->SetMenu(nullptr);
-    }
     contents_.reset();
     help_.reset();
     qApp->removeEventFilter(this);
@@ -73,7 +70,7 @@ void frmMain::ApplySettings() {
     mnuViewBulk->setChecked(state_.BulkMode);
     mnuViewFormat->setChecked(true);
     ShowBulkMode();
-    ShowTrayIcon(mnuViewHide->isChecked() ? 1 : 0, ports_.program.Title);
+    tray_->FollowEntry();
     LayOut();
     DividePanes();
     ShowSortArrow();
@@ -82,6 +79,12 @@ void frmMain::ApplySettings() {
         // The box comes with the first turn of the event loop, above the window.
         QTimer::singleShot(0, this, [this] { ReportError(loadErrors_.join(QStringLiteral("\n\n"))); });
     }
+}
+
+void frmMain::CreateTray() {
+    tray_ = std::make_unique<TrayPresence>(
+        TrayParts{*this, *mnuViewHide, *mnuTray, ports_.tray, state_, ports_.program.Title});
+    connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
 }
 
 void frmMain::UpdateMainCaption() {
@@ -115,7 +118,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     if (help_ != nullptr) {
         help_->close();
     }
-    ShowTrayIcon(0, ports_.program.Title);
+    tray_->Close();
     const bool historyIsPending = UnloadFind();
     if (!isMinimized()) {
         Guarded([this] { SaveAllSettings(); });

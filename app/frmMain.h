@@ -24,6 +24,7 @@ class frmFind;
 class MessageListView;
 class StatusBarView;
 class TrayIcon;
+class TrayPresence;
 class frmHelp;
 
 /// The ports that the main window works with; they outlive it.
@@ -94,6 +95,7 @@ private:
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
+    void CreateTray();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
@@ -197,22 +199,6 @@ private:
     void ShowOptions();
     void ShowOptionsOn(int tab);
 
-    // frmMainTray.cpp
-    void ConnectTray();
-    bool TrayExists() const;
-    void mnuViewHide_Click();
-    void mnuTrExit_Click();
-    void traSystemTray_RightButton();
-    void RestoreFromTray();
-    void ShowTrayIcon(int show, const QString& tip);
-    void ExplainHiding();
-    void HideWhenMinimized();
-    void tmrTray_Timer();
-    void RememberWindowState();
-    void SetSavedWindowState();
-    bool OtherFormIsLoaded() const;
-    void OfferTrayMenu();
-
     // frmMainHelp.cpp
     void mnuHelpStarting_Click(qint16 index);
     void ShowHelpOf(const QWidget* form);
@@ -256,6 +242,7 @@ private:
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
     std::unique_ptr<ContentsPane> contents_;
+    std::unique_ptr<TrayPresence> tray_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
     std::unique_ptr<frmHelp> help_; // made when help is first asked for
 
@@ -267,7 +254,6 @@ private:
     QToolBar* tlbContents = nullptr;
     StatusBarView* stbBottom = nullptr;
     QTimer* tmrRefresh = nullptr;
-    QTimer* tmrTray = nullptr; // runs while the window is hidden
 
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;

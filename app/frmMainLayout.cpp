@@ -2,6 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
+#include "app/TrayPresence.h"
 #include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 
@@ -114,7 +115,7 @@ void frmMain::ShowContentsBand() {
 
 void frmMain::mnuView_Click() {
     mnuViewFormat->setEnabled(mnuViewContents->isChecked());
-    ExplainHiding();
+    tray_->ExplainHiding();
 }
 
 void frmMain::mnuViewContents_Click() {
@@ -181,7 +182,6 @@ void frmMain::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         LayOut();
         DividePanes();
-        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
@@ -190,7 +190,6 @@ void frmMain::resizeEvent(QResizeEvent* event) {
     if (isMinimized()) {
         return;
     }
-    RememberWindowState();
     LayOut();
 }
 
@@ -198,10 +197,6 @@ void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::FontChange && lvwMessages != nullptr) {
         lvwMessages->FitColumns();
-    } else if (event->type() == QEvent::WindowStateChange) {
-        RememberWindowState();
-        // A window cannot be hidden in the midst of what minimizes it.
-        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
@@ -224,7 +219,7 @@ void frmMain::FormShownOrHidden(const QWidget* form) {
     if (form->isVisible()) {
         ConnectHelpButton(form);
     }
-    OfferTrayMenu();
+    tray_->OfferMenu();
     // What is modal is known only when the window has come or gone.
     QTimer::singleShot(0, this, [this] { LetUseBesideDialogs(); });
 }

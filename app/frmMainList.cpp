@@ -2,7 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayIcon.h"
+#include "app/TrayPresence.h"
 #include "archive/MessageHeaders.h"
 
 #include <QApplication>
@@ -118,9 +118,7 @@ qint16 frmMain::UpdateSelectionStatus() {
         panels_.SetInfo(status.info.text);
         panels_.SetSize(status.size.text, status.size.toolTip);
         panels_.SetCount(status.count);
-        if (ports_.tray != nullptr) {
-            ports_.tray->SetTip(ports_.program.Title + QStringLiteral(": ") + status.count);
-        }
+        tray_->ShowCount(status.count);
     }
     for (auto button = buttons_.cbegin(); button != buttons_.cend(); ++button) {
         button.value()->setEnabled(status.hasSelection);

@@ -1,3 +1,4 @@
+#include "app/TrayPresence.h"
 #include "app/frmMain.h"
 
 #include <QIcon>
@@ -86,7 +87,7 @@ void frmMain::CreateMenus() {
     on(mnuViewStatus, [this] { mnuViewStatus_Click(); });
     on(mnuViewContents, [this] { mnuViewContents_Click(); });
     on(mnuViewFormat, [this] { mnuViewFormat_Click(); });
-    on(mnuViewHide, [this] { mnuViewHide_Click(); });
+    on(mnuViewHide, [this] { tray_->mnuViewHide_Click(); });
     connect(mnuView, &QMenu::aboutToShow, this, &frmMain::mnuView_Click);
 
     mnuActions = AddMenu(this, "mnuActions", tr("&Actions"));
@@ -152,8 +153,8 @@ void frmMain::CreateMenus() {
     QAction* restore = AddEntry(mnuTray, "mnuTrRestore", tr("Restore"));
     AddBar(mnuTray, "mnuTrExBar");
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
-    on(restore, [this] { RestoreFromTray(); });
-    on(trayExit, [this] { mnuTrExit_Click(); });
+    on(restore, [this] { tray_->RestoreFromTray(); });
+    on(trayExit, [this] { tray_->mnuTrExit_Click(); });
     mnuTray->setDefaultAction(restore);
 }
 

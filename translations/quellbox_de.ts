@@ -778,6 +778,13 @@
     </message>
 </context>
 <context>
+    <name>quellbox::TrayPresence</name>
+    <message>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::frmAbout</name>
     <message>
         <source>About %1</source>
@@ -1111,10 +1118,6 @@
         <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
 
 %1</translation>
-    </message>
-    <message>
-        <source>This desktop has no notification area, so the window is only minimized</source>
-        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
     </message>
 </context>
 <context>

@@ -67,6 +67,18 @@ TEST_F(MainTray, MinimizingHidesTheWindowAndTheLeftButtonBringsItBack) {
     EXPECT_FALSE(window_->isMaximized());
 }
 
+TEST_F(MainTray, BringingTheWindowBackRunsNoOtherEvents) {
+    OpenHiding();
+    MinimizeAndHide();
+    bool ran = false;
+    QTimer::singleShot(0, window_.get(), [&ran] { ran = true; });
+    icon.ClickLeft();
+    EXPECT_FALSE(ran);
+    EXPECT_TRUE(window_->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&ran] { return ran; }, patience));
+    EXPECT_FALSE(window_->isMinimized());
+}
+
 TEST_F(MainTray, RestoreGoesBackToMaximized) {
     OpenHiding();
     window_->showMaximized();
