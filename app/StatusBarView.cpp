@@ -1,5 +1,6 @@
 #include "app/StatusBarView.h"
 
+#include "app/PlainToolTip.h"
 #include "settings/Placement.h"
 
 #include <QMouseEvent>
@@ -29,8 +30,7 @@ StatusPanelView::StatusPanelView(const QString& key, const QString& subject, QWi
 void StatusPanelView::Show(const StatusPanel& panel) {
     setText(panel.text);
     setAccessibleName(panel.text.isEmpty() ? subject_ : tr("%1: %2").arg(subject_, panel.text));
-    // A tool tip that looks like markup would be drawn as such; texts of messages must not be.
-    setToolTip(panel.toolTip.isEmpty() ? QString() : panel.toolTip.toHtmlEscaped());
+    setToolTip(PlainToolTip(panel.toolTip));
 }
 
 void StatusPanelView::paintEvent(QPaintEvent*) {
@@ -50,13 +50,19 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
     : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), tr("State"), this)),
       size_(new StatusPanelView(QStringLiteral("size"), tr("Size or time"), this)),
       count_(new StatusPanelView(QStringLiteral("count"), tr("Number of messages"), this)),
-      prbFiles(new QProgressBar(this)) {
+      prbFiles(new QProgressBar(this)), btnStop(new QToolButton(this)) {
     setObjectName(QStringLiteral("stbBottom"));
     setSizeGripEnabled(true);
     prbFiles->setObjectName(QStringLiteral("prbFiles"));
     prbFiles->setAccessibleName(tr("Progress"));
     prbFiles->setTextVisible(false);
     prbFiles->hide();
+    btnStop->setObjectName(QStringLiteral("btnStop"));
+    btnStop->setText(tr("Stop"));
+    btnStop->setToolTip(tr("Leave alone what has not begun yet (Esc)"));
+    btnStop->setFocusPolicy(Qt::NoFocus);
+    btnStop->hide();
+    connect(btnStop, &QToolButton::clicked, this, &StatusBarView::StopClick);
     const int sampleWidth = fontMetrics().horizontalAdvance(QStringLiteral("00 messages (just today)XX"));
     info_->setMinimumWidth(ToPixels(narrowWidth));
     for (StatusPanelView* panel : {size_, count_}) {
@@ -103,9 +109,10 @@ void StatusBarView::ShowLater() {
     QMetaObject::invokeMethod(this, &StatusBarView::ShowNow, Qt::QueuedConnection);
 }
 
-void StatusBarView::ShowAtOnce() {
-    ShowNow();
-    repaint();
+void StatusBarView::ShowStop(bool show) {
+    btnStop->setVisible(show);
+    btnStop->raise();
+    PlaceProgress();
 }
 
 void StatusBarView::ShowNow() {
@@ -115,10 +122,14 @@ void StatusBarView::ShowNow() {
     count_->Show({panels_.Count().text, tr("Number of archived files")});
 }
 
+// The button stands at the end of the same panel.
 void StatusBarView::PlaceProgress() {
     const QRect panel = size_->geometry();
-    prbFiles->setGeometry(panel.left() + ToPixels(10), ToPixels(40), panel.width() - ToPixels(20),
+    const int top = ToPixels(40);
+    const int stop = btnStop->isHidden() ? 0 : btnStop->sizeHint().width();
+    prbFiles->setGeometry(panel.left() + ToPixels(10), top, panel.width() - ToPixels(20) - stop,
                           height() - ToPixels(60));
+    btnStop->setGeometry(panel.right() - stop, top / 2, stop, height() - top / 2);
 }
 
 } // namespace quellbox

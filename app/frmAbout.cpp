@@ -1,5 +1,6 @@
 #include "app/frmAbout.h"
 
+#include "app/PlainToolTip.h"
 #include "ui_frmAbout.h"
 
 #include <QIcon>
@@ -34,7 +35,7 @@ frmAbout::frmAbout(const ProgramInfo& program, const FileSystem& files, const Sh
 frmAbout::~frmAbout() = default;
 
 void frmAbout::ShowLink(LinkButton& link, const QLabel& heading, QString text, const QString& target) {
-    link.setToolTip(target.toHtmlEscaped());
+    link.setToolTip(PlainToolTip(target));
     link.setAccessibleName(heading.text() + QLatin1Char(' ') + text);
     link.setText(text.replace(QLatin1Char('&'), QLatin1String("&&")));
     connect(&link, &QAbstractButton::clicked, this, [this, target] { shell_.Open(target); });

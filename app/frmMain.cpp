@@ -2,20 +2,20 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayIcon.h"
+#include "app/TrayPresence.h"
 #include "app/frmHelp.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
+#include "settings/frmMessageBox.h"
 #include "settings/frmPlacement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenu>
-#include <QMessageBox>
 
 namespace quellbox {
 
@@ -28,13 +28,13 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     }
     tmrRefresh = new QTimer(this);
     tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
-    MakeLoader();
     CreateMenus();
+    CreateContents();
     CreateToolbars();
     CreatePanes();
     ConnectList();
-    ConnectContents();
-    ConnectTray();
+    CreateTray();
+    ConnectJobs();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
@@ -43,17 +43,14 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
 }
 
 frmMain::~frmMain() {
-    if (ports_.tray != nullptr) {
-        ports_.tray->SetMenu(nullptr);
-    }
-    delete view_;
+    contents_.reset();
     help_.reset();
     qApp->removeEventFilter(this);
 }
 
 void frmMain::LoadSettings() {
     state_.FilterCaptions = MakeFilterCaptions();
-    loadErrors_ = quellbox::LoadSettings(ports_.store, ports_.program.Directory, state_);
+    loadErrors_ = ports_.store.TakeWarnings() + quellbox::LoadSettings(ports_.store, ports_.program.Directory, state_);
     state_.UserName = ports_.shell.UserName();
 }
 
@@ -66,6 +63,7 @@ void frmMain::ApplySettings() {
     state_.ActiveFilterDays = filterPressed ? QString::number(state_.FilterDays) : QStringLiteral("0");
     buttons_[QStringLiteral("attachment")]->setChecked(state_.ContentsAttachment != 0);
     buttons_[QStringLiteral("collapse")]->setChecked(state_.ContentsCollapse != 0);
+    contents_->SetToggles({state_.ContentsCollapse != 0, state_.ContentsAttachment != 0});
     mnuViewStatus->setChecked(state_.StatusBar);
     mnuViewToolbar->setChecked(state_.Toolbar);
     mnuViewContents->setChecked(state_.Contents);
@@ -73,7 +71,7 @@ void frmMain::ApplySettings() {
     mnuViewBulk->setChecked(state_.BulkMode);
     mnuViewFormat->setChecked(true);
     ShowBulkMode();
-    ShowTrayIcon(mnuViewHide->isChecked() ? 1 : 0, ports_.program.Title);
+    tray_->FollowEntry();
     LayOut();
     DividePanes();
     ShowSortArrow();
@@ -82,6 +80,12 @@ void frmMain::ApplySettings() {
         // The box comes with the first turn of the event loop, above the window.
         QTimer::singleShot(0, this, [this] { ReportError(loadErrors_.join(QStringLiteral("\n\n"))); });
     }
+}
+
+void frmMain::CreateTray() {
+    tray_ = std::make_unique<TrayPresence>(
+        TrayParts{*this, *mnuViewHide, *mnuTray, ports_.tray, state_, ports_.program.Title});
+    connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
 }
 
 void frmMain::UpdateMainCaption() {
@@ -108,31 +112,33 @@ void frmMain::SaveAllSettings() {
 void frmMain::closeEvent(QCloseEvent* event) {
     closing_ = true;
     tmrRefresh->stop();
-    if (pass_) {
-        pass_->Cancel();
-    }
-    CancelLoading(); // it would open the viewer again
-    CloseViewer();
+    jobs_.Close();
+    contents_->Close();
     if (help_ != nullptr) {
         help_->close();
     }
-    ShowTrayIcon(0, ports_.program.Title);
+    tray_->Close();
     const bool historyIsPending = UnloadFind();
-    if (!isMinimized()) {
+    if (ports_.savesSettings && !isMinimized()) {
         Guarded([this] { SaveAllSettings(); });
     } else if (historyIsPending) {
         Guarded([this] { ports_.store.Flush(); });
+    }
+    // Something may have become of the settings while the program ran; nobody else would tell it.
+    if (const QStringList warnings = ports_.store.TakeWarnings(); !warnings.isEmpty()) {
+        ReportError(warnings.join(QStringLiteral("\n\n")));
     }
     QMainWindow::closeEvent(event);
 }
 
 void frmMain::ReportError(const QString& text) {
+    if (ports_.reportError) {
+        ports_.reportError(text);
+        return;
+    }
     const std::function<void(bool)> runTimer = TimerSwitch();
     runTimer(false);
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quellbox"), text, QMessageBox::Ok, this);
-    box.setObjectName(QStringLiteral("msgError"));
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), text}, this);
     runTimer(true);
 }
 

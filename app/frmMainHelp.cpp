@@ -1,4 +1,4 @@
-#include "app/TrayIcon.h"
+#include "app/TrayPresence.h"
 #include "app/frmAbout.h"
 #include "app/frmHelp.h"
 #include "app/frmMain.h"
@@ -61,9 +61,7 @@ frmHelp& frmMain::HelpWindow() {
 void frmMain::LetUseBesideDialogs() {
     const QWidget* modal = QApplication::activeModalWidget();
     QWindow* owner = modal != nullptr ? modal->windowHandle() : nullptr;
-    if (ports_.tray != nullptr) {
-        ports_.tray->BelongTo(owner);
-    }
+    tray_->KeepUsableBeside(owner);
     if (help_ != nullptr && help_->isVisible()) {
         help_->windowHandle()->setTransientParent(owner);
     }

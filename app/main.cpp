@@ -1,18 +1,18 @@
+#include "app/CommandLine.h"
 #include "app/ContrastStyle.h"
 #include "app/Translation.h"
 #include "app/TrayIcon.h"
 #include "app/frmMain.h"
 #include "archive/ArchiveArgument.h"
 #include "platform/ShareFileSystem.h"
+#include "settings/frmMessageBox.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDir>
 #include <QLocale>
-#include <QMessageBox>
 #include <QStyle>
-#include <QThreadPool>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -20,16 +20,16 @@ using namespace quellbox;
 
 namespace {
 
-// More threads than any reader count, so that those who wait for a share never hold up the listing.
-constexpr int mostThreads = 72;
-
-constexpr int longestGoodbyeMs = 3000;
+// A share that never answers must not keep the process alive for ever: not at all long for what is only read, and
+// longer for a message that is being moved or written.
+constexpr std::chrono::seconds goodbye{3};
+constexpr std::chrono::seconds goodbyeToChanges{60};
 
 void PrintList(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
         QStringList cells;
         for (const int column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
-            cells.append(model.Row(row).cells[static_cast<size_t>(column)]);
+            cells.append(model.Row(row).Cell(column));
         }
         std::printf("%s\n", cells.join(QLatin1Char('\t')).toUtf8().constData());
     }
@@ -37,85 +37,82 @@ void PrintList(const MessageListModel& model) {
 
 // Whoever started the program from the desktop does not see the standard error output.
 void ShowArgumentError(const QString& error, bool withBox) {
-    std::fprintf(stderr, "quellbox: %s\n", qPrintable(error));
+    PrintError(error);
     if (withBox) {
-        QMessageBox box(QMessageBox::Critical, QStringLiteral("Quellbox"), error, QMessageBox::Ok);
-        box.setObjectName(QStringLiteral("msgError"));
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
+        ShowMessageBox(QMessageBox::Critical, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), error}, nullptr);
     }
+}
+
+/// Prints and saves what the command line asks for after the first refresh. Returns the exit code.
+int Report(frmMain& window, const CommandLine& commandLine) {
+    int exitCode = 0;
+    if (window.Outcome() != RefreshOutcome::Completed) {
+        exitCode = 1;
+        if (window.Outcome() != RefreshOutcome::TooMany) { // which is told already
+            PrintError(window.Panels().Info().text);
+        }
+    } else if (commandLine.PrintsList()) {
+        PrintList(window.Messages());
+    }
+    const QString file = commandLine.Picture();
+    if (!file.isEmpty() && !window.grab().save(file)) {
+        std::fprintf(stderr, "Cannot write %s\n", qPrintable(file));
+        exitCode = 1;
+    }
+    return exitCode;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+    const std::unique_ptr<QApplication> application = MakeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Quellbox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUELLBOX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quellbox"));
     if (QApplication::style()->name() == QLatin1String("fusion")) {
         QApplication::setStyle(new ContrastStyle); // which the application frees
     }
-    InstallTranslation(application, QLocale::system().uiLanguages());
+    InstallTranslation(*application, QLocale::system().uiLanguages());
+    CommandLine commandLine;
+    commandLine.Process(*application);
+    const bool quits = commandLine.Quits();
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate(
-        "quellbox", "Look through the archive of a mail server's spam filter, and deliver what is no spam."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption printList(
-        QStringLiteral("print-list"),
-        QCoreApplication::translate("quellbox", "Print the list after the first refresh, and quit."));
-    const QCommandLineOption screenshot(
-        QStringLiteral("screenshot"),
-        QCoreApplication::translate("quellbox", "Save a picture of the window after the first refresh, and quit."),
-        QStringLiteral("file"));
-    parser.addOptions({printList, screenshot});
-    parser.addPositionalArgument(
-        QStringLiteral("directory"),
-        QCoreApplication::translate("quellbox", "The archive to show in this session, instead of the one in the "
-                                                "settings, which stay as they are."),
-        QCoreApplication::translate("quellbox", "[directory]"));
-    parser.process(application);
-    const bool quits = parser.isSet(printList) || parser.isSet(screenshot);
-
-    const Volumes volumes;
-    const std::unique_ptr<FileSystem> files = MakeFileSystem(volumes);
-    const ArchiveArgument archive = ReadArchiveArgument(parser.positionalArguments(), *files, QDir::currentPath());
+    const std::unique_ptr<Volumes> volumes = MakeVolumes();
+    const std::unique_ptr<FileSystem> files = MakeFileSystem(*volumes);
+    const ArchiveArgument archive = ReadArchiveArgument(commandLine.Archives(), *files, QDir::currentPath());
     if (!archive.Error.isEmpty()) {
         ShowArgumentError(archive.Error, !quits);
         return 2;
     }
     const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
-    const Clock clock;
-    const Shell shell;
-    QThreadPool pool; // ends before the file system that its readers use
-    pool.setMaxThreadCount(mostThreads);
+    const std::unique_ptr<Clock> clock = MakeClock();
+    const std::unique_ptr<Shell> shell = MakeShell();
+    ThreadWorkPool pool; // ends before the file system that its threads use
 
     SystemTrayIcon tray;
-    frmMain window({*files, *store, clock, shell, pool, volumes, program, &tray}, archive.Folder);
-    int exitCode = 0;
+    MainPorts ports{*files, *store, *clock, *shell, pool, *volumes, program, &tray};
     if (quits) {
-        const auto report = [&] {
-            if (parser.isSet(printList)) {
-                PrintList(window.Messages());
-            }
-            const QString file = parser.value(screenshot);
-            if (!file.isEmpty() && !window.grab().save(file)) {
-                std::fprintf(stderr, "Cannot write %s\n", qPrintable(file));
-                exitCode = 1;
-            }
+        ports.reportError = PrintError; // nobody would answer a box
+        ports.savesSettings = false;    // the place of the window may be none of a real screen
+    }
+    frmMain window(ports, archive.Folder);
+    if (quits) {
+        const auto report = [&window, &commandLine] {
+            const int exitCode = Report(window, commandLine);
             window.close();
+            QCoreApplication::exit(exitCode);
         };
         // The picture shows the first message selected, which happens right after the refresh.
         QObject::connect(&window, &frmMain::Refreshed, &window, [&] { QTimer::singleShot(200, &window, report); });
     }
-    window.show();
-    const int result = QApplication::exec();
-    // A share that never answers must not keep the process alive; everything that is to be saved has been.
-    if (!pool.waitForDone(longestGoodbyeMs)) {
-        std::_Exit(result != 0 ? result : exitCode);
+    if (!quits || !commandLine.Picture().isEmpty()) {
+        window.show();
     }
-    return result != 0 ? result : exitCode;
+    const int exitCode = QApplication::exec();
+    // Everything that is to be saved has been.
+    if (!pool.WaitForDone(window.Jobs().LeftChangesUnderWay() ? goodbyeToChanges : goodbye)) {
+        std::_Exit(exitCode);
+    }
+    return exitCode;
 }

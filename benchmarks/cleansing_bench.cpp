@@ -58,8 +58,9 @@ double TimeBareUnlink(const FileSystem& files, const QString& folder) {
 double TimeRun(FileSystem& files, const QString& folder, qint16 days) {
     CleansingResult result;
     int shown = 0;
-    const double seconds = Time(
-        [&] { result = RemoveArchivedMessages(files, Clock(), folder, days, [&shown](const QString&) { ++shown; }); });
+    const double seconds = Time([&] {
+        result = RemoveArchivedMessages(files, *MakeClock(), folder, days, [&shown](const QString&) { ++shown; });
+    });
     Require(result.count == fileCount && result.failures.empty(), "not every file was removed");
     Require(shown == (fileCount + 24) / 25, "the progress was not shown every 25 files");
     return seconds;

@@ -1,6 +1,7 @@
 #include "dialogs/FolderList.h"
 
 #include "mail/DisplayText.h"
+#include "platform/EntryNames.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
@@ -63,31 +64,25 @@ FolderList ListFolder(const FileSystem& files, const QString& folder) {
         throw FileError(folder, QCoreApplication::translate("quellbox", "This is no full path."));
     }
     const QString path = alone.Path(alone.Opened());
-    return {path, files.FolderNames(path)};
+    return {path, FolderNames(files, path)};
 }
 
-FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, const QString& folder,
-                              const QString& currentFolder) {
-    FolderChoice choice;
-    choice.volumes = volumes.Mounted();
-    const QString start = FolderList(currentFolder).Count() > 0 ? currentFolder : FirstRoot(choice.volumes);
+FolderList ListFirstFolder(const FileSystem& files, const std::vector<Volume>& volumes, const QString& folder,
+                           const QString& currentFolder) {
+    const QString start = FolderList(currentFolder).Count() > 0 ? currentFolder : FirstRoot(volumes);
     for (const QString& wanted : {folder, start}) {
         const bool isRoot = !wanted.isEmpty() && FolderList(wanted).Count() == 1;
-        choice.volume = VolumeOf(choice.volumes, wanted);
-        if (choice.volume < 0 || !(isRoot || files.FolderExists(wanted))) {
+        if (VolumeOf(volumes, wanted) < 0 || !(isRoot || files.FolderExists(wanted))) {
             continue;
         }
         try {
-            choice.list = ListFolder(files, wanted);
-            return choice;
+            return ListFolder(files, wanted);
         } catch (const FileError&) {
             // Neither is a folder that cannot be read a place to start from.
             continue;
         }
     }
-    choice.volume = VolumeOf(choice.volumes, start);
-    choice.list = FolderList(start);
-    return choice;
+    return FolderList(start);
 }
 
 int VolumeOf(const std::vector<Volume>& volumes, const QString& path) {

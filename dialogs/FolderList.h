@@ -44,18 +44,11 @@ private:
 /// Lists a folder. Throws FileError when it cannot be read.
 FolderList ListFolder(const FileSystem& files, const QString& folder);
 
-/// What the directory selection shows at first.
-struct FolderChoice {
-    std::vector<Volume> volumes;
-    int volume = -1; ///< index of the one that holds the folder; -1 when none does
-    FolderList list;
-};
-
-/// Opens `folder` when it is a root or an existing folder on one of the mounted volumes and can be read, and otherwise
-/// `currentFolder`, the one that the process works in, or the root of a volume when that is no local folder. The list
-/// is empty when there is no volume either.
-FolderChoice OpenFolderChoice(const FileSystem& files, const Volumes& volumes, const QString& folder,
-                              const QString& currentFolder);
+/// What the directory selection lists at first: `folder` when it is a root or an existing folder on one of the volumes
+/// and can be read, and otherwise `currentFolder`, the one that the process works in, or the root of a volume when that
+/// is no local folder. The list is empty when there is no volume either. Takes as long as the volume of `folder` does.
+FolderList ListFirstFolder(const FileSystem& files, const std::vector<Volume>& volumes, const QString& folder,
+                           const QString& currentFolder);
 
 /// Index of the volume that a local path lies on; -1 for a relative path and when there is none.
 int VolumeOf(const std::vector<Volume>& volumes, const QString& path);

@@ -3,20 +3,17 @@
 #include "mail/DisplayText.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
+#include "settings/frmMessageBox.h"
 #include "ui_frmFolders.h"
 
 #include <QAbstractItemView>
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QMessageBox>
-#include <QThread>
-#include <QtConcurrentRun>
 
 namespace quellbox {
 
 namespace {
 
-// What is read sooner is shown at once, without a flicker; only longer waits let events run.
+// The pointer would flicker if it told of shorter waits.
 constexpr int unnoticedMs = 100;
 
 } // namespace
@@ -26,7 +23,17 @@ frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     ui_->setupUi(this);
     ui_->drvList->view()->setAccessibleName(ui_->drvList->accessibleName());
     state_.FolderConfirmed = false;
-    connect(ui_->chkShare, &QCheckBox::clicked, this, &frmFolders::chkShare_Click);
+    slow_.setSingleShot(true);
+    slow_.setInterval(unnoticedMs);
+    connect(&slow_, &QTimer::timeout, this, [this] { ui_->fraDevice->setCursor(Qt::BusyCursor); });
+    connect(ui_->chkShare, &QCheckBox::clicked, this, [this](bool isShare) {
+        typesShare_ = isShare;
+        chkShare_Click();
+        if (!isShare) {
+            TakeEntry(); // it may have come while a share was typed
+        }
+    });
+    connect(ui_->txtShare, &QLineEdit::textEdited, this, [this] { typesShare_ = true; });
     connect(ui_->drvList, &QComboBox::activated, this, &frmFolders::drvList_Change);
     connect(ui_->dirList, &DirectoryList::Click, this, [this] {
         DropReading();
@@ -35,13 +42,6 @@ frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     connect(ui_->dirList, &DirectoryList::Open, this, &frmFolders::OpenEntry);
     connect(ui_->btnOK, &QPushButton::clicked, this, &frmFolders::btnOK_Click);
     connect(ui_->btnCancel, &QPushButton::clicked, this, &frmFolders::reject);
-    connect(&reading_, &QFutureWatcher<Showing>::finished, this, [this] {
-        if (waits_ && reading_.future().resultCount() > 0) {
-            const Showing show = reading_.result();
-            ShowWaiting(false);
-            show();
-        }
-    });
     FormLoad();
 }
 
@@ -54,26 +54,34 @@ void frmFolders::FormLoad() {
     }
     ui_->chkShare->setChecked(isShare);
     chkShare_Click();
-    const QString currentFolder = QDir::toNativeSeparators(QDir::currentPath());
-    Read([this, &files = ports_.files, &volumes = ports_.volumes, folder = state_.SelectedFolder, currentFolder] {
-        const FolderChoice choice = OpenFolderChoice(files, volumes, folder, currentFolder);
-        return [this, choice] { ShowChoice(choice); };
+    Read([this, &volumes = ports_.volumes]() -> Showing {
+        const std::vector<Volume> mounted = volumes.Mounted();
+        return [this, mounted] { ShowVolumes(mounted); };
     });
 }
 
-void frmFolders::ShowChoice(const FolderChoice& choice) {
-    volumes_ = choice.volumes;
+// The drives do not wait for the folder, whose share may be out of reach: another one can be chosen meanwhile.
+void frmFolders::ShowVolumes(const std::vector<Volume>& volumes) {
+    volumes_ = volumes;
     for (const Volume& volume : volumes_) {
         ui_->drvList->addItem(DriveLabel(volume));
     }
-    ShowFolder(choice.list);
+    const QString folder = state_.SelectedFolder;
+    ui_->drvList->setCurrentIndex(VolumeOf(volumes_, folder));
+    Read([this, &files = ports_.files, volumes, folder]() -> Showing {
+        const QString currentFolder = QDir::toNativeSeparators(QDir::currentPath());
+        const FolderList list = ListFirstFolder(files, volumes, folder, currentFolder);
+        return [this, list] { ShowFolder(list); };
+    });
 }
 
 void frmFolders::ShowFolder(const FolderList& list) {
     ui_->dirList->SetFolders(list);
     volume_ = list.Count() > 0 ? VolumeOf(volumes_, list.Path(list.Opened())) : -1;
     ui_->drvList->setCurrentIndex(volume_);
-    dirList_Click();
+    if (!typesShare_) {
+        dirList_Click();
+    }
 }
 
 void frmFolders::chkShare_Click() {
@@ -85,11 +93,18 @@ void frmFolders::chkShare_Click() {
 }
 
 void frmFolders::dirList_Click() {
-    const int index = ui_->dirList->ListIndex();
-    if (index >= 0) {
-        state_.SelectedFolder = ui_->dirList->Folders().Path(index);
+    if (TakeEntry()) {
         ui_->stbBottom->showMessage(CleanseForDisplay(state_.SelectedFolder));
     }
+}
+
+bool frmFolders::TakeEntry() {
+    const int index = ui_->dirList->ListIndex();
+    if (index < 0) {
+        return false;
+    }
+    state_.SelectedFolder = ui_->dirList->Folders().Path(index);
+    return true;
 }
 
 // A folder that cannot be listed stays selected: it may still be the right one.
@@ -98,7 +113,7 @@ void frmFolders::OpenEntry() {
     List(state_.SelectedFolder, [this](const Listing& listing) {
         if (listing.error.isEmpty()) {
             ShowFolder(listing.list);
-        } else {
+        } else if (!typesShare_) {
             ui_->stbBottom->showMessage(
                 CleanseForDisplay(state_.SelectedFolder + QStringLiteral(": ") + listing.error));
         }
@@ -114,19 +129,19 @@ void frmFolders::drvList_Change(int index) {
     List(volume.root, [this, volume](const Listing& listing) {
         if (listing.error.isEmpty()) {
             ShowFolder(listing.list);
-        } else {
+            return;
+        }
+        if (!typesShare_) {
             ReportDrive(volume, listing.error);
         }
+        ui_->drvList->setCurrentIndex(volume_);
     });
 }
 
 void frmFolders::ReportDrive(const Volume& volume, const QString& error) {
     const QString text = tr("Cannot use drive %1").arg(CleanseForDisplay(DriveOf(volume)));
-    QMessageBox box(QMessageBox::Warning, windowTitle(), text + QStringLiteral("\n\n") + error, QMessageBox::Ok, this);
-    box.setObjectName(QStringLiteral("msgDrive"));
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
-    ui_->drvList->setCurrentIndex(volume_);
+    ShowMessageBox(QMessageBox::Warning,
+                   {QStringLiteral("msgDrive"), windowTitle(), text + QStringLiteral("\n\n") + error}, this);
 }
 
 void frmFolders::btnOK_Click() {
@@ -164,17 +179,17 @@ void frmFolders::List(const QString& folder, std::function<void(const Listing&)>
 // Another thread reads, because a share or a drive may take long to answer; what it returns is called on this one,
 // unless something else is read first.
 void frmFolders::Read(std::function<Showing()> read) {
-    QFuture<Showing> future = QtConcurrent::run(&ports_.pool, std::move(read));
-    const QDeadlineTimer unnoticed(unnoticedMs);
-    while (!future.isFinished() && !unnoticed.hasExpired()) {
-        QThread::usleep(500);
-    }
-    ShowWaiting(!future.isFinished());
-    if (waits_) {
-        reading_.setFuture(future);
-    } else {
-        future.takeResult()();
-    }
+    reading_.emplace(
+        ports_.pool, 1, [read = std::move(read)](size_t) { return read(); },
+        [this](size_t, const Showing& show) {
+            if (waits_) { // nothing else has been chosen meanwhile
+                ShowWaiting(false);
+                show();
+            }
+        },
+        [](SeriesEnd) {}, oneAtATime);
+    reading_->Start();
+    ShowWaiting(true);
 }
 
 void frmFolders::DropReading() {
@@ -184,11 +199,8 @@ void frmFolders::DropReading() {
 
 void frmFolders::ShowWaiting(bool waits) {
     waits_ = waits;
-    if (waits) {
-        ui_->fraDevice->setCursor(Qt::BusyCursor);
-    } else {
-        ui_->fraDevice->unsetCursor();
-    }
+    ui_->fraDevice->unsetCursor();
+    waits ? slow_.start() : slow_.stop();
     UpdateOk();
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
 #include "dialogs/FolderList.h"
+#include "platform/OrderedWork.h"
 #include "settings/AppState.h"
 
 #include <QDialog>
-#include <QFutureWatcher>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
-
-class QThreadPool;
+#include <optional>
 
 namespace Ui {
 class frmFolders;
@@ -22,7 +22,7 @@ namespace quellbox {
 struct FolderPorts {
     const FileSystem& files;
     const Volumes& volumes;
-    QThreadPool& pool;
+    WorkPool& pool;
 };
 
 /// The dialog that selects a directory, on a drive or as a typed UNC path. It starts with `AppState::SelectedFolder`
@@ -38,6 +38,9 @@ public:
     /// Cancel, Escape and the close box.
     void reject() override;
 
+    /// True while drives or directories that are to be shown are still read.
+    bool IsWaiting() const { return waits_; }
+
 private:
     struct Listing {
         FolderList list;
@@ -46,10 +49,11 @@ private:
     using Showing = std::function<void()>;
 
     void FormLoad();
-    void ShowChoice(const FolderChoice& choice);
+    void ShowVolumes(const std::vector<Volume>& volumes);
     void chkShare_Click();
     void drvList_Change(int index);
     void dirList_Click();
+    bool TakeEntry();
     void OpenEntry();
     void btnOK_Click();
     void ShowFolder(const FolderList& list);
@@ -65,8 +69,10 @@ private:
     std::unique_ptr<Ui::frmFolders> ui_;
     std::vector<Volume> volumes_; // as in drvList
     int volume_ = -1;             // the one that dirList shows
-    QFutureWatcher<Showing> reading_;
+    std::optional<OrderedWork<Showing>> reading_;
+    QTimer slow_; // runs while what is read may still come soon
     bool waits_ = false;
+    bool typesShare_ = false; // the user has turned to the share, which nothing that comes late may disturb
 };
 
 } // namespace quellbox

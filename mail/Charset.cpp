@@ -1,12 +1,16 @@
 #include "mail/Charset.h"
 
 #include "mail/GMimeStart.h"
+#include "platform/AnsiText.h"
 
 #include <gmime/gmime.h>
 
 #include <QHash>
-#include <QThreadStorage>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QScopeGuard>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -19,68 +23,71 @@ namespace {
 constexpr qsizetype kMaximumHandles = 64;
 constexpr qsizetype kMaximumNameLength = 40;
 
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
-};
-
 QString DecodeWindows1252(QByteArrayView bytes) {
     QString text = QString::fromLatin1(bytes);
     for (QChar& unit : text) {
         if (unit.unicode() >= 0x80 && unit.unicode() < 0xA0)
-            unit = kWindows1252[unit.unicode() - 0x80U];
+            unit = Windows1252Character(static_cast<unsigned char>(unit.unicode()));
     }
     return text;
 }
 
 const GIConv kNoHandle = reinterpret_cast<GIConv>(-1); // what g_iconv_open() returns for an unknown name
 
-/// The conversion handles of one thread. Opening one costs several times a conversion.
-class HandleCache {
+/// The conversion handles that are not in use. Opening one costs several times a conversion, and each has some 30 KiB
+/// of buffers: the many readers of a share are not to have one each for every character set.
+class HandlePool {
 public:
-    HandleCache() { StartGMime(); }
-    ~HandleCache() { Clear(); }
-    HandleCache(const HandleCache&) = delete;
-    HandleCache& operator=(const HandleCache&) = delete;
+    HandlePool() { StartGMime(); }
 
-    GIConv Handle(const QByteArray& name) {
-        const auto found = handles_.constFind(name);
-        if (found != handles_.constEnd())
-            return *found;
-        if (handles_.size() >= kMaximumHandles)
-            Clear();
+    /// A handle for the caller alone, until it gives it back.
+    GIConv Take(const QByteArray& name) {
+        {
+            const QMutexLocker lock(&mutex_);
+            const auto found = idle_.constFind(name);
+            if (found != idle_.constEnd()) {
+                const GIConv handle = *found;
+                if (handle != kNoHandle)
+                    idle_.erase(found);
+                return handle;
+            }
+        }
         const GIConv handle = g_iconv_open("UTF-8", g_mime_charset_iconv_name(name.constData()));
-        handles_.insert(name, handle);
+        if (handle == kNoHandle)
+            GiveBack(name, handle); // nor is an unknown name to be looked for again and again
         return handle;
+    }
+
+    void GiveBack(const QByteArray& name, GIConv handle) {
+        const QMutexLocker lock(&mutex_);
+        if (idle_.size() >= kMaximumHandles)
+            Clear();
+        idle_.insert(name, handle);
     }
 
 private:
     void Clear() {
-        for (const GIConv handle : std::as_const(handles_)) {
+        for (const GIConv handle : std::as_const(idle_)) {
             if (handle != kNoHandle)
                 g_iconv_close(handle);
         }
-        handles_.clear();
+        idle_.clear();
     }
 
-    QHash<QByteArray, GIConv> handles_;
+    QMutex mutex_;
+    QMultiHash<QByteArray, GIConv> idle_;
 };
 
-/// Not thread_local: GCC for Windows frees such an object before its destructor runs. The storage itself stays, for
-/// threads that end after main().
-HandleCache& CacheOfThread() {
-    static auto* const caches = new QThreadStorage<HandleCache*>;
-    if (!caches->hasLocalData()) {
-        caches->setLocalData(new HandleCache);
-    }
-    return *caches->localData();
+/// It is never destroyed, for threads that end after main().
+HandlePool& Handles() {
+    static auto* const pool = new HandlePool;
+    return *pool;
 }
 
 QString Convert(GIConv handle, QByteArrayView bytes) {
     static constexpr char kReplacement[] = "\xEF\xBF\xBD";
     QByteArray utf8;
-    std::array<char, 4096> buffer{};
+    std::array<char, 4096> buffer; // is only read where it was written
     // g_iconv() does not write to its input, it only lacks the const.
     char* in = const_cast<char*>(bytes.data());
     gsize inLeft = static_cast<gsize>(bytes.size());
@@ -140,11 +147,15 @@ QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
         return DecodeWindows1252(bytes);
     if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
         return DecodeUndeclared(bytes);
-    HandleCache& cache = CacheOfThread();
-    GIConv handle = cache.Handle(LargerCharset(name));
-    if (handle == kNoHandle)
-        handle = cache.Handle(name); // not every system knows the larger one
-    return handle == kNoHandle ? DecodeUndeclared(bytes) : Convert(handle, bytes);
+    // Not every system knows the larger character set.
+    for (const QByteArray& known : {LargerCharset(name), name}) {
+        const GIConv handle = Handles().Take(known);
+        if (handle != kNoHandle) {
+            const auto giveBack = qScopeGuard([&] { Handles().GiveBack(known, handle); });
+            return Convert(handle, bytes);
+        }
+    }
+    return DecodeUndeclared(bytes);
 }
 
 } // namespace quellbox

@@ -6,6 +6,7 @@
 #include "platform/RuntimeError.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quellbox {
 
@@ -53,10 +54,11 @@ HeaderFields Finish(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
     return Failed(scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge);
 }
 
-HeaderFields ReadFields(InputFile& file) {
-    HeaderScanner scanner;
-    QByteArray bytes(kFirstBlock, Qt::Uninitialized);
-    qsizetype filled = 0;
+/// Reads on behind the first bytes, in which `scanner` has not found the end of the header block.
+HeaderFields ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView first) {
+    QByteArray bytes(2 * kFirstBlock, Qt::Uninitialized);
+    std::copy(first.begin(), first.end(), bytes.begin());
+    qsizetype filled = first.size();
     for (;;) {
         const qsizetype count = file.Read(bytes.data() + filled, bytes.size() - filled);
         filled += count;
@@ -68,6 +70,16 @@ HeaderFields ReadFields(InputFile& file) {
         if (filled == bytes.size())
             bytes.resize(std::min(2 * filled, kMaximumHeaderBytes));
     }
+}
+
+HeaderFields ReadFields(InputFile& file) {
+    // On the stack: memory of this size, taken and given back for each of many files, costs as much as the parsing.
+    std::array<char, kFirstBlock> block;
+    HeaderScanner scanner;
+    const QByteArrayView first(block.data(), file.Read(block.data(), kFirstBlock));
+    if (first.isEmpty() || scanner.Scan(first, false) != HeaderScanner::Result::NeedsMore)
+        return Finish(scanner, first, first.isEmpty());
+    return ReadOn(file, scanner, first);
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
 
 namespace quellbox {
 
@@ -49,19 +48,26 @@ bool IsOrdinaryName(QByteArrayView name) {
     });
 }
 
-struct WantedName {
-    QByteArrayView name;
-    WantedField field;
-};
+/// The index of the colon where `line` begins with a field of that name, in any case; -1 where it does not.
+qsizetype ColonOfField(QByteArrayView line, QByteArrayView lowerCasedName) {
+    const auto isSame = [](char lower, char c) { return c == lower || (c >= 'A' && c <= 'Z' && (c | 0x20) == lower); };
+    qsizetype colon = lowerCasedName.size();
+    if (line.size() <= colon || !std::equal(lowerCasedName.begin(), lowerCasedName.end(), line.begin(), isSame))
+        return -1;
+    while (colon < line.size() && (line[colon] == ' ' || line[colon] == '\t'))
+        ++colon;
+    return colon < line.size() && line[colon] == ':' ? colon : -1;
+}
 
-constexpr std::array<WantedName, kWantedFieldCount> kWantedNames = {{
-    {"to", WantedField::To},
-    {"from", WantedField::From},
-    {"subject", WantedField::Subject},
-    {"x-scl", WantedField::Scl},
-    {"x-smsmse-scl", WantedField::Smsmse},
-    {"x-sender", WantedField::XSender},
-}};
+/// In the order of WantedField.
+constexpr std::array<QByteArrayView, kWantedFieldCount> kWantedNames = {"to",    "from",         "subject",
+                                                                        "x-scl", "x-smsmse-scl", "x-sender"};
+
+/// True for the initials of the wanted names, in both cases: most lines need no closer look.
+bool IsWantedInitial(char c) {
+    const char lower = static_cast<char>(c | 0x20);
+    return lower == 't' || lower == 'f' || lower == 's' || lower == 'x';
+}
 
 } // namespace
 
@@ -90,14 +96,12 @@ HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atE
 
 void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
     const QByteArrayView line = bytes.sliced(position_, end - position_);
-    qsizetype colon = 0;
-    const qsizetype length = FieldName(line, colon);
-    for (const WantedName& wanted : kWantedNames) {
-        if (length != wanted.name.size() || wanted.name.compare(line.first(length), Qt::CaseInsensitive) != 0)
+    for (size_t field = 0; field < kWantedNames.size(); ++field) {
+        const qsizetype colon = ColonOfField(line, kWantedNames[field]);
+        if (colon < 0)
             continue;
-        Span& span = spans_[static_cast<size_t>(wanted.field)];
-        if (span.start < 0)
-            span = {position_ + colon + 1, end};
+        if (spans_[field].start < 0)
+            spans_[field] = {position_ + colon + 1, end};
         return;
     }
 }
@@ -115,8 +119,7 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
         const qsizetype end = FieldEnd(bytes, position_, atEnd);
         if (end < 0)
             return Result::NeedsMore;
-        // The initials of the wanted names, in both cases: most lines need no closer look.
-        if (std::string_view("tfsxTFSX").find(first) != std::string_view::npos)
+        if (IsWantedInitial(first))
             TakeField(bytes, end);
         position_ = end;
     }

@@ -9,7 +9,10 @@ namespace quellbox {
 /// written becomes '?'.
 QByteArray AnsiText(const QString& text);
 
-/// A text in Windows-1252, with '?' for each character that it does not know.
+/// The character that a byte stands for in Windows-1252; U+FFFD where it stands for none.
+QChar Windows1252Character(unsigned char byte);
+
+/// A text in Windows-1252, with '?' for each character that it does not have.
 QByteArray Windows1252Text(const QString& text);
 
 } // namespace quellbox

@@ -9,18 +9,11 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <unistd.h>
+#include <utility>
 
 namespace quellbox {
-
-namespace {
-
-/// The folder of a path with its separator; empty when the path is a bare name.
-QByteArray FolderOf(const QByteArray& path) {
-    return path.left(path.lastIndexOf('/') + 1);
-}
-
-} // namespace
 
 Descriptor::~Descriptor() {
     if (IsOpen()) {
@@ -40,8 +33,27 @@ QByteArray SystemPath(const QString& path) {
     return bytes;
 }
 
+QByteArray FolderOf(const QByteArray& path) {
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
 qint64 ModifiedNs(const struct stat& status) {
-    return static_cast<qint64>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec;
+    constexpr qint64 second = 1'000'000'000;
+    constexpr qint64 first = std::numeric_limits<qint64>::min();
+    constexpr qint64 last = std::numeric_limits<qint64>::max();
+    const qint64 seconds = status.st_mtim.tv_sec;
+    // The nanoseconds always count forwards, also from a second before 1970.
+    if (seconds < first / second) {
+        return first;
+    }
+    if (seconds > last / second || (seconds == last / second && status.st_mtim.tv_nsec > last % second)) {
+        return last;
+    }
+    return seconds * second + status.st_mtim.tv_nsec;
+}
+
+bool IsUnchanged(const struct stat& before, const struct stat& after) {
+    return before.st_size == after.st_size && ModifiedNs(before) == ModifiedNs(after);
 }
 
 int OpenRegular(const QString& path, struct stat& status) {
@@ -98,14 +110,20 @@ TemporaryFile::TemporaryFile(const QString& target, mode_t mode) : target_(targe
 }
 
 TemporaryFile::~TemporaryFile() {
-    ::close(number_);
+    if (number_ >= 0) {
+        ::close(number_);
+    }
     if (!kept_) {
         ::unlink(path_.constData());
     }
 }
 
-void TemporaryFile::Flush() {
+void TemporaryFile::Close() {
     if (::fsync(number_) != 0) {
+        ThrowFileError(target_, errno);
+    }
+    // The number is free even after an error, and may be another file's by now. EINTR is no failed write.
+    if (::close(std::exchange(number_, -1)) != 0 && errno != EINTR) {
         ThrowFileError(target_, errno);
     }
 }

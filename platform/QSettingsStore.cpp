@@ -5,17 +5,20 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <functional>
 #include <utility>
 
 namespace quellbox {
 
 namespace {
 
-/// QSettings takes both separators for a step into a subsection.
+/// For QSettings both kinds of slashes begin the name of a subsection.
 QString EscapedKey(const QString& key) {
     QString escaped = key;
     escaped.replace(QLatin1Char('%'), QLatin1String("%25"));
@@ -32,9 +35,35 @@ QString UnescapedKey(const QString& escaped) {
     return key;
 }
 
+/// Tells when it is about to write by itself, and leaves that to who is told.
+class AttendedSettings : public QSettings {
+public:
+    AttendedSettings(const QString& file, std::function<void()> writingIsDue)
+        : QSettings(file, IniFormat), writingIsDue_(std::move(writingIsDue)) {
+        setFallbacksEnabled(false);
+    }
+
+protected:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::UpdateRequest) {
+            return QSettings::event(event);
+        }
+        writingIsDue_();
+        return true;
+    }
+
+private:
+    std::function<void()> writingIsDue_;
+};
+
+/// QSettings leaves out what it does not understand of the file, and it is gone from the file with the next value that
+/// is stored. That may happen whenever QSettings looks at the file, so everything that makes it look goes through
+/// Synchronize(), which keeps the file as it was. To leave out some lines is no failure to store the others.
 class QSettingsStore : public SettingsStore {
 public:
-    explicit QSettingsStore(const QString& file) : settings_(OpenFile(file)) {}
+    explicit QSettingsStore(QString file) : file_(std::move(file)) { Synchronize(); }
+
+    ~QSettingsStore() override { Synchronize(); }
 
     std::optional<QString> Value(const QString& section, const QString& key) const override {
         const QVariant value =
@@ -78,51 +107,97 @@ public:
     }
 
     void Flush() override {
+        Synchronize();
         const bool refused = std::exchange(refused_, false);
-        if (settings_->status() == QSettings::AccessError) {
-            // The status keeps the first error for good. The new object shares what is pending with the old one.
-            settings_ = OpenFile(settings_->fileName());
-        }
-        settings_->sync();
-        if (settings_->status() == QSettings::FormatError) {
-            const QString file = settings_->fileName();
-            settings_ = OpenFile(file); // which reads the file again, when somebody has corrected it
-            throw FileError(file, QCoreApplication::translate("quellbox",
-                                                              "Parts of the settings cannot be understood and are "
-                                                              "left out. The file as it was is kept beside them, "
-                                                              "under a name with \"broken\" at its end."));
-        }
         if (refused || settings_->status() != QSettings::NoError || !settings_->isWritable()) {
-            throw FileError(settings_->fileName(),
-                            QCoreApplication::translate("quellbox", "The settings cannot be written. Make sure that "
-                                                                    "you may write this file and its folder, and that "
-                                                                    "the disk is not full."));
+            throw FileError(file_, QCoreApplication::translate("quellbox",
+                                                               "The settings cannot be written. Make sure that you may "
+                                                               "write this file and its folder, and that the disk is "
+                                                               "not full."));
         }
     }
+
+    QStringList TakeWarnings() override { return std::exchange(warnings_, {}); }
 
 private:
-    /// What QSettings does not understand is gone with the first value that is stored.
-    static void KeepBroken(const QString& file) {
-        const QString moment = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-        QFile::copy(file, QStringLiteral("%1.%2.broken").arg(file, moment));
+    /// Reads what others have written, and writes what is pending.
+    void Synchronize() {
+        const QByteArray onDisk = FileContents(file_);
+        if (settings_ == nullptr || settings_->status() != QSettings::NoError) {
+            Open();
+        } else {
+            settings_->sync();
+        }
+        settings_->allKeys(); // a section is looked at only when something of it is asked for
+        if (settings_->status() == QSettings::FormatError) {
+            KeepBroken(onDisk);
+            Open(); // to know whether the rest could be written
+        }
     }
 
-    static std::unique_ptr<QSettings> OpenFile(const QString& file) {
-        auto settings = std::make_unique<QSettings>(file, QSettings::IniFormat);
-        settings->setFallbacksEnabled(false);
-        if (settings->status() == QSettings::FormatError) {
-            KeepBroken(file);
+    /// The status keeps the first error for good, so that a new object is needed after one. It takes over what is
+    /// pending from the old one, and synchronizes.
+    void Open() {
+        settings_ = std::make_unique<AttendedSettings>(file_, [this] {
+            // Not at once, since the object that tells it may be replaced.
+            QMetaObject::invokeMethod(
+                &context_, [this] { Synchronize(); }, Qt::QueuedConnection);
+        });
+    }
+
+    static QByteArray FileContents(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    void KeepBroken(const QByteArray& contents) {
+        QString copy = ExistingCopy(contents);
+        if (copy.isEmpty()) {
+            copy = MakeCopy(contents);
         }
-        return settings;
+        const QString text =
+            copy.isEmpty()
+                ? QCoreApplication::translate("quellbox", "Some lines of the settings cannot be understood and are "
+                                                          "left out. They are in the file %1, which the next settings "
+                                                          "that are stored will replace.")
+                      .arg(file_)
+                : QCoreApplication::translate("quellbox", "Some lines of the settings cannot be understood and are "
+                                                          "left out. The file with all its lines is kept as %1.")
+                      .arg(copy);
+        warnings_.append(text);
+    }
+
+    /// A start after which nothing was stored has made one already.
+    QString ExistingCopy(const QByteArray& contents) const {
+        const QFileInfo file(file_);
+        for (const QFileInfo& copy : file.dir().entryInfoList({file.fileName() + QStringLiteral(".*.broken")})) {
+            if (copy.size() == contents.size() && FileContents(copy.filePath()) == contents) {
+                return copy.filePath();
+            }
+        }
+        return {};
+    }
+
+    /// Returns the new file; an empty text when it cannot be written.
+    QString MakeCopy(const QByteArray& contents) const {
+        const QString moment = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+        QFile copy(QStringLiteral("%1.%2.broken").arg(file_, moment));
+        const bool isWritten =
+            copy.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::permissions(file_) | QFile::WriteOwner) &&
+            copy.write(contents) == contents.size() && copy.flush();
+        return isWritten ? copy.fileName() : QString();
     }
 
     static QString Address(const QString& section, const QString& key) {
         return EscapedKey(section) + QLatin1Char('/') + EscapedKey(key);
     }
 
-    std::unique_ptr<QSettings> settings_;
+    QString file_;
+    QObject context_;
+    std::unique_ptr<AttendedSettings> settings_;
+    QStringList warnings_;
 
-    /// Whether something was to be stored since the last flush that the store does not take.
+    /// Whether a value was refused since the last flush.
     bool refused_ = false;
 };
 

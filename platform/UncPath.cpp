@@ -1,7 +1,7 @@
 #include "platform/UncPath.h"
 
 #include "platform/FolderPath.h"
-#include "platform/PathBytes.h"
+#include "platform/MountTable.h"
 
 #include <QUrl>
 
@@ -20,7 +20,7 @@ QStringList Components(QString path) {
     return path.split(slash, Qt::SkipEmptyParts);
 }
 
-/// The same for a path that is looked for: `.` is left out, and `..` goes back, but never beyond the share.
+/// The same after `.` and `..` have been resolved; `..` never leaves the share.
 QStringList WantedComponents(const QString& path) {
     const QStringList given = Components(path);
     QStringList wanted = given.mid(0, 2);
@@ -46,7 +46,7 @@ bool BeginsWith(const QStringList& path, const QStringList& start) {
     return true;
 }
 
-/// `root` and what stands in `path` behind its first `used` components.
+/// `root`, followed by the components of `path` after the first `used` ones.
 QString Join(const QString& root, const QStringList& path, qsizetype used, bool asFolder) {
     QString joined = root.endsWith(slash) ? root.chopped(1) : root;
     for (const QString& component : path.mid(used)) {
@@ -59,79 +59,15 @@ bool EndsWithSeparator(const QString& path) {
     return path.endsWith(QLatin1Char('\\')) || path.endsWith(slash);
 }
 
-/// A field of the mount table, in which blanks and backslashes are three octal digits behind a backslash.
-QString MountField(const QString& field) {
-    const QByteArray bytes = PathBytes(field);
-    QByteArray plain;
-    for (qsizetype index = 0; index < bytes.size(); ++index) {
-        bool octal = false;
-        const int value = bytes.at(index) == '\\' ? bytes.mid(index + 1, 3).toInt(&octal, 8) : 0;
-        plain += octal ? static_cast<char>(value) : bytes.at(index);
-        index += octal ? 3 : 0;
-    }
-    return PathText(plain);
-}
-
 bool IsShareType(const QString& type) {
     return type == QLatin1String("cifs") || type == QLatin1String("smb3") || type == QLatin1String("smbfs");
-}
-
-/// A line of the mount table.
-struct Mount {
-    QString id;
-    QString parent; ///< the id of the mount in which the mount point lies
-    QString root;   ///< the part of the file system that is mounted
-    QString point;
-    QString type;
-    QString source;
-};
-
-std::vector<Mount> ParseMountTable(const QString& mountTable) {
-    std::vector<Mount> mounts;
-    for (const QString& line : mountTable.split(QLatin1Char('\n'))) {
-        // Some optional fields stand before a lone hyphen; type and source stand behind it.
-        const QStringList fields = line.split(QLatin1Char(' '));
-        const qsizetype hyphen = fields.indexOf(QStringLiteral("-"), 6);
-        if (hyphen >= 0 && hyphen + 2 < fields.size()) {
-            mounts.push_back({fields.at(0), fields.at(1), MountField(fields.at(3)), MountField(fields.at(4)),
-                              fields.at(hyphen + 1), MountField(fields.at(hyphen + 2))});
-        }
-    }
-    return mounts;
-}
-
-bool IsAtOrAbove(const QString& folder, const QString& path) {
-    return path == folder || path.startsWith(folder.endsWith(slash) ? folder : folder + slash);
-}
-
-/// Whether the mount stands directly or indirectly on the one with this id.
-bool StandsOn(const std::vector<Mount>& mounts, const Mount& mount, const QString& id) {
-    QString parent = mount.parent;
-    for (size_t step = 0; step < mounts.size() && parent != id; ++step) {
-        const auto next =
-            std::find_if(mounts.begin(), mounts.end(), [&](const Mount& other) { return other.id == parent; });
-        if (next == mounts.end()) {
-            return false;
-        }
-        parent = next->parent;
-    }
-    return parent == id;
-}
-
-/// Whether something was mounted later over the mount point or a folder above it. What was only moved there later, as
-/// the root is when a system starts, does not hide what stands on it.
-bool IsCovered(const std::vector<Mount>& mounts, size_t index) {
-    const Mount& mount = mounts[index];
-    return std::any_of(mounts.begin() + static_cast<std::ptrdiff_t>(index) + 1, mounts.end(), [&](const Mount& later) {
-        return IsAtOrAbove(later.point, mount.point) && !StandsOn(mounts, mount, later.id);
-    });
 }
 
 /// Server, share and folders of what a share mount shows.
 QStringList MountedComponents(const Mount& mount) {
     QStringList mounted = Components(mount.source);
     const QStringList part = Components(mount.root);
-    // The folder of the share that is mounted stands in the source already, unless it is a mount of a mount.
+    // The source names the mounted folder of the share already, unless it is a mount of a mount.
     if (mounted.mid(std::max<qsizetype>(2, mounted.size() - part.size())) != part) {
         mounted += part;
     }
@@ -165,7 +101,8 @@ QString FindInMountTable(const QString& uncPath, const QString& mountTable) {
             continue;
         }
         const QStringList mounted = MountedComponents(mount);
-        // Of two places that show the same, the mount itself is surer than a mount of its part; else the later one.
+        // Of two places of the same folder, a mount of the share is preferred to a mount of its part, else the later
+        // one.
         const bool isBetter = found == nullptr || mounted.size() > used ||
                               (mounted.size() == used && (mount.root == slash || found->root != slash));
         if (isBetter && BeginsWith(wanted, mounted) && !IsCovered(mounts, index)) {

@@ -2,6 +2,7 @@
 
 #include "platform/Volumes.h"
 
+#include "platform/AskInTurn.h"
 #include "platform/WideText.h"
 
 #include <array>
@@ -12,6 +13,8 @@
 namespace quellbox {
 
 namespace {
+
+constexpr std::chrono::milliseconds patience{250};
 
 VolumeKind KindOf(const QString& root) {
     switch (GetDriveTypeW(Wide(root))) {
@@ -28,7 +31,7 @@ VolumeKind KindOf(const QString& root) {
     }
 }
 
-/// The share behind a mapped drive like "X:"; empty when the system does not tell.
+/// The share behind a mapped drive like "X:"; empty when the system does not know it.
 QString ShareOf(const QString& drive) {
     std::array<wchar_t, 1024> share{};
     DWORD capacity = share.size();
@@ -38,7 +41,7 @@ QString ShareOf(const QString& drive) {
 
 QString LabelOf(const QString& root) {
     std::array<wchar_t, MAX_PATH + 1> label{};
-    // A drive without a medium is no reason for the system to ask for one.
+    // The system shall not ask the user for a medium.
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
     const bool known = GetVolumeInformationW(Wide(root), label.data(), static_cast<DWORD>(label.size()), nullptr,
@@ -47,31 +50,46 @@ QString LabelOf(const QString& root) {
     return known ? QString::fromWCharArray(label.data()) : QString();
 }
 
-/// What to call a drive. A network drive is not asked for its label, since an absent server answers late.
-QString NameOf(const QString& root, VolumeKind kind) {
-    const QString name = kind == VolumeKind::Network ? ShareOf(root.left(2)) : LabelOf(root);
-    return name.isEmpty() ? root : name;
+/// Gives the drives the names that the user reads. A network drive is not asked for its label, since an absent server
+/// answers late; neither does one drive that is slow to answer keep the others without theirs.
+void Name(std::vector<Volume>& volumes) {
+    std::vector<std::function<QString()>> questions;
+    for (const Volume& volume : volumes) {
+        questions.emplace_back([root = volume.root, isNetwork = volume.kind == VolumeKind::Network] {
+            return isNetwork ? ShareOf(root.left(2)) : LabelOf(root);
+        });
+    }
+    const auto names = AskInTurn<QString>(std::move(questions), patience);
+    for (size_t index = 0; index < volumes.size(); ++index) {
+        const QString name = names[index].value_or(QString());
+        volumes[index].name = name.isEmpty() ? volumes[index].root : name;
+    }
 }
+
+class WindowsVolumes : public Volumes {
+public:
+    std::vector<Volume> Mounted() const override {
+        std::vector<Volume> volumes;
+        const DWORD drives = GetLogicalDrives();
+        for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
+            if (((drives >> (letter - u'A')) & 1U) == 0) {
+                continue;
+            }
+            const QString root = QChar(letter) + QStringLiteral(":\\");
+            // A drive without a medium counts: choosing it gives a message that says so.
+            volumes.push_back({{}, root, KindOf(root)});
+        }
+        Name(volumes);
+        return volumes;
+    }
+
+    QString Resolve(const QString& path) const override { return path; }
+};
 
 } // namespace
 
-std::vector<Volume> Volumes::Mounted() const {
-    std::vector<Volume> volumes;
-    const DWORD drives = GetLogicalDrives();
-    for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
-        if (((drives >> (letter - u'A')) & 1U) == 0) {
-            continue;
-        }
-        const QString root = QChar(letter) + QStringLiteral(":\\");
-        // A drive without a medium counts: choosing it gives a message that says so.
-        const VolumeKind kind = KindOf(root);
-        volumes.push_back({NameOf(root, kind), root, kind});
-    }
-    return volumes;
-}
-
-QString Volumes::Resolve(const QString& path) const {
-    return path;
+std::unique_ptr<Volumes> MakeVolumes() {
+    return std::make_unique<WindowsVolumes>();
 }
 
 } // namespace quellbox

@@ -38,6 +38,8 @@ run() {
 }
 run refresh_bench "$many" "$few"
 run share_bench
+run action_bench
+run mount_bench
 run memory_bench "$many"
 run responsiveness_bench "$many"
 run model_bench

@@ -75,7 +75,7 @@ rows=$(start --print-list /srv/archive 2>"$work/errors" | wc -l)
 cat "$work/errors"
 [ "$rows" -eq "$count" ] || fail "$count messages, and $rows rows"
 echo "$rows rows"
-[ -s "$root/srv/home/.config/quellbox/settings.ini" ] || fail 'no settings were written'
+[ ! -e "$root/srv/home/.config/quellbox/settings.ini" ] || fail 'printing the list has stored settings'
 language=de_DE.UTF-8 start --help >"$work/help" 2>&1
 grep -q Verzeichnis "$work/help" || { cat "$work/help"; fail 'the help is not German'; }
 # Qt loads the plugins that draw the icons by itself, and is silent when they are missing.

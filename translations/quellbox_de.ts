@@ -424,10 +424,6 @@
         <translation>Die Datei wurde beim Verschieben verändert.</translation>
     </message>
     <message>
-        <source>Parts of the settings cannot be understood and are left out. The file as it was is kept beside them, under a name with &quot;broken&quot; at its end.</source>
-        <translation>Teile der Einstellungen sind nicht zu verstehen und entfallen. Die Datei, wie sie war, bleibt daneben unter einem Namen mit „broken“ am Ende.</translation>
-    </message>
-    <message>
         <source>The settings cannot be written. Make sure that you may write this file and its folder, and that the disk is not full.</source>
         <translation>Die Einstellungen können nicht gespeichert werden. Stellen Sie sicher, dass Sie in diese Datei und ihr Verzeichnis schreiben dürfen und dass der Datenträger nicht voll ist.</translation>
     </message>
@@ -530,10 +526,6 @@
     <message>
         <source>%1, unread</source>
         <translation>%1, ungelesen</translation>
-    </message>
-    <message>
-        <source>The size &quot;%1&quot; of %2 is not a number. Refresh the list.</source>
-        <translation>Die Größe „%1“ von %2 ist keine Zahl. Aktualisieren Sie die Liste.</translation>
     </message>
     <message>
         <source>Overflow: the selected messages hold 2 GiB or more. Select fewer messages.</source>
@@ -713,6 +705,33 @@
         <source>With Qt, GLib and GMime, which are under the GNU LGPL.</source>
         <translation>Mit Qt, GLib und GMime, die unter der GNU LGPL stehen.</translation>
     </message>
+    <message>
+        <source>The file is gone.</source>
+        <translation>Die Datei ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>Some lines of the settings cannot be understood and are left out. They are in the file %1, which the next settings that are stored will replace.</source>
+        <translation>Einige Zeilen der Einstellungen sind nicht zu verstehen und werden ausgelassen. Sie stehen in der Datei %1, die beim nächsten Speichern von Einstellungen ersetzt wird.</translation>
+    </message>
+    <message>
+        <source>Some lines of the settings cannot be understood and are left out. The file with all its lines is kept as %1.</source>
+        <translation>Einige Zeilen der Einstellungen sind nicht zu verstehen und werden ausgelassen. Die Datei mit allen ihren Zeilen ist unter dem Namen %1 aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>The window cannot be shown, because there is no display or it does not answer. The option --print-list works without one.</source>
+        <translation>Das Fenster kann nicht angezeigt werden, weil es keine Anzeige gibt oder sie nicht antwortet. Die Option --print-list kommt ohne Anzeige aus.</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::ContentsPane</name>
+    <message>
+        <source>Message format layout</source>
+        <translation>Aufbau der Nachricht</translation>
+    </message>
+    <message>
+        <source>Raw message contents</source>
+        <translation>Quelltext der Nachricht</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>
@@ -758,12 +777,27 @@
         <source>Number of messages</source>
         <translation>Anzahl der Nachrichten</translation>
     </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leave alone what has not begun yet (Esc)</source>
+        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::StatusPanelView</name>
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::TrayPresence</name>
+    <message>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
     </message>
 </context>
 <context>
@@ -833,14 +867,6 @@
     <message>
         <source>Messages</source>
         <translation>Nachrichten</translation>
-    </message>
-    <message>
-        <source>Message format layout</source>
-        <translation>Aufbau der Nachricht</translation>
-    </message>
-    <message>
-        <source>Raw message contents</source>
-        <translation>Quelltext der Nachricht</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -1110,8 +1136,8 @@
 %1</translation>
     </message>
     <message>
-        <source>This desktop has no notification area, so the window is only minimized</source>
-        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
+        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
+        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
     </message>
 </context>
 <context>
@@ -1119,6 +1145,17 @@
     <message>
         <source>Invalid email address specified</source>
         <translation>Ungültige E-Mail-Adresse angegeben</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation>
+            <numerusform>und %n weiterer</numerusform>
+            <numerusform>und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The settings of this system hold only one of several entries that differ in upper and lower case only. The list is stored without these:</source>
+        <translation>Von mehreren Einträgen, die sich nur in Groß- und Kleinschreibung unterscheiden, nehmen die Einstellungen dieses Systems nur einen auf. Die Liste ist ohne die folgenden gespeichert:</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,11 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QSet>
+
+#include <algorithm>
+#include <iterator>
+
 namespace quellbox {
 namespace {
 
@@ -19,17 +24,41 @@ void Replace(SettingsStore& store, const QStringList& entries) {
     }
 }
 
+QStringList Missing(const SettingsStore& store, const QStringList& entries) {
+    const QStringList stored = LoadWhitelist(store);
+    const QSet<QString> known(stored.begin(), stored.end());
+    QStringList missing;
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(missing),
+                 [&known](const QString& entry) { return !known.contains(entry); });
+    return missing;
+}
+
+/// Stores the entries; returns those that are not in the store then.
+QStringList Store(SettingsStore& store, QStringList entries) {
+    Replace(store, entries);
+    if (Missing(store, entries).isEmpty()) {
+        return {};
+    }
+    // The store does not tell keys apart that differ in case only, and keeps the one that it is given first. That must
+    // be the one in lower case: senders are compared in lower case, so that no other would ever match.
+    std::stable_partition(entries.begin(), entries.end(),
+                          [](const QString& entry) { return entry == entry.toLower(); });
+    Replace(store, entries);
+    return Missing(store, entries);
+}
+
 } // namespace
 
 QStringList LoadWhitelist(const SettingsStore& store) {
     return store.Keys(WhitelistSection());
 }
 
-void SaveWhitelist(SettingsStore& store, const QStringList& entries) {
+QStringList SaveWhitelist(SettingsStore& store, const QStringList& entries) {
     const QStringList before = LoadWhitelist(store);
-    Replace(store, entries);
+    const QStringList leftOut = Store(store, entries);
     try {
         store.Flush();
+        return leftOut;
     } catch (...) {
         // What is pending is in force already, and a later flush would store it: the user was told that it is not.
         Replace(store, before);

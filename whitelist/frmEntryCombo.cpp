@@ -7,7 +7,24 @@
 
 namespace quellbox {
 
-EntryCombo::EntryCombo(QWidget* parent) : QWidget(parent), edit_(new QLineEdit(this)), list_(new QListWidget(this)) {
+namespace {
+
+/// A list in which the mouse always selects exactly one entry, as in a combo box: no key that is held adds to the
+/// selection or takes from it, and the room below the last entry does nothing.
+class EntryList : public QListWidget {
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent*) const override {
+        const bool selects = index.isValid() && selectionMode() != NoSelection;
+        return selects ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+    }
+};
+
+} // namespace
+
+EntryCombo::EntryCombo(QWidget* parent) : QWidget(parent), edit_(new QLineEdit(this)), list_(new EntryList(this)) {
     edit_->setObjectName(QStringLiteral("cboTolerate_edit"));
     list_->setObjectName(QStringLiteral("cboTolerate_list"));
     edit_->setAccessibleName(tr("Sender or domain"));
@@ -24,26 +41,32 @@ EntryCombo::EntryCombo(QWidget* parent) : QWidget(parent), edit_(new QLineEdit(t
     list_->viewport()->installEventFilter(this);
     connect(edit_, &QLineEdit::textChanged, this, [this] {
         if (!picking_) {
-            list_->setCurrentRow(-1);
+            list_->selectionModel()->clear();
             Q_EMIT Change();
         }
     });
-    const auto pick = [this](const QListWidgetItem* item) {
-        if (!IsLocked()) {
-            Pick(list_->row(item));
+    // By a press, and by each entry that the pointer is dragged over.
+    connect(list_, &QListWidget::itemSelectionChanged, this, [this] {
+        if (!picking_) {
+            Pick(ListIndex());
         }
-    };
-    connect(list_, &QListWidget::itemPressed, this, pick);
+    });
 }
 
 void EntryCombo::SetEntries(const QStringList& entries) {
+    const int top = list_->row(list_->itemAt(list_->viewport()->rect().topLeft()));
     list_->clear();
     list_->addItems(entries);
+    list_->scrollToItem(list_->item(std::min(top, Count() - 1)), QAbstractItemView::PositionAtTop);
+}
+
+void EntryCombo::BringIntoView(int index) {
+    list_->scrollToItem(list_->item(index));
 }
 
 int EntryCombo::ListIndex() const {
-    const QListWidgetItem* item = list_->currentItem();
-    return item != nullptr && item->isSelected() ? list_->row(item) : -1;
+    const QModelIndexList selected = list_->selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? -1 : selected.first().row();
 }
 
 void EntryCombo::Pick(int index) {
@@ -64,9 +87,10 @@ void EntryCombo::SetLocked(bool locked) {
 
 bool EntryCombo::eventFilter(QObject* watched, QEvent* event) {
     if (watched == list_->viewport()) {
-        // Without selection a press would still take the selected entry's place as the current one.
-        const bool isPress = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-        return isPress && IsLocked();
+        // Without selection the mouse would still move the mark of the current entry.
+        const bool isMouse = event->type() == QEvent::MouseButtonPress ||
+                             event->type() == QEvent::MouseButtonDblClick || event->type() == QEvent::MouseMove;
+        return isMouse && IsLocked();
     }
     if (event->type() == QEvent::FocusIn) {
         Q_EMIT GotFocus();

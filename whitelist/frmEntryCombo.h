@@ -17,10 +17,15 @@ public:
     /// Puts a text into the entry field as if it had been typed.
     void SetText(const QString& text) { edit_->setText(text); }
 
+    /// Replaces the entries. None is selected afterwards, and the list stays scrolled to where it was.
     void SetEntries(const QStringList& entries);
+
+    /// Scrolls no further than it takes to see an entry.
+    void BringIntoView(int index);
+
     int Count() const { return list_->count(); }
 
-    /// Index of the selected entry, or -1.
+    /// Index of the selected entry, whose text the entry field shows, or -1.
     int ListIndex() const;
 
     /// Selects an entry as a click does: the entry field takes over its text.

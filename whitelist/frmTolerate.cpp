@@ -1,13 +1,34 @@
 #include "whitelist/frmTolerate.h"
 
+#include "mail/DisplayText.h"
 #include "platform/RuntimeError.h"
+#include "settings/frmMessageBox.h"
 #include "ui_frmTolerate.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QKeyEvent>
-#include <QMessageBox>
 
 namespace quellbox {
+
+namespace {
+
+/// A box with more lines would not fit on a small screen.
+constexpr qsizetype mostNames = 10;
+
+QString LeftOutText(const QStringList& entries) {
+    QStringList lines;
+    for (const QString& entry : entries.mid(0, mostNames)) {
+        lines += CleanseForDisplay(entry);
+    }
+    if (entries.size() > mostNames) {
+        lines += frmTolerate::tr("and %n more", nullptr, static_cast<int>(entries.size() - mostNames));
+    }
+    return frmTolerate::tr("The settings of this system hold only one of several entries that differ in upper and "
+                           "lower case only. The list is stored without these:") +
+           QStringLiteral("\n\n") + lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
 
 frmTolerate::frmTolerate(SettingsStore& store, AppState& state, std::function<void(bool)> runTimer, QWidget* parent)
     : QDialog(parent), store_(store), state_(state), runTimer_(std::move(runTimer)), ui_(new Ui::frmTolerate),
@@ -83,6 +104,7 @@ void frmTolerate::btnAdd_Click() {
         return;
     case AddResult::Outcome::Added:
         ShowEntries();
+        ui_->cboTolerate->BringIntoView(added.index);
         UpdateWhitelistButtons();
         ui_->btnOK->setFocus();
         return;
@@ -113,27 +135,26 @@ void frmTolerate::btnCancel_Click() {
 
 void frmTolerate::btnOK_Click() {
     try {
-        SaveWhitelist(store_, entries_.Entries());
+        const QStringList leftOut = SaveWhitelist(store_, entries_.Entries());
+        if (!leftOut.isEmpty()) {
+            Tell("msgLeftOut", LeftOutText(leftOut));
+        }
     } catch (const RuntimeError& error) {
         // The dialog stays open, so that the list is not lost.
-        QMessageBox box(QMessageBox::Warning, windowTitle(), error.Text(), QMessageBox::Ok, this);
-        box.setObjectName(QStringLiteral("msgError"));
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
+        Tell("msgError", error.Text());
         return;
     }
     state_.ToleranceResult = ToleranceWord::ok;
     accept();
 }
 
+void frmTolerate::Tell(const char* name, const QString& text) {
+    ShowMessageBox(QMessageBox::Warning, {QLatin1String(name), windowTitle(), text}, this);
+}
+
 bool frmTolerate::ConfirmDomain(const QString& domainUpper) {
-    QString question = DomainQuestion(domainUpper);
-    question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(QMessageBox::Question, DomainQuestionTitle(), question, QMessageBox::Yes | QMessageBox::No, this);
-    box.setObjectName(QStringLiteral("msgDomain"));
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
+    return AskInMessageBox(QMessageBox::Question,
+                           {QStringLiteral("msgDomain"), DomainQuestionTitle(), DomainQuestion(domainUpper)}, this);
 }
 
 void frmTolerate::ShowEntries() {

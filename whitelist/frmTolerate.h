@@ -53,6 +53,7 @@ private:
     void btnAll_Click();
     void btnCancel_Click();
     void btnOK_Click();
+    void Tell(const char* name, const QString& text);
     bool ConfirmDomain(const QString& domainUpper);
     void ShowEntries();
 

@@ -90,6 +90,7 @@ TEST_F(About, HeadsItsFourLinks) {
     EXPECT_EQ(Link("hypLinks1")->accessibleName().toStdString(), "Support: support@quellbox.example");
     EXPECT_EQ(Link("hypLinks0")->text().toStdString(), "http://www.quellbox.example");
     EXPECT_EQ(Link("hypLinks2")->text().toStdString(), "http://www.quellbox.example/d.htm?a=1&&b=2"); // no mnemonic
+    EXPECT_EQ(Link("hypLinks2")->toolTip().toStdString(), "http://www.quellbox.example/d.htm?a=1&b=2");
     const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(Link("hypLinks0"));
     ASSERT_NE(accessible, nullptr);
     EXPECT_EQ(accessible->role(), QAccessible::Button);

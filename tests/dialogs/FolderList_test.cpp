@@ -40,15 +40,13 @@ protected:
                             {Text("STICK"), NativePath(Text("/mnt/usb")), VolumeKind::Removable}};
     }
 
-    FolderChoice Open(const char* folder) const {
-        return OpenFolderChoice(files_, volumes_, NativePath(Text(folder)), NativePath(Text("/data")));
+    FolderList Open(const char* folder) const {
+        return ListFirstFolder(files_, volumes_.mounted, NativePath(Text(folder)), NativePath(Text("/data")));
     }
 
     FolderList List(const char* folder) const { return ListFolder(files_, NativePath(Text(folder))); }
 
-    static std::string Opened(const FolderChoice& choice) {
-        return SlashPath(choice.list.Path(choice.list.Opened())).toStdString();
-    }
+    static std::string Opened(const FolderList& list) { return SlashPath(list.Path(list.Opened())).toStdString(); }
 
     MemoryFileSystem files_;
     FakeVolumes volumes_;
@@ -83,45 +81,38 @@ TEST_F(FolderListTest, HostileNamesAreShownCleanAndKeptExact) {
 }
 
 TEST_F(FolderListTest, OpensAnExistingFolderOnItsVolume) {
-    const FolderChoice choice = Open("/mnt/usb/deep/");
-    EXPECT_EQ(Opened(choice), "/mnt/usb/deep");
-    EXPECT_EQ(choice.volume, 1);
-    EXPECT_EQ(choice.volumes.size(), 2U);
+    EXPECT_EQ(Opened(Open("/mnt/usb/deep/")), "/mnt/usb/deep");
     EXPECT_EQ(Opened(Open("/")), "/");
 }
 
 TEST_F(FolderListTest, WithoutTheFolderItOpensTheCurrentOne) {
     files_.FailPath(Text("/home"), Text("Permission denied"));
     for (const char* folder : {"", "relative/", "/none", "/home/file", "/home", R"(\\nas\mail\)"}) {
-        const FolderChoice choice = Open(folder);
-        EXPECT_EQ(Opened(choice), "/data") << folder;
-        EXPECT_EQ(choice.volume, 0) << folder;
+        EXPECT_EQ(Opened(Open(folder)), "/data") << folder;
     }
 }
 
 TEST_F(FolderListTest, OnNoVolumeItOpensTheCurrentOne) {
     volumes_.mounted.erase(volumes_.mounted.begin());
-    const FolderChoice choice = Open("/home");
-    EXPECT_EQ(Opened(choice), "/data");
-    EXPECT_EQ(choice.volume, -1);
+    EXPECT_EQ(Opened(Open("/home")), "/data");
 }
 
 TEST_F(FolderListTest, WhereTheProcessWorksOnAShareItOpensADrive) {
     for (const char* current : {R"(\\nas\tools)", ""}) {
-        const FolderChoice choice = OpenFolderChoice(files_, volumes_, Text(R"(\\nas\mail\)"), Text(current));
-        EXPECT_EQ(Opened(choice), "/") << current;
-        EXPECT_EQ(choice.volume, 0) << current;
-        EXPECT_EQ(choice.list.Count(), 4) << current;
+        const FolderList list = ListFirstFolder(files_, volumes_.mounted, Text(R"(\\nas\mail\)"), Text(current));
+        EXPECT_EQ(Opened(list), "/") << current;
+        EXPECT_EQ(list.Count(), 4) << current;
     }
     volumes_.mounted.erase(volumes_.mounted.begin());
-    EXPECT_EQ(Opened(OpenFolderChoice(files_, volumes_, {}, {})), "/mnt/usb") << "of no fixed kind, but the only one";
+    EXPECT_EQ(Opened(ListFirstFolder(files_, volumes_.mounted, {}, {})), "/mnt/usb")
+        << "of no fixed kind, but the only one";
     volumes_.mounted.clear();
-    EXPECT_EQ(OpenFolderChoice(files_, volumes_, {}, {}).list.Count(), 0);
+    EXPECT_EQ(ListFirstFolder(files_, volumes_.mounted, {}, {}).Count(), 0);
 }
 
 TEST_F(FolderListTest, ACurrentFolderThatCannotBeReadIsShownWithoutSubFolders) {
     files_.FailPath(Text("/data"), Text("Permission denied"));
-    EXPECT_EQ(Shown(Open("/none").list), "0:/=/\n1:data=/data");
+    EXPECT_EQ(Shown(Open("/none")), "0:/=/\n1:data=/data");
 }
 
 TEST_F(FolderListTest, TheNearestVolumeHoldsAPath) {

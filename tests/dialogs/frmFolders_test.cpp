@@ -12,12 +12,13 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMutex>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 #include <QTimer>
+#include <QWaitCondition>
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,45 @@ namespace {
 QString Text(const char* text) {
     return QString::fromUtf8(text);
 }
+
+/// Files of which one folder does not answer until it is told to.
+class HangingFiles : public MemoryFileSystem {
+public:
+    ~HangingFiles() override { LetAnswer(); }
+
+    void Hang(const char* folder) {
+        const QMutexLocker lock(&mutex_);
+        hanging_ = Text(folder);
+    }
+
+    void LetAnswer() {
+        const QMutexLocker lock(&mutex_);
+        hanging_.clear();
+        answers_.wakeAll();
+    }
+
+    bool FolderExists(const QString& folder) const override {
+        Wait(folder);
+        return MemoryFileSystem::FolderExists(folder);
+    }
+
+    std::vector<FolderEntry> Entries(const QString& folder) const override {
+        Wait(folder);
+        return MemoryFileSystem::Entries(folder);
+    }
+
+private:
+    void Wait(const QString& folder) const {
+        const QMutexLocker lock(&mutex_);
+        while (!hanging_.isEmpty() && SlashPath(folder).startsWith(hanging_)) {
+            answers_.wait(&mutex_);
+        }
+    }
+
+    mutable QMutex mutex_;
+    mutable QWaitCondition answers_;
+    QString hanging_;
+};
 
 class Folders : public testing::Test {
 protected:
@@ -44,7 +84,15 @@ protected:
                             {Text("STICK"), NativePath(Text("/mnt/usb")), VolumeKind::Removable}};
     }
 
+    ~Folders() override { files_.LetAnswer(); }
+
+    /// Opens the dialog, and waits until it lists the folder.
     void Open(const char* folder) {
+        OpenAtOnce(folder);
+        EXPECT_TRUE(WaitForList());
+    }
+
+    void OpenAtOnce(const char* folder) {
         state_.SelectedFolder = NativePath(Text(folder));
         state_.FolderConfirmed = true;
         dialog_ = std::make_unique<frmFolders>(FolderPorts{files_, volumes_, pool_}, state_, nullptr);
@@ -52,13 +100,16 @@ protected:
         dialog_->show();
         dialog_->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
-        EXPECT_TRUE(WaitForList());
     }
 
-    bool WaitForList() {
+    bool IsWaiting() const { return dialog_->IsWaiting(); }
+    bool WaitForList() const {
         return QTest::qWaitFor([this] { return !IsWaiting(); }, patience);
     }
-    bool IsWaiting() { return Find<QGroupBox>("fraDevice")->testAttribute(Qt::WA_SetCursor); }
+    bool WaitForDrives() {
+        return QTest::qWaitFor([this] { return Drives()->count() > 0; }, patience);
+    }
+    bool HasBusyCursor() { return Find<QGroupBox>("fraDevice")->testAttribute(Qt::WA_SetCursor); }
 
     template <class T>
     T* Find(const char* name) {
@@ -129,10 +180,10 @@ protected:
     }
 
     const QString root_ = NativePath(Text("/"));
-    MemoryFileSystem files_;
+    HangingFiles files_;
     FakeVolumes volumes_;
     AppState state_;
-    QThreadPool pool_;
+    ThreadWorkPool pool_;
     QTimer boxes_;
     QStringList texts_;
     std::unique_ptr<frmFolders> dialog_;
@@ -350,7 +401,7 @@ TEST_F(Folders, ASlowFolderNeitherFreezesNorOverridesALaterChoice) {
     Click("ann");
     EXPECT_FALSE(IsWaiting());
     EXPECT_TRUE(Button("btnOK")->isEnabled());
-    pool_.waitForDone();
+    pool_.WaitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(Listed(), "/ home ann joe");
     EXPECT_EQ(Folder(), "/home/ann");
@@ -374,6 +425,109 @@ TEST_F(Folders, ASlowDriveCanBeLeftByCancelAndByAShare) {
     dialog_.reset();
     EXPECT_FALSE(state_.FolderConfirmed);
     EXPECT_EQ(Folder(), "/home");
+}
+
+TEST_F(Folders, NothingIsWaitedForBeforeTheDialogIsThere) {
+    state_.SelectedFolder = NativePath(Text("/home/joe"));
+    dialog_ = std::make_unique<frmFolders>(FolderPorts{files_, volumes_, pool_}, state_, nullptr);
+    pool_.WaitForDone();
+    EXPECT_EQ(Drives()->count(), 0) << "what has come is shown by an event";
+    EXPECT_TRUE(IsWaiting());
+    EXPECT_TRUE(WaitForList());
+    EXPECT_EQ(Listed(), "/ home joe mail");
+}
+
+TEST_F(Folders, TheDrivesAppearAndCanBeChosenWhileTheFolderDoesNotAnswer) {
+    files_.Hang("/mnt/usb");
+    OpenAtOnce("/mnt/usb/spam/");
+    ASSERT_TRUE(WaitForDrives());
+    EXPECT_EQ(Drives()->count(), 3);
+    EXPECT_EQ(Drives()->currentIndex(), 2);
+    EXPECT_TRUE(IsWaiting());
+    EXPECT_FALSE(Button("btnOK")->isEnabled());
+    EXPECT_EQ(Listed(), "");
+    Drives()->setFocus();
+    QTest::keyClick(Drives(), Qt::Key_Home);
+    ASSERT_TRUE(WaitForList());
+    EXPECT_EQ(Listed(), "/ home mnt");
+    EXPECT_EQ(Folder(), "/");
+    files_.LetAnswer();
+    pool_.WaitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Listed(), "/ home mnt");
+    EXPECT_EQ(Folder(), "/");
+    EXPECT_EQ(Drives()->currentIndex(), 0);
+}
+
+TEST_F(Folders, TheBusyCursorTellsOnlyOfALongWait) {
+    files_.Hang("/home/joe");
+    Open("/home");
+    Click("joe");
+    QTest::mouseDClick(Dirs()->viewport(), Qt::LeftButton, {}, CentreOf("joe"));
+    EXPECT_TRUE(IsWaiting());
+    EXPECT_FALSE(HasBusyCursor());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return HasBusyCursor(); }, patience));
+    EXPECT_TRUE(IsWaiting());
+    files_.LetAnswer();
+    EXPECT_TRUE(WaitForList());
+    EXPECT_FALSE(HasBusyCursor());
+}
+
+TEST_F(Folders, AListingThatComesLateLeavesATypedShareAlone) {
+    files_.Hang("/home");
+    OpenAtOnce("/home/joe");
+    ASSERT_TRUE(WaitForDrives());
+    Find<QCheckBox>("chkShare")->click();
+    QTest::keyClicks(Find<QLineEdit>("txtShare"), Text(R"(\\NAS\Mail)"));
+    files_.LetAnswer();
+    ASSERT_TRUE(WaitForList());
+    EXPECT_EQ(Listed(), "/ home joe mail");
+    EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
+    EXPECT_EQ(Folder(), "/home/joe") << "as the caller has set it";
+    EXPECT_EQ(Find<QLineEdit>("txtShare")->text(), Text(R"(\\NAS\Mail)"));
+    Button("btnOK")->click();
+    EXPECT_EQ(Folder(), R"(\\NAS\Mail\)");
+}
+
+TEST_F(Folders, AShareThatIsTypedOverTheFirstListingIsLeftAlone) {
+    files_.Hang("/");
+    OpenAtOnce(R"(\\nas\one\)");
+    ASSERT_TRUE(WaitForDrives());
+    QTest::keyClicks(Find<QLineEdit>("txtShare"), Text("x"));
+    files_.LetAnswer();
+    ASSERT_TRUE(WaitForList());
+    EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
+    EXPECT_EQ(Folder(), R"(\\nas\one\)");
+}
+
+TEST_F(Folders, WhoTurnsBackFromAShareGetsWhatIsListed) {
+    files_.Hang("/home");
+    OpenAtOnce("/home/gone");
+    ASSERT_TRUE(WaitForDrives());
+    Find<QCheckBox>("chkShare")->click();
+    files_.LetAnswer();
+    ASSERT_TRUE(WaitForList());
+    EXPECT_EQ(Folder(), "/home/gone");
+    Find<QCheckBox>("chkShare")->click();
+    EXPECT_EQ(Status(), R"(X:\DIRECTORY)");
+    Button("btnOK")->click();
+    EXPECT_EQ(Folder(), CurrentFolder() + QString(QDir::separator()).toStdString());
+}
+
+TEST_F(Folders, ADriveThatFailsLateDoesNotDisturbWhoTypesAShare) {
+    files_.AddFolder(Text("/mnt/dvd"));
+    files_.FailPath(Text("/mnt/dvd"), Text("No medium found"));
+    files_.Hang("/mnt/dvd");
+    Open("/home/joe");
+    WatchBoxes();
+    Drives()->setFocus();
+    QTest::keyClick(Drives(), Qt::Key_Down);
+    Find<QCheckBox>("chkShare")->click();
+    files_.LetAnswer();
+    ASSERT_TRUE(WaitForList());
+    EXPECT_TRUE(texts_.isEmpty());
+    EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
+    EXPECT_EQ(Drives()->currentIndex(), 0);
 }
 
 TEST_F(Folders, TheOpenFolderIsInSightFromTheStart) {

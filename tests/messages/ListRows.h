@@ -2,16 +2,27 @@
 
 #include "messages/MessageListModel.h"
 
+#include <QDateTime>
 #include <QStringList>
 
 namespace quellbox {
 
 /// A row whose subject is `subject`; the key too, unless another one is given.
 inline MessageRow RowWith(const QString& subject, const QString& key = {}) {
-    MessageRow row;
-    row.key = key.isEmpty() ? subject : key;
-    row.cells[ColumnSubject] = subject;
-    return row;
+    MessageTexts texts;
+    texts.subject = subject;
+    return {key.isEmpty() ? subject : key, 0, 0, texts};
+}
+
+/// The same row for a file of that many bytes.
+inline MessageRow WithSize(const MessageRow& row, qint64 bytes) {
+    return {row.Key(), bytes, row.Time(), row.Texts()};
+}
+
+/// The same row for a file of that local time.
+inline MessageRow WithTime(const MessageRow& row, const QDateTime& time) {
+    const qint64 seconds = QDateTime(time.date(), time.time(), Qt::UTC).toSecsSinceEpoch();
+    return {row.Key(), row.Size(), seconds, row.Texts()};
 }
 
 inline std::vector<MessageRow> RowsWith(const QStringList& subjects) {
@@ -34,7 +45,7 @@ inline std::vector<MessageRow> NumberedRows(int count) {
 inline QStringList KeysOf(const MessageListModel& model) {
     QStringList keys;
     for (int row = 0; row < model.Count(); ++row) {
-        keys += model.Row(row).key;
+        keys += model.Row(row).Key();
     }
     return keys;
 }
@@ -42,7 +53,7 @@ inline QStringList KeysOf(const MessageListModel& model) {
 /// True when RowOfKey() finds every row where it is.
 inline bool FindsEveryRow(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
-        if (model.RowOfKey(model.Row(row).key) != row) {
+        if (model.RowOfKey(model.Row(row).Key()) != row) {
             return false;
         }
     }

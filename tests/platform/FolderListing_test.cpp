@@ -2,20 +2,18 @@
 
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
+#include "tests/support/CallGate.h"
+#include "tests/support/ListedFolder.h"
 #include "tests/support/MemoryFileSystem.h"
 
 #include <QTemporaryDir>
-#include <QThreadPool>
+#include <QThread>
 
 #include <gtest/gtest.h>
-
-#include <future>
 
 namespace quellbox {
 
 namespace {
-
-using namespace std::chrono_literals;
 
 QString Text(const char* text) {
     return QString::fromUtf8(text);
@@ -31,10 +29,11 @@ QStringList Names(const std::vector<FileEntry>& entries) {
 
 class FolderListingTest : public testing::Test {
 protected:
-    QStringList List() { return Names(FilesByArrival(files_, Text("/mail/"), pool_)); }
+    std::vector<FileEntry> Entries() { return ListedFolder(files_, Text("/mail/"), pool_).files; }
+    QStringList List() { return Names(Entries()); }
 
     MemoryFileSystem files_;
-    QThreadPool pool_;
+    ThreadWorkPool pool_;
 };
 
 TEST_F(FolderListingTest, OrderIsTimeThenName) {
@@ -49,16 +48,34 @@ TEST_F(FolderListingTest, OrderIsTimeThenName) {
 
 TEST_F(FolderListingTest, EmptyFolderGivesNothing) {
     files_.AddFolder(Text("/mail"));
-    EXPECT_EQ(List(), QStringList());
+    const Listing listing = ListedFolder(files_, Text("/mail/"), pool_);
+    EXPECT_TRUE(listing.exists);
+    EXPECT_TRUE(listing.error.isEmpty());
+    EXPECT_TRUE(listing.files.empty());
 }
 
-TEST_F(FolderListingTest, MissingFolderIsAnError) {
-    EXPECT_THROW(List(), FileError);
+TEST_F(FolderListingTest, MissingFolderDoesNotExist) {
+    const Listing listing = ListedFolder(files_, Text("/mail/"), pool_);
+    EXPECT_FALSE(listing.exists);
+    EXPECT_TRUE(listing.files.empty());
+}
+
+TEST_F(FolderListingTest, UnreadableFolderSaysWhy) {
+    class Unreadable : public MemoryFileSystem {
+    public:
+        std::vector<FolderEntry> Entries(const QString& folder) const override {
+            throw FileError(folder, Text("Permission denied"));
+        }
+    } files;
+    files.AddFolder(Text("/mail"));
+    const Listing listing = ListedFolder(files, Text("/mail/"), pool_);
+    EXPECT_TRUE(listing.exists);
+    EXPECT_EQ(listing.error, Text("/mail/: Permission denied"));
 }
 
 TEST_F(FolderListingTest, StatusComesWithTheName) {
     files_.Add(Text("/mail/a.EML"), "four", 99);
-    const std::vector<FileEntry> entries = FilesByArrival(files_, Text("/mail/"), pool_);
+    const std::vector<FileEntry> entries = Entries();
     ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].status.size, 4);
     EXPECT_EQ(entries[0].status.modifiedNs, 99);
@@ -88,7 +105,7 @@ TEST_P(FolderListingCount, EveryFileIsListedOnce) {
     }
     files_.AddFolder(Text("/mail"));
     EXPECT_EQ(List(), expected);
-    EXPECT_EQ(files_.CallCount(), GetParam() + 1);
+    EXPECT_EQ(files_.CallCount(), GetParam() + 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Boundaries, FolderListingCount, testing::Values(0, 1, 7, 8, 9, 71, 72, 73, 1000));
@@ -107,25 +124,22 @@ TEST_P(FolderThatTellsStatus, SparesTheLooks) {
         looks += index % GetParam() == 0 ? 1 : 0;
     }
     files_.LetFoldersTellStatus([](const QString& name) { return name.toInt() % GetParam() != 0; });
-    const std::vector<FileEntry> entries = FilesByArrival(files_, Text("/mail/"), pool_);
+    const std::vector<FileEntry> entries = Entries();
     EXPECT_EQ(Names(entries), expected);
     EXPECT_EQ(entries.back().status.size, 4);
     EXPECT_EQ(entries.back().status.modifiedNs, count - 1);
-    EXPECT_EQ(files_.CallCount(), looks + 1);
+    EXPECT_EQ(files_.CallCount(), looks + 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, FolderThatTellsStatus, testing::Values(1, 2, 25, 199, 200));
 
-TEST_F(FolderListingTest, FolderThatTellsEveryStatusIsTheOnlyCallAndNeedsNoThread) {
+TEST_F(FolderListingTest, FolderThatTellsEveryStatusNeedsNoOtherCall) {
     for (int index = 0; index < 200; ++index) {
         files_.Add(Text("/mail/") + QString::number(index), "x", index);
     }
     files_.LetFoldersTellStatus([](const QString&) { return true; });
-    files_.SetLatency(1ms);
-    pool_.setMaxThreadCount(1);
     EXPECT_EQ(List().size(), 200);
-    EXPECT_EQ(files_.CallCount(), 1);
-    EXPECT_EQ(pool_.maxThreadCount(), 1);
+    EXPECT_EQ(files_.CallCount(), 2) << "whether it exists, and what it holds";
 }
 
 TEST_F(FolderListingTest, VanishedFileIsLeftOutAlsoWhereTheFolderTellsOfOthers) {
@@ -137,41 +151,28 @@ TEST_F(FolderListingTest, VanishedFileIsLeftOutAlsoWhereTheFolderTellsOfOthers) 
     EXPECT_EQ(List(), QStringList{Text("plain")});
 }
 
-TEST_F(FolderListingTest, SlowFolderIsReadByManyThreads) {
-    for (int index = 0; index < 200; ++index) {
-        files_.Add(Text("/mail/") + QString::number(index), "x", index);
-    }
-    files_.SetLatency(1ms);
-    pool_.setMaxThreadCount(1);
-    EXPECT_EQ(List().size(), 200);
-    EXPECT_GE(pool_.maxThreadCount(), 64);
-}
+TEST_F(FolderListingTest, DroppedItWaitsForNothing) {
+    files_.AddFolder(Text("/mail"));
+    CallGate gate;
+    class Stalling : public MemoryFileSystem {
+    public:
+        explicit Stalling(CallGate& gate) : gate_(gate) {}
+        bool FolderExists(const QString& folder) const override {
+            gate_.Pass(0);
+            return MemoryFileSystem::FolderExists(folder);
+        }
 
-TEST_F(FolderListingTest, BusyPoolIsNotWaitedFor) {
-    for (int index = 0; index < 500; ++index) {
-        files_.Add(Text("/mail/") + QString::number(index), "x", index);
+    private:
+        CallGate& gate_;
+    } files(gate);
+    {
+        FolderListing listing(files, pool_, Text("/mail/"), [](const Listing&) { FAIL() << "nobody waits for it"; });
+        listing.Start();
+        ASSERT_TRUE(gate.WaitForInside(1));
     }
-    std::promise<void> release;
-    const std::shared_future<void> released = release.get_future().share();
-    const int busy = std::max(2, QThread::idealThreadCount());
-    pool_.setMaxThreadCount(busy);
-    for (int index = 0; index < busy; ++index) {
-        pool_.start([released] { released.wait(); });
-    }
-    EXPECT_EQ(List().size(), 500);
-    release.set_value();
-    pool_.waitForDone();
-}
-
-TEST_F(FolderListingTest, MayRunInThePoolItself) {
-    for (int index = 0; index < 500; ++index) {
-        files_.Add(Text("/mail/") + QString::number(index), "x", index);
-    }
-    pool_.setMaxThreadCount(1);
-    QStringList names;
-    pool_.start([&] { names = List(); });
-    pool_.waitForDone();
-    EXPECT_EQ(names.size(), 500);
+    gate.LetAll();
+    pool_.WaitForDone();
+    QCoreApplication::processEvents();
 }
 
 TEST_F(FolderListingTest, RealFolderIsInOrderOfArrival) {
@@ -184,7 +185,7 @@ TEST_F(FolderListingTest, RealFolderIsInOrderOfArrival) {
         QThread::msleep(20);
     }
     const QStringList expected{Text("z.EML"), Text("m.EML"), Text("a.EML")};
-    EXPECT_EQ(Names(FilesByArrival(*files, prefix, pool_)), expected);
+    EXPECT_EQ(Names(ListedFolder(*files, prefix, pool_).files), expected);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #ifdef _WIN32
 
 #include "tests/support/SettingsStoreFixture.h"
+#include "whitelist/WhitelistStore.h"
 
 #include <string>
 #include <string_view>
@@ -107,6 +108,15 @@ TEST_F(WindowsSettingsStoreTest, KeysThatDifferInCaseAreOne) {
     store->SetValue(Text("Settings"), Text("KEY"), Text("2"));
     EXPECT_EQ(store->Value(Text("settings"), Text("key")), Text("2"));
     EXPECT_EQ(store->Keys(Text("Settings")), QStringList{Text("Key")});
+}
+
+TEST_F(WindowsSettingsStoreTest, OfWhitelistEntriesThatDifferInCaseTheOneInLowerCaseIsKept) {
+    const auto store = Open();
+    EXPECT_EQ(SaveWhitelist(*store, {Text("Joe@x.org"), Text("ann@x.org"), Text("joe@x.org")}),
+              QStringList{Text("Joe@x.org")});
+    QStringList stored = LoadWhitelist(*Open());
+    stored.sort();
+    EXPECT_EQ(stored, QStringList({Text("ann@x.org"), Text("joe@x.org")}));
 }
 
 TEST_F(WindowsSettingsStoreTest, NumberSetByHandIsReadAsItsDigits) {

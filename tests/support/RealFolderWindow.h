@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -71,10 +70,11 @@ protected:
 
     void Open() {
         window = std::make_unique<frmMain>(
-            MainPorts{*files, store, clock, shell, pool, volumes, program, nullptr, loadPatience});
+            MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr, loadPatience});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
+        Settle();
         window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
     }
 
@@ -82,6 +82,15 @@ protected:
     void Activate() {
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
+    }
+
+    /// Waits until the window has done what it was told, and shows it.
+    void Settle() const {
+        const auto isDone = [this] {
+            QCoreApplication::processEvents();
+            return !window->Jobs().IsAtWork() && !window->IsLoading();
+        };
+        EXPECT_TRUE(QTest::qWaitFor(isDone, 60'000));
     }
 
     template <class Type>
@@ -98,12 +107,13 @@ protected:
         const QModelIndex index = window->Messages().index(row, 0);
         List()->scrollTo(index);
         QTest::mouseClick(List()->viewport(), Qt::LeftButton, modifiers, List()->visualRect(index).center());
+        Settle();
     }
 
     QStringList Keys() {
         QStringList keys;
         for (int row = 0; row < window->Messages().Count(); ++row) {
-            keys.append(window->Messages().Row(row).key);
+            keys.append(window->Messages().Row(row).Key());
         }
         return keys;
     }
@@ -111,11 +121,11 @@ protected:
     QTemporaryDir root;
     std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     MemorySettingsStore store;
-    Clock clock;
+    std::unique_ptr<Clock> clock = MakeClock();
     FakeShell shell;
     FakeVolumes volumes;
     ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
-    QThreadPool pool;
+    ThreadWorkPool pool;
     /// How long a click waits for its message. So long that it always is there after the click, however busy the
     /// machine is; the tests of what comes later shorten it.
     std::chrono::milliseconds loadPatience{60'000};

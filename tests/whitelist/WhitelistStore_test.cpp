@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace quellbox;
 
 namespace {
@@ -48,7 +50,7 @@ TEST(LoadWhitelist, TakesTheNamesInTheOrderOfTheStoreAndNeverTheData) {
 
 TEST(SaveWhitelist, WritesTheDummyDeletesTheSectionAndRewritesTheEntries) {
     RecordingStore store;
-    SaveWhitelist(store, {QStringLiteral("b@x.org"), QStringLiteral("@a.org")});
+    EXPECT_TRUE(SaveWhitelist(store, {QStringLiteral("b@x.org"), QStringLiteral("@a.org")}).isEmpty());
     const QStringList expected{QStringLiteral("set Tolerate/0="), QStringLiteral("remove Tolerate"),
                                QStringLiteral("set Tolerate/b@x.org=0"), QStringLiteral("set Tolerate/@a.org=0"),
                                QStringLiteral("flush")};
@@ -58,28 +60,56 @@ TEST(SaveWhitelist, WritesTheDummyDeletesTheSectionAndRewritesTheEntries) {
 TEST(SaveWhitelist, ReplacesWhatWasStored) {
     MemorySettingsStore store;
     store.SetValue(section, QStringLiteral("old@x.org"), QStringLiteral("0"));
-    SaveWhitelist(store, {QStringLiteral("new@x.org")});
+    EXPECT_TRUE(SaveWhitelist(store, {QStringLiteral("new@x.org")}).isEmpty());
     EXPECT_EQ(LoadWhitelist(store), QStringList{QStringLiteral("new@x.org")});
 }
 
 TEST(SaveWhitelist, LeavesTheEarlierListInForceWhenItCannotBeStored) {
     MemorySettingsStore store;
-    SaveWhitelist(store, {QStringLiteral("@example.com"), QStringLiteral("a@example.org")});
+    EXPECT_TRUE(SaveWhitelist(store, {QStringLiteral("@example.com"), QStringLiteral("a@example.org")}).isEmpty());
     store.SetUnwritable();
-    EXPECT_THROW(SaveWhitelist(store, {QStringLiteral("@example.net")}), RuntimeError);
+    EXPECT_THROW(std::ignore = SaveWhitelist(store, {QStringLiteral("@example.net")}), RuntimeError);
     EXPECT_EQ(LoadWhitelist(store), QStringList({QStringLiteral("@example.com"), QStringLiteral("a@example.org")}));
     EXPECT_EQ(store.FlushCount(), 3) << "what putting it back fails with is not left to somebody else's flush";
 }
 
+TEST(SaveWhitelist, KeepsEntriesThatDifferInCaseWhereTheStoreTellsThemApart) {
+    MemorySettingsStore store;
+    const QStringList entries{QStringLiteral("Joe@x.org"), QStringLiteral("joe@x.org")};
+    EXPECT_EQ(SaveWhitelist(store, entries), QStringList());
+    EXPECT_EQ(LoadWhitelist(store), entries);
+}
+
+TEST(SaveWhitelist, KeepsTheEntryInLowerCaseWhereTheStoreTakesOnlyOne) {
+    MemorySettingsStore store;
+    store.SetIgnoresCase();
+    const QStringList left =
+        SaveWhitelist(store, {QStringLiteral("JOE@x.org"), QStringLiteral("@A.org"), QStringLiteral("joe@x.org"),
+                              QStringLiteral("Joe@x.org"), QStringLiteral("@a.Org"), QStringLiteral("other@x.org")});
+    EXPECT_EQ(left, QStringList({QStringLiteral("JOE@x.org"), QStringLiteral("Joe@x.org"), QStringLiteral("@a.Org")}));
+    QStringList stored = LoadWhitelist(store);
+    stored.sort();
+    EXPECT_EQ(stored,
+              QStringList({QStringLiteral("@A.org"), QStringLiteral("joe@x.org"), QStringLiteral("other@x.org")}));
+}
+
+TEST(SaveWhitelist, LeavesNothingOutWhereCaseIsIgnoredButNoEntriesAreTheSame) {
+    MemorySettingsStore store;
+    store.SetIgnoresCase();
+    const QStringList entries{QStringLiteral("Joe@x.org"), QStringLiteral("ann@x.org")};
+    EXPECT_EQ(SaveWhitelist(store, entries), QStringList());
+    EXPECT_EQ(LoadWhitelist(store), entries);
+}
+
 TEST(SaveWhitelist, LeavesNoDummyBehindForAnEmptyList) {
     MemorySettingsStore store;
-    SaveWhitelist(store, {});
+    EXPECT_TRUE(SaveWhitelist(store, {}).isEmpty());
     EXPECT_TRUE(LoadWhitelist(store).isEmpty());
 }
 
 TEST(SaveWhitelist, LeavesOtherSectionsAlone) {
     MemorySettingsStore store;
     store.SetValue(QStringLiteral("Settings"), QStringLiteral("Whole"), QStringLiteral("1"));
-    SaveWhitelist(store, {QStringLiteral("a@x.org")});
+    EXPECT_TRUE(SaveWhitelist(store, {QStringLiteral("a@x.org")}).isEmpty());
     EXPECT_EQ(store.Value(QStringLiteral("Settings"), QStringLiteral("Whole")), QStringLiteral("1"));
 }

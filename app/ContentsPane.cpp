@@ -1,0 +1,250 @@
+#include "app/ContentsPane.h"
+
+#include "app/ErrorReport.h"
+#include "messages/FileFailure.h"
+
+namespace quellbox {
+
+ContentsPane::ContentsPane(const ContentsPorts& ports, QWidget* parent) : ports_(ports) {
+    MakeTree(parent);
+    MakeRaw(parent);
+    MakeLoader();
+    late_.setSingleShot(true);
+    late_.setInterval(ports_.patience);
+    late_.callOnTimeout([this] { ClearWhatIsLate(); });
+}
+
+ContentsPane::~ContentsPane() {
+    delete view_;
+}
+
+template <class Handler>
+void ContentsPane::Guarded(Handler handler) {
+    RunReporting(handler, [this](const QString& text) { Q_EMIT Failed(text); });
+}
+
+void ContentsPane::MakeTree(QWidget* parent) {
+    trvMessage = new StructureTreeView(parent);
+    trvMessage->setObjectName(QStringLiteral("trvMessage"));
+    trvMessage->setAccessibleName(tr("Message format layout"));
+    trvMessage->setToolTip(tr("Message format layout"));
+    connect(trvMessage, &StructureTreeView::NodeClick, this,
+            [this](bool hasChildren, const QString& text, const QString& tag) {
+                Guarded([&] { trvMessage_NodeClick(hasChildren, text, tag); });
+            });
+}
+
+void ContentsPane::MakeRaw(QWidget* parent) {
+    rtfRaw = new RawPane(parent);
+    rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
+    rtfRaw->setAccessibleName(tr("Raw message contents"));
+    rtfRaw->setToolTip(tr("Raw message contents"));
+}
+
+void ContentsPane::MakeLoader() {
+    loader_ = std::make_unique<MessageLoader>(ports_.files, ports_.pool);
+    connect(loader_.get(), &MessageLoader::Failed, this, &ContentsPane::TakeError);
+}
+
+void ContentsPane::TakeError(const QString& text) {
+    if (!loader_->IsBusy()) {
+        CancelLoading();
+    }
+    Q_EMIT Failed(text);
+}
+
+void ContentsPane::Show(const QString& path) {
+    if (loading_ && loading_->path == path && loading_->structure) {
+        return; // it is on its way
+    }
+    const bool isShown = rtfRaw->FileName() == path && !rtfRaw->Text().isEmpty() && !trvMessage->IsEmpty();
+    if (isShown) {
+        Q_EMIT MessageSeen(path); // again, it may have been marked as unread
+    }
+    Loading wanted;
+    wanted.path = path;
+    wanted.ifExists = true;
+    wanted.text = !isShown;
+    wanted.structure = !isShown;
+    wanted.takesPlace = !isShown;
+    Load(wanted);
+}
+
+void ContentsPane::ShowNext(const QString& path) {
+    Loading wanted;
+    wanted.path = path;
+    wanted.text = true;
+    wanted.structure = true;
+    wanted.takesPlace = true;
+    Load(wanted);
+}
+
+void ContentsPane::ShowText(const QString& path) {
+    Loading wanted;
+    wanted.path = path;
+    wanted.text = true;
+    Load(wanted);
+}
+
+void ContentsPane::ShowInViewer(const QString& path) {
+    Loading wanted;
+    wanted.path = path;
+    wanted.text = true;
+    wanted.forViewer = true;
+    Load(wanted);
+}
+
+// In place of what is being read now. What is still to come of the same message, comes nevertheless.
+void ContentsPane::Load(Loading wanted) {
+    if (loading_ && loading_->path == wanted.path) {
+        wanted.structure = wanted.structure || loading_->structure;
+        wanted.ifExists = wanted.ifExists || loading_->ifExists;
+        wanted.forViewer = wanted.forViewer || loading_->forViewer;
+        wanted.text = wanted.text || loading_->text;
+        wanted.takesPlace = wanted.takesPlace || loading_->takesPlace;
+    }
+    CancelLoading();
+    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure},
+                  [this](const MessageAnswer& answer) { TakeAnswer(answer); });
+    loading_ = wanted;
+    late_.start();
+}
+
+void ContentsPane::ReadHeaders(const QString& path) {
+    loader_->LoadHeaders(path, [this, path](const MessageAnswer& answer) {
+        if (answer.kind == MessageAnswer::Kind::Headers) {
+            Q_EMIT HeadersRead(path, answer.headers);
+        }
+    });
+}
+
+// An ordinary message has come by now. Until one that takes longer does, nothing is shown that belongs to another one.
+void ContentsPane::ClearWhatIsLate() {
+    if (!loading_) {
+        return;
+    }
+    if (loading_->text && loading_->takesPlace) {
+        rtfRaw->clear();
+    }
+    if (loading_->structure) {
+        trvMessage->ShowStructure({}, toggles_);
+    }
+}
+
+void ContentsPane::CancelLoading() {
+    late_.stop();
+    loader_->CancelLoad();
+    loading_.reset();
+}
+
+void ContentsPane::Clear() {
+    ClearText();
+    trvMessage->ShowStructure({}, toggles_);
+}
+
+void ContentsPane::ClearText() {
+    CancelLoading();
+    rtfRaw->clear();
+}
+
+void ContentsPane::Forget() {
+    loading_.reset();
+    MakeLoader();
+}
+
+void ContentsPane::TakeAnswer(const MessageAnswer& answer) {
+    const Loading wanted = *loading_;
+    if (answer.isLast) {
+        loading_.reset();
+        late_.stop();
+    }
+    switch (answer.kind) {
+    case MessageAnswer::Kind::Gone:
+        Clear();
+        break;
+    case MessageAnswer::Kind::Unreadable:
+        TakeFailure(answer, wanted);
+        break;
+    case MessageAnswer::Kind::Text:
+        TakeText(answer, wanted);
+        break;
+    case MessageAnswer::Kind::Structure:
+        trvMessage->ShowStructure(answer.structure, toggles_);
+        break;
+    default:
+        break;
+    }
+}
+
+void ContentsPane::TakeText(const MessageAnswer& answer, const Loading& wanted) {
+    if (loading_) {
+        loading_->text = false;
+        loading_->forViewer = false;
+    }
+    rtfRaw->ShowFile(answer.path, answer.text);
+    if (wanted.structure) {
+        Q_EMIT MessageSeen(wanted.path);
+    }
+    if (wanted.forViewer) {
+        ShowViewer();
+    }
+}
+
+void ContentsPane::TakeFailure(const MessageAnswer& answer, const Loading& wanted) {
+    LogFailures({{answer.path, answer.reason}});
+    if (wanted.takesPlace) {
+        rtfRaw->clear();
+    }
+    if (wanted.structure) {
+        Q_EMIT MessageSeen(wanted.path);
+        trvMessage->ShowStructure({}, toggles_);
+    }
+}
+
+void ContentsPane::SetToggles(ContentsToggles pressed) {
+    toggles_ = pressed;
+    trvMessage->ApplyToggles(toggles_);
+}
+
+void ContentsPane::tlbContents_ButtonClick(const QString& key, bool pressed) {
+    ContentsToggles toggles = toggles_;
+    if (key == QLatin1String("collapse")) {
+        toggles.collapse = pressed;
+    } else if (key == QLatin1String("attachment")) {
+        toggles.attachment = pressed;
+    } else {
+        return;
+    }
+    SetToggles(toggles);
+}
+
+void ContentsPane::trvMessage_NodeClick(bool hasChildren, const QString& text, const QString& tag) {
+    const std::optional<QString> shown = TextOfClickedNode(hasChildren, text, tag);
+    if (shown) {
+        CancelLoading();
+        rtfRaw->ShowText(*shown);
+    } else {
+        Q_EMIT WholeMessageWanted();
+    }
+}
+
+void ContentsPane::ShowViewer() {
+    if (view_.isNull() || !view_->isVisible()) { // one that was closed is only about to be deleted
+        delete view_;
+        view_ = new frmView(ports_.store);
+    }
+    view_->ShowMessage(rtfRaw->FileName(), rtfRaw->Text());
+}
+
+void ContentsPane::Close() {
+    CancelLoading(); // it would open the viewer again
+    CloseViewer();
+}
+
+void ContentsPane::CloseViewer() {
+    if (!view_.isNull()) {
+        view_->close();
+    }
+}
+
+} // namespace quellbox

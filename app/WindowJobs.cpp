@@ -1,0 +1,149 @@
+#include "app/WindowJobs.h"
+
+#include "platform/RuntimeError.h"
+
+#include <utility>
+
+namespace quellbox {
+
+namespace {
+
+// What ends sooner would only flicker.
+constexpr int busyAfterMs = 100;
+
+} // namespace
+
+WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model)
+    : ports_(ports), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
+      cleansing_(ports.files, ports.pool) {
+    showBusy_.setSingleShot(true);
+    showBusy_.setInterval(busyAfterMs);
+    showBusy_.callOnTimeout([this] { ShowBusy(); });
+    connect(&refresh_, &RefreshTask::Counted, this, [this](int maximum) {
+        Q_EMIT RefreshCounted(maximum);
+        SetMaximum(maximum);
+    });
+    connect(&refresh_, &RefreshTask::Progress, this, &WindowJobs::RowsAdded);
+    connect(&refresh_, &RefreshTask::Ended, this, [this](const RefreshResult& result) {
+        End();
+        Q_EMIT RefreshEnded(result);
+        Q_EMIT JobEnded();
+    });
+    connect(&disposal_, &DisposalTask::Progress, this, &WindowJobs::Progress);
+    connect(&disposal_, &DisposalTask::RowsLeft, this, &WindowJobs::RowsLeft);
+    connect(&disposal_, &DisposalTask::Ended, this, [this](const DisposalResult& result) {
+        End();
+        Q_EMIT DisposalEnded(result);
+        Q_EMIT JobEnded();
+    });
+    connect(&cleansing_, &CleansingTask::Counted, this, &WindowJobs::SetMaximum);
+    connect(&cleansing_, &CleansingTask::Progress, this, &WindowJobs::Progress);
+    connect(&cleansing_, &CleansingTask::Removing, this, &WindowJobs::Removing);
+    connect(&cleansing_, &CleansingTask::Ended, this, [this](const CleansingResult& result) {
+        End();
+        Q_EMIT CleansingEnded(result);
+        Q_EMIT JobEnded();
+    });
+}
+
+void WindowJobs::Refresh(bool markNew, bool bulk) {
+    if (Begin(Activity::Refreshing, 0)) {
+        refresh_.Start(markNew, bulk);
+    }
+}
+
+void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows) {
+    if (Begin(Activity::Working, static_cast<int>(rows.size()))) {
+        disposal_.Start(action, folders, std::move(rows));
+    }
+}
+
+void WindowJobs::Cleanse(const QString& archiveDir, qint16 days) {
+    if (Begin(Activity::Working, 0)) {
+        cleansing_.Start(archiveDir, days, ports_.clock.Now().date());
+    }
+}
+
+void WindowJobs::Call(std::function<Error()> call, std::function<void(const Error&)> done) {
+    if (!Begin(Activity::Working, 0)) {
+        return;
+    }
+    callDone_ = std::move(done);
+    callError_ = std::nullopt;
+    call_.emplace(
+        ports_.pool, 1, [call = std::move(call)](size_t) { return call(); },
+        [this](size_t, Error error) { callError_ = std::move(error); }, [this](SeriesEnd how) { EndCall(how); },
+        oneAtATime);
+    call_->Start();
+}
+
+void WindowJobs::EndCall(SeriesEnd how) {
+    if (how == SeriesEnd::Failed) {
+        callError_ = TextOf(call_->Failure());
+    }
+    const std::function<void(const Error&)> done = std::exchange(callDone_, {});
+    End();
+    if (how != SeriesEnd::Cancelled) {
+        done(callError_);
+    }
+    Q_EMIT JobEnded();
+}
+
+void WindowJobs::Stop() {
+    const bool isWaiting = disposal_.IsCancelled() || cleansing_.IsCancelled();
+    if (isWaiting || refresh_.IsRunning() || (activity_ == Activity::Working && callDone_)) {
+        GiveUp();
+        return;
+    }
+    disposal_.Cancel();
+    cleansing_.Cancel();
+}
+
+void WindowJobs::GiveUp() {
+    refresh_.Cancel();
+    disposal_.GiveUp();
+    cleansing_.GiveUp();
+    if (callDone_) {
+        call_->GiveUp();
+    }
+}
+
+void WindowJobs::Close() {
+    isClosed_ = true;
+    leftChanges_ = IsAtWork();
+    GiveUp();
+    activity_ = Activity::Closing;
+}
+
+bool WindowJobs::Begin(Activity activity, int maximum) {
+    if (!IsIdle() || isClosed_) {
+        return false;
+    }
+    activity_ = activity;
+    maximum_ = maximum;
+    isShown_ = false;
+    showBusy_.start();
+    Q_EMIT ActivityChanged();
+    return true;
+}
+
+void WindowJobs::End() {
+    showBusy_.stop();
+    isShown_ = false;
+    activity_ = isClosed_ ? Activity::Closing : Activity::Idle;
+    Q_EMIT ActivityChanged();
+}
+
+void WindowJobs::SetMaximum(int maximum) {
+    maximum_ = maximum;
+    if (isShown_) {
+        Q_EMIT BusyDue(maximum_);
+    }
+}
+
+void WindowJobs::ShowBusy() {
+    isShown_ = true;
+    Q_EMIT BusyDue(maximum_);
+}
+
+} // namespace quellbox

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "archive/RefreshTask.h"
+#include "dialogs/CleansingTask.h"
+#include "messages/Activity.h"
+#include "messages/DisposalTask.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+
+namespace quellbox {
+
+/// The long jobs of the main window, of which one runs at a time: refresh, disposal, cleansing, and single calls that
+/// the user waits for. It knows no widget. The window connects itself to what the jobs tell.
+class WindowJobs : public QObject {
+    Q_OBJECT
+
+public:
+    /// What a single call gives back: what the user is told of its failure, or nothing.
+    using Error = std::optional<QString>;
+
+    /// What is lent has to outlive this object.
+    WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model);
+
+    /// A job that is started while another one runs is not begun.
+    void Refresh(bool markNew, bool bulk);
+    void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
+    void Cleanse(const QString& archiveDir, qint16 days);
+
+    /// Runs `call` beside this thread, and then `done` on it; not when the job was stopped.
+    void Call(std::function<Error()> call, std::function<void(const Error&)> done);
+
+    Activity Now() const { return activity_; }
+    bool IsIdle() const { return activity_ == Activity::Idle; }
+    bool IsAtWork() const { return activity_ == Activity::Refreshing || activity_ == Activity::Working; }
+
+    /// True while a refresh that adds to the list has shown nothing yet: whoever wants to do something goes first.
+    bool GivesWay() const { return refresh_.IsIncremental() && !isShown_; }
+
+    /// Escape: what has not begun does not begin. Said once more, what is under way is not waited for either. A refresh
+    /// ends at once.
+    void Stop();
+
+    /// Ends the job before this returns, and tells its end. What is under way goes on beside.
+    void GiveUp();
+
+    /// No job begins any more.
+    void Close();
+
+    /// True when Close() left calls under way that change files.
+    bool LeftChangesUnderWay() const { return leftChanges_; }
+
+Q_SIGNALS:
+    /// A job has begun or ended. Sent before what tells the end of the job.
+    void ActivityChanged();
+
+    /// The job lasts long enough to be shown as one; the progress goes up to `maximum`, which is 0 while that is not
+    /// known, and told again when it is.
+    void BusyDue(int maximum);
+
+    /// So many of the `maximum` have been dealt with.
+    void Progress(int done);
+
+    void RefreshCounted(int maximum);
+    void RowsAdded(int rows);           ///< as RefreshTask::Progress()
+    void RowsLeft(int count);           ///< as DisposalTask has it
+    void Removing(const QString& name); ///< as CleansingTask has it
+    void RefreshEnded(const RefreshResult& result);
+    void DisposalEnded(const DisposalResult& result);
+    void CleansingEnded(const CleansingResult& result);
+
+    /// The last that is told of any job.
+    void JobEnded();
+
+private:
+    bool Begin(Activity activity, int maximum);
+    void End();
+    void SetMaximum(int maximum);
+    void ShowBusy();
+    void EndCall(SeriesEnd how);
+
+    RefreshPorts ports_;
+    Activity activity_ = Activity::Idle;
+    RefreshTask refresh_;
+    DisposalTask disposal_;
+    CleansingTask cleansing_;
+    std::optional<OrderedWork<Error>> call_;
+    std::function<void(const Error&)> callDone_;
+    Error callError_;
+    QTimer showBusy_;
+    int maximum_ = 0;
+    bool isShown_ = false;
+    bool isClosed_ = false;
+    bool leftChanges_ = false;
+};
+
+} // namespace quellbox

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "messages/MessageRow.h"
+#include "platform/FolderListing.h"
+
+namespace quellbox {
+
+/// A row made from a message file, and whether its headers were read.
+struct ReadRow {
+    MessageRow row;
+    FileStatus status;    ///< of the file, as it was listed
+    bool loaded = false;  ///< the message has header fields; else the row shows why not
+    bool canHeal = false; ///< not loaded because the file could not be read now, whatever it holds
+};
+
+/// Makes the row of a message file. In bulk mode the file is not opened, and the subject is the file name. What
+/// goes wrong is the subject of the row. `folder` ends with a separator. May be called from several threads at once.
+ReadRow ReadMessageRow(const FileSystem& files, const QString& folder, const FileEntry& entry, bool bulk);
+
+} // namespace quellbox

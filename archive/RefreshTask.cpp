@@ -1,0 +1,259 @@
+#include "archive/RefreshTask.h"
+
+#include "archive/DayWindow.h"
+#include "platform/RuntimeError.h"
+#include "whitelist/WhitelistStore.h"
+
+#include <QCoreApplication>
+#include <QHash>
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+
+namespace quellbox {
+
+namespace {
+
+// Each batch of rows makes the views lay themselves out, so the first comes soon and later ones ever more rarely.
+constexpr int firstFlushMs = 60;
+constexpr int rarestFlushMs = 1000;
+
+/// Removes what an incremental refresh does not add: everything up to `lastAdded`, or everything when that has
+/// vanished; the answer is then false. Where it was touched since it was listed, and so has moved back in the order,
+/// what lies behind its former place is new as well.
+bool KeepWhatFollows(std::vector<FileEntry>& files, const QString& lastAdded, const Arrival& asListed) {
+    const auto last = std::find_if(files.begin(), files.end(),
+                                   [&lastAdded](const FileEntry& file) { return file.name == lastAdded; });
+    if (last == files.end()) {
+        files.clear();
+        return false;
+    }
+    const bool wasTouched = asListed.name == lastAdded && last->status.modifiedNs > asListed.modifiedNs;
+    if (!wasTouched) {
+        files.erase(files.begin(), last + 1);
+        return true;
+    }
+    std::erase_if(files, [&](const FileEntry& file) {
+        const auto place = std::tie(file.status.modifiedNs, file.name);
+        return file.name == lastAdded || place < std::tie(asListed.modifiedNs, asListed.name);
+    });
+    return true;
+}
+
+} // namespace
+
+RefreshTask::RefreshTask(RefreshPorts ports, AppState& state, MessageListModel& model)
+    : ports_(ports), state_(state), model_(model) {
+    flush_.setSingleShot(true);
+    flush_.callOnTimeout([this] { Flush(); });
+}
+
+void RefreshTask::Start(bool markNew, bool bulk) {
+    if (isRunning_) {
+        return;
+    }
+    isRunning_ = true;
+    isFull_ = state_.LastAddedFile.isEmpty();
+    markNew_ = markNew;
+    bulk_ = bulk;
+    archive_ = state_.ArchiveDir;
+    result_ = {};
+    again_ = 0;
+    reading_.reset();
+    flush_.setInterval(firstFlushMs);
+    listing_.emplace(ports_.files, ports_.pool, archive_, [this](Listing listing) { TakeListing(std::move(listing)); });
+    listing_->Start();
+}
+
+void RefreshTask::Cancel() {
+    if (!isRunning_) {
+        return;
+    }
+    listing_.reset();
+    if (reading_) {
+        reading_->GiveUp();
+    } else {
+        End(RefreshOutcome::Cancelled);
+    }
+}
+
+void RefreshTask::TakeListing(Listing listing) {
+    if (RefuseListing(listing)) {
+        return;
+    }
+    const int maximum = static_cast<int>(listing.files.size()) + 1;
+    std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
+    if (isFull_) {
+        model_.Clear();
+        failed_.clear();
+    }
+    if (isFull_ || !files.empty()) {
+        Q_EMIT Counted(maximum);
+    }
+    ReadFiles(std::move(files));
+}
+
+/// Ends the refresh when there is nothing to list; the answer is then true.
+bool RefreshTask::RefuseListing(const Listing& listing) {
+    if (!listing.exists) {
+        End(RefreshOutcome::ArchiveMissing,
+            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.toUpper()));
+        return true;
+    }
+    if (!listing.error.isEmpty()) {
+        End(RefreshOutcome::Unreadable,
+            QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(listing.error));
+        return true;
+    }
+    if (listing.files.size() >= std::numeric_limits<qint16>::max()) {
+        End(RefreshOutcome::TooMany,
+            QCoreApplication::translate("quellbox", "Overflow: the archive %1 holds %2 files, and at most 32,766 can "
+                                                    "be listed. Move or delete some of them, then refresh.")
+                .arg(archive_)
+                .arg(listing.files.size()));
+        return true;
+    }
+    return false;
+}
+
+// What is to be read again comes first.
+std::vector<FileEntry> RefreshTask::FilesToRead(std::vector<FileEntry> files) {
+    std::vector<FileEntry> toRead;
+    if (!isFull_) {
+        toRead = FilesToReadAgain(files);
+        again_ = toRead.size();
+        result_.cannotFollow = !KeepWhatFollows(files, state_.LastAddedFile, state_.LastArrival);
+        // A listed file that was written to again comes later in the order, and is still one row.
+        std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
+    }
+    const QDate today = ports_.clock.Now().date();
+    std::erase_if(files, [this, today](const FileEntry& file) {
+        return !IsRecentFile(state_.ActiveFilterDays, file.status.modifiedNs, today);
+    });
+    toRead.insert(toRead.end(), std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));
+    return toRead;
+}
+
+// A message that was met half-written or locked is whole by now, it may be. One that simply is no message stays one
+// until its file changes.
+std::vector<FileEntry> RefreshTask::FilesToReadAgain(const std::vector<FileEntry>& files) {
+    std::erase_if(failed_, [this](const auto& entry) { return model_.RowOfKey(entry.first) < 0; });
+    std::vector<FileEntry> found;
+    if (failed_.empty()) {
+        return found;
+    }
+    std::copy_if(files.begin(), files.end(), std::back_inserter(found), [this](const FileEntry& file) {
+        const auto failed = failed_.find(file.name);
+        return failed != failed_.end() && (failed->second.canHeal || failed->second.status != file.status);
+    });
+    return found;
+}
+
+void RefreshTask::ReadFiles(std::vector<FileEntry> files) {
+    const size_t count = files.size();
+    const auto entries = std::make_shared<const std::vector<FileEntry>>(std::move(files));
+    const auto tolerated =
+        state_.TolerationLevel == 2 ? std::make_shared<const WhitelistMatcher>(LoadWhitelist(ports_.store)) : nullptr;
+    reading_.emplace(
+        ports_.pool, count,
+        [&fileSystem = ports_.files, archive = archive_, pickup = state_.PickupDir, bulk = bulk_, entries, tolerated](
+            size_t item) { return ReadFile(fileSystem, archive, pickup, (*entries)[item], bulk, tolerated.get()); },
+        [this](size_t item, Read read) { TakeRow(item, std::move(read)); },
+        [this](SeriesEnd how) {
+            End(how == SeriesEnd::Completed ? RefreshOutcome::Completed : RefreshOutcome::Cancelled);
+        });
+    reading_->Start();
+}
+
+// The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
+// to be under way at the same time.
+RefreshTask::Read RefreshTask::ReadFile(FileSystem& files, const QString& archive, const QString& pickup,
+                                        const FileEntry& entry, bool bulk, const WhitelistMatcher* tolerated) {
+    Read read{ReadMessageRow(files, archive, entry, bulk), false, std::nullopt};
+    if (tolerated == nullptr || !tolerated->TolerableSender(read.row.row.Tag().toLower())) {
+        return read;
+    }
+    try {
+        files.Move(archive + entry.name, pickup + entry.name);
+        read.wasMoved = true;
+    } catch (const FileError& error) {
+        read.failure = FileFailure{error.Path(), error.Reason()};
+    }
+    return read;
+}
+
+void RefreshTask::TakeRow(size_t item, Read read) {
+    if (read.failure) {
+        result_.failures.push_back(*read.failure);
+    }
+    if (read.row.loaded) {
+        state_.strXSender = read.row.row.Tag();
+    }
+    if (item < again_) {
+        ReplaceRow(std::move(read));
+    } else {
+        AddRow(std::move(read));
+    }
+}
+
+void RefreshTask::AddRow(Read read) {
+    MessageRow& row = read.row.row;
+    row.SetUnread(markNew_);
+    state_.LastAddedFile = row.Key();
+    state_.LastArrival = {state_.LastAddedFile, read.row.status.modifiedNs};
+    result_.lastMessageWasRead = read.row.loaded;
+    NoteFailed(read.row);
+    const int rows = model_.Count() + static_cast<int>(batch_.size()) + 1;
+    if (rows % 10 == 0) {
+        Q_EMIT Progress(rows);
+    }
+    if (read.wasMoved) {
+        return;
+    }
+    batch_.push_back(std::move(row));
+    if (!flush_.isActive()) {
+        flush_.start();
+    }
+}
+
+void RefreshTask::ReplaceRow(Read read) {
+    MessageRow& row = read.row.row;
+    const QString key = row.Key();
+    const int place = model_.RowOfKey(key);
+    failed_.erase(key);
+    NoteFailed(read.row);
+    if (place < 0) {
+        return;
+    }
+    if (read.wasMoved) {
+        model_.Remove({place});
+        return;
+    }
+    row.SetUnread(model_.Row(place).IsUnread());
+    model_.Update(place, std::move(row));
+}
+
+void RefreshTask::NoteFailed(const ReadRow& row) {
+    if (!row.loaded && !bulk_) {
+        failed_[row.row.Key()] = {row.status, row.canHeal};
+    }
+}
+
+void RefreshTask::Flush() {
+    model_.Append(std::move(batch_));
+    batch_.clear();
+    flush_.setInterval(std::min(2 * flush_.interval(), rarestFlushMs));
+}
+
+void RefreshTask::End(RefreshOutcome outcome, const QString& reason) {
+    flush_.stop();
+    Flush();
+    isRunning_ = false;
+    result_.outcome = outcome;
+    result_.reason = reason;
+    const RefreshResult result = std::move(result_);
+    Q_EMIT Ended(result);
+}
+
+} // namespace quellbox

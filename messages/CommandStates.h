@@ -1,0 +1,33 @@
+#pragma once
+
+#include "messages/Activity.h"
+
+namespace quellbox {
+
+/// What decides which commands can be used.
+struct CommandConditions {
+    Activity activity = Activity::Idle;
+    int rows = 0;            ///< in the list
+    int selected = 0;        ///< of them
+    int tolerationLevel = 0; ///< as AppState has it
+};
+
+/// Which commands can be used.
+struct CommandStates {
+    bool edit = false;         ///< the Edit menu
+    bool list = false;         ///< what changes the list, its selection or its marks, settings, folders and dialogs
+    bool onSelected = false;   ///< what acts on the selected messages: delete, unblock, and the contents' buttons
+    bool onOne = false;        ///< View, which is for one message
+    bool tolerate = false;     ///< Tolerate, by button or key
+    bool tolerateMenu = false; ///< Tolerate in the menu of the list
+    bool find = false;         ///< Find, by button
+    bool whitelist = false;    ///< the button "whitelist"
+    bool refresh = false;      ///< Refresh, and what leads to one: "filter" and bulk mode. It waits for the present one
+
+    bool operator==(const CommandStates&) const = default;
+};
+
+/// The one place that decides it.
+CommandStates ComputeCommandStates(const CommandConditions& now);
+
+} // namespace quellbox

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "messages/FileFailure.h"
+#include "messages/MessageListModel.h"
+#include "platform/FileSystem.h"
+#include "platform/OrderedWork.h"
+
+#include <QObject>
+
+#include <optional>
+#include <vector>
+
+namespace quellbox {
+
+/// What is done to the files of the selected messages. Other codes do nothing.
+namespace Action {
+constexpr qint16 unblock = 1;
+constexpr qint16 remove = 2;
+constexpr qint16 unblockTolerated = 3; ///< exactly as `unblock`
+} // namespace Action
+
+/// The two folders, each ending with a separator.
+struct DisposalFolders {
+    QString archive;
+    QString pickup;
+};
+
+/// What became of the rows.
+struct DisposalResult {
+    int rowsGone = 0;
+    int nextRow = -1; ///< the row to select: the one that followed the removed ones, or the last; -1 when none is left
+    std::vector<FileFailure> failures;
+};
+
+/// Deletes the files of selected messages or moves them into the pickup folder, many at once beside the thread of this
+/// object, and then removes the rows. A failure never stops it, and the row goes all the same: the list shows what the
+/// user wants, the next full refresh what is still there. Nothing else may change the list meanwhile.
+class DisposalTask : public QObject {
+    Q_OBJECT
+
+public:
+    /// What is lent has to outlive this object.
+    DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& model);
+
+    /// Begins with `rows`, which are ascending. Does nothing while rows are disposed of.
+    void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
+
+    /// No further message is touched. The rows of those that have begun go when their calls have ended.
+    void Cancel();
+
+    /// Ends before this returns. What is under way goes on, but its rows stay until the next refresh.
+    void GiveUp();
+
+    bool IsRunning() const { return isRunning_; }
+    bool IsCancelled() const { return isRunning_ && work_->IsCancelled(); }
+
+Q_SIGNALS:
+    /// So many messages have been dealt with.
+    void Progress(int done);
+
+    /// The number of rows that will be left is a multiple of 100.
+    void RowsLeft(int count);
+
+    /// The rows have gone; other ones may be disposed of.
+    void Ended(const DisposalResult& result);
+
+private:
+    using Failure = std::optional<FileFailure>;
+
+    static Failure Dispose(FileSystem& files, qint16 action, const DisposalFolders& folders, const QString& key);
+    void Take(size_t item, Failure failure);
+    void End();
+
+    FileSystem& files_;
+    WorkPool& pool_;
+    MessageListModel& model_;
+    std::optional<OrderedWork<Failure>> work_;
+    std::vector<int> rows_;
+    std::vector<int> gone_;
+    DisposalResult result_;
+    bool isRunning_ = false;
+};
+
+} // namespace quellbox

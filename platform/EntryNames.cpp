@@ -1,0 +1,35 @@
+#include "platform/EntryNames.h"
+
+#include "platform/FolderPath.h"
+
+namespace quellbox {
+
+namespace {
+
+using Check = bool (FileSystem::*)(const QString& path) const;
+
+/// The names of the entries of a kind that are not hidden. Those of unknown kind are checked with `isOfKind`.
+QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKind kind, Check isOfKind) {
+    QStringList names;
+    for (FolderEntry& entry : files.Entries(folder)) {
+        if (entry.hidden) {
+            continue;
+        }
+        if (entry.kind == EntryKind::Unknown ? (files.*isOfKind)(PathBelow(folder, entry.name)) : entry.kind == kind) {
+            names += std::move(entry.name);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+QStringList VisibleFileNames(const FileSystem& files, const QString& folder) {
+    return VisibleNames(files, folder, EntryKind::File, &FileSystem::FileExists);
+}
+
+QStringList FolderNames(const FileSystem& files, const QString& folder) {
+    return VisibleNames(files, folder, EntryKind::Folder, &FileSystem::FolderExists);
+}
+
+} // namespace quellbox

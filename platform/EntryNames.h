@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QStringList>
+
+namespace quellbox {
+
+/// Names (without folder) of the regular files in `folder`, symbolic links to one included, that are not hidden, in no
+/// particular order. A call is made for a single file only where the folder does not report its type. Throws FileError.
+QStringList VisibleFileNames(const FileSystem& files, const QString& folder);
+
+/// Names (without folder) of the sub folders of `folder`, of links to folders too but not of hidden ones, in no
+/// particular order. A call is made for a single one only where `folder` does not report its type. Throws FileError.
+QStringList FolderNames(const FileSystem& files, const QString& folder);
+
+} // namespace quellbox

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+namespace quellbox {
+
+/// A line of the mount table.
+struct Mount {
+    QString id;
+    QString parent; ///< the id of the mount in which the mount point lies
+    QString root;   ///< the part of the file system that is mounted
+    QString point;
+    QString type;
+    QString source;
+    bool isReadOnly = false;
+};
+
+/// The mounts in the text of /proc/self/mountinfo, in its order. Lines of another form are left out.
+std::vector<Mount> ParseMountTable(const QString& mountTable);
+
+/// Whether something was mounted later over the mount point of `mounts[index]` or a folder above it, so that the mount
+/// is out of sight. What was only moved there later, as the root is when a system starts, does not hide what stands
+/// on it.
+bool IsCovered(const std::vector<Mount>& mounts, size_t index);
+
+/// Whether `path` is the folder or lies below it; both without a separator at the end unless they are a root.
+bool IsAtOrAbove(const QString& folder, const QString& path);
+
+} // namespace quellbox

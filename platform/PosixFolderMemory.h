@@ -1,0 +1,53 @@
+#pragma once
+
+#ifndef _WIN32
+
+#include <QByteArray>
+#include <QHash>
+#include <QMutex>
+#include <QSet>
+
+#include <optional>
+
+namespace quellbox {
+
+/// How to rename a file without replacing another one, the best method first.
+enum class RenameMethod {
+    Atomic, ///< one system call, which fails when the new name exists
+    ByLink, ///< a hard link, which fails when the new name exists; then the old name is removed
+    Checked ///< a check that the new name does not exist, then a plain rename
+};
+
+/// What is known of the folders from which files are moved. It saves system calls whose result is known, since on a
+/// share each one costs a round trip. Paths are bytes. May be used from several threads at once.
+class FolderMemory {
+public:
+    /// To be called when `folder` has been listed: all its entries are regular files, except for those in `others`. The
+    /// method for renaming is found out anew afterwards, since another file system may have been mounted there.
+    void SetListed(const QByteArray& folder, QSet<QByteArray> others);
+
+    /// Whether `path` is a regular file according to the last listing of its folder. A file that is newer than the
+    /// listing counts as a regular one: what arrives in an archive are messages.
+    bool IsRegularFile(const QByteArray& path) const;
+
+    /// The best method that is not known to fail in the folder of `path`.
+    RenameMethod MethodFor(const QByteArray& path) const;
+
+    /// To be called when all better methods than this one have failed in the folder of `path`.
+    void SetMethod(const QByteArray& path, RenameMethod method);
+
+private:
+    struct Folder {
+        std::optional<QSet<QByteArray>> others; // empty when the folder has not been listed
+        RenameMethod method = RenameMethod::Atomic;
+    };
+
+    Folder& At(const QByteArray& folder);
+
+    mutable QMutex mutex_;
+    QHash<QByteArray, Folder> folders_;
+};
+
+} // namespace quellbox
+
+#endif

@@ -1,0 +1,51 @@
+#include "messages/CommandStates.h"
+
+#include <gtest/gtest.h>
+
+namespace quellbox {
+namespace {
+
+CommandStates Can(Activity activity, int rows, int selected, int level = 1) {
+    return ComputeCommandStates({activity, rows, selected, level});
+}
+
+TEST(CommandStates, AnEmptyListLeavesWhatNeedsNoMessage) {
+    const CommandStates can = Can(Activity::Idle, 0, 0);
+    EXPECT_FALSE(can.edit || can.onSelected || can.onOne || can.tolerate || can.find);
+    EXPECT_TRUE(can.list && can.whitelist && can.refresh && can.tolerateMenu);
+}
+
+TEST(CommandStates, RowsWithoutSelectionCanBeSearched) {
+    const CommandStates can = Can(Activity::Idle, 3, 0);
+    EXPECT_TRUE(can.edit && can.find);
+    EXPECT_FALSE(can.onSelected || can.onOne || can.tolerate);
+}
+
+TEST(CommandStates, OneSelectedRowCanBeViewedAndTolerated) {
+    const CommandStates can = Can(Activity::Idle, 3, 1);
+    EXPECT_TRUE(can.onSelected && can.onOne && can.tolerate);
+}
+
+TEST(CommandStates, TwoSelectedRowsCanBeDisposedOfButNeitherViewedNorTolerated) {
+    const CommandStates can = Can(Activity::Idle, 3, 2);
+    EXPECT_TRUE(can.onSelected);
+    EXPECT_FALSE(can.onOne || can.tolerate);
+}
+
+TEST(CommandStates, LevelZeroSwitchesTheWhitelistOff) {
+    const CommandStates can = Can(Activity::Idle, 3, 1, 0);
+    EXPECT_FALSE(can.tolerate || can.tolerateMenu || can.whitelist);
+    EXPECT_TRUE(can.onSelected);
+    EXPECT_TRUE(Can(Activity::Idle, 3, 1, 2).whitelist);
+}
+
+TEST(CommandStates, WhileTheWindowIsAtWorkOnlyARefreshCanBeAskedForAndThatOfAListBeingRefreshed) {
+    CommandStates onlyRefresh;
+    onlyRefresh.refresh = true;
+    EXPECT_EQ(Can(Activity::Refreshing, 3, 1), onlyRefresh);
+    EXPECT_EQ(Can(Activity::Working, 3, 1), CommandStates());
+    EXPECT_EQ(Can(Activity::Closing, 3, 1), CommandStates());
+}
+
+} // namespace
+} // namespace quellbox
