@@ -18,7 +18,7 @@ namespace quellbox {
 
 namespace {
 
-/// For QSettings both kinds of slashes begin the name of a subsection.
+/// QSettings takes both separators for a step into a subsection.
 QString EscapedKey(const QString& key) {
     QString escaped = key;
     escaped.replace(QLatin1Char('%'), QLatin1String("%25"));
@@ -197,7 +197,7 @@ private:
     std::unique_ptr<AttendedSettings> settings_;
     QStringList warnings_;
 
-    /// Whether a value was refused since the last flush.
+    /// Whether something was to be stored since the last flush that the store does not take.
     bool refused_ = false;
 };
 

@@ -9,9 +9,8 @@
 namespace quellbox {
 
 /// The per-user store of settings: texts addressed by section and key, under the name of the running executable.
-/// Neither a section nor a key is empty: as an entry of the whitelist, an empty key would match every sender. A
-/// value under an empty name is never read, even if it is in the store, and writing one is refused as by a store that
-/// cannot be written.
+/// Neither a section nor a key is empty: as an entry of the whitelist, an empty key would match every sender. Nothing
+/// is ever read there, wherever it may come from, and what is to be stored there is refused as by an unwritable store.
 class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
@@ -40,7 +39,7 @@ public:
 
 /// The store that the desktop provides: the registry key `HKEY_CURRENT_USER\Software\<name>` on Windows,
 /// `$XDG_CONFIG_HOME/<name>/settings.ini` elsewhere. The registry takes neither a text or name with a NUL nor a section
-/// with a backslash, and keys that differ in case only are the same there. `applicationName` is the base name of
+/// with a backslash, and it does not tell keys apart that differ in case only. `applicationName` is the base name of
 /// the running executable, so that a renamed one starts afresh.
 std::unique_ptr<SettingsStore> OpenSettingsStore(const QString& applicationName);
 
