@@ -2,11 +2,11 @@
 
 #include "mail/DisplayText.h"
 #include "platform/RuntimeError.h"
-#include "settings/frmMessageBox.h"
 #include "ui_frmTolerate.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QKeyEvent>
+#include <QMessageBox>
 
 namespace quellbox {
 
@@ -149,12 +149,20 @@ void frmTolerate::btnOK_Click() {
 }
 
 void frmTolerate::Tell(const char* name, const QString& text) {
-    ShowMessageBox(QMessageBox::Warning, {QLatin1String(name), windowTitle(), text}, this);
+    QMessageBox box(QMessageBox::Warning, windowTitle(), text, QMessageBox::Ok, this);
+    box.setObjectName(QLatin1String(name));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
 }
 
 bool frmTolerate::ConfirmDomain(const QString& domainUpper) {
-    return AskInMessageBox(QMessageBox::Question,
-                           {QStringLiteral("msgDomain"), DomainQuestionTitle(), DomainQuestion(domainUpper)}, this);
+    QString question = DomainQuestion(domainUpper);
+    question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QMessageBox box(QMessageBox::Question, DomainQuestionTitle(), question, QMessageBox::Yes | QMessageBox::No, this);
+    box.setObjectName(QStringLiteral("msgDomain"));
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void frmTolerate::ShowEntries() {

@@ -134,53 +134,6 @@ TEST_F(Tolerate, HasItsTextsAndTabOrder) {
     EXPECT_TRUE(Edit()->hasFocus());
 }
 
-TEST_F(Tolerate, EveryControlHasItsCaptionAndToolTip) {
-    Open({});
-    const QString leftOver = QStringLiteral("Toleration not yet implemented for now");
-    const struct {
-        const char* name;
-        QString caption;
-        QString toolTip;
-    } buttons[] = {{"btnAdd", QStringLiteral("&Add"), QStringLiteral("tolerated sender")},
-                   {"btnRemove", QStringLiteral("&Remove"), QString()},
-                   {"btnAll", QStringLiteral("Remove A&ll"), QStringLiteral("Clear all tolerated senders")},
-                   {"btnHelp", QStringLiteral("&Help"), QString()},
-                   {"btnCancel", QStringLiteral("Cancel"), leftOver},
-                   {"btnOK", QStringLiteral("OK"), leftOver}};
-    for (const auto& [name, caption, toolTip] : buttons) {
-        ASSERT_NE(Button(name), nullptr) << name;
-        EXPECT_EQ(Button(name)->text(), caption) << name;
-        EXPECT_EQ(Button(name)->toolTip(), toolTip) << name;
-    }
-    EXPECT_EQ(dialog->findChild<QWidget*>(QStringLiteral("cboTolerate"))->toolTip(),
-              QStringLiteral("Tolerated senders"));
-}
-
-TEST_F(Tolerate, FieldAndListAreInATypewriterFont) {
-    Open({QStringLiteral("a@x.org")});
-    const QString family = QStringLiteral("Courier New");
-    EXPECT_EQ(Edit()->font().family(), family);
-    EXPECT_EQ(List()->font().family(), family);
-    EXPECT_NE(Button("btnAdd")->font().family(), family);
-}
-
-TEST_F(Tolerate, TheDomainIsAskedForWithAQuestionMark) {
-    Open({QStringLiteral("a@example.com")});
-    Type(QStringLiteral("@example.com"));
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
-    QTimer::singleShot(0, dialog.get(), [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        icon = box->icon();
-        buttons = box->standardButtons();
-        box->button(QMessageBox::No)->click();
-    });
-    Button("btnAdd")->click();
-    EXPECT_EQ(icon, QMessageBox::Question);
-    EXPECT_EQ(buttons, QMessageBox::Yes | QMessageBox::No);
-}
-
 TEST_F(Tolerate, TheTimerRestsWhileTheDialogExists) {
     Open({});
     EXPECT_EQ(timer, QList<bool>({false}));
