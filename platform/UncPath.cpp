@@ -20,7 +20,7 @@ QStringList Components(QString path) {
     return path.split(slash, Qt::SkipEmptyParts);
 }
 
-/// The same after `.` and `..` have been resolved; `..` never leaves the share.
+/// The same for a path that is looked for: `.` is left out, and `..` goes back, but never beyond the share.
 QStringList WantedComponents(const QString& path) {
     const QStringList given = Components(path);
     QStringList wanted = given.mid(0, 2);
@@ -46,7 +46,7 @@ bool BeginsWith(const QStringList& path, const QStringList& start) {
     return true;
 }
 
-/// `root`, followed by the components of `path` after the first `used` ones.
+/// `root` and what stands in `path` behind its first `used` components.
 QString Join(const QString& root, const QStringList& path, qsizetype used, bool asFolder) {
     QString joined = root.endsWith(slash) ? root.chopped(1) : root;
     for (const QString& component : path.mid(used)) {
@@ -67,7 +67,7 @@ bool IsShareType(const QString& type) {
 QStringList MountedComponents(const Mount& mount) {
     QStringList mounted = Components(mount.source);
     const QStringList part = Components(mount.root);
-    // The source names the mounted folder of the share already, unless it is a mount of a mount.
+    // The folder of the share that is mounted stands in the source already, unless it is a mount of a mount.
     if (mounted.mid(std::max<qsizetype>(2, mounted.size() - part.size())) != part) {
         mounted += part;
     }
@@ -101,8 +101,7 @@ QString FindInMountTable(const QString& uncPath, const QString& mountTable) {
             continue;
         }
         const QStringList mounted = MountedComponents(mount);
-        // Of two places of the same folder, a mount of the share is preferred to a mount of its part, else the later
-        // one.
+        // Of two places that show the same, the mount itself is surer than a mount of its part; else the later one.
         const bool isBetter = found == nullptr || mounted.size() > used ||
                               (mounted.size() == used && (mount.root == slash || found->root != slash));
         if (isBetter && BeginsWith(wanted, mounted) && !IsCovered(mounts, index)) {

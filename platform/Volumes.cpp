@@ -1,5 +1,13 @@
 #include "platform/Volumes.h"
 
+#include "platform/FolderPath.h"
+#include "platform/MountedVolumes.h"
+#include "platform/PathBytes.h"
+#include "platform/UncPath.h"
+
+#include <QDir>
+#include <QFile>
+
 #include <algorithm>
 #include <array>
 
@@ -52,5 +60,41 @@ bool IsUserVolume(const QString& root, const QString& fileSystemType) {
     const bool isSystem = IsOneOf(top, systemFolders) && !root.startsWith(QLatin1String("/run/media/"));
     return !isSystem && !IsOneOf(fileSystemType, pseudo);
 }
+
+#ifndef _WIN32
+
+namespace {
+
+QString MountTable() {
+    QFile table(QStringLiteral("/proc/self/mountinfo"));
+    return table.open(QIODevice::ReadOnly) ? PathText(table.readAll()) : QString();
+}
+
+} // namespace
+
+std::vector<Volume> Volumes::Mounted() const {
+    return MountedVolumes(MountTable(), SystemQuestions());
+}
+
+QString Volumes::Resolve(const QString& path) const {
+    if (!IsShareText(path)) {
+        return path;
+    }
+    if (!IsUncPath(path)) {
+        return {};
+    }
+    QString found = FindInMountTable(path, MountTable());
+    if (!found.isEmpty()) {
+        return found;
+    }
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (runtimeFolder.isEmpty()) {
+        return {};
+    }
+    const QString mounts = runtimeFolder + QLatin1String("/gvfs");
+    return FindInShareMounts(path, mounts, QDir(mounts).entryList(QDir::Dirs | QDir::NoDotAndDotDot));
+}
+
+#endif
 
 } // namespace quellbox

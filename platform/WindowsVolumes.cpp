@@ -31,7 +31,7 @@ VolumeKind KindOf(const QString& root) {
     }
 }
 
-/// The share behind a mapped drive like "X:"; empty when the system does not know it.
+/// The share behind a mapped drive like "X:"; empty when the system does not tell.
 QString ShareOf(const QString& drive) {
     std::array<wchar_t, 1024> share{};
     DWORD capacity = share.size();
@@ -41,7 +41,7 @@ QString ShareOf(const QString& drive) {
 
 QString LabelOf(const QString& root) {
     std::array<wchar_t, MAX_PATH + 1> label{};
-    // The system shall not ask the user for a medium.
+    // A drive without a medium is no reason for the system to ask for one.
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
     const bool known = GetVolumeInformationW(Wide(root), label.data(), static_cast<DWORD>(label.size()), nullptr,
@@ -66,30 +66,25 @@ void Name(std::vector<Volume>& volumes) {
     }
 }
 
-class WindowsVolumes : public Volumes {
-public:
-    std::vector<Volume> Mounted() const override {
-        std::vector<Volume> volumes;
-        const DWORD drives = GetLogicalDrives();
-        for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
-            if (((drives >> (letter - u'A')) & 1U) == 0) {
-                continue;
-            }
-            const QString root = QChar(letter) + QStringLiteral(":\\");
-            // A drive without a medium counts: choosing it gives a message that says so.
-            volumes.push_back({{}, root, KindOf(root)});
-        }
-        Name(volumes);
-        return volumes;
-    }
-
-    QString Resolve(const QString& path) const override { return path; }
-};
-
 } // namespace
 
-std::unique_ptr<Volumes> MakeVolumes() {
-    return std::make_unique<WindowsVolumes>();
+std::vector<Volume> Volumes::Mounted() const {
+    std::vector<Volume> volumes;
+    const DWORD drives = GetLogicalDrives();
+    for (char16_t letter = u'A'; letter <= u'Z'; ++letter) {
+        if (((drives >> (letter - u'A')) & 1U) == 0) {
+            continue;
+        }
+        const QString root = QChar(letter) + QStringLiteral(":\\");
+        // A drive without a medium counts: choosing it gives a message that says so.
+        volumes.push_back({{}, root, KindOf(root)});
+    }
+    Name(volumes);
+    return volumes;
+}
+
+QString Volumes::Resolve(const QString& path) const {
+    return path;
 }
 
 } // namespace quellbox

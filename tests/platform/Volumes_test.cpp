@@ -27,7 +27,7 @@ TEST(Volumes, KindFollowsFileSystemThenMedium) {
 }
 
 TEST(Volumes, MountedOnesHaveDistinctExistingRootsInOrder) {
-    const std::vector<Volume> volumes = MakeVolumes()->Mounted();
+    const std::vector<Volume> volumes = Volumes().Mounted();
     for (size_t index = 0; index < volumes.size(); ++index) {
         EXPECT_FALSE(volumes[index].name.isEmpty());
         // One on a network is listed whether or not it can be reached.
@@ -56,21 +56,21 @@ TEST(Volumes, WhatTheSystemMountsForItselfIsNoUserVolume) {
 
 TEST(Volumes, OtherPathsResolveToThemselves) {
     for (const char* path : {"", "/", "/home/mail/", "relative", "//nas/mail", "\\one"}) {
-        EXPECT_EQ(MakeVolumes()->Resolve(Text(path)), Text(path));
+        EXPECT_EQ(Volumes().Resolve(Text(path)), Text(path));
     }
 }
 
 #ifndef _WIN32
 
 TEST(Volumes, TheRootIsAlwaysOneOfThem) {
-    const std::vector<Volume> volumes = MakeVolumes()->Mounted();
+    const std::vector<Volume> volumes = Volumes().Mounted();
     ASSERT_FALSE(volumes.empty());
     EXPECT_EQ(volumes.front().root, Text("/"));
 }
 
 TEST(Volumes, UnmountedShareResolvesToNothing) {
-    EXPECT_EQ(MakeVolumes()->Resolve(Text(R"(\\no-such-server\share\folder)")), QString());
-    EXPECT_EQ(MakeVolumes()->Resolve(Text(R"(\\no-such-server)")), QString());
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\no-such-server\share\folder)")), QString());
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\no-such-server)")), QString());
 }
 
 TEST(Volumes, ShareThatTheDesktopMountedIsFound) {
@@ -79,14 +79,14 @@ TEST(Volumes, ShareThatTheDesktopMountedIsFound) {
     ASSERT_TRUE(QDir().mkpath(mount));
     const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
-    EXPECT_EQ(MakeVolumes()->Resolve(Text(R"(\\SOME-SERVER\mail\spam)")), mount + Text("/spam"));
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\SOME-SERVER\mail\spam)")), mount + Text("/spam"));
     qputenv("XDG_RUNTIME_DIR", before);
 }
 
 #else
 
 TEST(Volumes, DrivesHaveLettersAndKinds) {
-    const std::vector<Volume> volumes = MakeVolumes()->Mounted();
+    const std::vector<Volume> volumes = Volumes().Mounted();
     const auto system =
         std::find_if(volumes.begin(), volumes.end(), [](const Volume& volume) { return volume.root == Text("C:\\"); });
     ASSERT_NE(system, volumes.end());
@@ -98,7 +98,7 @@ TEST(Volumes, DrivesHaveLettersAndKinds) {
 }
 
 TEST(Volumes, SharesAreReachedAsTheyAre) {
-    EXPECT_EQ(MakeVolumes()->Resolve(Text(R"(\\nas\mail\spam)")), Text(R"(\\nas\mail\spam)"));
+    EXPECT_EQ(Volumes().Resolve(Text(R"(\\nas\mail\spam)")), Text(R"(\\nas\mail\spam)"));
 }
 
 #endif
