@@ -6,6 +6,11 @@
 namespace quellbox {
 namespace {
 
+bool Occurs(const QStringMatcher& text, const MessageRow& row, int column) {
+    const bool hasColumn = column >= 0 && column < ColumnCount;
+    return text.indexIn(hasColumn ? row.cells[static_cast<size_t>(column)] : QString()) >= 0;
+}
+
 QString MissText(const MessageListModel& model, const AppState& state) {
     const QString caption = model.headerData(state.HeaderField, Qt::Horizontal, Qt::DisplayRole).toString();
     return QCoreApplication::translate("quellbox", "'%1' not found in header field %2")
@@ -21,11 +26,8 @@ FindResult FindRows(const MessageListModel& model, AppState& state) {
     }
     const QStringMatcher text(state.FindText, Qt::CaseInsensitive);
     const int start = state.FindPosition;
-    QString cell;
     for (int row = start; row < model.Count(); ++row) {
-        cell.resize(0);
-        model.Row(row).AppendCell(state.HeaderField, cell);
-        if (text.indexIn(cell) < 0) {
+        if (!Occurs(text, model.Row(row), state.HeaderField)) {
             continue;
         }
         found.rows.push_back(row);

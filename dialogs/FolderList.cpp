@@ -1,7 +1,6 @@
 #include "dialogs/FolderList.h"
 
 #include "mail/DisplayText.h"
-#include "platform/EntryNames.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
@@ -64,7 +63,7 @@ FolderList ListFolder(const FileSystem& files, const QString& folder) {
         throw FileError(folder, QCoreApplication::translate("quellbox", "This is no full path."));
     }
     const QString path = alone.Path(alone.Opened());
-    return {path, FolderNames(files, path)};
+    return {path, files.FolderNames(path)};
 }
 
 FolderList ListFirstFolder(const FileSystem& files, const std::vector<Volume>& volumes, const QString& folder,

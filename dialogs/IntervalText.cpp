@@ -3,6 +3,7 @@
 #include "settings/TextConversion.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace quellbox {
@@ -15,7 +16,9 @@ bool IsIntervalText(const QString& typed) {
 
 int WholeSeconds(const QString& text) {
     using Limits = std::numeric_limits<int>;
-    return static_cast<int>(std::clamp(LeadingWholeNumber(text), double{Limits::min()}, double{Limits::max()}));
+    // The default rounding mode of the processor takes halves to the even neighbour.
+    const double rounded = std::nearbyint(LeadingNumber(text));
+    return static_cast<int>(std::clamp(rounded, double{Limits::min()}, double{Limits::max()}));
 }
 
 } // namespace quellbox

@@ -1,6 +1,6 @@
 #include "dialogs/frmCleansing.h"
 
-#include "dialogs/CleansingTexts.h"
+#include "dialogs/Cleansing.h"
 #include "mail/DisplayText.h"
 #include "ui_frmCleansing.h"
 
@@ -20,6 +20,11 @@ QString ShownFolder(const QString& folder) {
     return text.size() <= longest ? text : text.left(longest / 2) + QChar(0x2026) + text.right(longest / 2);
 }
 
+// Line feeds alone are what a label takes for the end of a line.
+QString ForLabel(QString text) {
+    return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
 } // namespace
 
 frmCleansing::frmCleansing(AppState& state, QWidget* parent)
@@ -28,7 +33,7 @@ frmCleansing::frmCleansing(AppState& state, QWidget* parent)
     state_.CleansingDays = -1;
     const QIcon picture(QStringLiteral(":/icons/cleansing.svg"));
     ui_->imgCleansing->setPixmap(picture.pixmap(QSize(pictureSize, pictureSize), devicePixelRatioF()));
-    ui_->lblInfo->setText(WithLineFeeds(CleansingIntroduction(ShownFolder(state_.ArchiveDir))));
+    ui_->lblInfo->setText(ForLabel(CleansingIntroduction(ShownFolder(state_.ArchiveDir))));
     const std::pair<QRadioButton*, qint16> options[] = {
         {ui_->optDays0, 0}, {ui_->optDays1, 1}, {ui_->optDays2, 2}, {ui_->optDays7, 7}};
     for (const auto& [option, index] : options) {
@@ -50,7 +55,7 @@ void frmCleansing::optDays_Click(qint16 index) {
     state_.CleansingDays = index;
     // A shorter text must not move the buttons under the pointer.
     ui_->lblInfo->setMinimumHeight(ui_->lblInfo->height());
-    ui_->lblInfo->setText(WithLineFeeds(CleansingQuestion(ShownFolder(state_.ArchiveDir), index)));
+    ui_->lblInfo->setText(ForLabel(CleansingQuestion(ShownFolder(state_.ArchiveDir), index)));
     ui_->btnOK->setEnabled(true);
 }
 

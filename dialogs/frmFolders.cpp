@@ -3,11 +3,12 @@
 #include "mail/DisplayText.h"
 #include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
-#include "settings/frmMessageBox.h"
 #include "ui_frmFolders.h"
 
 #include <QAbstractItemView>
 #include <QDir>
+#include <QMessageBox>
+#include <QtConcurrentRun>
 
 namespace quellbox {
 
@@ -26,7 +27,8 @@ frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     slow_.setSingleShot(true);
     slow_.setInterval(unnoticedMs);
     connect(&slow_, &QTimer::timeout, this, [this] { ui_->fraDevice->setCursor(Qt::BusyCursor); });
-    connect(ui_->chkShare, &QCheckBox::clicked, this, [this](bool isShare) {
+    // Assistive tools check it without a click.
+    connect(ui_->chkShare, &QCheckBox::toggled, this, [this](bool isShare) {
         typesShare_ = isShare;
         chkShare_Click();
         if (!isShare) {
@@ -42,6 +44,15 @@ frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     connect(ui_->dirList, &DirectoryList::Open, this, &frmFolders::OpenEntry);
     connect(ui_->btnOK, &QPushButton::clicked, this, &frmFolders::btnOK_Click);
     connect(ui_->btnCancel, &QPushButton::clicked, this, &frmFolders::reject);
+    connect(&reading_, &QFutureWatcher<Showing>::finished, this, [this] {
+        if (!waits_) {
+            return;
+        }
+        ShowWaiting(false);
+        if (reading_.future().resultCount() > 0) {
+            reading_.result()();
+        }
+    });
     FormLoad();
 }
 
@@ -53,6 +64,7 @@ void frmFolders::FormLoad() {
         ui_->txtShare->setText(state_.SelectedFolder);
     }
     ui_->chkShare->setChecked(isShare);
+    typesShare_ = false; // the user has not touched it yet
     chkShare_Click();
     Read([this, &volumes = ports_.volumes]() -> Showing {
         const std::vector<Volume> mounted = volumes.Mounted();
@@ -140,8 +152,10 @@ void frmFolders::drvList_Change(int index) {
 
 void frmFolders::ReportDrive(const Volume& volume, const QString& error) {
     const QString text = tr("Cannot use drive %1").arg(CleanseForDisplay(DriveOf(volume)));
-    ShowMessageBox(QMessageBox::Warning,
-                   {QStringLiteral("msgDrive"), windowTitle(), text + QStringLiteral("\n\n") + error}, this);
+    QMessageBox box(QMessageBox::Warning, windowTitle(), text + QStringLiteral("\n\n") + error, QMessageBox::Ok, this);
+    box.setObjectName(QStringLiteral("msgDrive"));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
 }
 
 void frmFolders::btnOK_Click() {
@@ -179,16 +193,7 @@ void frmFolders::List(const QString& folder, std::function<void(const Listing&)>
 // Another thread reads, because a share or a drive may take long to answer; what it returns is called on this one,
 // unless something else is read first.
 void frmFolders::Read(std::function<Showing()> read) {
-    reading_.emplace(
-        ports_.pool, 1, [read = std::move(read)](size_t) { return read(); },
-        [this](size_t, const Showing& show) {
-            if (waits_) { // nothing else has been chosen meanwhile
-                ShowWaiting(false);
-                show();
-            }
-        },
-        [](SeriesEnd) {}, oneAtATime);
-    reading_->Start();
+    reading_.setFuture(QtConcurrent::run(&ports_.pool, std::move(read)));
     ShowWaiting(true);
 }
 

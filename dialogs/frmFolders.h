@@ -1,15 +1,16 @@
 #pragma once
 
 #include "dialogs/FolderList.h"
-#include "platform/OrderedWork.h"
 #include "settings/AppState.h"
 
 #include <QDialog>
+#include <QFutureWatcher>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
-#include <optional>
+
+class QThreadPool;
 
 namespace Ui {
 class frmFolders;
@@ -22,7 +23,7 @@ namespace quellbox {
 struct FolderPorts {
     const FileSystem& files;
     const Volumes& volumes;
-    WorkPool& pool;
+    QThreadPool& pool;
 };
 
 /// The dialog that selects a directory, on a drive or as a typed UNC path. It starts with `AppState::SelectedFolder`
@@ -69,7 +70,7 @@ private:
     std::unique_ptr<Ui::frmFolders> ui_;
     std::vector<Volume> volumes_; // as in drvList
     int volume_ = -1;             // the one that dirList shows
-    std::optional<OrderedWork<Showing>> reading_;
+    QFutureWatcher<Showing> reading_;
     QTimer slow_; // runs while what is read may still come soon
     bool waits_ = false;
     bool typesShare_ = false; // the user has turned to the share, which nothing that comes late may disturb

@@ -1,6 +1,6 @@
 #include "dialogs/frmCleansing.h"
 
-#include "dialogs/CleansingTexts.h"
+#include "dialogs/Cleansing.h"
 
 #include <QApplication>
 #include <QGroupBox>

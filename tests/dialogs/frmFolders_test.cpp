@@ -17,6 +17,7 @@
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QTimer>
 #include <QWaitCondition>
 
@@ -51,9 +52,9 @@ public:
         return MemoryFileSystem::FolderExists(folder);
     }
 
-    std::vector<FolderEntry> Entries(const QString& folder) const override {
+    QStringList FolderNames(const QString& folder) const override {
         Wait(folder);
-        return MemoryFileSystem::Entries(folder);
+        return MemoryFileSystem::FolderNames(folder);
     }
 
 private:
@@ -183,7 +184,7 @@ protected:
     HangingFiles files_;
     FakeVolumes volumes_;
     AppState state_;
-    ThreadWorkPool pool_;
+    QThreadPool pool_;
     QTimer boxes_;
     QStringList texts_;
     std::unique_ptr<frmFolders> dialog_;
@@ -232,6 +233,14 @@ TEST_F(Folders, TheSwitchEnablesOneSideAndShowsAnExample) {
     EXPECT_EQ(Status(), R"(X:\DIRECTORY)");
     Click("joe"); // still selected, and a click all the same
     EXPECT_EQ(Status(), "/home/joe");
+}
+
+TEST_F(Folders, TheSwitchWorksWithoutAClickToo) {
+    Open("/home/joe");
+    Find<QCheckBox>("chkShare")->toggle(); // as assistive tools do
+    EXPECT_TRUE(Find<QLineEdit>("txtShare")->isEnabled());
+    EXPECT_FALSE(Find<QGroupBox>("fraDevice")->isEnabled());
+    EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
 }
 
 TEST_F(Folders, ATypedShareIsTakenWhateverItSays) {
@@ -401,7 +410,7 @@ TEST_F(Folders, ASlowFolderNeitherFreezesNorOverridesALaterChoice) {
     Click("ann");
     EXPECT_FALSE(IsWaiting());
     EXPECT_TRUE(Button("btnOK")->isEnabled());
-    pool_.WaitForDone();
+    pool_.waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(Listed(), "/ home ann joe");
     EXPECT_EQ(Folder(), "/home/ann");
@@ -430,7 +439,7 @@ TEST_F(Folders, ASlowDriveCanBeLeftByCancelAndByAShare) {
 TEST_F(Folders, NothingIsWaitedForBeforeTheDialogIsThere) {
     state_.SelectedFolder = NativePath(Text("/home/joe"));
     dialog_ = std::make_unique<frmFolders>(FolderPorts{files_, volumes_, pool_}, state_, nullptr);
-    pool_.WaitForDone();
+    pool_.waitForDone();
     EXPECT_EQ(Drives()->count(), 0) << "what has come is shown by an event";
     EXPECT_TRUE(IsWaiting());
     EXPECT_TRUE(WaitForList());
@@ -452,7 +461,7 @@ TEST_F(Folders, TheDrivesAppearAndCanBeChosenWhileTheFolderDoesNotAnswer) {
     EXPECT_EQ(Listed(), "/ home mnt");
     EXPECT_EQ(Folder(), "/");
     files_.LetAnswer();
-    pool_.WaitForDone();
+    pool_.waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(Listed(), "/ home mnt");
     EXPECT_EQ(Folder(), "/");

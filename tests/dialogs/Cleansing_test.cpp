@@ -1,12 +1,9 @@
-#include "dialogs/CleansingTask.h"
-#include "dialogs/CleansingTexts.h"
+#include "dialogs/Cleansing.h"
 
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
-#include "tests/support/ManualPool.h"
 #include "tests/support/MemoryFileSystem.h"
-#include "tests/support/RunUntil.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,21 +17,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-using Shown = std::function<void(const QString&)>;
-
-/// A run from its start to its end.
-CleansingResult RunToEnd(FileSystem& files, const Clock& clock, const QString& folder, qint16 days,
-                         const Shown& shown) {
-    ThreadWorkPool pool;
-    CleansingTask task(files, pool);
-    CleansingResult result;
-    QObject::connect(&task, &CleansingTask::Removing, shown);
-    QObject::connect(&task, &CleansingTask::Ended, [&result](const CleansingResult& ended) { result = ended; });
-    task.Start(folder, days, clock.Now().date());
-    EXPECT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
-    return result;
-}
-
 class CleansingTest : public testing::Test {
 protected:
     static constexpr qint16 every = 0;
@@ -46,7 +28,7 @@ protected:
     void Add(const QString& name) { Add(name, clock.Now()); }
 
     CleansingResult Run(qint16 days) {
-        return RunToEnd(files, clock, archive, days, [this](const QString& name) { shown += name; });
+        return RemoveArchivedMessages(files, clock, archive, days, [this](const QString& name) { shown += name; });
     }
 
     /// Whether a window of `days` keeps a file of `modified` at the time `now`.
@@ -154,27 +136,8 @@ TEST_F(CleansingTest, ARunAcrossMidnightKeepsWhatWasTodayWhenItBegan) {
     Add(u"a.EML"_s, clock.Now().addDays(-3));
     Add(u"b.EML"_s, QDateTime(today, QTime(12, 0)));
     const auto midnight = [this](const QString&) { clock.Set(QDateTime(today.addDays(1), QTime(0, 0, 1))); };
-    EXPECT_EQ(RunToEnd(files, clock, archive, 1, midnight).count, 1);
+    EXPECT_EQ(RemoveArchivedMessages(files, clock, archive, 1, midnight).count, 1);
     EXPECT_EQ(Left(), "b.EML");
-}
-
-TEST_F(CleansingTest, CancelledItTouchesNoFurtherFile) {
-    for (int number = 1; number <= 60; ++number) {
-        Add(u"m%1.EML"_s.arg(number, 2, 10, QChar(u'0')));
-    }
-    ManualPool pool;
-    CleansingTask task(files, pool);
-    std::optional<CleansingResult> result;
-    QObject::connect(&task, &CleansingTask::Counted, [&task] { task.Cancel(); });
-    QObject::connect(&task, &CleansingTask::Counted, [](int count) { EXPECT_EQ(count, 60); });
-    QObject::connect(&task, &CleansingTask::Ended, [&result](const CleansingResult& ended) { result = ended; });
-    task.Start(archive, every, today);
-    EXPECT_TRUE(RunUntil([&] {
-        pool.RunAll();
-        return result.has_value();
-    }));
-    EXPECT_EQ(result->count, 0);
-    EXPECT_EQ(FileNames(files, archive).size(), 60);
 }
 
 TEST_F(CleansingTest, NoChoiceRemovesNothing) {
@@ -183,12 +146,16 @@ TEST_F(CleansingTest, NoChoiceRemovesNothing) {
     EXPECT_EQ(Left(), "a.EML");
 }
 
-TEST_F(CleansingTest, EveryTwentyFifthFileIsShown) {
+TEST_F(CleansingTest, EveryTwentyFifthFileIsShownBeforeItGoes) {
     for (int number = 1; number <= 60; ++number) {
         Add(u"m%1.EML"_s.arg(number, 2, 10, QChar(u'0')));
     }
     Add(u"kept.txt"_s);
-    EXPECT_EQ(Run(every).count, 60);
+    const CleansingResult result = RemoveArchivedMessages(files, clock, archive, every, [this](const QString& name) {
+        EXPECT_TRUE(files.FileExists(archive + name));
+        shown += name;
+    });
+    EXPECT_EQ(result.count, 60);
     EXPECT_EQ(shown, QStringList({u"m01.EML"_s, u"m26.EML"_s, u"m51.EML"_s}));
 }
 
@@ -256,7 +223,7 @@ protected:
     void Write(const QString& path) { files_->WriteWhole(path, "x"); }
 
     CleansingResult Run(const QString& folder, const std::function<void(const QString&)>& progress) {
-        return RunToEnd(*files_, *MakeClock(), folder, 0, progress);
+        return RemoveArchivedMessages(*files_, Clock(), folder, 0, progress);
     }
 
     QTemporaryDir root_;
@@ -300,19 +267,15 @@ TEST_F(CleansingOfRealFolders, AnArchiveThatVanishesMeanwhileStillCountsItsFiles
     for (int number = 0; number < 30; ++number) {
         Write(Archive(u"m%1.EML"_s.arg(number)));
     }
-    ManualPool pool;
-    CleansingTask task(*files_, pool);
-    CleansingResult result;
-    QObject::connect(&task, &CleansingTask::Counted, [this] { QDir(root_.path()).rename(u"archive"_s, u"gone"_s); });
-    QObject::connect(&task, &CleansingTask::Ended, [&result](const CleansingResult& ended) { result = ended; });
-    task.Start(Archive(), 0, QDate());
-    EXPECT_TRUE(RunUntil([&] {
-        pool.RunAll();
-        return !task.IsRunning();
-    }));
+    int steps = 0;
+    const CleansingResult result = Run(Archive(), [&](const QString&) {
+        if (++steps == 2) {
+            QDir(root_.path()).rename(u"archive"_s, u"gone"_s);
+        }
+    });
     EXPECT_EQ(result.count, 30);
-    EXPECT_EQ(result.failures.size(), 30U);
-    EXPECT_EQ(FileNames(*files_, root_.path() + u"/gone"_s).size(), 30);
+    EXPECT_EQ(result.failures.size(), 5U);
+    EXPECT_EQ(FileNames(*files_, root_.path() + u"/gone"_s).size(), 5);
 }
 
 } // namespace quellbox
