@@ -11,9 +11,17 @@
 #include <fcntl.h>
 #include <limits>
 #include <unistd.h>
-#include <utility>
 
 namespace quellbox {
+
+namespace {
+
+/// The folder of a path with its separator; empty when the path is a bare name.
+QByteArray FolderOf(const QByteArray& path) {
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
+} // namespace
 
 Descriptor::~Descriptor() {
     if (IsOpen()) {
@@ -33,10 +41,6 @@ QByteArray SystemPath(const QString& path) {
     return bytes;
 }
 
-QByteArray FolderOf(const QByteArray& path) {
-    return path.left(path.lastIndexOf('/') + 1);
-}
-
 qint64 ModifiedNs(const struct stat& status) {
     constexpr qint64 second = 1'000'000'000;
     constexpr qint64 first = std::numeric_limits<qint64>::min();
@@ -50,10 +54,6 @@ qint64 ModifiedNs(const struct stat& status) {
         return last;
     }
     return seconds * second + status.st_mtim.tv_nsec;
-}
-
-bool IsUnchanged(const struct stat& before, const struct stat& after) {
-    return before.st_size == after.st_size && ModifiedNs(before) == ModifiedNs(after);
 }
 
 int OpenRegular(const QString& path, struct stat& status) {
@@ -110,20 +110,14 @@ TemporaryFile::TemporaryFile(const QString& target, mode_t mode) : target_(targe
 }
 
 TemporaryFile::~TemporaryFile() {
-    if (number_ >= 0) {
-        ::close(number_);
-    }
+    ::close(number_);
     if (!kept_) {
         ::unlink(path_.constData());
     }
 }
 
-void TemporaryFile::Close() {
+void TemporaryFile::Flush() {
     if (::fsync(number_) != 0) {
-        ThrowFileError(target_, errno);
-    }
-    // The number is free even after an error, and may be another file's by now. EINTR is no failed write.
-    if (::close(std::exchange(number_, -1)) != 0 && errno != EINTR) {
         ThrowFileError(target_, errno);
     }
 }

@@ -31,19 +31,12 @@ private:
 /// the end of a shorter path.
 QByteArray SystemPath(const QString& path);
 
-/// The folder of a path with its separator; empty when the path is a bare name.
-QByteArray FolderOf(const QByteArray& path);
-
 /// The time of last modification in nanoseconds since 1970; the first or last one that can be told (of the years 1677
 /// and 2262) for one beyond.
 qint64 ModifiedNs(const struct stat& status);
 
-/// Whether a file has the same size and time of last modification as before. Inode numbers are not compared, since the
-/// client of a share may invent new ones each time.
-bool IsUnchanged(const struct stat& before, const struct stat& after);
-
-/// Opens a regular file for reading; a FIFO or a device neither blocks nor is accepted. `status` receives
-/// the status of the file. Throws FileError. The caller owns the number that is returned.
+/// Opens a regular file for reading; a FIFO or a device neither blocks nor is accepted. `status` receives what the
+/// system tells of the file. Throws FileError. The caller owns the number that is returned.
 int OpenRegular(const QString& path, struct stat& status);
 
 /// read() that repeats itself after a signal. Throws FileError.
@@ -53,8 +46,7 @@ qint64 ReadSome(int descriptor, char* buffer, qint64 capacity, const QString& pa
 void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& path);
 
 /// A new file beside its later place, under a name that no mail server picks up. Unless Keep() says that it has been
-/// renamed, the destructor removes it. It has to be closed before it is renamed, since some shares refuse to rename
-/// an open file.
+/// renamed, the destructor removes it.
 class TemporaryFile {
 public:
     /// Creates the file in the folder of `target`, with the permissions `mode` less the user's mask. Throws FileError.
@@ -66,9 +58,8 @@ public:
     int Number() const { return number_; }
     const QByteArray& Path() const { return path_; }
 
-    /// Brings the contents to the disk and closes the file. Throws FileError, also where a failed write is reported by
-    /// close() only.
-    void Close();
+    /// Brings the contents to the disk. Throws FileError.
+    void Flush();
     void Keep() { kept_ = true; }
 
 private:
@@ -78,7 +69,7 @@ private:
     bool kept_ = false;
 };
 
-/// Brings the names in the folder of `path` to the disk, where the file system supports that. Throws FileError.
+/// Brings the names in the folder of `path` to the disk, where the file system knows how. Throws FileError.
 void FlushFolderOf(const QString& path);
 
 } // namespace quellbox
