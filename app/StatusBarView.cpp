@@ -50,19 +50,13 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
     : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), tr("State"), this)),
       size_(new StatusPanelView(QStringLiteral("size"), tr("Size or time"), this)),
       count_(new StatusPanelView(QStringLiteral("count"), tr("Number of messages"), this)),
-      prbFiles(new QProgressBar(this)), btnStop(new QToolButton(this)) {
+      prbFiles(new QProgressBar(this)) {
     setObjectName(QStringLiteral("stbBottom"));
     setSizeGripEnabled(true);
     prbFiles->setObjectName(QStringLiteral("prbFiles"));
     prbFiles->setAccessibleName(tr("Progress"));
     prbFiles->setTextVisible(false);
     prbFiles->hide();
-    btnStop->setObjectName(QStringLiteral("btnStop"));
-    btnStop->setText(tr("Stop"));
-    btnStop->setToolTip(tr("Leave alone what has not begun yet (Esc)"));
-    btnStop->setFocusPolicy(Qt::NoFocus);
-    btnStop->hide();
-    connect(btnStop, &QToolButton::clicked, this, &StatusBarView::StopClick);
     const int sampleWidth = fontMetrics().horizontalAdvance(QStringLiteral("00 messages (just today)XX"));
     info_->setMinimumWidth(ToPixels(narrowWidth));
     for (StatusPanelView* panel : {size_, count_}) {
@@ -109,10 +103,9 @@ void StatusBarView::ShowLater() {
     QMetaObject::invokeMethod(this, &StatusBarView::ShowNow, Qt::QueuedConnection);
 }
 
-void StatusBarView::ShowStop(bool show) {
-    btnStop->setVisible(show);
-    btnStop->raise();
-    PlaceProgress();
+void StatusBarView::ShowAtOnce() {
+    ShowNow();
+    repaint();
 }
 
 void StatusBarView::ShowNow() {
@@ -122,14 +115,10 @@ void StatusBarView::ShowNow() {
     count_->Show({panels_.Count().text, tr("Number of archived files")});
 }
 
-// The button stands at the end of the same panel.
 void StatusBarView::PlaceProgress() {
     const QRect panel = size_->geometry();
-    const int top = ToPixels(40);
-    const int stop = btnStop->isHidden() ? 0 : btnStop->sizeHint().width();
-    prbFiles->setGeometry(panel.left() + ToPixels(10), top, panel.width() - ToPixels(20) - stop,
+    prbFiles->setGeometry(panel.left() + ToPixels(10), ToPixels(40), panel.width() - ToPixels(20),
                           height() - ToPixels(60));
-    btnStop->setGeometry(panel.right() - stop, top / 2, stop, height() - top / 2);
 }
 
 } // namespace quellbox
