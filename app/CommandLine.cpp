@@ -19,9 +19,8 @@ namespace {
 
 /// The arguments that may be options.
 std::vector<std::string_view> Options(int argc, char** argv) {
-    std::vector<std::string_view> arguments(argv + std::min(argc, 1), argv + argc);
-    arguments.erase(std::find(arguments.begin(), arguments.end(), "--"), arguments.end());
-    return arguments;
+    const std::vector<std::string_view> arguments(argv + std::min(argc, 1), argv + argc);
+    return {arguments.begin(), std::find(arguments.begin(), arguments.end(), "--")};
 }
 
 bool IsAmong(const std::vector<std::string_view>& options, std::string_view option) {

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
-#include <QToolButton>
 
 namespace quellbox {
 
@@ -41,17 +40,14 @@ public:
     /// Shows the progress bar from 0 to `maximum`, or hides it.
     void ShowFileProgress(bool show, int maximum);
 
-    /// Offers to stop the job that runs, or no longer does.
-    void ShowStop(bool show);
+    /// Paints what the panels say before it returns, although no event runs.
+    void ShowAtOnce();
 
     QProgressBar& Progress() { return *prbFiles; }
 
 Q_SIGNALS:
     /// The panel with that key was clicked.
     void PanelClick(const QString& key);
-
-    /// The job that runs is to be stopped.
-    void StopClick();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -67,7 +63,6 @@ private:
     StatusPanelView* size_;
     StatusPanelView* count_;
     QProgressBar* prbFiles;
-    QToolButton* btnStop;
 };
 
 } // namespace quellbox

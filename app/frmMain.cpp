@@ -2,20 +2,20 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayPresence.h"
+#include "app/TrayIcon.h"
 #include "app/frmHelp.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
 #include "settings/SettingsTable.h"
-#include "settings/frmMessageBox.h"
 #include "settings/frmPlacement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenu>
+#include <QMessageBox>
 
 namespace quellbox {
 
@@ -28,13 +28,13 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     }
     tmrRefresh = new QTimer(this);
     tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
+    MakeLoader();
     CreateMenus();
-    CreateContents();
     CreateToolbars();
     CreatePanes();
     ConnectList();
-    CreateTray();
-    ConnectJobs();
+    ConnectContents();
+    ConnectTray();
     ApplySettings();
     connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
@@ -43,7 +43,10 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
 }
 
 frmMain::~frmMain() {
-    contents_.reset();
+    if (ports_.tray != nullptr) {
+        ports_.tray->SetMenu(nullptr);
+    }
+    delete view_;
     help_.reset();
     qApp->removeEventFilter(this);
 }
@@ -63,7 +66,6 @@ void frmMain::ApplySettings() {
     state_.ActiveFilterDays = filterPressed ? QString::number(state_.FilterDays) : QStringLiteral("0");
     buttons_[QStringLiteral("attachment")]->setChecked(state_.ContentsAttachment != 0);
     buttons_[QStringLiteral("collapse")]->setChecked(state_.ContentsCollapse != 0);
-    contents_->SetToggles({state_.ContentsCollapse != 0, state_.ContentsAttachment != 0});
     mnuViewStatus->setChecked(state_.StatusBar);
     mnuViewToolbar->setChecked(state_.Toolbar);
     mnuViewContents->setChecked(state_.Contents);
@@ -71,7 +73,7 @@ void frmMain::ApplySettings() {
     mnuViewBulk->setChecked(state_.BulkMode);
     mnuViewFormat->setChecked(true);
     ShowBulkMode();
-    tray_->FollowEntry();
+    ShowTrayIcon(mnuViewHide->isChecked() ? 1 : 0, ports_.program.Title);
     LayOut();
     DividePanes();
     ShowSortArrow();
@@ -80,12 +82,6 @@ void frmMain::ApplySettings() {
         // The box comes with the first turn of the event loop, above the window.
         QTimer::singleShot(0, this, [this] { ReportError(loadErrors_.join(QStringLiteral("\n\n"))); });
     }
-}
-
-void frmMain::CreateTray() {
-    tray_ = std::make_unique<TrayPresence>(
-        TrayParts{*this, *mnuViewHide, *mnuTray, ports_.tray, state_, ports_.program.Title});
-    connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
 }
 
 void frmMain::UpdateMainCaption() {
@@ -112,12 +108,15 @@ void frmMain::SaveAllSettings() {
 void frmMain::closeEvent(QCloseEvent* event) {
     closing_ = true;
     tmrRefresh->stop();
-    jobs_.Close();
-    contents_->Close();
+    if (pass_) {
+        pass_->Cancel();
+    }
+    CancelLoading(); // it would open the viewer again
+    CloseViewer();
     if (help_ != nullptr) {
         help_->close();
     }
-    tray_->Close();
+    ShowTrayIcon(0, ports_.program.Title);
     const bool historyIsPending = UnloadFind();
     if (ports_.savesSettings && !isMinimized()) {
         Guarded([this] { SaveAllSettings(); });
@@ -138,7 +137,10 @@ void frmMain::ReportError(const QString& text) {
     }
     const std::function<void(bool)> runTimer = TimerSwitch();
     runTimer(false);
-    ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), text}, this);
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quellbox"), text, QMessageBox::Ok, this);
+    box.setObjectName(QStringLiteral("msgError"));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
     runTimer(true);
 }
 

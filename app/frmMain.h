@@ -1,10 +1,11 @@
 #pragma once
 
-#include "app/ContentsPane.h"
-#include "app/ErrorReport.h"
-#include "app/WindowJobs.h"
+#include "archive/RefreshPass.h"
+#include "contents/MessageLoader.h"
+#include "contents/frmRawPane.h"
+#include "contents/frmView.h"
 #include "messages/SortState.h"
-#include "messages/StatusPanels.h"
+#include "platform/RuntimeError.h"
 #include "platform/Shell.h"
 #include "platform/Volumes.h"
 #include "settings/ProgramInfo.h"
@@ -12,9 +13,11 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QMainWindow>
+#include <QPointer>
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
+#include <QTreeWidget>
 
 #include <functional>
 #include <memory>
@@ -26,7 +29,6 @@ class frmFind;
 class MessageListView;
 class StatusBarView;
 class TrayIcon;
-class TrayPresence;
 class frmHelp;
 
 /// The ports that the main window works with; they outlive it.
@@ -35,12 +37,12 @@ struct MainPorts {
     SettingsStore& store;
     const Clock& clock;
     const Shell& shell;
-    WorkPool& pool;
+    QThreadPool& pool;
     const Volumes& volumes;
     const ProgramInfo& program;
     TrayIcon* tray = nullptr; ///< null is a desktop without a notification area
-    /// How long the panes may show the message before, until the one that was clicked is there: no longer than a frame
-    /// or two, yet long enough for an ordinary message, which so appears without the panes being empty in between.
+    /// How long a click waits for its message before the window goes on without it: no longer than a frame or two, yet
+    /// long enough for an ordinary message, which so appears without the panes being empty in between.
     std::chrono::milliseconds patience{24};
     /// Takes the errors that the user is to read; none given, each is shown in a message box.
     std::function<void(const QString& text)> reportError{};
@@ -58,10 +60,10 @@ public:
     explicit frmMain(MainPorts ports, const QString& archive = QString());
     ~frmMain() override;
 
-    /// Begins a refresh; a full one when `LastAddedFile` is empty. Does nothing while a job runs.
+    /// One refresh pass; a full one when `LastAddedFile` is empty. Does nothing while a pass runs.
     void RefreshArchive(bool markNew);
 
-    /// The Refresh command: a full refresh with the current filter, at once or when the present job has ended.
+    /// The Refresh command: a full refresh with the current filter.
     void mnuAcRefresh_Click();
 
     /// Counts the selection, fills the panels and sets what is enabled. Returns the number of selected rows.
@@ -84,13 +86,10 @@ public:
     StatusPanels& Panels() { return panels_; }
 
     /// True while something of a message that was clicked is still to be read.
-    bool IsLoading() const { return contents_->IsLoading(); }
-
-    /// The long jobs; whoever waits for their end finds the signals there.
-    WindowJobs& Jobs() { return jobs_; }
+    bool IsLoading() const { return loader_->IsBusy(); }
 
 Q_SIGNALS:
-    /// A refresh has ended, and is shown. One that has given way to the user is not told.
+    /// A refresh pass has ended.
     void Refreshed();
 
     /// A search found nothing; the computer beeps.
@@ -104,10 +103,19 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// What is done with a message that is being read.
+    struct Loading {
+        QString path;
+        bool ifExists = false;   // a file that has gone empties the panes without a word
+        bool text = false;       // to be shown in rtfRaw
+        bool structure = false;  // to be shown in trvMessage; the row becomes read
+        bool forViewer = false;  // the text is to be shown in the viewer too
+        bool takesPlace = false; // without its text, rtfRaw is empty
+    };
+
     // frmMain.cpp: creation, loading, unloading
     void LoadSettings();
     void ApplySettings();
-    void CreateTray();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
@@ -132,7 +140,6 @@ private:
     void mnuViewToolbar_Click();
     void mnuViewStatus_Click();
     void mnuView_Click();
-    bool HoldsBack(const QObject* watched, const QEvent& event) const;
     void splWhole_Moved();
     void splBottom_Moved();
     bool WindowKeyDown(QWidget& widget, QEvent* event);
@@ -150,27 +157,13 @@ private:
     void lvwMessages_MouseUp();
     void PopUpMessageMenu(QPoint screen);
     void ShowSortArrow();
-    void TakeHeaders(const QString& path, const HeaderFields& headers);
-    void ShowCommands();
-    void OfferView();
+    void ReadMessageHeaders(int row);
     void mnuEdit_Click();
     void mnuEditSelectAll_Click();
     void MarkSelected(bool unread);
     void mnuEditMarkAllRead_Click();
 
     // frmMainRefresh.cpp
-    void ConnectJobs();
-    void jobs_ActivityChanged();
-    void jobs_RefreshEnded(const RefreshResult& result);
-    void ShowRefreshed(const RefreshResult& result);
-    void ShowWhatIsListed(const RefreshResult& result);
-    void TellWhyNothingIsListed(const RefreshResult& result);
-    void RefreshIfDue();
-    bool MayChange();
-    void ShowFirstMessage();
-    void ShowBusy();
-    void ShowDone();
-    void ShowProgress(int value);
     void tmrRefresh_Timer();
     void FirstTick();
     void SetRefreshInterval();
@@ -179,12 +172,11 @@ private:
     void ShowFileProgress(bool show, int maximum);
     void mnuViewBulk_Click();
     void ShowBulkMode();
+    void FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead);
     void SortList();
 
     // frmMainActions.cpp
     void ProcessSelectedMessages(qint16 action);
-    void jobs_DisposalEnded(const DisposalResult& result);
-    void OfferToTolerate(int row);
     void ShowNextMessage(int row);
     void mnuActions_Click();
     void mnuActionsDelete_Click();
@@ -214,11 +206,11 @@ private:
 
     // frmMainCleansing.cpp
     void CleanseArchive();
-    void jobs_CleansingEnded(const CleansingResult& result);
+    void RefreshAfterCleansing();
+    qint32 RemoveOldMessages();
 
     // frmMainPickupTest.cpp
     void SendPickupTest();
-    void ConfirmAndSend();
 
     // frmMainOptions.cpp
     void mnuToolsOptions_Click();
@@ -226,6 +218,22 @@ private:
     void ToggleFilter();
     void ShowOptions();
     void ShowOptionsOn(int tab);
+
+    // frmMainTray.cpp
+    void ConnectTray();
+    bool TrayExists() const;
+    void mnuViewHide_Click();
+    void mnuTrExit_Click();
+    void traSystemTray_RightButton();
+    void RestoreFromTray();
+    void ShowTrayIcon(int show, const QString& tip);
+    void ExplainHiding();
+    void HideWhenMinimized();
+    void tmrTray_Timer();
+    void RememberWindowState();
+    void SetSavedWindowState();
+    bool OtherFormIsLoaded() const;
+    void OfferTrayMenu();
 
     // frmMainHelp.cpp
     void mnuHelpStarting_Click(qint16 index);
@@ -241,14 +249,25 @@ private:
     void mnuHelpAbout_Click();
 
     // frmMainContents.cpp
-    void CreateContents();
+    void ConnectContents();
     int SelectedRow() const;
     QString MessagePath(int row) const;
-    int RowOfPath(const QString& path) const;
     void ShowMessage(int row);
-    void ShowWholeText();
-    void MarkAsRead(const QString& path);
+    void MakeLoader();
+    void LoadMessage(int row, Loading wanted);
+    void CancelLoading();
+    void AwaitMessage();
+    void TakeAnswer(const MessageAnswer& answer, const QPersistentModelIndex& row);
+    void ShowMessageStructure(const StructureTree& structure);
+    void MarkAsRead(const QPersistentModelIndex& row);
+    void FillTree();
+    void ClearTree();
+    void ApplyToggles(bool expandAll);
+    void trvMessage_NodeClick(const QTreeWidgetItem* node);
+    void tlbContents_ButtonClick(const QString& key);
     void mnuMessageView_Click();
+    void ShowViewer();
+    void CloseViewer();
 
     MainPorts ports_;
     AppState state_;
@@ -256,32 +275,30 @@ private:
     StatusPanels panels_;
     SortState sort_;
     QStringList loadErrors_; // reported once the window is shown
+    bool busy_ = false;
     bool busyIsShown_ = false;
     bool hourglassIsShown_ = false;
     bool closing_ = false;
-    int timerHolds_ = 0;       // dialogs, one above the other, that rest the refresh timer
-    bool timerGoesOn_ = false; // when none rests it any more, the timer keeps its interval
-    WindowJobs jobs_{{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_};
-    int selectedRows_ = 0; // as last counted
-    bool offersView_ = true;
-    bool refreshIsDue_ = false; // the Refresh command was given while a job ran
-    bool refreshIsByTick_ = false;
-    bool gaveWay_ = false;            // a look for new messages is being ended in favour of the user
-    bool cannotFollowIsTold_ = false; // that the message listed last has gone
-    bool tooManyIsTold_ = false;
-    std::optional<qint32> cleansed_;                     // messages that a run has removed, until its refresh has ended
-    RefreshOutcome outcome_ = RefreshOutcome::Completed; // of the latest refresh
+    int timerHolds_ = 0;        // dialogs, one above the other, that rest the refresh timer
+    bool timerGoesOn_ = false;  // when none rests it any more, the timer keeps its interval
+    bool refreshIsDue_ = false; // the Refresh command was given while a pass ran
+    std::optional<RefreshPass> pass_;
+    RefreshOutcome outcome_ = RefreshOutcome::Completed;
     bool LoadOnItemClick = false;
     Qt::MouseButton LastMouseButton = Qt::NoButton;
     int ClickedColumn = 0;
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores
-    std::unique_ptr<ContentsPane> contents_;
-    std::unique_ptr<TrayPresence> tray_;
+    std::unique_ptr<MessageLoader> loader_;
+    std::optional<Loading> loading_; // of the message that is being read, what has not come yet
+    StructureTree structure_;        // what trvMessage shows
+    QPointer<frmView> view_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
     std::unique_ptr<frmHelp> help_; // made when help is first asked for
 
     MessageListView* lvwMessages = nullptr;
+    QTreeWidget* trvMessage = nullptr;
+    RawPane* rtfRaw = nullptr;
     QSplitter* splWhole = nullptr;
     QSplitter* splBottom = nullptr;
     QWidget* clbLeft = nullptr;
@@ -289,6 +306,7 @@ private:
     QToolBar* tlbContents = nullptr;
     StatusBarView* stbBottom = nullptr;
     QTimer* tmrRefresh = nullptr;
+    QTimer* tmrTray = nullptr; // runs while the window is hidden
 
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;
@@ -313,14 +331,19 @@ private:
     QAction* mnuToolsCleansing = nullptr;
     QAction* mnuMessageTolerate = nullptr;
     QAction* mnuMessageView = nullptr;
-    QHash<QString, QAction*> buttons_;   // of both toolbars, by key
-    std::vector<QAction*> listCommands_; // that can be used only while no job runs
+    QHash<QString, QAction*> buttons_; // of both toolbars, by key
 };
 
 /// Runs a handler so that a run-time error ends in a message box and the program goes on.
 template <class Handler>
 void frmMain::Guarded(Handler handler) {
-    RunReporting(handler, [this](const QString& text) { ReportError(text); });
+    try {
+        handler();
+    } catch (const RuntimeError& error) {
+        ReportError(error.Text());
+    } catch (const std::exception& error) {
+        ReportError(QString::fromUtf8(error.what()));
+    }
 }
 
 } // namespace quellbox

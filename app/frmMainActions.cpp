@@ -2,13 +2,12 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "mail/DisplayText.h"
+#include "messages/Disposal.h"
 #include "messages/FormatSize.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QApplication>
 
-#include <memory>
 #include <numeric>
 
 namespace quellbox {
@@ -28,18 +27,18 @@ std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
 } // namespace
 
 void frmMain::ProcessSelectedMessages(qint16 action) {
-    jobs_.Dispose(action, {state_.ArchiveDir, state_.PickupDir}, RowsOf(lvwMessages->SelectedRanges()));
-}
-
-void frmMain::jobs_DisposalEnded(const DisposalResult& result) {
-    LogFailures(result.failures);
-    if (closing_) {
+    if (busy_ || pass_) {
         return;
     }
+    const auto showProgress = [this](int rowsLeft) {
+        panels_.SetCount(QString::number(rowsLeft));
+        stbBottom->ShowAtOnce(); // no event runs before the end
+    };
+    const DisposalResult result = DisposeOfMessages(ports_.files, action, {state_.ArchiveDir, state_.PickupDir},
+                                                    RowsOf(lvwMessages->SelectedRanges()), model_, showProgress);
+    DropFailures(result.failures);
     if (result.rowsGone > 0 || model_.Count() == 0) {
         ShowNextMessage(result.nextRow);
-    } else {
-        UpdateSelectionStatus();
     }
     SortList();
 }
@@ -58,21 +57,26 @@ void frmMain::ShowNextMessage(int row) {
         UpdateSelectionStatus();
     } catch (const RuntimeError& error) {
         // A size that cannot be counted must not keep the message from being shown.
-        LogFailures({{MessagePath(row), error.Text()}});
+        DropFailures({{MessagePath(row), error.Text()}});
     }
-    contents_->ShowNext(MessagePath(row));
+    Loading wanted;
+    wanted.text = true;
+    wanted.structure = true;
+    wanted.takesPlace = true; // of the message that has just gone
+    LoadMessage(row, wanted);
+    AwaitMessage();
     const MessageRow& next = model_.Row(row);
-    panels_.SetInfo(next.Key());
-    panels_.SetSize(FormatSize(next.Size()), panels_.Size().toolTip);
+    panels_.SetInfo(next.key);
+    panels_.SetSize(FormatSize(next.cells[ColumnSize].toLongLong()), panels_.Size().toolTip);
     panels_.SetCount(tr("%n messages", nullptr, model_.Count()));
 }
 
-// While the menu is open its entries are for the current row; the keys are for the selection.
 void frmMain::mnuActions_Click() {
     const QModelIndex current = lvwMessages->currentIndex();
     const bool isSelected = current.isValid() && lvwMessages->selectionModel()->isRowSelected(current.row());
-    mnuActionsDelete->setEnabled(isSelected && mnuActionsDelete->isEnabled());
-    mnuActionsUnblock->setEnabled(isSelected && mnuActionsUnblock->isEnabled());
+    mnuActionsDelete->setEnabled(isSelected);
+    mnuActionsUnblock->setEnabled(isSelected);
+    mnuActionsTolerate->setEnabled(buttons_[QStringLiteral("tolerate")]->isEnabled());
 }
 
 void frmMain::mnuActionsDelete_Click() {
@@ -91,38 +95,18 @@ void frmMain::mnuMessageUnblock_Click() {
     mnuActionsUnblock_Click();
 }
 
+// The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
 void frmMain::TolerateSelectedSender() {
     const int row = SelectedRow();
-    if (row < 0) {
+    if (row < 0 || busy_ || pass_) {
         return;
     }
-    const bool knowsSender = !mnuViewBulk->isChecked() || !model_.Row(row).Cell(ColumnTo).isEmpty();
-    if (knowsSender) {
-        OfferToTolerate(row);
-        return;
-    }
-    // A message that bulk mode has not opened has a sender all the same.
-    const QString path = MessagePath(row);
-    const auto read = std::make_shared<HeaderFields>();
-    jobs_.Call(
-        [&files = ports_.files, path, read]() -> WindowJobs::Error {
-            *read = ReadHeaderFields(files, path);
-            return std::nullopt;
-        },
-        [this, path, read](const WindowJobs::Error&) {
-            TakeHeaders(path, *read);
-            OfferToTolerate(RowOfPath(path));
-        });
-}
-
-// The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
-void frmMain::OfferToTolerate(int row) {
     {
         const MessageRow& message = model_.Row(row);
         frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
         dialog.SetMode(ToleranceWord::tolerate);
-        dialog.SetSender(message.Tag());
-        dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
+        dialog.SetSender(message.tag);
+        dialog.SetStatus(ShownText(message.cells[ColumnFrom]));
         dialog.exec();
     }
     if (!closing_ && state_.ToleranceResult == ToleranceWord::ok) {
@@ -131,6 +115,9 @@ void frmMain::OfferToTolerate(int row) {
 }
 
 void frmMain::MaintainWhitelist() {
+    if (busy_ || pass_) {
+        return;
+    }
     QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
     frmTolerate dialog(ports_.store, state_, TimerSwitch(), above != nullptr ? above : this);
     dialog.SetMode(ToleranceWord::whitelist);

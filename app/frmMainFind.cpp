@@ -7,27 +7,39 @@
 namespace quellbox {
 
 void frmMain::mnuEditFind_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = 0;
     ShowFindDialog();
 }
 
 void frmMain::mnuEditFindNext_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = 0;
     FindNext();
 }
 
 void frmMain::mnuEditFindAll_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.FindAll = -1;
     state_.FindText.isEmpty() ? ShowFindDialog() : FindNext();
 }
 
 void frmMain::mnuMessageFind_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     state_.HeaderField = static_cast<qint16>(ClickedColumn);
     mnuEditFind_Click();
 }
 
 void frmMain::ShowFindDialog() {
-    if (find_ && find_->isVisible()) {
+    if (busy_ || pass_ || (find_ && find_->isVisible())) {
         return;
     }
     if (!find_) {
@@ -59,6 +71,9 @@ bool frmMain::UnloadFind() {
 }
 
 void frmMain::FindNext() {
+    if (busy_ || pass_) {
+        return;
+    }
     const FindResult found = FindRows(model_, state_);
     if (found.rows.empty()) {
         panels_.SetInfo(found.missText);

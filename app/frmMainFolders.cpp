@@ -44,12 +44,17 @@ QString frmMain::SelectDirectory(qint16 index) {
     return directory;
 }
 
-// The rows go at once: nothing may be done to the messages of one archive in another.
+// A pass over the directory that was left ends, and one over the new one follows. The rows go at once: nothing may be
+// done to the messages of one archive in another.
 void frmMain::LeaveArchive() {
     state_.LastAddedFile.clear();
     state_.LastArrival = {};
+    if (pass_) {
+        pass_->Cancel();
+        refreshIsDue_ = true;
+    }
     ClearMessageView();
-    contents_->Forget(); // readers that are stuck in the archive that was left are none of the other's
+    MakeLoader(); // readers that are stuck in the archive that was left are none of the other's
     UpdateSelectionStatus();
 }
 

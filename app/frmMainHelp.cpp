@@ -1,4 +1,4 @@
-#include "app/TrayPresence.h"
+#include "app/TrayIcon.h"
 #include "app/frmAbout.h"
 #include "app/frmHelp.h"
 #include "app/frmMain.h"
@@ -61,7 +61,9 @@ frmHelp& frmMain::HelpWindow() {
 void frmMain::LetUseBesideDialogs() {
     const QWidget* modal = QApplication::activeModalWidget();
     QWindow* owner = modal != nullptr ? modal->windowHandle() : nullptr;
-    tray_->KeepUsableBeside(owner);
+    if (ports_.tray != nullptr) {
+        ports_.tray->BelongTo(owner);
+    }
     if (help_ != nullptr && help_->isVisible()) {
         help_->windowHandle()->setTransientParent(owner);
     }

@@ -2,13 +2,11 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayPresence.h"
 #include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QMenuBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -29,12 +27,24 @@ void frmMain::CreatePanes() {
     lvwMessages->setModel(&model_);
     lvwMessages->setMinimumHeight(smallestPane);
 
-    contents_->Tree().setMinimumWidth(smallestPane);
-    contents_->Raw().setMinimumWidth(smallestPane);
+    trvMessage = new QTreeWidget(this);
+    trvMessage->setObjectName(QStringLiteral("trvMessage"));
+    trvMessage->setAccessibleName(tr("Message format layout"));
+    trvMessage->setToolTip(tr("Message format layout"));
+    trvMessage->setHeaderHidden(true);
+    trvMessage->setUniformRowHeights(true);
+    trvMessage->setMinimumWidth(smallestPane);
+
+    rtfRaw = new RawPane(this);
+    rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
+    rtfRaw->setAccessibleName(tr("Raw message contents"));
+    rtfRaw->setToolTip(tr("Raw message contents"));
+    rtfRaw->setMinimumWidth(smallestPane);
+
     splBottom = new QSplitter(Qt::Horizontal, this);
     splBottom->setObjectName(QStringLiteral("splBottom"));
-    splBottom->addWidget(&contents_->Tree());
-    splBottom->addWidget(&contents_->Raw());
+    splBottom->addWidget(trvMessage);
+    splBottom->addWidget(rtfRaw);
     splBottom->setCollapsible(1, false);
     splBottom->setMinimumHeight(smallestPane);
 
@@ -94,7 +104,7 @@ void frmMain::DividePanes() {
     splWhole->setSizes({list, height - list});
     const int width = std::max(splBottom->width(), 2 * smallestPane);
     const int tree = mnuViewFormat->isChecked() ? treePaneSize_ : 0;
-    contents_->Tree().setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
+    trvMessage->setMinimumWidth(mnuViewFormat->isChecked() ? smallestPane : 0);
     splBottom->setSizes({tree, std::max(width - tree, 0)});
     LetPanesHaveFocus();
 }
@@ -102,8 +112,8 @@ void frmMain::DividePanes() {
 // A pane of no size must not get the focus: nobody would see where the keys go.
 void frmMain::LetPanesHaveFocus() {
     const bool contents = mnuViewContents->isChecked();
-    contents_->Raw().setFocusPolicy(contents ? Qt::StrongFocus : Qt::NoFocus);
-    contents_->Tree().setFocusPolicy(contents && mnuViewFormat->isChecked() ? Qt::StrongFocus : Qt::NoFocus);
+    rtfRaw->setFocusPolicy(contents ? Qt::StrongFocus : Qt::NoFocus);
+    trvMessage->setFocusPolicy(contents && mnuViewFormat->isChecked() ? Qt::StrongFocus : Qt::NoFocus);
     const QWidget* focus = focusWidget();
     if (focus != nullptr && focus->focusPolicy() == Qt::NoFocus) {
         lvwMessages->setFocus();
@@ -116,7 +126,7 @@ void frmMain::ShowContentsBand() {
 
 void frmMain::mnuView_Click() {
     mnuViewFormat->setEnabled(mnuViewContents->isChecked());
-    tray_->ExplainHiding();
+    ExplainHiding();
 }
 
 void frmMain::mnuViewContents_Click() {
@@ -161,7 +171,7 @@ void frmMain::splBottom_Moved() {
     mnuViewContents->setChecked(splWhole->sizes().value(1) > splitBarWidth);
     if (mnuViewFormat->isChecked()) {
         treePaneSize_ = tree;
-        contents_->Tree().setMinimumWidth(smallestPane);
+        trvMessage->setMinimumWidth(smallestPane);
     }
     ShowContentsBand();
     LetPanesHaveFocus();
@@ -183,6 +193,7 @@ void frmMain::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         LayOut();
         DividePanes();
+        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
@@ -191,6 +202,7 @@ void frmMain::resizeEvent(QResizeEvent* event) {
     if (isMinimized()) {
         return;
     }
+    RememberWindowState();
     LayOut();
 }
 
@@ -198,6 +210,10 @@ void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::FontChange && lvwMessages != nullptr) {
         lvwMessages->FitColumns();
+    } else if (event->type() == QEvent::WindowStateChange) {
+        RememberWindowState();
+        // A window cannot be hidden in the midst of what minimizes it.
+        QTimer::singleShot(0, this, [this] { HideWhenMinimized(); });
     }
 }
 
@@ -212,29 +228,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     if (widget != nullptr && isKey && WindowKeyDown(*widget, event)) {
         return true;
     }
-    if (HoldsBack(watched, *event)) {
-        return true;
-    }
     return QMainWindow::eventFilter(watched, event);
-}
-
-// While a job works on the list, no key and no click changes the list or its selection. They are dropped, not kept: a
-// key that repeats must not delete the next message.
-bool frmMain::HoldsBack(const QObject* watched, const QEvent& event) const {
-    if (!jobs_.IsAtWork() || jobs_.GivesWay()) {
-        return false;
-    }
-    switch (event.type()) {
-    case QEvent::KeyPress:
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::ContextMenu:
-        return watched == lvwMessages || watched == lvwMessages->viewport() ||
-               watched == lvwMessages->header()->viewport();
-    default:
-        return false;
-    }
 }
 
 // What the other windows of the program need of this one, so that they need not know it.
@@ -242,7 +236,7 @@ void frmMain::FormShownOrHidden(const QWidget* form) {
     if (form->isVisible()) {
         ConnectHelpButton(form);
     }
-    tray_->OfferMenu();
+    OfferTrayMenu();
     // What is modal is known only when the window has come or gone.
     QTimer::singleShot(0, this, [this] { LetUseBesideDialogs(); });
 }
@@ -262,10 +256,6 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
         event->ignore();
         return true;
     }
-    // An Escape that leaves the menus is meant for nothing else.
-    if (qobject_cast<const QMenuBar*>(&widget) != nullptr) {
-        return false;
-    }
     // What the focused control leaves alone passes here again on its way up.
     if (widget.hasFocus() || (&widget == this && focusWidget() == nullptr)) {
         FormKeyDown(key->key());
@@ -276,13 +266,10 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
 void frmMain::FormKeyDown(int key) {
     PutOffRefresh();
-    if (key == Qt::Key_Escape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
-        jobs_.Stop();
-    } else if (key == Qt::Key_Escape) {
-        MayChange();
+    if (key == Qt::Key_Escape) {
         state_.FindText.clear();
         Guarded([this] { ClearSelection(); });
-        contents_->CloseViewer();
+        CloseViewer();
     }
 }
 

@@ -2,29 +2,15 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "app/TrayPresence.h"
+#include "app/TrayIcon.h"
 #include "archive/MessageHeaders.h"
-#include "messages/CommandStates.h"
 
 #include <QApplication>
 #include <QHeaderView>
 #include <QIcon>
 #include <QMenu>
 
-#include <algorithm>
-#include <limits>
-#include <numeric>
-
 namespace quellbox {
-
-namespace {
-
-int CountOf(const std::vector<RowRange>& ranges) {
-    return std::accumulate(ranges.begin(), ranges.end(), 0,
-                           [](int count, const RowRange& range) { return count + range.last - range.first + 1; });
-}
-
-} // namespace
 
 void frmMain::ConnectList() {
     const auto guarded = [this](auto method) {
@@ -54,7 +40,7 @@ void frmMain::SortList() {
 }
 
 void frmMain::lvwMessages_ColumnClick(int column) {
-    if (model_.Count() == 0) {
+    if (model_.Count() == 0 || busy_) {
         return;
     }
     sort_.Click(column);
@@ -68,45 +54,40 @@ void frmMain::lvwMessages_ColumnClick(int column) {
 }
 
 void frmMain::lvwMessages_ItemClick(int row) {
-    if (model_.Row(row).Cell(ColumnTo).isEmpty() && mnuViewBulk->isChecked()) {
-        contents_->ReadHeaders(MessagePath(row));
+    if (model_.Row(row).cells[ColumnTo].isEmpty() && mnuViewBulk->isChecked()) {
+        ReadMessageHeaders(row);
     }
     if (LoadOnItemClick) {
         UpdateSelectionStatus();
     }
     ShowMessage(row);
+    AwaitMessage();
     if (LastMouseButton == Qt::RightButton) {
         PopUpMessageMenu(QCursor::pos());
     }
 }
 
-void frmMain::TakeHeaders(const QString& path, const HeaderFields& headers) {
-    const int place = RowOfPath(path);
-    if (place < 0) {
-        return; // the list has changed since
-    }
-    const MessageRow& row = model_.Row(place);
-    MessageTexts texts = row.Texts();
-    FillTexts(texts, headers);
-    state_.strXSender = texts.tag;
-    model_.Update(place, row.WithTexts(texts));
+void frmMain::ReadMessageHeaders(int row) {
+    const QPersistentModelIndex place(model_.index(row, 0)); // the list may change before the answer comes
+    loader_->LoadHeaders(MessagePath(row), [this, place](const MessageAnswer& answer) {
+        if (answer.kind != MessageAnswer::Kind::Headers || !place.isValid()) {
+            return;
+        }
+        MessageRow contents = model_.Row(place.row());
+        FillRow(contents, answer.headers);
+        state_.strXSender = contents.tag;
+        model_.Update(place.row(), std::move(contents));
+    });
 }
 
 void frmMain::PopUpMessageMenu(QPoint screen) {
     // The press that selected the row came after the commands were enabled for what was selected before.
-    OfferView();
+    mnuMessageView->setEnabled(UpdateSelectionStatus() == 1);
     mnuMessageTolerate->setEnabled(buttons_[QStringLiteral("tolerate")]->isEnabled());
     mnuMessage->popup(screen);
 }
 
-// View is for one message. What is selected when a mouse button goes down, or the menu pops up, decides.
-void frmMain::OfferView() {
-    offersView_ = UpdateSelectionStatus() == 1;
-    ShowCommands();
-}
-
 void frmMain::lvwMessages_KeyDown() {
-    MayChange();
     LoadOnItemClick = true;
     LastMouseButton = Qt::NoButton;
 }
@@ -116,11 +97,10 @@ void frmMain::lvwMessages_KeyPress() {
 }
 
 void frmMain::lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x) {
-    MayChange();
     constexpr auto modifierKeys = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
     LastMouseButton = button;
     LoadOnItemClick = (modifiers & modifierKeys) == Qt::NoModifier;
-    OfferView();
+    mnuMessageView->setEnabled(UpdateSelectionStatus() == 1);
     ClickedColumn = lvwMessages->ColumnAt(x);
 }
 
@@ -130,50 +110,32 @@ void frmMain::lvwMessages_MouseUp() {
 }
 
 qint16 frmMain::UpdateSelectionStatus() {
+    const QAction* filter = buttons_[QStringLiteral("filter")];
     const std::vector<RowRange> selected = lvwMessages->SelectedRanges();
-    const int count = CountOf(selected);
-    // Should adding up the sizes fail, there still is a selection: it holds the periodic refresh back, and can be
-    // disposed of.
-    state_.SelectedCount = static_cast<qint16>(std::min<int>(count, std::numeric_limits<qint16>::max()));
-    selectedRows_ = count;
-    ShowCommands();
-    const SelectionStatus status =
-        ComputeSelectionStatus(model_, selected, state_, buttons_[QStringLiteral("filter")]->isChecked());
+    // Should adding up the sizes fail, there still is a selection, which holds the periodic refresh back.
+    state_.SelectedCount = selected.empty() ? 0 : 1;
+    const SelectionStatus status = ComputeSelectionStatus(model_, selected, state_, filter->isChecked());
     state_.SelectedCount = status.SelectedCount;
+    mnuEdit->menuAction()->setEnabled(status.hasRows);
     if (status.hasRows) {
         panels_.SetInfo(status.info.text);
         panels_.SetSize(status.size.text, status.size.toolTip);
         panels_.SetCount(status.count);
-        tray_->ShowCount(status.count);
+        if (ports_.tray != nullptr) {
+            ports_.tray->SetTip(ports_.program.Title + QStringLiteral(": ") + status.count);
+        }
     }
+    for (auto button = buttons_.cbegin(); button != buttons_.cend(); ++button) {
+        button.value()->setEnabled(status.hasSelection);
+    }
+    buttons_[QStringLiteral("find")]->setEnabled(status.hasRows);
+    buttons_[QStringLiteral("filter")]->setEnabled(true);
+    buttons_[QStringLiteral("cleansing")]->setEnabled(true);
+    buttons_[QStringLiteral("whitelist")]->setEnabled(status.usesWhitelist);
+    buttons_[QStringLiteral("tolerate")]->setEnabled(status.canTolerate);
+    mnuMessageTolerate->setEnabled(status.usesWhitelist);
+    mnuActions_Click(); // a shortcut works without the menu having been opened
     return state_.SelectedCount;
-}
-
-// A short job is not to be seen as one: until it is shown, the commands look as before, and are held back.
-void frmMain::ShowCommands() {
-    const Activity shown = busyIsShown_ ? jobs_.Now() : Activity::Idle;
-    const CommandStates can = ComputeCommandStates({shown, model_.Count(), selectedRows_, state_.TolerationLevel});
-    for (QAction* entry : listCommands_) {
-        entry->setEnabled(can.list);
-    }
-    mnuEdit->menuAction()->setEnabled(can.edit);
-    mnuMessageView->setEnabled(can.list && offersView_);
-    for (const char* key : {"delete", "unblock", "collapse", "attachment"}) {
-        buttons_[QLatin1String(key)]->setEnabled(can.onSelected);
-    }
-    buttons_[QStringLiteral("tolerate")]->setEnabled(can.tolerate);
-    buttons_[QStringLiteral("find")]->setEnabled(can.find);
-    buttons_[QStringLiteral("filter")]->setEnabled(can.refresh);
-    buttons_[QStringLiteral("cleansing")]->setEnabled(can.list);
-    buttons_[QStringLiteral("whitelist")]->setEnabled(can.whitelist);
-    for (QAction* entry : {mnuActionsDelete, mnuActionsUnblock}) {
-        entry->setEnabled(can.onSelected);
-    }
-    mnuActionsTolerate->setEnabled(can.tolerate);
-    mnuMessageTolerate->setEnabled(can.tolerateMenu);
-    for (QAction* entry : {mnuAcRefresh, mnuViewBulk}) {
-        entry->setEnabled(can.refresh);
-    }
 }
 
 void frmMain::ClearSelection() {
@@ -191,17 +153,21 @@ void frmMain::mnuEdit_Click() {
 }
 
 void frmMain::mnuEditSelectAll_Click() {
-    if (model_.Count() == 0) {
+    if (busy_ || model_.Count() == 0) {
         return;
     }
     SetBusy(true, model_.Count());
     lvwMessages->selectAll();
     SetBusy(false, 0);
-    contents_->ClearText();
+    CancelLoading();
+    rtfRaw->clear();
     UpdateSelectionStatus();
 }
 
 void frmMain::MarkSelected(bool unread) {
+    if (busy_) {
+        return;
+    }
     SetBusy(true, model_.Count());
     for (const RowRange& range : lvwMessages->SelectedRanges()) {
         model_.MarkRows(range.first, range.last, unread);

@@ -1,4 +1,3 @@
-#include "app/TrayPresence.h"
 #include "app/frmMain.h"
 
 #include <QIcon>
@@ -39,42 +38,33 @@ void frmMain::CreateMenus() {
     const auto on = [this](QAction* entry, auto handler) {
         connect(entry, &QAction::triggered, this, [this, handler] { Guarded(handler); });
     };
-    // What changes the list, its selection or the settings waits for no job, and none may run.
-    const auto change = [this](QAction* entry, auto handler) {
-        listCommands_.push_back(entry);
-        connect(entry, &QAction::triggered, this, [this, handler] {
-            if (MayChange()) {
-                Guarded(handler);
-            }
-        });
-    };
     mnuFile = AddMenu(this, "mnuFile", tr("&File"));
     QMenu* mnuOpenFolder = AddMenu(this, "mnuOpenFolder", tr("Folder"));
     mnuFile->addMenu(mnuOpenFolder);
     QAction* archive = AddEntry(mnuOpenFolder, "mnuOpenFolderSelect0", tr("Archive..."));
     QAction* pickup = AddEntry(mnuOpenFolder, "mnuOpenFolderSelect1", tr("Pickup..."));
     AddBar(mnuFile, "mnuFileExitBar");
-    change(archive, [this] { mnuOpenFolderSelect_Click(0); });
-    change(pickup, [this] { mnuOpenFolderSelect_Click(1); });
+    on(archive, [this] { mnuOpenFolderSelect_Click(0); });
+    on(pickup, [this] { mnuOpenFolderSelect_Click(1); });
     QAction* exit = AddEntry(mnuFile, "mnuFiExit", tr("E&xit"));
     connect(exit, &QAction::triggered, this, &QWidget::close);
 
     mnuEdit = AddMenu(this, "mnuEdit", tr("&Edit"));
-    change(AddEntry(mnuEdit, "mnuEditSelectNone", tr("Select &None"), QStringLiteral("Ctrl+N")),
-           [this] { ClearSelection(); });
-    change(AddEntry(mnuEdit, "mnuEditSelectAll", tr("Select &All"), QStringLiteral("Ctrl+A")),
-           [this] { mnuEditSelectAll_Click(); });
+    on(AddEntry(mnuEdit, "mnuEditSelectNone", tr("Select &None"), QStringLiteral("Ctrl+N")),
+       [this] { ClearSelection(); });
+    on(AddEntry(mnuEdit, "mnuEditSelectAll", tr("Select &All"), QStringLiteral("Ctrl+A")),
+       [this] { mnuEditSelectAll_Click(); });
     AddBar(mnuEdit, "mnuEditMarkBar");
-    change(AddEntry(mnuEdit, "mnuEditMarkRead", tr("Mar&k as Read")), [this] { MarkSelected(false); });
-    change(AddEntry(mnuEdit, "mnuEditMarkUnread", tr("Mark as U&nread")), [this] { MarkSelected(true); });
-    change(AddEntry(mnuEdit, "mnuEditMarkAllRead", tr("Mark All as R&ead")), [this] { mnuEditMarkAllRead_Click(); });
+    on(AddEntry(mnuEdit, "mnuEditMarkRead", tr("Mar&k as Read")), [this] { MarkSelected(false); });
+    on(AddEntry(mnuEdit, "mnuEditMarkUnread", tr("Mark as U&nread")), [this] { MarkSelected(true); });
+    on(AddEntry(mnuEdit, "mnuEditMarkAllRead", tr("Mark All as R&ead")), [this] { mnuEditMarkAllRead_Click(); });
     AddBar(mnuEdit, "mnuEditFindBar");
     QAction* find = AddEntry(mnuEdit, "mnuEditFind", tr("&Find..."), QStringLiteral("Ctrl+F"));
     mnuEditFindNext = AddEntry(mnuEdit, "mnuEditFindNext", tr("Find &Next"), QStringLiteral("F3"));
     QAction* findAll = AddEntry(mnuEdit, "mnuEditFindAll", tr("Find A&ll"), QStringLiteral("Shift+F3"));
-    change(find, [this] { mnuEditFind_Click(); });
-    change(mnuEditFindNext, [this] { mnuEditFindNext_Click(); });
-    change(findAll, [this] { mnuEditFindAll_Click(); });
+    on(find, [this] { mnuEditFind_Click(); });
+    on(mnuEditFindNext, [this] { mnuEditFindNext_Click(); });
+    on(findAll, [this] { mnuEditFindAll_Click(); });
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
     // Its key works without the menu having been opened, even with an empty text, which occurs everywhere.
     connect(mnuEdit, &QMenu::aboutToHide, this, [this] { mnuEditFindNext->setEnabled(true); });
@@ -94,9 +84,9 @@ void frmMain::CreateMenus() {
     on(mnuViewBulk, [this] { mnuViewBulk_Click(); });
     on(mnuViewToolbar, [this] { mnuViewToolbar_Click(); });
     on(mnuViewStatus, [this] { mnuViewStatus_Click(); });
-    change(mnuViewContents, [this] { mnuViewContents_Click(); });
+    on(mnuViewContents, [this] { mnuViewContents_Click(); });
     on(mnuViewFormat, [this] { mnuViewFormat_Click(); });
-    on(mnuViewHide, [this] { tray_->mnuViewHide_Click(); });
+    on(mnuViewHide, [this] { mnuViewHide_Click(); });
     connect(mnuView, &QMenu::aboutToShow, this, &frmMain::mnuView_Click);
 
     mnuActions = AddMenu(this, "mnuActions", tr("&Actions"));
@@ -106,11 +96,10 @@ void frmMain::CreateMenus() {
     mnuActionsDelete = AddEntry(mnuActions, "mnuActionsDelete", tr("&Delete"), QStringLiteral("Del"));
     mnuActionsUnblock = AddEntry(mnuActions, "mnuActionsUnblock", tr("&Unblock"), QStringLiteral("Ctrl+U"));
     mnuActionsTolerate = AddEntry(mnuActions, "mnuActionsTolerate", tr("&Tolerate..."), QStringLiteral("Ctrl+T"));
-    change(mnuActionsDelete, [this] { mnuActionsDelete_Click(); });
-    change(mnuActionsUnblock, [this] { mnuActionsUnblock_Click(); });
-    change(mnuActionsTolerate, [this] { TolerateSelectedSender(); });
+    on(mnuActionsDelete, [this] { mnuActionsDelete_Click(); });
+    on(mnuActionsUnblock, [this] { mnuActionsUnblock_Click(); });
+    on(mnuActionsTolerate, [this] { TolerateSelectedSender(); });
     connect(mnuActions, &QMenu::aboutToShow, this, &frmMain::mnuActions_Click);
-    connect(mnuActions, &QMenu::aboutToHide, this, &frmMain::ShowCommands);
 
     // Each of these acts on the next message as soon as one is done; a key held down must not go through the list.
     for (QAction* command : {mnuActionsDelete, mnuActionsUnblock, mnuActionsTolerate}) {
@@ -123,10 +112,10 @@ void frmMain::CreateMenus() {
     AddBar(mnuTools, "mnuToolsOptionsBar");
     mnuToolsOptions = AddEntry(mnuTools, "mnuToolsOptions", tr("&Options..."));
 
-    change(test, [this] { SendPickupTest(); });
-    change(mnuToolsCleansing, [this] { CleanseArchive(); });
+    on(test, [this] { SendPickupTest(); });
+    on(mnuToolsCleansing, [this] { CleanseArchive(); });
 
-    change(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
+    on(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
 
     mnuHelp = AddMenu(this, "mnuHelp", tr("&Help"));
     QAction* starting = AddEntry(mnuHelp, "mnuHelpStarting0", tr("&Getting Started"));
@@ -148,23 +137,23 @@ void frmMain::CreateMenus() {
     }
 
     mnuMessage = AddMenu(this, "mnuMessage", tr("Message"));
-    change(AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete")), [this] { mnuMessageDelete_Click(); });
-    change(AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock")), [this] { mnuMessageUnblock_Click(); });
+    on(AddEntry(mnuMessage, "mnuMessageDelete", tr("&Delete")), [this] { mnuMessageDelete_Click(); });
+    on(AddEntry(mnuMessage, "mnuMessageUnblock", tr("&Unblock")), [this] { mnuMessageUnblock_Click(); });
     mnuMessageTolerate = AddEntry(mnuMessage, "mnuMessageTolerate", tr("&Tolerate..."));
-    change(mnuMessageTolerate, [this] { TolerateSelectedSender(); });
+    on(mnuMessageTolerate, [this] { TolerateSelectedSender(); });
     AddBar(mnuMessage, "mnuBarHelpView");
     QAction* findHere = AddEntry(mnuMessage, "mnuMessageFind", tr("&Find..."));
-    change(findHere, [this] { mnuMessageFind_Click(); });
+    on(findHere, [this] { mnuMessageFind_Click(); });
     mnuMessageView = AddEntry(mnuMessage, "mnuMessageView", tr("&View", "what to do with a message"));
-    change(mnuMessageView, [this] { mnuMessageView_Click(); });
+    on(mnuMessageView, [this] { mnuMessageView_Click(); });
     mnuMessage->setDefaultAction(mnuMessageView);
 
     mnuTray = AddMenu(this, "mnuTray", tr("Tray"));
     QAction* restore = AddEntry(mnuTray, "mnuTrRestore", tr("Restore"));
     AddBar(mnuTray, "mnuTrExBar");
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
-    on(restore, [this] { tray_->RestoreFromTray(); });
-    on(trayExit, [this] { tray_->mnuTrExit_Click(); });
+    on(restore, [this] { RestoreFromTray(); });
+    on(trayExit, [this] { mnuTrExit_Click(); });
     mnuTray->setDefaultAction(restore);
 }
 
@@ -204,13 +193,10 @@ void frmMain::CreateToolbars() {
     AddButton(tlbContents, "collapse", tr("Collapse or Expand all parts"), true);
     AddButton(tlbContents, "attachment", tr("Reveal attachment"), true);
     connect(tlbMessages, &QToolBar::actionTriggered, this, [this](const QAction* button) {
-        const QString key = button->property("key").toString();
-        if (key == QLatin1String("filter") || MayChange()) {
-            Guarded([this, key] { tlbMessages_ButtonClick(key); });
-        }
+        Guarded([this, button] { tlbMessages_ButtonClick(button->property("key").toString()); });
     });
     connect(tlbContents, &QToolBar::actionTriggered, this, [this](const QAction* button) {
-        contents_->tlbContents_ButtonClick(button->property("key").toString(), button->isChecked());
+        Guarded([this, button] { tlbContents_ButtonClick(button->property("key").toString()); });
     });
 }
 

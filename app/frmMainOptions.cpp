@@ -17,6 +17,9 @@ constexpr const char* refreshMark = "Tag"; // of mnuToolsOptions: "X" when the d
 // Another archive, which the dialog lets the user select, has left the list empty; that is no reason to wait for a
 // tick.
 void frmMain::mnuToolsOptions_Click() {
+    if (busy_ || pass_) {
+        return;
+    }
     const QString archive = state_.ArchiveDir;
     ShowOptions();
     if (!mnuToolsOptions->property(refreshMark).toString().isEmpty() || state_.ArchiveDir != archive) {
@@ -28,7 +31,7 @@ void frmMain::mnuToolsOptions_Click() {
 // The refresh mark is deliberately left alone: whatever was chosen, this refreshes.
 void frmMain::stbBottom_PanelClick(const QString& key) {
     const int tab = key == QLatin1String("count") ? filteringTab : key == QLatin1String("size") ? settingsTab : -1;
-    if (tab < 0 || !MayChange()) {
+    if (tab < 0 || busy_ || pass_) {
         return;
     }
     ShowOptionsOn(tab);
@@ -39,7 +42,7 @@ void frmMain::stbBottom_PanelClick(const QString& key) {
 void frmMain::ToggleFilter() {
     QAction* filter = buttons_[QStringLiteral("filter")];
     if (filter->isChecked() && state_.FilterDays == 0) {
-        if (!MayChange()) {
+        if (busy_ || pass_) {
             filter->setChecked(false);
             return;
         }

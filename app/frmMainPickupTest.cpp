@@ -2,67 +2,47 @@
 
 #include "dialogs/PickupTest.h"
 #include "mail/DisplayText.h"
-#include "platform/RuntimeError.h"
-#include "settings/frmMessageBox.h"
 
 #include <QLocale>
+#include <QMessageBox>
 
 namespace quellbox {
 
 namespace {
 
 bool ConfirmPickupTest(const QString& pickupDir, QWidget* parent) {
-    return AskInMessageBox(QMessageBox::Warning,
-                           {QStringLiteral("msgConfirm"), WindowTitle(pickupDir), PickupTestQuestion()}, parent);
-}
-
-WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
-                                const QString& moment) {
-    try {
-        WritePickupTest(files, userName, pickupDir, moment);
-        return std::nullopt;
-    } catch (const RuntimeError& error) {
-        return error.Text();
-    }
+    QString question = PickupTestQuestion();
+    question.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QMessageBox box(QMessageBox::Warning, WindowTitle(pickupDir), question, QMessageBox::Yes | QMessageBox::No, parent);
+    box.setObjectName(QStringLiteral("msgConfirm"));
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    box.setEscapeButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 } // namespace
 
 // The test goes on whatever became of the selection; the question shows the folder that is then in force.
 void frmMain::SendPickupTest() {
+    if (busy_ || pass_) {
+        return;
+    }
     if (!IsPickupSetUp(state_.PickupDir, ports_.program.Directory)) {
         panels_.SetInfo(tr("Exchange Pickup Directory not setup yet."));
         mnuOpenFolderSelect_Click(1);
     }
-    if (jobs_.IsIdle()) {
-        ConfirmAndSend();
-        return;
-    }
-    // The selection is followed by a refresh.
-    connect(
-        &jobs_, &WindowJobs::JobEnded, this, [this] { Guarded([this] { ConfirmAndSend(); }); },
-        Qt::SingleShotConnection);
-}
-
-void frmMain::ConfirmAndSend() {
     panels_.SetInfo({});
     const std::function<void(bool)> runTimer = TimerSwitch();
     runTimer(false);
     const bool isConfirmed = ConfirmPickupTest(state_.PickupDir, this);
     runTimer(true);
-    if (!isConfirmed || !MayChange()) {
+    if (!isConfirmed || closing_) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());
-    jobs_.Call([&files = ports_.files, user = state_.UserName, folder = state_.PickupDir,
-                moment] { return TryPickupTest(files, user, folder, moment); },
-               [this](const WindowJobs::Error& error) {
-                   if (error) {
-                       ReportError(*error);
-                   } else {
-                       panels_.SetInfo(tr("Testmessage send. Verify postmaster mailbox now!"));
-                   }
-               });
+    WritePickupTest(ports_.files, state_.UserName, state_.PickupDir, moment);
+    panels_.SetInfo(tr("Testmessage send. Verify postmaster mailbox now!"));
 }
 
 } // namespace quellbox

@@ -3,157 +3,87 @@
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "archive/RefreshTimer.h"
-#include "mail/DisplayText.h"
 
 #include <QApplication>
 #include <QLocale>
 
-#include <algorithm>
 #include <utility>
 
 namespace quellbox {
 
-void frmMain::ConnectJobs() {
-    connect(&jobs_, &WindowJobs::ActivityChanged, this, &frmMain::jobs_ActivityChanged);
-    connect(&jobs_, &WindowJobs::BusyDue, this, [this](int maximum) { SetBusy(true, maximum); });
-    connect(&jobs_, &WindowJobs::Progress, this, &frmMain::ShowProgress);
-    connect(stbBottom, &StatusBarView::StopClick, &jobs_, &WindowJobs::Stop);
-    connect(&jobs_, &WindowJobs::RefreshCounted, this, [this] { panels_.SetCount({}); });
-    connect(&jobs_, &WindowJobs::RowsAdded, this, [this](int rows) {
-        panels_.SetCount(QString::number(rows));
-        ShowProgress(rows);
-    });
-    connect(&jobs_, &WindowJobs::RowsLeft, this, [this](int rows) { panels_.SetCount(QString::number(rows)); });
-    connect(&jobs_, &WindowJobs::RefreshEnded, this,
-            [this](const RefreshResult& result) { Guarded([&] { jobs_RefreshEnded(result); }); });
-    connect(&jobs_, &WindowJobs::DisposalEnded, this,
-            [this](const DisposalResult& result) { Guarded([&] { jobs_DisposalEnded(result); }); });
-    connect(&jobs_, &WindowJobs::Removing, this,
-            [this](const QString& name) { panels_.SetInfo(tr("Removing %1").arg(CleanseForDisplay(name))); });
-    connect(&jobs_, &WindowJobs::CleansingEnded, this,
-            [this](const CleansingResult& result) { Guarded([&] { jobs_CleansingEnded(result); }); });
-    connect(&jobs_, &WindowJobs::JobEnded, this, &frmMain::RefreshIfDue);
-}
-
-// What was shown on entering the busy state is taken back, and the list is sorted as its arrow says.
-void frmMain::jobs_ActivityChanged() {
-    if (jobs_.IsAtWork()) {
-        return;
-    }
-    if (busyIsShown_) {
-        SetBusy(false, 0);
-    } else {
-        SortList();
-    }
-}
-
 void frmMain::RefreshArchive(bool markNew) {
-    if (!jobs_.IsIdle() || closing_) {
+    if (busy_ || pass_ || closing_) {
         return;
     }
-    tmrRefresh->stop();
-    refreshIsByTick_ = markNew;
     ClearContents();
-    if (state_.LastAddedFile.isEmpty()) {
-        panels_.SetCount({});
+    RefreshCallbacks callbacks;
+    callbacks.clearView = [this] { ClearMessageView(); };
+    callbacks.enterBusy = [this](int maximum) { SetBusy(true, maximum); };
+    callbacks.showProgress = [this](int value) { stbBottom->Progress().setValue(value); };
+    callbacks.runEvents = [] { QCoreApplication::processEvents(); };
+    pass_.emplace(RefreshPorts{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_, panels_,
+                  std::move(callbacks));
+    const QString archive = state_.ArchiveDir;
+    const auto finish = [this, &archive](RefreshOutcome outcome, bool lastMessageWasRead) {
+        pass_.reset();
+        if (state_.ArchiveDir != archive) {
+            ClearMessageView(); // nothing may be done to the rows of one archive in another
+        }
+        FinishRefresh(outcome, lastMessageWasRead);
+    };
+    try {
+        const RefreshOutcome outcome = pass_->Run(markNew, mnuViewBulk->isChecked());
+        finish(outcome, pass_->LastMessageWasRead());
+    } catch (...) {
+        finish(RefreshOutcome::Cancelled, false);
+        throw;
     }
-    jobs_.Refresh(markNew, mnuViewBulk->isChecked());
 }
 
-void frmMain::jobs_RefreshEnded(const RefreshResult& result) {
-    LogFailures(result.failures);
-    outcome_ = result.outcome;
+void frmMain::FinishRefresh(RefreshOutcome outcome, bool lastMessageWasRead) {
+    outcome_ = outcome;
+    if (busy_) {
+        SetBusy(false, 0);
+    }
     if (closing_) {
         return;
     }
-    SetRefreshInterval();
-    if (gaveWay_) {
-        return; // to what the user does now
-    }
-    ShowRefreshed(result);
-    Q_EMIT Refreshed();
-}
-
-void frmMain::ShowRefreshed(const RefreshResult& result) {
-    // After a cleansing, rows of messages that have gone must not stay for want of a new list.
-    if (result.outcome == RefreshOutcome::ArchiveMissing || (cleansed_ && !result.reason.isEmpty())) {
-        ClearMessageView();
-    }
-    if (result.reason.isEmpty()) {
-        ShowWhatIsListed(result);
+    if (outcome == RefreshOutcome::Completed || outcome == RefreshOutcome::Cancelled) {
+        ClearSelection();
     } else {
+        // The panel "info" says why there is nothing to list; only what is enabled and the count follow the list.
+        const QString reason = panels_.Info().text;
         UpdateSelectionStatus();
-        TellWhyNothingIsListed(result);
+        panels_.SetInfo(reason);
     }
-    if (model_.Count() > 0 && result.lastMessageWasRead) {
+    if (model_.Count() > 0 && lastMessageWasRead) {
         lvwMessages->scrollTo(model_.index(0, 0));
     }
     panels_.SetSize(QLocale().toString(ports_.clock.Now(), QStringLiteral("dd-MMM hh:mm:ss")),
                     tr("Time of last screen update"));
     ShowFileProgress(false, 0);
-}
-
-void frmMain::ShowWhatIsListed(const RefreshResult& result) {
-    tooManyIsTold_ = false;
-    const bool isTold = std::exchange(cannotFollowIsTold_, result.cannotFollow);
-    if (result.cannotFollow && isTold) {
-        return; // and the text stays until another one takes its place
-    }
-    if (isVisible()) {
-        panels_.SetInfo(tr("Done"));
-    }
-    ClearSelection();
-    if (result.cannotFollow) {
-        panels_.SetInfo(
-            tr("New messages are not listed, because the message that was listed last has gone. Press F5 to "
-               "list them."));
-    }
-}
-
-// A tick says in a box that there are too many files, but only the first one does.
-void frmMain::TellWhyNothingIsListed(const RefreshResult& result) {
-    panels_.SetInfo(result.reason);
-    if (result.outcome == RefreshOutcome::ArchiveMissing) {
-        panels_.SetCount({});
-    }
-    if (result.outcome != RefreshOutcome::TooMany) {
-        return;
-    }
-    const bool isTold = std::exchange(tooManyIsTold_, true);
-    if (!cleansed_ && !(isTold && refreshIsByTick_)) {
-        ReportError(result.reason);
-    }
-}
-
-void frmMain::RefreshIfDue() {
-    if (std::exchange(refreshIsDue_, false)) {
+    if (refreshIsDue_) {
+        refreshIsDue_ = false;
         QTimer::singleShot(0, this, [this] { mnuAcRefresh_Click(); });
     }
+    Q_EMIT Refreshed();
 }
 
-// Something that the user does goes before a look for new messages that has found none yet.
-bool frmMain::MayChange() {
-    if (jobs_.GivesWay()) {
-        gaveWay_ = true;
-        jobs_.GiveUp();
-        gaveWay_ = false;
-    }
-    return jobs_.IsIdle() && !closing_;
-}
-
-// What was toggled while a job runs, the filter or bulk mode, takes effect when it has ended.
 void frmMain::mnuAcRefresh_Click() {
-    if (!MayChange()) {
-        refreshIsDue_ = !closing_;
+    if (busy_ || pass_) {
+        // What was toggled meanwhile, the filter or bulk mode, takes effect when the pass has ended.
+        refreshIsDue_ = pass_.has_value();
         return;
     }
+    tmrRefresh->stop();
     state_.LastAddedFile.clear();
     state_.ActiveFilterDays = QString::number(buttons_[QStringLiteral("filter")]->isChecked() ? state_.FilterDays : 0);
-    RefreshArchive(false);
+    Guarded([this] { RefreshArchive(false); });
+    SetRefreshInterval();
 }
 
 void frmMain::tmrRefresh_Timer() {
-    if (!jobs_.IsIdle()) {
+    if (busy_ || pass_) {
         return;
     }
     switch (DecideTick(tmrRefresh->interval(), ports_.clock.Now().date(), model_.Count(), state_)) {
@@ -171,22 +101,21 @@ void frmMain::tmrRefresh_Timer() {
     case TickAction::IncrementalRefresh:
         break;
     }
-    RefreshArchive(true);
+    Guarded([this] { RefreshArchive(true); });
+    SetRefreshInterval();
 }
 
 void frmMain::FirstTick() {
-    connect(
-        this, &frmMain::Refreshed, this, [this] { Guarded([this] { ShowFirstMessage(); }); }, Qt::SingleShotConnection);
-    RefreshArchive(false);
-}
-
-void frmMain::ShowFirstMessage() {
-    if (model_.Count() == 0) {
-        return;
-    }
-    lvwMessages->SelectOnly(0);
-    LoadOnItemClick = true;
-    lvwMessages_ItemClick(0);
+    tmrRefresh->stop();
+    Guarded([this] {
+        RefreshArchive(false);
+        if (model_.Count() > 0 && !closing_) {
+            lvwMessages->SelectOnly(0);
+            LoadOnItemClick = true;
+            lvwMessages_ItemClick(0);
+        }
+    });
+    SetRefreshInterval();
 }
 
 void frmMain::SetRefreshInterval() {
@@ -197,47 +126,38 @@ void frmMain::SetRefreshInterval() {
         return;
     }
     tmrRefresh->setInterval(interval);
-    // A dialog may have become active while the refresh ran.
+    // A dialog may have become active while the pass ran.
     if (timerHolds_ == 0) {
         tmrRefresh->start();
     }
 }
 
 void frmMain::SetBusy(bool busy, int maximum) {
+    busy_ = busy;
     if (!busy) {
         SortList();
     }
     // What was shown on entering is taken back on leaving, even if the window has been hidden since.
-    if ((!busy && !busyIsShown_) || (busy && !isVisible())) {
+    if (busy == busyIsShown_ || (busy && !isVisible())) {
         return;
     }
-    const bool wasShown = std::exchange(busyIsShown_, busy);
-    ShowFileProgress(busy, maximum);
-    if (busy != wasShown) {
-        busy ? ShowBusy() : ShowDone();
+    busyIsShown_ = busy;
+    lvwMessages->setEnabled(!busy);
+    if (busy) {
+        ShowFileProgress(true, maximum);
+        panels_.SetInfo(tr("Please wait till operation completes..."));
+        // An hourglass would lie over a dialog too, which does not have to wait.
+        hourglassIsShown_ = QApplication::activeModalWidget() == nullptr;
+        if (hourglassIsShown_) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+        return;
     }
-}
-
-void frmMain::ShowBusy() {
-    lvwMessages->setEnabled(false);
-    panels_.SetInfo(tr("Please wait till operation completes..."));
-    ShowCommands();
-    stbBottom->ShowStop(jobs_.IsAtWork());
-    // An hourglass would lie over a dialog too, which does not have to wait.
-    hourglassIsShown_ = QApplication::activeModalWidget() == nullptr;
-    if (hourglassIsShown_) {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-    }
-}
-
-void frmMain::ShowDone() {
-    lvwMessages->setEnabled(true);
     panels_.SetInfo(tr("Done"));
-    ShowCommands();
-    stbBottom->ShowStop(false);
     if (std::exchange(hourglassIsShown_, false)) {
         QApplication::restoreOverrideCursor();
     }
+    ShowFileProgress(false, 0);
     if (!isMinimized()) {
         lvwMessages->setFocus();
     }
@@ -247,17 +167,15 @@ void frmMain::ShowFileProgress(bool show, int maximum) {
     stbBottom->ShowFileProgress(show, maximum);
 }
 
-void frmMain::ShowProgress(int value) {
-    stbBottom->Progress().setValue(std::min(value, stbBottom->Progress().maximum()));
-}
-
 void frmMain::ClearMessageView() {
     model_.Clear();
     ClearContents();
 }
 
 void frmMain::ClearContents() {
-    contents_->Clear();
+    CancelLoading();
+    rtfRaw->clear();
+    ClearTree();
 }
 
 void frmMain::mnuViewBulk_Click() {

@@ -5,14 +5,14 @@
 #include "app/frmMain.h"
 #include "archive/ArchiveArgument.h"
 #include "platform/ShareFileSystem.h"
-#include "settings/frmMessageBox.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QLocale>
+#include <QMessageBox>
 #include <QStyle>
+#include <QThreadPool>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -20,16 +20,16 @@ using namespace quellbox;
 
 namespace {
 
-// A share that never answers must not keep the process alive for ever: not at all long for what is only read, and
-// longer for a message that is being moved or written.
-constexpr std::chrono::seconds goodbye{3};
-constexpr std::chrono::seconds goodbyeToChanges{60};
+// More threads than any reader count, so that those who wait for a share never hold up the listing.
+constexpr int mostThreads = 72;
+
+constexpr int longestGoodbyeMs = 3000;
 
 void PrintList(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
         QStringList cells;
         for (const int column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
-            cells.append(model.Row(row).Cell(column));
+            cells.append(model.Row(row).cells[static_cast<size_t>(column)]);
         }
         std::printf("%s\n", cells.join(QLatin1Char('\t')).toUtf8().constData());
     }
@@ -39,7 +39,10 @@ void PrintList(const MessageListModel& model) {
 void ShowArgumentError(const QString& error, bool withBox) {
     PrintError(error);
     if (withBox) {
-        ShowMessageBox(QMessageBox::Critical, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), error}, nullptr);
+        QMessageBox box(QMessageBox::Critical, QStringLiteral("Quellbox"), error, QMessageBox::Ok);
+        box.setObjectName(QStringLiteral("msgError"));
+        box.setTextFormat(Qt::PlainText);
+        box.exec();
     }
 }
 
@@ -48,7 +51,7 @@ int Report(frmMain& window, const CommandLine& commandLine) {
     int exitCode = 0;
     if (window.Outcome() != RefreshOutcome::Completed) {
         exitCode = 1;
-        if (window.Outcome() != RefreshOutcome::TooMany) { // which is told already
+        if (window.Outcome() != RefreshOutcome::Cancelled) { // where an error is told already
             PrintError(window.Panels().Info().text);
         }
     } else if (commandLine.PrintsList()) {
@@ -77,8 +80,8 @@ int main(int argc, char** argv) {
     commandLine.Process(*application);
     const bool quits = commandLine.Quits();
 
-    const std::unique_ptr<Volumes> volumes = MakeVolumes();
-    const std::unique_ptr<FileSystem> files = MakeFileSystem(*volumes);
+    const Volumes volumes;
+    const std::unique_ptr<FileSystem> files = MakeFileSystem(volumes);
     const ArchiveArgument archive = ReadArchiveArgument(commandLine.Archives(), *files, QDir::currentPath());
     if (!archive.Error.isEmpty()) {
         ShowArgumentError(archive.Error, !quits);
@@ -86,12 +89,13 @@ int main(int argc, char** argv) {
     }
     const ProgramInfo program = MakeProgramInfo(QCoreApplication::applicationFilePath());
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
-    const std::unique_ptr<Clock> clock = MakeClock();
-    const std::unique_ptr<Shell> shell = MakeShell();
-    ThreadWorkPool pool; // ends before the file system that its threads use
+    const Clock clock;
+    const Shell shell;
+    QThreadPool pool; // ends before the file system that its readers use
+    pool.setMaxThreadCount(mostThreads);
 
     SystemTrayIcon tray;
-    MainPorts ports{*files, *store, *clock, *shell, pool, *volumes, program, &tray};
+    MainPorts ports{*files, *store, clock, shell, pool, volumes, program, &tray};
     if (quits) {
         ports.reportError = PrintError; // nobody would answer a box
         ports.savesSettings = false;    // the place of the window may be none of a real screen
@@ -110,8 +114,8 @@ int main(int argc, char** argv) {
         window.show();
     }
     const int exitCode = QApplication::exec();
-    // Everything that is to be saved has been.
-    if (!pool.WaitForDone(window.Jobs().LeftChangesUnderWay() ? goodbyeToChanges : goodbye)) {
+    // A share that never answers must not keep the process alive; everything that is to be saved has been.
+    if (!pool.waitForDone(longestGoodbyeMs)) {
         std::_Exit(exitCode);
     }
     return exitCode;

@@ -25,7 +25,6 @@ run_packages=(
 test_packages=(
   libgtest-dev      # tests
   libbenchmark-dev  # benchmarks
-  libfuse3-dev fuse3 # a mounted folder that is as slow as a share, for tests and benchmarks
   qt6-translations-l10n # Qt's own texts in German
   clang-format      # check of the layout
   clang-tidy        # check of the code

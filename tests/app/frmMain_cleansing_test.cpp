@@ -5,7 +5,6 @@
 #include "tests/support/RealFolderWindow.h"
 
 #include <QDialog>
-#include <QPlainTextEdit>
 #include <QRadioButton>
 
 namespace quellbox {
@@ -49,7 +48,6 @@ protected:
     void Cleanse(int days, const char* button = "btnOK") {
         OnDialog(window_.get(), [days, button](QDialog* dialog) { Choose(dialog, days, button); });
         Action("mnuToolsCleansing")->trigger();
-        Settle();
     }
 
     QTimer* Timer() const { return Find<QTimer>("tmrRefresh"); }
@@ -91,7 +89,6 @@ TEST_F(MainCleansing, AConfirmationCountsOnlyForTheArchiveThatItNamed) {
         Choose(dialog, 0, "btnOK");
     });
     Action("mnuToolsCleansing")->trigger();
-    Settle();
     EXPECT_EQ(Files(), "a.eml b.eml c.eml");
     EXPECT_TRUE(files_.FileExists(QStringLiteral("/other/kept.eml")));
 }
@@ -104,7 +101,6 @@ TEST_F(MainCleansing, ARefreshThatFailsIsNotReportedAndLeavesNoRows) {
         files_.Add(QStringLiteral("/archive/%1.txt").arg(number), "x", modified);
     }
     Cleanse(0);
-    Settle();
     EXPECT_TRUE(errors_.isEmpty()) << errors_.join(QLatin1Char(' ')).toStdString();
     EXPECT_EQ(window_->Messages().Count(), 0);
     EXPECT_EQ(Info(), "3 Messages removed !");
@@ -117,7 +113,6 @@ TEST_F(MainCleansing, EveryMessageGoesAndTheListIsEmpty) {
     OpenRefreshed();
     ASSERT_EQ(window_->Messages().Count(), 4);
     Cleanse(0);
-    Settle();
     EXPECT_EQ(Files(), "note.txt");
     EXPECT_EQ(Keys(), "note.txt");
     EXPECT_EQ(Info(), "3 Messages removed !");
@@ -134,31 +129,8 @@ TEST_F(MainCleansing, TheToolbarOpensTheSameDialog) {
     ASSERT_TRUE(Button("tlbMessages", "cleansing")->isEnabled());
     OnDialog(window_.get(), [](QDialog* dialog) { Choose(dialog, 0, "btnOK"); });
     Button("tlbMessages", "cleansing")->trigger();
-    Settle();
     EXPECT_EQ(Files(), "");
     EXPECT_EQ(Info(), "3 Messages removed !");
-}
-
-TEST_F(MainCleansing, CtrlCOpensTheDialogAlsoInTheRawText) {
-    AddThree();
-    OpenRefreshed();
-    Find<QPlainTextEdit>("rtfRaw")->selectAll(); // which could be copied
-    for (const char* focused : {"lvwMessages", "trvMessage", "rtfRaw"}) {
-        auto* control = Find<QWidget>(focused);
-        control->setFocus();
-        ASSERT_TRUE(control->hasFocus()) << focused;
-        bool opened = false;
-        OnDialog(window_.get(), [&opened](QDialog* dialog) {
-            opened = true;
-            Choose(dialog, -1, "btnCancel");
-        });
-        QTest::keyClick(control, Qt::Key_C, Qt::ControlModifier);
-        EXPECT_TRUE(opened) << focused;
-        QCoreApplication::processEvents();
-        window_->activateWindow();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window_.get(); }, patience));
-    }
-    EXPECT_EQ(Files(), "a.eml b.eml c.eml");
 }
 
 TEST_F(MainCleansing, CancelTouchesNothing) {
@@ -177,7 +149,6 @@ TEST_F(MainCleansing, CancelTouchesNothing) {
         dialog->close();
     });
     Action("mnuToolsCleansing")->trigger();
-    Settle();
     EXPECT_EQ(Timer()->interval(), 3'600'000);
     EXPECT_EQ(Files(), "a.eml b.eml c.eml");
     EXPECT_EQ(Info(), "before");
@@ -194,7 +165,6 @@ TEST_F(MainCleansing, AnEarlierConfirmationConfirmsNothing) {
         dialog->done(QDialog::Rejected); // neither a button nor the close box
     });
     Action("mnuToolsCleansing")->trigger();
-    Settle();
     EXPECT_EQ(Files(), "a.eml b.eml c.eml");
     EXPECT_EQ(refreshes_, 1);
 }
@@ -204,7 +174,6 @@ TEST_F(MainCleansing, TheTimerRunsAfterwardsEvenIfItDidNotBefore) {
     OpenRefreshed();
     Timer()->stop();
     Cleanse(7);
-    Settle();
     EXPECT_TRUE(Timer()->isActive());
     EXPECT_EQ(Timer()->interval(), RefreshIntervalMs(window_->State().RefreshInterval));
 }
@@ -216,7 +185,6 @@ TEST_F(MainCleansing, SecondsAroundMidnightDecide) {
     AddDated("gone.eml", QDateTime(today.addDays(-1), QTime(23, 59, 59)));
     OpenRefreshed();
     Cleanse(1);
-    Settle();
     EXPECT_EQ(Files(), "kept.eml");
     EXPECT_EQ(Keys(), "kept.eml");
     EXPECT_EQ(Info(), "1 Messages removed !");
@@ -228,7 +196,6 @@ TEST_F(MainCleansing, AWeekKeepsSixDaysAgo) {
     AddDated("gone.eml", QDateTime(today.addDays(-7), QTime(23, 59, 59)));
     OpenRefreshed();
     Cleanse(7);
-    Settle();
     EXPECT_EQ(Files(), "kept.eml");
 }
 
@@ -241,7 +208,6 @@ TEST_F(MainCleansing, EveryTwentyFifthFileIsNamedAndTheFirstOneSeen) {
     NoteRemoved(window_->Panels(), removed);
     const PaintCount paints(PanelView("info"));
     Cleanse(0);
-    Settle();
     EXPECT_EQ(removed.join(QLatin1Char(' ')).toStdString(), "m01.eml m26.eml m51.eml");
     EXPECT_GE(paints.Count(), 1);
     EXPECT_EQ(Info(), "60 Messages removed !");
@@ -251,7 +217,6 @@ TEST_F(MainCleansing, NothingToRemoveIsSaidToo) {
     AddThree();
     OpenRefreshed();
     Cleanse(1);
-    Settle();
     EXPECT_EQ(Files(), "a.eml b.eml c.eml");
     EXPECT_EQ(Info(), "0 Messages removed !");
     EXPECT_EQ(refreshes_, 2);
@@ -263,7 +228,6 @@ TEST_F(MainCleansing, WhatCannotBeRemovedCountsAndIsListedAgain) {
     files_.SetReadOnly(QStringLiteral("/archive/a.eml"));
     files_.FailPath(QStringLiteral("/archive/b.eml"), QStringLiteral("The file is in use."));
     Cleanse(0);
-    Settle();
     EXPECT_EQ(Files(), "a.eml b.eml");
     EXPECT_EQ(Info(), "3 Messages removed !");
     EXPECT_TRUE(errors_.isEmpty()) << errors_.join(QLatin1Char(' ')).toStdString();
@@ -276,7 +240,6 @@ TEST_F(MainCleansing, AMissingArchiveEndsWithNone) {
     QStringList texts;
     QObject::connect(&window_->Panels(), &StatusPanels::Changed, [&] { texts += window_->Panels().Info().text; });
     Cleanse(0);
-    Settle();
     EXPECT_TRUE(texts.contains(QStringLiteral("Archive /NONE/ not found")));
     EXPECT_EQ(Info(), "0 Messages removed !");
     EXPECT_EQ(window_->Messages().Count(), 0);
@@ -287,7 +250,6 @@ TEST_F(MainCleansing, AMissingArchiveEndsWithNone) {
 
 TEST_F(MainCleansing, WaitsForNoPass) {
     AddThree();
-    files_.SetLatency(std::chrono::milliseconds(60));
     Open();
     bool tried = false;
     WhileBusy([this, &tried] {
@@ -296,6 +258,7 @@ TEST_F(MainCleansing, WaitsForNoPass) {
         tried = true;
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     });
+    files_.SetLatency(std::chrono::milliseconds(5));
     ASSERT_TRUE(WaitForRefreshes(1));
     files_.SetLatency(std::chrono::microseconds(0));
     EXPECT_TRUE(tried);
@@ -319,10 +282,9 @@ TEST_F(RealCleansing, AnArchiveThatVanishesMeanwhileIsCountedAndReported) {
     });
     OnDialog(window.get(), [](QDialog* dialog) { Choose(dialog, 0, "btnOK"); });
     Command("mnuToolsCleansing")->trigger();
-    Settle();
     EXPECT_EQ(window->Panels().Info().text, QStringLiteral("60 Messages removed !"));
     EXPECT_EQ(removed.size(), 3);
-    EXPECT_TRUE(QFileInfo::exists(root.path() + QStringLiteral("/gone")));
+    EXPECT_EQ(QDir(root.path() + QStringLiteral("/gone")).entryList(QDir::Files).size(), 35);
     EXPECT_EQ(window->Messages().Count(), 0);
 }
 

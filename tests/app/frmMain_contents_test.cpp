@@ -1,7 +1,6 @@
 #include "tests/support/RealFolderWindow.h"
 
 #include <QLocale>
-#include <QScrollBar>
 #include <QTextBlock>
 
 using namespace quellbox;
@@ -19,18 +18,11 @@ protected:
         return nullptr;
     }
 
-    /// A point on the first letter of a node; the column may be wider than the view.
-    QPoint BeginOf(const QTreeWidgetItem* item) {
-        const QRect place = Tree()->visualItemRect(item);
-        return {place.left() + 5, place.center().y()};
-    }
-
     void ClickNode(const QString& start) {
         QTreeWidgetItem* item = Item(start);
         ASSERT_NE(item, nullptr);
         Tree()->scrollToItem(item);
-        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, BeginOf(item));
-        Settle();
+        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, Tree()->visualItemRect(item).center());
     }
 
     void OpenWithAttachment() {
@@ -72,7 +64,6 @@ TEST_F(Contents, KeysInTheTreeShowNodesToo) {
     ClickNode(QStringLiteral("MESSAGE"));
     Tree()->setFocus();
     QTest::keyClick(Tree(), Qt::Key_Down);
-    Settle();
     EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("FROM: Someone <f@x.org>"));
 }
 
@@ -119,11 +110,9 @@ TEST_F(Contents, AClickWithAModifierEmptiesThePanesAndSoDoesAHiddenPane) {
     EXPECT_TRUE(Raw()->toPlainText().isEmpty());
     EXPECT_EQ(Tree()->topLevelItemCount(), 0);
     Command("mnuViewContents")->trigger();
-    Settle();
     Click(0);
     EXPECT_TRUE(Raw()->toPlainText().isEmpty());
     Command("mnuViewContents")->trigger();
-    Settle();
     EXPECT_FALSE(Raw()->toPlainText().isEmpty());
     EXPECT_EQ(Tree()->topLevelItemCount(), 2);
 }
@@ -136,20 +125,16 @@ TEST_F(Contents, TheTogglesExpandAndRevealWithoutRebuilding) {
     EXPECT_TRUE(attachment->font(0).bold());
     EXPECT_FALSE(attachment->parent()->isExpanded());
     Command("tlbContents_attachment")->trigger();
-    Settle();
     EXPECT_TRUE(attachment->parent()->isExpanded());
     EXPECT_FALSE(Tree()->topLevelItem(1)->isExpanded());
     Command("tlbContents_collapse")->trigger();
-    Settle();
     EXPECT_TRUE(Tree()->topLevelItem(1)->isExpanded());
     EXPECT_TRUE(Tree()->topLevelItem(1)->child(0)->isExpanded() ||
                 Tree()->topLevelItem(1)->child(0)->childCount() == 0);
     Tree()->topLevelItem(0)->setExpanded(false);
     Command("tlbContents_attachment")->trigger();
-    Settle();
     EXPECT_TRUE(Tree()->topLevelItem(0)->isExpanded());
     Command("tlbContents_collapse")->trigger();
-    Settle();
     EXPECT_TRUE(Tree()->topLevelItem(0)->isExpanded());
     EXPECT_FALSE(Tree()->topLevelItem(1)->isExpanded());
     EXPECT_EQ(Item(QStringLiteral("ATTACHMENT: a.txt")), attachment);
@@ -197,18 +182,17 @@ TEST_F(Contents, RevealScrollsToTheSecondOfTwoAttachments) {
     EXPECT_TRUE(two->font(0).bold());
     EXPECT_FALSE(one->parent()->font(0).bold());
     const auto isInSight = [this](QTreeWidgetItem* item) {
-        return Tree()->visualItemRect(item).isValid() && Tree()->viewport()->rect().contains(BeginOf(item));
+        const QRect place = Tree()->visualItemRect(item);
+        return place.isValid() && Tree()->viewport()->rect().contains(place.center());
     };
     EXPECT_FALSE(isInSight(two));
     Command("tlbContents_attachment")->trigger();
-    Settle();
     EXPECT_TRUE(isInSight(two));
     EXPECT_FALSE(isInSight(one));
     EXPECT_FALSE(one->parent()->isExpanded());
     Tree()->scrollToTop();
     ASSERT_FALSE(isInSight(two));
     Command("tlbContents_collapse")->trigger();
-    Settle();
     EXPECT_TRUE(one->parent()->isExpanded());
     EXPECT_TRUE(isInSight(two));
 }
@@ -250,17 +234,6 @@ TEST_F(Contents, ALongLabelIsShortenedAndItsNodeShowsAllOfIt) {
         ClickNode(label);
         EXPECT_EQ(Raw()->toPlainText(), whole);
     }
-}
-
-TEST_F(Contents, TheTreeScrollsToTheEndOfALongLabel) {
-    Write(Archive(Name(1)), "Subject: " + QByteArray(900, 's') + "\r\n\r\n");
-    Open();
-    Click(0);
-    QTreeWidgetItem* item = Item(QStringLiteral("SUBJECT: "));
-    ASSERT_NE(item, nullptr);
-    EXPECT_GE(Tree()->visualItemRect(item).width(), Tree()->fontMetrics().horizontalAdvance(item->text(0)));
-    Tree()->horizontalScrollBar()->setValue(Tree()->horizontalScrollBar()->maximum());
-    EXPECT_LE(Tree()->visualItemRect(item).right(), Tree()->viewport()->rect().right());
 }
 
 TEST_F(Contents, ATextOfTooManyLinesSaysHowMuchIsNotShown) {

@@ -28,7 +28,6 @@ protected:
         }
         window_->State().TolerationLevel = 0;
         window_->mnuAcRefresh_Click();
-        Settle();
         ASSERT_EQ(Keys(), "f.eml e.eml d.eml c.eml b.eml a.eml");
     }
 
@@ -52,7 +51,6 @@ protected:
         EXPECT_TRUE(errors_.isEmpty()) << errors_.join(QLatin1Char('\n')).toStdString();
         window_->State().TolerationLevel = 0;
         window_->mnuAcRefresh_Click();
-        Settle();
         QStringList left;
         for (const QString& name : names) {
             if (files_.Paths().contains(Archive(name))) {
@@ -74,7 +72,7 @@ protected:
         Restore();
         const int before = files_.CallCount();
         act();
-        pool_.WaitForDone();
+        pool_.waitForDone();
         const int calls = files_.CallCount() - before;
         ASSERT_GT(calls, 3);
         for (int call = 1; call <= calls; ++call) {
@@ -82,7 +80,7 @@ protected:
             Restore();
             files_.FailCall(call);
             act();
-            pool_.WaitForDone();
+            pool_.waitForDone();
             files_.FailCall(0);
             for (const QString& name : names) {
                 expect(name);
@@ -105,7 +103,6 @@ TEST_F(MainFault, OfARefreshThatToleratesLosesNoMessage) {
     const auto act = [this] {
         window_->State().TolerationLevel = 2;
         window_->mnuAcRefresh_Click();
-        Settle();
     };
     FailEachCall(act, [this](const QString& name) { EXPECT_EQ(Copies(name), 1) << name.toStdString(); });
 }
@@ -114,7 +111,6 @@ TEST_F(MainFault, OfAnUnblockLosesNoMessage) {
     const auto act = [this] {
         SelectRows(1, 4);
         Action("mnuActionsUnblock")->trigger();
-        Settle();
         EXPECT_EQ(Keys(), "f.eml a.eml") << "the rows go in any case";
     };
     FailEachCall(act, [this](const QString& name) { EXPECT_EQ(Copies(name), 1) << name.toStdString(); });
@@ -124,7 +120,6 @@ TEST_F(MainFault, OfADeleteLosesNoOtherMessage) {
     const auto act = [this] {
         SelectRows(1, 4);
         Action("mnuActionsDelete")->trigger();
-        Settle();
         EXPECT_EQ(Keys(), "f.eml a.eml");
     };
     const auto expect = [this](const QString& name) {
@@ -143,7 +138,6 @@ TEST_F(MainFault, AReadOnlyPickupFolderKeepsTheArchiveFiles) {
     }
     SelectRows(0, 5);
     Action("mnuActionsUnblock")->trigger();
-    Settle();
     EXPECT_EQ(Keys(), "");
     EXPECT_EQ(Panel("count"), "0 messages");
     for (const QString& name : names) {
@@ -151,7 +145,6 @@ TEST_F(MainFault, AReadOnlyPickupFolderKeepsTheArchiveFiles) {
     }
     EXPECT_EQ(files_.Paths().size(), names.size());
     window_->mnuAcRefresh_Click();
-    Settle();
     EXPECT_EQ(window_->Messages().Count(), names.size());
 }
 

@@ -1,4 +1,3 @@
-#include "tests/messages/ListRows.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QComboBox>
@@ -56,7 +55,6 @@ protected:
             QTest::keyClick(&Edit(dialog), Qt::Key_Return);
         });
         Action(command)->trigger();
-        Settle();
         EXPECT_TRUE(dialogSeen_);
     }
 
@@ -70,7 +68,6 @@ protected:
     void Cancel(const char* command) {
         OnDialog([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
         Action(command)->trigger();
-        Settle();
         EXPECT_TRUE(dialogSeen_);
     }
 
@@ -105,11 +102,9 @@ TEST_F(MainFind, FindNextAddsTheNextRowAndWrapsOnlyFromTheLast) {
     Press(Qt::Key_F3);
     EXPECT_EQ(SelectedKeys(), "a.eml b.eml");
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(State().FindPosition, 3);
     EXPECT_EQ(Panel("info"), "3 selected");
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(State().FindPosition, 1);
     EXPECT_EQ(List()->currentIndex().row(), 0);
 }
@@ -138,7 +133,6 @@ TEST_F(MainFind, AnEmptyListMissesAtOnce) {
     window_->Messages().Clear();
     State().FindText = QStringLiteral("about");
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(beeps_, 1);
     EXPECT_EQ(Panel("info"), "'about' not found in header field SUBJECT");
 }
@@ -155,7 +149,6 @@ TEST_F(MainFind, FindAllAsksForATextAndSelectsEveryMatchInOneChange) {
         Click(dialog, "btnOK");
     });
     Action("mnuEditFindAll")->trigger();
-    Settle();
     EXPECT_EQ(caption, "Find All");
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(SelectedKeys(), "a.eml b.eml c.eml");
@@ -168,16 +161,14 @@ TEST_F(MainFind, FindNextAfterFindAllMissesUntilRowsAreAdded) {
     OpenWindow();
     State().FindText = QStringLiteral("about b");
     Action("mnuEditFindAll")->trigger();
-    Settle();
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(beeps_, 1);
     State().FindText = QStringLiteral("about b");
     Action("mnuEditFindAll")->trigger();
-    Settle();
-    window_->Messages().Append({RowWith(QStringLiteral("about b"), QStringLiteral("b2.eml"))});
+    MessageRow added = window_->Messages().Row(1);
+    added.key = QStringLiteral("b2.eml");
+    window_->Messages().Append({added});
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(SelectedKeys(), "a.eml b.eml b2.eml");
 }
 
@@ -186,7 +177,6 @@ TEST_F(MainFind, FindAllWithARememberedTextGoesOnAndKeepsTheSelection) {
     Search("about");
     List()->selectionModel()->clearSelection();
     Action("mnuEditFindAll")->trigger();
-    Settle();
     EXPECT_EQ(SelectedKeys(), "b.eml c.eml");
     EXPECT_EQ(State().FindAll, -1);
 }
@@ -199,7 +189,6 @@ TEST_F(MainFind, CancelLeavesSelectionAndSearchButTakesTheField) {
         Click(dialog, "btnCancel");
     });
     Action("mnuEditFind")->trigger();
-    Settle();
     EXPECT_EQ(SelectedKeys(), "b.eml");
     EXPECT_EQ(State().FindText, QStringLiteral("about b"));
     EXPECT_EQ(State().FindPosition, 2);
@@ -217,7 +206,6 @@ TEST_F(MainFind, TheTextStaysUntilACancelUnloadsTheDialog) {
     for (int time = 0; time < 2; ++time) {
         OnDialog(noteAndCancel);
         Action("mnuEditFind")->trigger();
-        Settle();
     }
     EXPECT_EQ(texts, QStringList({QStringLiteral("about b"), QString()}));
     EXPECT_EQ(window_->findChild<QDialog*>(QStringLiteral("frmFind")), nullptr);
@@ -269,7 +257,6 @@ TEST_F(MainFind, ClosingTheWindowEndsTheDialogAndStoresItsHistory) {
     Search("about b");
     OnDialog([this](QDialog&) { window_->close(); });
     Action("mnuEditFind")->trigger();
-    Settle();
     EXPECT_TRUE(dialogSeen_);
     EXPECT_FALSE(window_->isVisible());
     EXPECT_EQ(StoredText(0), QStringLiteral("about b"));
@@ -280,27 +267,11 @@ TEST_F(MainFind, TheContextMenuSearchesTheColumnOfTheLastMousePress) {
     OpenWindow();
     const QPoint cell = List()->visualRect(List()->model()->index(1, ColumnTo)).center();
     QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, cell);
-    Settle();
     Search("to-c", "mnuMessageFind");
     EXPECT_EQ(State().HeaderField, ColumnTo);
     EXPECT_EQ(SelectedKeys(), "c.eml");
     Search("about", "mnuMessageFind");
     EXPECT_EQ(Panel("info"), "'about' not found in header field TO");
-}
-
-TEST_F(MainFind, EveryColumnIsSearchedThatTheMouseWasPressedIn) {
-    OpenWindow();
-    const QHeaderView* header = List()->header();
-    for (const Column column : {ColumnDate, ColumnTo, ColumnFrom, ColumnSubject, ColumnSize, ColumnScl}) {
-        // The outermost pixels still belong to the column.
-        const int left = header->sectionViewportPosition(column);
-        for (const int x : {left + 1, left + header->sectionSize(column) - 1}) {
-            State().HeaderField = ColumnBytes;
-            QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, QPoint(x, CentreOfRow(1).y()));
-            Cancel("mnuMessageFind");
-            EXPECT_EQ(State().HeaderField, column) << "pixel " << x;
-        }
-    }
 }
 
 TEST_F(MainFind, TheDateIsSearchedAsTheListShowsIt) {
@@ -316,7 +287,6 @@ TEST_F(MainFind, ColumnsThatDoNotExistAreMissed) {
         State().HeaderField = column;
         State().FindText = QStringLiteral("about");
         Action("mnuEditFindNext")->trigger();
-        Settle();
         EXPECT_EQ(Panel("info"), "'about' not found in header field " + std::to_string(column));
     }
     EXPECT_EQ(beeps_, 2);
@@ -327,7 +297,6 @@ TEST_F(MainFind, ATextOf10000CharactersIsReportedInThePanel) {
     const int width = window_->width();
     State().FindText = QString(10'000, QLatin1Char('&'));
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(Panel("info").size(), 10'000 + std::string("'' not found in header field SUBJECT").size());
     EXPECT_EQ(window_->width(), width);
     EXPECT_LE(window_->minimumSizeHint().width(), width);
@@ -338,7 +307,6 @@ TEST_F(MainFind, TheButtonAsksFirstAndThenFindsTheNext) {
     Search("about", "tlbMessages_find");
     EXPECT_EQ(SelectedKeys(), "a.eml");
     Button("tlbMessages", "find")->trigger();
-    Settle();
     EXPECT_EQ(SelectedKeys(), "a.eml b.eml");
 }
 
@@ -376,31 +344,27 @@ TEST_F(MainFind, SelectNoneStartsTheNextSearchAtTheTop) {
     OpenWindow();
     Search("about");
     Action("mnuEditSelectNone")->trigger();
-    Settle();
     EXPECT_EQ(State().FindPosition, 0);
     EXPECT_EQ(State().FindText, QStringLiteral("about"));
     Action("mnuEditFindNext")->trigger();
-    Settle();
     EXPECT_EQ(SelectedKeys(), "a.eml");
 }
 
 TEST_F(MainFind, DuringAPassTheCommandsDoNothing) {
     OpenWindow();
-    files_.SetLatency(std::chrono::milliseconds(60));
     State().FindText = QStringLiteral("about");
     bool looked = false;
     WhileBusy([&] {
         looked = true;
-        const std::string selected = SelectedKeys();
         for (const char* command : {"mnuEditFind", "mnuEditFindNext", "mnuEditFindAll", "mnuMessageFind"}) {
             Action(command)->trigger();
             EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << command;
         }
-        EXPECT_EQ(SelectedKeys(), selected);
+        EXPECT_EQ(SelectedKeys(), "");
         EXPECT_EQ(State().FindText, QStringLiteral("about"));
     });
+    files_.SetLatency(std::chrono::milliseconds(5));
     window_->mnuAcRefresh_Click();
-    Settle();
     EXPECT_TRUE(looked);
     EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
     EXPECT_EQ(beeps_, 0);
@@ -416,7 +380,6 @@ TEST_F(MainFind, TheRefreshTimerRestsWhileTheDialogIsActive) {
         Click(dialog, "btnCancel");
     });
     Action("mnuEditFind")->trigger();
-    Settle();
     EXPECT_TRUE(timer->isActive());
     EXPECT_EQ(timer->interval(), 60'000);
 }
@@ -427,13 +390,11 @@ TEST_F(MainFind, ARefreshThatEndsWhileTheDialogIsActiveLeavesTheTimerAtRest) {
     auto* timer = Find<QTimer>("tmrRefresh");
     OnDialog([this, timer](QDialog& dialog) {
         window_->mnuAcRefresh_Click();
-        Settle();
         EXPECT_FALSE(timer->isActive());
         QTest::keyClicks(&Edit(dialog), QStringLiteral("about c"));
         Click(dialog, "btnOK");
     });
     Action("mnuEditFind")->trigger();
-    Settle();
     EXPECT_TRUE(timer->isActive());
     EXPECT_EQ(SelectedKeys(), "c.eml");
 }
@@ -453,21 +414,22 @@ TEST_F(MainFind, FindAllSelectsEverySecondOfAFullList) {
     constexpr int count = 32'766;
     std::vector<MessageRow> rows;
     for (int number = 0; number < count; ++number) {
-        const QString subject = number % 2 == 0 ? QStringLiteral("Even") : QStringLiteral("odd");
-        rows.push_back(RowWith(subject, QString::number(number)));
+        MessageRow row = window_->Messages().Row(0);
+        row.key = QString::number(number);
+        row.cells[ColumnSubject] = number % 2 == 0 ? QStringLiteral("Even") : QStringLiteral("odd");
+        row.cells[ColumnSize] = QStringLiteral("10");
+        rows.push_back(row);
     }
     window_->Messages().Clear();
     window_->Messages().Append(std::move(rows));
     State().FindText = QStringLiteral("even");
     Action("mnuEditFindAll")->trigger();
-    Settle();
     EXPECT_EQ(State().SelectedCount, count / 2);
     EXPECT_EQ(State().FindPosition, count - 1);
     // The other half joins it.
     State().FindText = QStringLiteral("odd");
     State().FindPosition = 0;
     Action("mnuEditFindAll")->trigger();
-    Settle();
     EXPECT_EQ(State().SelectedCount, count);
     EXPECT_EQ(Panel("info"), "32766 selected");
     EXPECT_EQ(beeps_, 0);

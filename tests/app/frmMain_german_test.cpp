@@ -115,17 +115,14 @@ TEST_F(MainGerman, OneMessageIsSingular) {
     EXPECT_EQ(Panel("count"), "1 Nachricht");
     AddMessage("b.eml", 2);
     window_->mnuAcRefresh_Click();
-    Settle();
     EXPECT_EQ(Panel("count"), "2 Nachrichten");
     Action("mnuEditSelectAll")->trigger();
-    Settle();
     EXPECT_EQ(Panel("info"), "2 ausgewählt");
 }
 
 TEST_F(MainGerman, WhatIsStoredIsNotTranslated) {
     Open();
     Action("mnuViewToolbar")->trigger();
-    Settle();
     window_->close();
     EXPECT_EQ(Stored("Toolbar").toStdString(), "False");
     EXPECT_EQ(Stored("StatusBar").toStdString(), "True");
@@ -233,7 +230,6 @@ TEST_F(MainGerman, TheSearchOfTheHelpSaysInGermanThatNothingIsFound) {
     auto* search = help.findChild<QLineEdit*>(QStringLiteral("txtSearch"));
     EXPECT_EQ(search->accessibleName().toStdString(), "Hilfe durchsuchen");
     QTest::keyClicks(search, QStringLiteral("xyzzy"));
-    Settle();
     const auto* none = help.findChild<QLabel*>(QStringLiteral("lblNone"));
     EXPECT_TRUE(none->isVisible());
     EXPECT_EQ(none->text().toStdString(), "Kein Thema enthält diese Wörter.");

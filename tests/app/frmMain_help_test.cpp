@@ -69,10 +69,8 @@ protected:
 TEST_F(MainHelp, GettingStartedShowsTheDefaultTopicAndSuggestionsTheFirstContext) {
     Open();
     Action("mnuHelpStarting0")->trigger();
-    Settle();
     EXPECT_EQ(Topic(), "start.html");
     Action("mnuHelpStarting1")->trigger();
-    Settle();
     EXPECT_EQ(Topic(), "suggestions.html");
     EXPECT_TRUE(errors_.isEmpty());
 }
@@ -81,11 +79,8 @@ TEST_F(MainHelp, TheSystemsViewerGetsTheFileTheCommandAndTheContext) {
     shell_.SetHelpViewer(true);
     Open();
     Action("mnuHelpStarting0")->trigger();
-    Settle();
     Action("mnuHelpStarting1")->trigger();
-    Settle();
     QTest::keyClick(List(), Qt::Key_F1);
-    Settle();
     EXPECT_EQ(shell_.Helped(),
               QStringList({program_.HelpFile + QStringLiteral(" 0 0"), program_.HelpFile + QStringLiteral(" 15 1"),
                            program_.HelpFile + QStringLiteral("::/list.html 0 0")}));
@@ -97,7 +92,6 @@ TEST_F(MainHelp, AMissingHelpFileIsLeftToTheSystemsViewer) {
     shell_.SetHelpViewer(true);
     Open();
     Action("mnuHelpStarting1")->trigger();
-    Settle();
     EXPECT_EQ(shell_.Helped(), QStringList{program_.HelpFile + QStringLiteral(" 15 1")});
     EXPECT_TRUE(errors_.isEmpty());
 }
@@ -106,7 +100,6 @@ TEST_F(MainHelp, ASystemThatCannotShowTheHelpFileIsReported) {
     shell_.SetHelpViewer(true, false);
     Open();
     Action("mnuHelpStarting0")->trigger();
-    Settle();
     EXPECT_EQ(errors_,
               QStringList({QStringLiteral("This system has no viewer for help files:\n\n") + program_.HelpFile}));
 }
@@ -115,7 +108,6 @@ TEST_F(MainHelp, SuggestionsAskForTheFirstContextEvenOfAViewerThatCannotShowIt) 
     shell_.SetHelpViewer(true, false);
     Open();
     Action("mnuHelpStarting1")->trigger();
-    Settle();
     EXPECT_EQ(shell_.Helped(), QStringList{program_.HelpFile + QStringLiteral(" 15 1")});
     EXPECT_EQ(errors_.size(), 1);
     EXPECT_EQ(HelpWindow(), nullptr);
@@ -125,10 +117,8 @@ TEST_F(MainHelp, F1ShowsTheTopicOfTheWindow) {
     AddThree();
     OpenRefreshed();
     QTest::keyClick(List(), Qt::Key_F1);
-    Settle();
     EXPECT_EQ(Topic(), "list.html");
     Action("mnuMessageView")->trigger();
-    Settle();
     auto* view = QApplication::activeWindow();
     ASSERT_NE(view, nullptr);
     QWidget* viewer = nullptr;
@@ -137,7 +127,6 @@ TEST_F(MainHelp, F1ShowsTheTopicOfTheWindow) {
     }
     ASSERT_NE(viewer, nullptr);
     QTest::keyClick(viewer->focusWidget(), Qt::Key_F1);
-    Settle();
     EXPECT_EQ(Topic(), "contents.html");
     EXPECT_TRUE(viewer->isVisible());
 }
@@ -145,7 +134,6 @@ TEST_F(MainHelp, F1ShowsTheTopicOfTheWindow) {
 TEST_F(MainHelp, F1WithAModifierIsAnotherKey) {
     Open();
     QTest::keyClick(List(), Qt::Key_F1, Qt::ShiftModifier);
-    Settle();
     EXPECT_EQ(HelpWindow(), nullptr);
 }
 
@@ -178,7 +166,6 @@ TEST_F(MainHelp, AWindowOfNoOneShowsTheDefaultTopic) {
     QWidget other;
     other.show();
     QTest::keyClick(&other, Qt::Key_F1);
-    Settle();
     EXPECT_EQ(Topic(), "start.html");
 }
 
@@ -210,7 +197,6 @@ TEST_F(MainHelp, HelpCanBeUsedWhileADialogIsOpenAndStaysAfterwards) {
 TEST_F(MainHelp, HelpGoesWithTheMainWindow) {
     Open();
     Action("mnuHelpStarting0")->trigger();
-    Settle();
     ASSERT_TRUE(HelpWindow()->isVisible());
     window_->close();
     EXPECT_FALSE(HelpWindow()->isVisible());
@@ -221,9 +207,7 @@ TEST_F(MainHelp, HelpGoesWithTheMainWindow) {
 TEST_F(MainHelp, UpdateAndFeedbackOpenTheirPages) {
     Open();
     Action("mnuHelpCheck")->trigger();
-    Settle();
     Action("mnuHelpFeedback")->trigger();
-    Settle();
     EXPECT_EQ(shell_.Opened(),
               QStringList({QStringLiteral("http://www.quellbox.example/quellbox/version.asp?client=2.1.37"),
                            QStringLiteral("http://www.quellbox.example/quellbox/feedback.htm")}));
@@ -233,9 +217,7 @@ TEST_F(MainHelp, APageThatCannotBeOpenedGoesUnreported) {
     shell_.SetOpens(false);
     Open();
     Action("mnuHelpCheck")->trigger();
-    Settle();
     Action("mnuHelpFeedback")->trigger();
-    Settle();
     QTest::qWait(0);
     EXPECT_EQ(shell_.Opened().size(), 2);
     EXPECT_TRUE(errors_.isEmpty());
@@ -259,7 +241,6 @@ TEST_F(MainHelp, TheTimerRestsDuringTheAboutBoxAndRunsAfterwards) {
             title = box.windowTitle();
         });
         Action("mnuHelpAbout")->trigger();
-        Settle();
         EXPECT_EQ(title.toStdString(), "About Quellbox");
         EXPECT_FALSE(ranMeanwhile);
         EXPECT_TRUE(timer->isActive());
@@ -272,7 +253,6 @@ TEST_F(MainHelp, TheFirstRefreshStillComesAfterAnAboutBoxBeforeIt) {
     Open();
     WhileOpen("frmAbout", [](QDialog&) {});
     Action("mnuHelpAbout")->trigger();
-    Settle();
     ASSERT_TRUE(WaitForRefreshes(1));
     EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
     EXPECT_EQ(SelectedKeys(), "a.eml");

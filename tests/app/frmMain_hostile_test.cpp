@@ -38,7 +38,6 @@ TEST_F(Hostile, AMessageThatSomebodyElseDeletedGoesAndTheOthersAreUnblocked) {
     OpenAndSelectAll(3);
     ASSERT_TRUE(QFile::remove(Archive(Name(2))));
     Command("mnuActionsUnblock")->trigger();
-    Settle();
     ExpectEmptyList();
     ExpectOnly(Archive(), {});
     ExpectOnly(Pickup(), {1, 3});
@@ -50,7 +49,6 @@ TEST_F(Hostile, AMessageThatSomebodyElseDeletedGoesAndOnlyTheSelectedOnesAreDele
     Click(1, Qt::ControlModifier);
     ASSERT_TRUE(QFile::remove(Archive(Name(1))));
     Command("mnuActionsDelete")->trigger();
-    Settle();
     EXPECT_EQ(Keys(), QStringList({Name(3), Name(4)}));
     ExpectOnly(Archive(), {3, 4});
     ExpectOnly(Pickup(), {});
@@ -60,11 +58,9 @@ TEST_F(Hostile, AMissingPickupFolderKeepsTheArchiveFiles) {
     OpenAndSelectAll(2);
     ASSERT_TRUE(QDir(Pickup()).removeRecursively());
     Command("mnuActionsUnblock")->trigger();
-    Settle();
     ExpectEmptyList();
     ExpectOnly(Archive(), {1, 2});
     window->mnuAcRefresh_Click();
-    Settle();
     EXPECT_EQ(window->Messages().Count(), 2);
 }
 
@@ -72,7 +68,6 @@ TEST_F(Hostile, ANameThatIsTakenStopsNoOtherMessage) {
     OpenAndSelectAll(3);
     Write(Pickup(Name(2)), "other");
     Command("mnuActionsUnblock")->trigger();
-    Settle();
     ExpectEmptyList();
     ExpectOnly(Archive(), {2});
     EXPECT_EQ(Read(Pickup(Name(1))), Mail(1));
@@ -97,7 +92,6 @@ TEST_F(Hostile, AnAttachmentNameIsOneHarmlessLine) {
     }
     Tree()->scrollToItem(found.first());
     QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, Tree()->visualItemRect(found.first()).center());
-    Settle();
     // A name is only shown: nothing is written by it, neither here nor further up.
     EXPECT_EQ(QDir(root.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
               QStringList({QStringLiteral("archive"), QStringLiteral("pickup")}));

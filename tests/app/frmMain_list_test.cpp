@@ -1,7 +1,5 @@
 #include "tests/support/MainWindowFixture.h"
 
-#include <QContextMenuEvent>
-
 namespace quellbox {
 namespace {
 
@@ -111,7 +109,6 @@ TEST_F(MainList, EscapeWorksInTheRawText) {
     auto* raw = Find<QWidget>("rtfRaw");
     raw->setFocus();
     QTest::keyClick(raw, Qt::Key_Escape);
-    Settle();
     EXPECT_EQ(SelectedKeys(), "");
 }
 
@@ -144,7 +141,6 @@ TEST_F(MainList, AClickBesideTheRowsIsCounted) {
     const QPoint below(20, List()->visualRect(List()->model()->index(2, 0)).bottom() + 4);
     ASSERT_FALSE(List()->indexAt(below).isValid());
     QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, below);
-    Settle();
     EXPECT_EQ(SelectedKeys(), "");
     EXPECT_EQ(window_->State().SelectedCount, 0);
 }
@@ -162,7 +158,6 @@ TEST_F(MainList, SelectAllWorksWhileTheRawTextHasTheFocus) {
     auto* raw = Find<QWidget>("rtfRaw");
     raw->setFocus();
     QTest::keyClick(raw, Qt::Key_A, Qt::ControlModifier);
-    Settle();
     EXPECT_EQ(window_->State().SelectedCount, 3);
 }
 
@@ -170,18 +165,15 @@ TEST_F(MainList, MarkAsUnreadAndReadChangeTheSelectedRows) {
     ClickRow(1);
     ClickRow(2, Qt::ControlModifier);
     Action("mnuEditMarkUnread")->trigger();
-    Settle();
     EXPECT_FALSE(IsUnread(0));
     EXPECT_TRUE(IsUnread(1));
     EXPECT_TRUE(IsUnread(2));
     EXPECT_EQ(Panel("info"), "Done");
     ClickRow(1);
     Action("mnuEditMarkRead")->trigger();
-    Settle();
     EXPECT_FALSE(IsUnread(1));
     EXPECT_TRUE(IsUnread(2));
     Action("mnuEditMarkAllRead")->trigger();
-    Settle();
     EXPECT_FALSE(IsUnread(2));
 }
 
@@ -204,67 +196,13 @@ TEST_F(MainList, TheEditMenuIsUsableOnlyWithRows) {
 
 TEST_F(MainList, TheRightButtonSelectsAndPopsUpTheMessageMenu) {
     QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, CentreOfRow(1));
-    Settle();
     auto* menu = Find<QMenu>("mnuMessage");
     EXPECT_TRUE(menu->isVisible());
     EXPECT_EQ(menu->defaultAction(), Action("mnuMessageView"));
     EXPECT_EQ(SelectedKeys(), "b.eml");
     menu->close();
     QTest::mouseClick(List()->viewport(), Qt::LeftButton, {}, CentreOfRow(0));
-    Settle();
     EXPECT_FALSE(menu->isVisible());
-}
-
-TEST_F(MainList, ViewIsForOneSelectedMessageOnly) {
-    ClickRow(0);
-    ClickRow(1, Qt::ControlModifier);
-    const auto* view = Action("mnuMessageView");
-    auto* menu = Find<QMenu>("mnuMessage");
-    QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, CentreOfRow(1));
-    Settle();
-    ASSERT_TRUE(menu->isVisible());
-    ASSERT_EQ(SelectedKeys(), "a.eml b.eml");
-    EXPECT_FALSE(view->isEnabled());
-    menu->close();
-    QTest::mouseClick(List()->viewport(), Qt::RightButton, {}, CentreOfRow(2));
-    Settle();
-    ASSERT_TRUE(menu->isVisible());
-    ASSERT_EQ(SelectedKeys(), "c.eml");
-    EXPECT_TRUE(view->isEnabled());
-    menu->close();
-}
-
-TEST_F(MainList, TheMenuByKeyOffersViewForOneSelectedMessageOnly) {
-    const auto* view = Action("mnuMessageView");
-    auto* menu = Find<QMenu>("mnuMessage");
-    const auto popUp = [&] {
-        const QPoint at = CentreOfRow(0);
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, at, List()->viewport()->mapToGlobal(at));
-        QCoreApplication::sendEvent(List()->viewport(), &event);
-        ASSERT_TRUE(menu->isVisible());
-        menu->close();
-    };
-    List()->setFocus();
-    Press(Qt::Key_Down, Qt::ShiftModifier);
-    ASSERT_EQ(SelectedKeys(), "a.eml b.eml");
-    popUp();
-    EXPECT_FALSE(view->isEnabled());
-    Press(Qt::Key_Down);
-    ASSERT_EQ(SelectedKeys(), "c.eml");
-    popUp();
-    EXPECT_TRUE(view->isEnabled());
-}
-
-TEST_F(MainList, AMousePressEnablesViewByWhatIsSelectedUntilThen) {
-    const auto* view = Action("mnuMessageView");
-    const auto press = [this](int row) {
-        QTest::mousePress(List()->viewport(), Qt::LeftButton, Qt::ControlModifier, CentreOfRow(row));
-        QTest::mouseRelease(List()->viewport(), Qt::LeftButton, Qt::ControlModifier, CentreOfRow(row));
-    };
-    press(1);
-    EXPECT_TRUE(view->isEnabled()) << "one row was selected";
-    press(2);
-    EXPECT_FALSE(view->isEnabled()) << "two rows were selected";
 }
 
 } // namespace

@@ -125,7 +125,6 @@ TEST_F(MainMenus, EveryButtonHasAPictureAndCarriesItsKey) {
 TEST_F(MainMenus, ExitClosesTheWindow) {
     Open();
     Action("mnuFiExit")->trigger();
-    Settle();
     EXPECT_FALSE(window_->isVisible());
     EXPECT_EQ(store_.FlushCount(), 1);
 }

@@ -35,7 +35,6 @@ protected:
     void Run(std::function<void(QMessageBox&)> answer) {
         answer_ = std::move(answer);
         Action("mnuToolsTest")->trigger();
-        Settle();
     }
 
     static void Yes(QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }
@@ -269,13 +268,13 @@ TEST_F(MainPickupTest, AFolderOfMarkupIsPlainText) {
 
 TEST_F(MainPickupTest, WaitsForNoPass) {
     AddThree();
-    files_.SetLatency(std::chrono::milliseconds(60));
     Open();
     bool tried = false;
     WhileBusy([this, &tried] {
         Action("mnuToolsTest")->trigger();
         tried = true;
     });
+    files_.SetLatency(std::chrono::milliseconds(5));
     ASSERT_TRUE(WaitForRefreshes(1));
     files_.SetLatency(std::chrono::microseconds(0));
     EXPECT_TRUE(tried);

@@ -62,7 +62,6 @@ TEST_F(MainStart, ClosingSavesPlacementAndOptions) {
     Set("MainHeight", "7500");
     Open();
     Action("mnuViewToolbar")->trigger();
-    Settle();
     window_->close();
     EXPECT_EQ(Stored("Toolbar").toStdString(), "False");
     EXPECT_EQ(Stored("StatusBar").toStdString(), "True");
@@ -82,7 +81,6 @@ TEST_F(MainStart, ClosedWhileMinimizedLeavesTheStoreAsItWas) {
     const QStringList keys = store_.Keys(QStringLiteral("Settings"));
     Open();
     Action("mnuViewToolbar")->trigger();
-    Settle();
     window_->State().RefreshInterval = 99; // as the options dialog would
     window_->setGeometry(40, 50, 720, 510);
     window_->showMinimized();
@@ -180,7 +178,7 @@ TEST_F(MainStart, TheArchiveOfTheCommandLineIsListedAndNotStored) {
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
     EXPECT_EQ(window.Messages().Count(), 1);
-    EXPECT_EQ(window.Messages().Row(0).Key().toStdString(), "only.eml");
+    EXPECT_EQ(window.Messages().Row(0).key.toStdString(), "only.eml");
     EXPECT_EQ(window.State().PickupDir.toStdString(), "/pickup/");
     window.close();
     EXPECT_EQ(store_.FlushCount(), 1);
@@ -201,9 +199,9 @@ TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.Messages().Count() == 2; }, patience));
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
-    EXPECT_EQ(window.Messages().Row(0).Cell(ColumnSubject).toStdString(), "about new.eml");
-    EXPECT_EQ(window.Messages().Row(1).Key().toStdString(), "old.eml");
-    pool_.WaitForDone(); // its readers use the folder
+    EXPECT_EQ(window.Messages().Row(0).cells[ColumnSubject].toStdString(), "about new.eml");
+    EXPECT_EQ(window.Messages().Row(1).key.toStdString(), "old.eml");
+    pool_.waitForDone(); // its readers use the folder
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "archive/LocalTime.h"
 
-#include "messages/FormatTime.h"
-
 #include <gtest/gtest.h>
 
 #include <QDateTime>
@@ -14,13 +12,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr qint64 nsPerSecond = 1'000'000'000;
-
-/// A file time as the list shows it.
-QString ListDate(qint64 modifiedNs) {
-    QString text;
-    AppendTime(LocalSeconds(modifiedNs), text);
-    return text;
-}
 
 bool InNewYork() {
     return QTimeZone::systemTimeZoneId() == "America/New_York";

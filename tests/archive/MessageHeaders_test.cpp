@@ -43,42 +43,46 @@ TEST(SclText, IsEmptyWithNeitherHeader) {
     EXPECT_EQ(SclText(Confidence({}, {})), QString());
 }
 
-TEST(FillTexts, TakesTheFieldsOfALoadedMessage) {
+TEST(FillRow, TakesTheFieldsOfALoadedMessage) {
     HeaderFields fields = Confidence(u"7 53.21%"_s, {});
     fields.recipient = u"to"_s;
     fields.sender = u"from"_s;
     fields.subject = u"subject"_s;
     fields.xSender = u"Envelope@Example.com"_s;
-    MessageTexts texts;
-    EXPECT_TRUE(FillTexts(texts, fields));
-    EXPECT_EQ(texts.to, u"to"_s);
-    EXPECT_EQ(texts.from, u"from"_s);
-    EXPECT_EQ(texts.subject, u"subject"_s);
-    EXPECT_EQ(texts.scl, u"7 53.21"_s);
-    EXPECT_EQ(texts.tag, u"Envelope@Example.com"_s);
+    MessageRow row;
+    row.key = u"key"_s;
+    row.cells[ColumnDate] = u"date"_s;
+    EXPECT_TRUE(FillRow(row, fields));
+    EXPECT_EQ(row.cells[ColumnTo], u"to"_s);
+    EXPECT_EQ(row.cells[ColumnFrom], u"from"_s);
+    EXPECT_EQ(row.cells[ColumnSubject], u"subject"_s);
+    EXPECT_EQ(row.cells[ColumnScl], u"7 53.21"_s);
+    EXPECT_EQ(row.tag, u"Envelope@Example.com"_s);
+    EXPECT_EQ(row.key, u"key"_s);
+    EXPECT_EQ(row.cells[ColumnDate], u"date"_s);
 }
 
-TEST(FillTexts, EmptiesWhatTheMessageDoesNotHave) {
-    MessageTexts texts;
-    texts.tag = u"old"_s;
-    texts.scl = u"old"_s;
-    EXPECT_TRUE(FillTexts(texts, HeaderFields()));
-    EXPECT_EQ(texts.tag, QString());
-    EXPECT_EQ(texts.scl, QString());
+TEST(FillRow, EmptiesWhatTheMessageDoesNotHave) {
+    MessageRow row;
+    row.tag = u"old"_s;
+    row.cells[ColumnScl] = u"old"_s;
+    EXPECT_TRUE(FillRow(row, HeaderFields()));
+    EXPECT_EQ(row.tag, QString());
+    EXPECT_EQ(row.cells[ColumnScl], QString());
 }
 
-TEST(FillTexts, OfAnUnreadableMessageOnlyGetTheError) {
+TEST(FillRow, PutsOnlyTheErrorIntoTheRowOfAnUnreadableMessage) {
     HeaderFields fields;
     fields.errorCode = 1;
     fields.errorText = u"not a message"_s;
-    MessageTexts texts;
-    texts.tag = u"tag"_s;
-    texts.to = u"to"_s;
-    EXPECT_FALSE(FillTexts(texts, fields));
-    EXPECT_EQ(texts.subject, u"not a message"_s);
-    EXPECT_EQ(texts.to, u"to"_s);
-    EXPECT_EQ(texts.scl, QString());
-    EXPECT_EQ(texts.tag, u"tag"_s);
+    MessageRow row;
+    row.tag = u"tag"_s;
+    row.cells[ColumnTo] = u"to"_s;
+    EXPECT_FALSE(FillRow(row, fields));
+    EXPECT_EQ(row.cells[ColumnSubject], u"not a message"_s);
+    EXPECT_EQ(row.cells[ColumnTo], u"to"_s);
+    EXPECT_EQ(row.cells[ColumnScl], QString());
+    EXPECT_EQ(row.tag, u"tag"_s);
 }
 
 } // namespace quellbox

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class RefreshFailureTest : public RefreshTaskTest {
+class RefreshFailureTest : public RefreshPassTest {
 protected:
     void AddEmptyFiles(int first, int count) {
         for (int file = first; file < first + count; ++file) {
@@ -37,12 +37,16 @@ protected:
 
 } // namespace
 
-TEST_F(RefreshFailureTest, NamesAMissingArchiveInUpperCase) {
+TEST_F(RefreshFailureTest, NamesAMissingArchiveInUpperCaseAndClearsTheView) {
     model.Append(NumberedRows(3));
     state.ArchiveDir = u"/Missing/Spam/"_s;
     state.LastAddedFile = u"kept"_s;
+    panels.SetCount(u"3 messages"_s);
     EXPECT_EQ(Run(), RefreshOutcome::ArchiveMissing);
-    EXPECT_EQ(result.reason, u"Archive /MISSING/SPAM/ not found"_s);
+    EXPECT_EQ(panels.Info().text, u"Archive /MISSING/SPAM/ not found"_s);
+    EXPECT_EQ(panels.Count().text, QString());
+    EXPECT_EQ(viewsCleared, 1);
+    EXPECT_EQ(model.Count(), 0);
     EXPECT_EQ(maximum, 0);
     EXPECT_EQ(state.LastAddedFile, u"kept"_s);
 }
@@ -50,20 +54,19 @@ TEST_F(RefreshFailureTest, NamesAMissingArchiveInUpperCase) {
 TEST_F(RefreshFailureTest, SaysWhyAnArchiveCannotBeRead) {
     class Unreadable : public MemoryFileSystem {
     public:
-        std::vector<FolderEntry> Entries(const QString& folder) const override {
+        std::vector<FolderEntry> FileEntries(const QString& folder) const override {
             throw FileError(folder, u"Permission denied"_s);
         }
     } unreadable;
     unreadable.AddFolder(state.ArchiveDir);
     model.Append(NumberedRows(3));
-    Make(unreadable);
-    EXPECT_EQ(Run(), RefreshOutcome::Unreadable);
-    EXPECT_TRUE(result.reason.startsWith(u"Archive cannot be read:"_s));
-    EXPECT_TRUE(result.reason.contains(u"Permission denied"_s));
+    RefreshPass pass({unreadable, store, clock, pool}, state, model, panels, callbacks);
+    EXPECT_EQ(pass.Run(false, false), RefreshOutcome::Unreadable);
+    EXPECT_TRUE(panels.Info().text.startsWith(u"Archive cannot be read:"_s));
+    EXPECT_TRUE(panels.Info().text.contains(u"Permission denied"_s));
     EXPECT_EQ(model.Count(), 3);
     EXPECT_EQ(maximum, 0);
-    task.reset();
-    pool.WaitForDone();
+    pool.waitForDone();
 }
 
 TEST_F(RefreshFailureTest, ListsAsManyFilesAsA16BitCountHoldsAndNotOneMore) {
@@ -73,67 +76,74 @@ TEST_F(RefreshFailureTest, ListsAsManyFilesAsA16BitCountHoldsAndNotOneMore) {
     EXPECT_EQ(maximum, 32'767);
     maximum = 0;
     AddEmptyFiles(32'766, 1);
-    EXPECT_EQ(Run(false, true), RefreshOutcome::TooMany);
-    EXPECT_TRUE(result.reason.contains(u"32767"_s)) << result.reason.toStdString();
-    EXPECT_EQ(maximum, 0) << "files were read";
+    EXPECT_THROW(Run(false, true), OverflowError);
+    EXPECT_EQ(maximum, 0) << "the busy state was entered";
     EXPECT_EQ(model.Count(), 32'766);
     state.LastAddedFile.clear();
-    EXPECT_EQ(Run(false, true), RefreshOutcome::TooMany);
+    EXPECT_THROW(Run(false, true), OverflowError);
     EXPECT_EQ(model.Count(), 32'766) << "rows listed before must stay";
 }
 
 TEST_F(RefreshFailureTest, GivesAFileThatIsNoMessageARowWithTheError) {
     AddMessage(u"a.eml"_s);
     files.Add(InArchive(u"b.eml"_s), "", start.addDays(1).toMSecsSinceEpoch() * 1'000'000);
-    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    RefreshPass pass = Pass();
+    EXPECT_EQ(pass.Run(true, false), RefreshOutcome::Completed);
     ASSERT_EQ(Keys(), (QStringList{u"a.eml"_s, u"b.eml"_s}));
-    EXPECT_NE(model.Row(1).Cell(ColumnSubject), QString());
-    EXPECT_EQ(model.Row(1).Cell(ColumnTo), QString());
-    EXPECT_EQ(model.Row(1).Tag(), QString());
-    EXPECT_EQ(model.Row(1).Cell(ColumnSize), u"0"_s);
-    EXPECT_TRUE(model.Row(1).IsUnread());
+    EXPECT_NE(model.Row(1).cells[ColumnSubject], QString());
+    EXPECT_EQ(model.Row(1).cells[ColumnTo], QString());
+    EXPECT_EQ(model.Row(1).tag, QString());
+    EXPECT_EQ(model.Row(1).cells[ColumnSize], u"0"_s);
+    EXPECT_TRUE(model.Row(1).unread);
     EXPECT_EQ(state.LastAddedFile, u"b.eml"_s);
-    EXPECT_FALSE(result.lastMessageWasRead);
+    EXPECT_FALSE(pass.LastMessageWasRead());
 }
 
 TEST_F(RefreshFailureTest, GivesAFileThatVanishesAfterTheListingARowWithTheError) {
     AddMessages(3);
-    QObject::connect(task.get(), &RefreshTask::Counted, [this] { files.Remove(InArchive(u"001.eml"_s)); });
-    EXPECT_EQ(Run(), RefreshOutcome::Completed);
+    callbacks.enterBusy = [this](int) { files.Remove(InArchive(u"001.eml"_s)); };
+    RefreshPass pass = Pass();
+    EXPECT_EQ(pass.Run(false, false), RefreshOutcome::Completed);
     ASSERT_EQ(model.Count(), 3);
-    EXPECT_TRUE(model.Row(1).Cell(ColumnSubject).contains(u"No such file"_s));
-    EXPECT_EQ(model.Row(2).Cell(ColumnSubject), u"s"_s);
-    EXPECT_TRUE(result.lastMessageWasRead);
+    EXPECT_TRUE(model.Row(1).cells[ColumnSubject].contains(u"No such file"_s));
+    EXPECT_EQ(model.Row(2).cells[ColumnSubject], u"s"_s);
+    EXPECT_TRUE(pass.LastMessageWasRead());
 }
 
-TEST_F(RefreshFailureTest, ShowsTheRowsSoFarWhileAReaderStalls) {
+TEST_F(RefreshFailureTest, RunsEventsWhileAReaderStallsAndShowsTheRowsSoFar) {
     AddMessages(3);
     Stall(u"002.eml"_s);
-    task->Start(false, false);
-    EXPECT_TRUE(RunUntil([this] { return stalled && model.Count() == 2; }));
-    EXPECT_TRUE(task->IsRunning());
-    release.release(10);
-    EXPECT_EQ(WaitForEnd(), RefreshOutcome::Completed);
+    int runsWhileStalled = 0;
+    int rowsWhileStalled = -1;
+    callbacks.runEvents = [&] {
+        // Long enough for the first batch of rows to be due.
+        if (stalled && ++runsWhileStalled == 20) {
+            rowsWhileStalled = model.Count();
+            release.release(10);
+        }
+    };
+    EXPECT_EQ(Run(), RefreshOutcome::Completed);
+    EXPECT_GE(runsWhileStalled, 20);
+    EXPECT_EQ(rowsWhileStalled, 2);
     EXPECT_EQ(model.Count(), 3);
 }
 
 TEST_F(RefreshFailureTest, EndsWhenItIsCancelledAndKeepsTheRowsSoFar) {
     AddMessages(5);
     Stall(u"003.eml"_s);
-    task->Start(false, false);
-    ASSERT_TRUE(RunUntil([this] { return stalled && model.Count() == 3; }));
-    task->Cancel();
-    EXPECT_EQ(ends, 1) << "it ends at once";
-    EXPECT_EQ(result.outcome, RefreshOutcome::Cancelled);
-    release.release(10);
-    pool.WaitForDone();
-    QCoreApplication::processEvents();
+    RefreshPass* running = nullptr;
+    int runsWhileStalled = 0;
+    callbacks.runEvents = [&] {
+        if (stalled && ++runsWhileStalled == 5) {
+            running->Cancel();
+        }
+    };
+    RefreshPass pass = Pass();
+    running = &pass;
+    EXPECT_EQ(pass.Run(false, false), RefreshOutcome::Cancelled);
     EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"001.eml"_s, u"002.eml"_s}));
     EXPECT_EQ(state.LastAddedFile, u"002.eml"_s);
-    EXPECT_EQ(ends, 1);
-    files.SetReadHook({});
-    EXPECT_EQ(Run(true), RefreshOutcome::Completed) << "the next one goes on where this one ended";
-    EXPECT_EQ(model.Count(), 5);
+    release.release(10);
 }
 
 TEST_F(RefreshFailureTest, IsCancelledWhileTheListingStalls) {
@@ -147,79 +157,15 @@ TEST_F(RefreshFailureTest, IsCancelledWhileTheListingStalls) {
         mutable QSemaphore release;
     } stalling;
     model.Append(NumberedRows(3));
-    Make(stalling);
-    task->Start(false, false);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(ends, 0);
-    task->Cancel();
-    EXPECT_EQ(result.outcome, RefreshOutcome::Cancelled);
-    EXPECT_EQ(model.Count(), 3) << "an archive that did not answer is not a missing one";
+    RefreshPass* running = nullptr;
+    callbacks.runEvents = [&] { running->Cancel(); };
+    RefreshPass pass({stalling, store, clock, pool}, state, model, panels, callbacks);
+    running = &pass;
+    EXPECT_EQ(pass.Run(false, false), RefreshOutcome::Cancelled);
+    EXPECT_EQ(model.Count(), 3);
+    EXPECT_EQ(viewsCleared, 0) << "an archive that did not answer is not a missing one";
     stalling.release.release(10);
-    task.reset();
-    pool.WaitForDone();
-}
-
-TEST_F(RefreshFailureTest, ASecondRefreshIsCancelledWhileItsListingStalls) {
-    AddMessages(2);
-    Run();
-    files.SetLatency(std::chrono::milliseconds(50));
-    task->Start(true, false);
-    task->Cancel();
-    EXPECT_FALSE(task->IsRunning());
-    EXPECT_EQ(ends, 2);
-    EXPECT_EQ(result.outcome, RefreshOutcome::Cancelled);
-}
-
-TEST_F(RefreshFailureTest, OneRefreshAtATime) {
-    AddMessages(2);
-    task->Start(false, false);
-    task->Start(true, true);
-    EXPECT_EQ(WaitForEnd(), RefreshOutcome::Completed);
-    EXPECT_EQ(ends, 1);
-    EXPECT_FALSE(model.Row(0).IsUnread());
-}
-
-TEST_F(RefreshFailureTest, AnIncrementalRefreshReadsAgainWhatCouldNotBeRead) {
-    AddMessages(2);
-    AddMessage(u"locked.eml"_s);
-    files.FailPath(InArchive(u"locked.eml"_s), u"The file is in use."_s);
-    files.LetFoldersTellStatus([](const QString&) { return true; });
-    Run();
-    ASSERT_EQ(model.Count(), 3);
-    ASSERT_TRUE(model.Row(2).Cell(ColumnSubject).contains(u"in use"_s));
-    model.MarkRows(2, 2, true);
-    files.FailPath(InArchive(u"locked.eml"_s), {});
-    const int opened = files.OpenCount();
-    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
-    EXPECT_EQ(files.OpenCount(), opened + 1) << "only that one";
-    ASSERT_EQ(model.Count(), 3);
-    EXPECT_EQ(model.Row(2).Cell(ColumnSubject), u"s"_s);
-    EXPECT_EQ(model.Row(2).Tag(), u"eve@spam.example"_s);
-    EXPECT_TRUE(model.Row(2).IsUnread()) << "as it was";
-    Run(true);
-    EXPECT_EQ(files.OpenCount(), opened + 1) << "it is read now";
-}
-
-TEST_F(RefreshFailureTest, AHalfWrittenMessageIsReadAgainWhenItHasChangedAndThenTolerated) {
-    state.TolerationLevel = 2;
-    Tolerate(u"@friend.example"_s);
-    AddMessages(1);
-    const auto write = [this](const QByteArray& bytes, int second) {
-        files.Add(InArchive(u"late.eml"_s), bytes, start.addSecs(second).toMSecsSinceEpoch() * 1'000'000);
-    };
-    write({}, 10);
-    AddMessage(u"noise.eml"_s);
-    files.Add(InArchive(u"noise.eml"_s), "no message at all", start.addSecs(5).toMSecsSinceEpoch() * 1'000'000);
-    Run();
-    ASSERT_EQ(Keys(), (QStringList{u"000.eml"_s, u"noise.eml"_s, u"late.eml"_s}));
-    const int opened = files.OpenCount();
-    Run(true);
-    EXPECT_EQ(files.OpenCount(), opened) << "neither has changed";
-    write("Subject: s\r\nX-SENDER: bob@friend.example\r\n\r\n", 11);
-    Run(true);
-    EXPECT_EQ(Keys(), (QStringList{u"000.eml"_s, u"noise.eml"_s}));
-    EXPECT_TRUE(files.FileExists(u"/pickup/late.eml"_s));
-    EXPECT_EQ(files.OpenCount(), opened + 1);
+    pool.waitForDone();
 }
 
 } // namespace quellbox

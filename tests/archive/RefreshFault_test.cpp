@@ -13,7 +13,7 @@ namespace {
 constexpr int messageCount = 12;
 
 /// An archive in which every third message is to be tolerated, on a file system of which one call fails.
-class World : public RefreshTaskTest {
+class World : public RefreshPassTest {
 public:
     World() {
         state.TolerationLevel = 2;
@@ -25,10 +25,10 @@ public:
         }
     }
 
-    using RefreshTaskTest::files;
-    using RefreshTaskTest::model;
-    using RefreshTaskTest::Run;
-    using RefreshTaskTest::state;
+    using RefreshPassTest::files;
+    using RefreshPassTest::model;
+    using RefreshPassTest::Run;
+    using RefreshPassTest::state;
 
     static bool IsTolerable(int number) { return number % 3 == 1; }
 
@@ -72,7 +72,7 @@ public:
     int CallsOfAPass() {
         const int before = files.CallCount();
         Run();
-        pool.WaitForDone();
+        pool.waitForDone();
         return files.CallCount() - before;
     }
 

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "archive/RefreshTask.h"
+#include "archive/RefreshPass.h"
 
 #include "tests/messages/ListRows.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/MemorySettingsStore.h"
-#include "tests/support/RunUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -14,34 +13,26 @@
 
 namespace quellbox {
 
-/// An archive in memory, and a task that refreshes the list of it.
-class RefreshTaskTest : public testing::Test {
+/// An archive in memory, with a window that only notes what a pass asks of it.
+class RefreshPassTest : public testing::Test {
 protected:
-    RefreshTaskTest() {
-        pool.SetMost(8);
+    RefreshPassTest() {
+        pool.setMaxThreadCount(8);
         state.ArchiveDir = QStringLiteral("/Archive/");
         state.PickupDir = QStringLiteral("/pickup/");
         files.AddFolder(state.ArchiveDir);
         files.AddFolder(state.PickupDir);
-        Make(files);
+        callbacks.clearView = [this] {
+            ++viewsCleared;
+            model.Clear();
+        };
+        callbacks.enterBusy = [this](int value) { maximum = value; };
+        callbacks.showProgress = [this](int value) { progress.push_back(value); };
+        callbacks.runEvents = [this] { ++eventRuns; };
     }
 
     // The readers of a test must not outlive its file system.
-    ~RefreshTaskTest() override {
-        task.reset();
-        pool.WaitForDone();
-    }
-
-    void Make(FileSystem& system) {
-        task = std::make_unique<RefreshTask>(RefreshPorts{system, store, clock, pool}, state, model);
-        QObject::connect(task.get(), &RefreshTask::Counted, [this](int value) { maximum = value; });
-        QObject::connect(task.get(), &RefreshTask::Progress, [this](int rows) { progress.push_back(rows); });
-        QObject::connect(task.get(), &RefreshTask::Ended, [this](const RefreshResult& ended) {
-            EXPECT_FALSE(task->IsRunning());
-            result = ended;
-            ++ends;
-        });
-    }
+    ~RefreshPassTest() override { pool.waitForDone(); }
 
     QString InArchive(const QString& name) const { return state.ArchiveDir + name; }
 
@@ -61,16 +52,9 @@ protected:
 
     void Tolerate(const QString& entry) { store.SetValue(QStringLiteral("Tolerate"), entry, QStringLiteral("0")); }
 
-    /// A refresh from its start to its end.
-    RefreshOutcome Run(bool markNew = false, bool bulk = false) {
-        task->Start(markNew, bulk);
-        return WaitForEnd();
-    }
+    RefreshPass Pass() { return {{files, store, clock, pool}, state, model, panels, callbacks}; }
 
-    RefreshOutcome WaitForEnd() {
-        EXPECT_TRUE(RunUntil([this] { return !task->IsRunning(); }));
-        return result.outcome;
-    }
+    RefreshOutcome Run(bool markNew = false, bool bulk = false) { return Pass().Run(markNew, bulk); }
 
     QStringList Keys() const { return KeysOf(model); }
 
@@ -79,15 +63,16 @@ protected:
     MemoryFileSystem files;
     MemorySettingsStore store;
     FixedClock clock{start};
+    QThreadPool pool;
     AppState state;
     MessageListModel model;
-    ThreadWorkPool pool;
-    std::unique_ptr<RefreshTask> task;
+    StatusPanels panels;
+    RefreshCallbacks callbacks;
 
-    RefreshResult result;
-    int ends = 0;
-    int maximum = 0; ///< of the progress; 0 while nothing was to be read
+    int viewsCleared = 0;
+    int maximum = 0; ///< of the progress; 0 while the busy state was not entered
     std::vector<int> progress;
+    int eventRuns = 0;
 };
 
 } // namespace quellbox

@@ -27,7 +27,6 @@ protected:
     void OpenViewer(int row) {
         Click(row);
         QTest::keyClick(List(), Qt::Key_Return);
-        Settle();
         ASSERT_NE(Viewer(), nullptr);
         ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() == Viewer(); }));
     }
@@ -90,13 +89,11 @@ TEST_F(View, OpensByEnterSpaceAndDoubleClick) {
     Click(0);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
         QTest::keyClick(List(), key);
-        Settle();
         ASSERT_NE(Viewer(), nullptr);
         Viewer()->close();
     }
     const QPoint point = List()->visualRect(window->Messages().index(0, 0)).center();
     QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, point);
-    Settle();
     EXPECT_NE(Viewer(), nullptr);
 }
 
@@ -125,10 +122,8 @@ TEST_F(View, AnEmptyListOpensNothing) {
     Open(0);
     Command("mnuMessageView")->setEnabled(true);
     Command("mnuMessageView")->trigger();
-    Settle();
     window->State().OutlookExpress = 1;
     Command("mnuMessageView")->trigger();
-    Settle();
     EXPECT_EQ(Viewer(), nullptr);
     EXPECT_TRUE(shell.Opened().isEmpty());
 }
@@ -139,7 +134,6 @@ TEST_F(View, TheExternalViewerLeavesBothPanesAlone) {
     Raw()->ShowText(QStringLiteral("before"));
     window->State().OutlookExpress = 1;
     QTest::keyClick(List(), Qt::Key_Return);
-    Settle();
     EXPECT_EQ(shell.Opened(), QStringList({Archive(Name(1))}));
     EXPECT_EQ(Viewer(), nullptr);
     EXPECT_EQ(Raw()->toPlainText(), QStringLiteral("before"));
@@ -150,7 +144,6 @@ TEST_F(View, AMissingFileLeavesTheTexts) {
     OpenViewer(0);
     QFile::remove(Archive(Name(1)));
     QTest::keyClick(List(), Qt::Key_Return);
-    Settle();
     EXPECT_EQ(TextOf(Viewer())->Text(), QString::fromLatin1(Mail(1)));
     EXPECT_EQ(Raw()->Text(), QString::fromLatin1(Mail(1)));
 }
@@ -207,7 +200,6 @@ TEST_F(View, ClosesByEscapeInTheMainWindow) {
     OpenViewer(0);
     Activate();
     QTest::keyClick(List(), Qt::Key_Escape);
-    Settle();
     EXPECT_EQ(Viewer(), nullptr);
 }
 
@@ -228,7 +220,6 @@ TEST_F(View, OpensFromTheContextMenuOfOneRow) {
     ASSERT_TRUE(Command("mnuMessageView")->isEnabled());
     menu->close();
     Command("mnuMessageView")->trigger();
-    Settle();
     EXPECT_NE(Viewer(), nullptr);
 }
 

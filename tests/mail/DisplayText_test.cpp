@@ -12,16 +12,6 @@ TEST(CleanseForDisplay, LeavesATextThatOthersShareAsItIs) {
     EXPECT_EQ(shared, other);
 }
 
-TEST(ShownText, EndsAfterTheFirstThousandCharacters) {
-    const QString longest(1000, QLatin1Char('x'));
-    EXPECT_EQ(ShownText(longest), longest);
-    EXPECT_EQ(ShownText(longest + QLatin1Char('y')), longest + QChar(0x2026));
-}
-
-TEST(WithLineFeeds, ShortensTheLineEndsThatAreCrlf) {
-    EXPECT_EQ(WithLineFeeds(QStringLiteral("a\r\n\r\nb\nc\rd")), QStringLiteral("a\n\nb\nc\rd"));
-}
-
 TEST(WindowTitle, KeepsTheMarkAndShowsNothingThatMisleads) {
     EXPECT_EQ(WindowTitle(QStringLiteral("/mail/x[*]/")), QStringLiteral("/mail/x[*][*]/"));
     EXPECT_EQ(WindowTitle(QStringLiteral("[*][*]")), QStringLiteral("[*][*][*][*]"));

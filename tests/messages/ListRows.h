@@ -2,27 +2,16 @@
 
 #include "messages/MessageListModel.h"
 
-#include <QDateTime>
 #include <QStringList>
 
 namespace quellbox {
 
 /// A row whose subject is `subject`; the key too, unless another one is given.
 inline MessageRow RowWith(const QString& subject, const QString& key = {}) {
-    MessageTexts texts;
-    texts.subject = subject;
-    return {key.isEmpty() ? subject : key, 0, 0, texts};
-}
-
-/// The same row for a file of that many bytes.
-inline MessageRow WithSize(const MessageRow& row, qint64 bytes) {
-    return {row.Key(), bytes, row.Time(), row.Texts()};
-}
-
-/// The same row for a file of that local time.
-inline MessageRow WithTime(const MessageRow& row, const QDateTime& time) {
-    const qint64 seconds = QDateTime(time.date(), time.time(), Qt::UTC).toSecsSinceEpoch();
-    return {row.Key(), row.Size(), seconds, row.Texts()};
+    MessageRow row;
+    row.key = key.isEmpty() ? subject : key;
+    row.cells[ColumnSubject] = subject;
+    return row;
 }
 
 inline std::vector<MessageRow> RowsWith(const QStringList& subjects) {
@@ -45,7 +34,7 @@ inline std::vector<MessageRow> NumberedRows(int count) {
 inline QStringList KeysOf(const MessageListModel& model) {
     QStringList keys;
     for (int row = 0; row < model.Count(); ++row) {
-        keys += model.Row(row).Key();
+        keys += model.Row(row).key;
     }
     return keys;
 }
@@ -53,7 +42,7 @@ inline QStringList KeysOf(const MessageListModel& model) {
 /// True when RowOfKey() finds every row where it is.
 inline bool FindsEveryRow(const MessageListModel& model) {
     for (int row = 0; row < model.Count(); ++row) {
-        if (model.RowOfKey(model.Row(row).Key()) != row) {
+        if (model.RowOfKey(model.Row(row).key) != row) {
             return false;
         }
     }

@@ -22,23 +22,25 @@ protected:
 } // namespace
 
 TEST_F(MessageListModelTest, ShowsTheCellsByColumn) {
-    const MessageTexts texts{u"to"_s, u"from"_s, u"subject"_s, u"7"_s, u"tag"_s};
-    model.Append({MessageRow(u"key"_s, 1234, 86399, texts)});
+    MessageRow row = RowWith(u"subject"_s, u"key"_s);
+    row.cells[ColumnDate] = u"date"_s;
+    row.cells[ColumnScl] = u"7"_s;
+    model.Append({row});
     EXPECT_EQ(model.rowCount(), 1);
     EXPECT_EQ(model.columnCount(), 7);
-    const QStringList cells{
-        u"1970-01-01 23:59:59"_s, u"to"_s, u"from"_s, u"subject"_s, u"1234"_s, u"00001234"_s, u"7"_s};
-    for (int column = 0; column < ColumnCount; ++column) {
-        EXPECT_EQ(Data(0, column, Qt::DisplayRole).toString(), cells.at(column));
-    }
+    EXPECT_EQ(Data(0, ColumnDate, Qt::DisplayRole).toString(), u"date"_s);
+    EXPECT_EQ(Data(0, ColumnSubject, Qt::DisplayRole).toString(), u"subject"_s);
+    EXPECT_EQ(Data(0, ColumnScl, Qt::DisplayRole).toString(), u"7"_s);
     EXPECT_FALSE(model.data({}, Qt::DisplayRole).isValid());
 }
 
 TEST_F(MessageListModelTest, ShowsTheFirstThousandCharactersOfALongCell) {
-    model.Append({MessageRow(u"key"_s, 0, 0, {{}, QString(1000, u'f'), QString(1001, u's'), {}, {}})});
+    MessageRow row = RowWith(QString(1001, u's'), u"key"_s);
+    row.cells[ColumnFrom] = QString(1000, u'f');
+    model.Append({row});
     EXPECT_EQ(Data(0, ColumnFrom, Qt::DisplayRole).toString(), QString(1000, u'f'));
     EXPECT_EQ(Data(0, ColumnSubject, Qt::DisplayRole).toString(), QString(1000, u's') + QChar(0x2026));
-    EXPECT_EQ(model.Row(0).Cell(ColumnSubject).size(), 1001) << "the row keeps all of it";
+    EXPECT_EQ(model.Row(0).cells[ColumnSubject].size(), 1001) << "the row keeps all of it";
 }
 
 TEST_F(MessageListModelTest, HasNoRowsUnderARow) {
@@ -88,9 +90,9 @@ TEST_F(MessageListModelTest, MarksWholeRowsUnreadAndRead) {
         }
     }
     model.MarkRows(2, 2, false);
-    EXPECT_TRUE(model.Row(1).IsUnread());
-    EXPECT_FALSE(model.Row(2).IsUnread());
-    EXPECT_TRUE(model.Row(3).IsUnread());
+    EXPECT_TRUE(model.Row(1).unread);
+    EXPECT_FALSE(model.Row(2).unread);
+    EXPECT_TRUE(model.Row(3).unread);
 }
 
 TEST_F(MessageListModelTest, TellsTheViewWhichRowsWereMarked) {
@@ -141,18 +143,18 @@ TEST_F(MessageListModelTest, SaysNothingWhenNothingIsAppendedRemovedOrCleared) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(MessageListModelTest, PutsAnotherRowInThePlaceOfOne) {
+TEST_F(MessageListModelTest, KeepsTheKeyOfAnUpdatedRow) {
     model.Append(RowsWith({u"a"_s, u"b"_s}));
     int changedRow = -1;
     QObject::connect(&model, &QAbstractItemModel::dataChanged, &model,
                      [&](const QModelIndex& from) { changedRow = from.row(); });
-    EXPECT_EQ(model.RowOfKey(u"b"_s), 1);
-    model.Update(1, MessageRow(u"other key"_s, 0, 0, {{}, {}, u"new"_s, {}, u"tag"_s}));
-    EXPECT_EQ(model.Row(1).Key(), u"other key"_s);
-    EXPECT_EQ(model.RowOfKey(u"b"_s), -1);
-    EXPECT_EQ(model.Row(1).Cell(ColumnSubject), u"new"_s);
-    EXPECT_EQ(model.Row(1).Tag(), u"tag"_s);
-    EXPECT_EQ(model.Row(0).Cell(ColumnSubject), u"a"_s);
+    MessageRow contents = RowWith(u"new"_s, u"other key"_s);
+    contents.tag = u"tag"_s;
+    model.Update(1, contents);
+    EXPECT_EQ(model.Row(1).key, u"b"_s);
+    EXPECT_EQ(model.Row(1).cells[ColumnSubject], u"new"_s);
+    EXPECT_EQ(model.Row(1).tag, u"tag"_s);
+    EXPECT_EQ(model.Row(0).cells[ColumnSubject], u"a"_s);
     EXPECT_EQ(changedRow, 1);
     EXPECT_TRUE(FindsEveryRow(model));
 }

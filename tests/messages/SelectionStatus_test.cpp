@@ -24,9 +24,11 @@ protected:
     ~SelectionStatusTest() override { QLocale::setDefault(QLocale::system()); }
 
     /// Appends rows with the keys "0", "1" and so on.
-    void AddSizes(const std::vector<qint64>& sizes) {
-        for (const qint64 size : sizes) {
-            model.Append({WithSize(RowWith(QString::number(model.Count())), size)});
+    void AddSizes(const QStringList& sizes) {
+        for (const QString& size : sizes) {
+            MessageRow row = RowWith(QString::number(model.Count()));
+            row.cells[ColumnSize] = size;
+            model.Append({row});
         }
     }
 
@@ -53,7 +55,7 @@ TEST_F(SelectionStatusTest, OfAnEmptyListDisablesAllButTheWhitelist) {
 }
 
 TEST_F(SelectionStatusTest, WithoutSelectionShowsTheArchive) {
-    AddSizes({10, 20});
+    AddSizes({u"10"_s, u"20"_s});
     const SelectionStatus status = Status({});
     EXPECT_EQ(status.SelectedCount, 0);
     EXPECT_EQ(status.info.text, u"/archive/"_s);
@@ -63,7 +65,7 @@ TEST_F(SelectionStatusTest, WithoutSelectionShowsTheArchive) {
 }
 
 TEST_F(SelectionStatusTest, OfOneRowShowsItsFile) {
-    AddSizes({10, 1'500});
+    AddSizes({u"10"_s, u"1500"_s});
     const SelectionStatus status = Status({{1, 1}});
     EXPECT_EQ(status.SelectedCount, 1);
     EXPECT_EQ(status.info.text, u"1"_s);
@@ -72,7 +74,7 @@ TEST_F(SelectionStatusTest, OfOneRowShowsItsFile) {
 }
 
 TEST_F(SelectionStatusTest, OfSeveralRowsAddsUpAllRanges) {
-    AddSizes({1, 20, 300, 4'000, 50'000});
+    AddSizes({u"1"_s, u"20"_s, u"300"_s, u"4000"_s, u"50000"_s});
     const SelectionStatus status = Status({{0, 1}, {3, 4}});
     EXPECT_EQ(status.SelectedCount, 4);
     EXPECT_EQ(status.info.text, u"4 selected"_s);
@@ -80,7 +82,7 @@ TEST_F(SelectionStatusTest, OfSeveralRowsAddsUpAllRanges) {
 }
 
 TEST_F(SelectionStatusTest, CountsTheMessagesOrNamesTheFilter) {
-    AddSizes({1, 2, 3});
+    AddSizes({u"1"_s, u"2"_s, u"3"_s});
     EXPECT_EQ(Status({}).count, u"3 messages"_s);
     state.FilterDays = 1;
     EXPECT_EQ(Status({}).count, u"3 messages"_s);
@@ -88,7 +90,7 @@ TEST_F(SelectionStatusTest, CountsTheMessagesOrNamesTheFilter) {
 }
 
 TEST_F(SelectionStatusTest, CountsPlainlyUnderAFilterWithoutACaption) {
-    AddSizes({1});
+    AddSizes({u"1"_s});
     for (const qint16 days : {qint16{-1}, qint16{8}}) {
         state.FilterDays = days;
         EXPECT_EQ(Status({}, true).count, u"1"_s);
@@ -96,7 +98,7 @@ TEST_F(SelectionStatusTest, CountsPlainlyUnderAFilterWithoutACaption) {
 }
 
 TEST_F(SelectionStatusTest, ToleratesExactlyOneRowAndOnlyWithAWhitelist) {
-    AddSizes({1, 2});
+    AddSizes({u"1"_s, u"2"_s});
     for (const qint16 level : {qint16{0}, qint16{1}, qint16{2}}) {
         state.TolerationLevel = level;
         EXPECT_FALSE(Status({}).canTolerate) << level;
@@ -107,21 +109,28 @@ TEST_F(SelectionStatusTest, ToleratesExactlyOneRowAndOnlyWithAWhitelist) {
 }
 
 TEST_F(SelectionStatusTest, HoldsUpToOneByteBelowTwoGigabytes) {
-    AddSizes({2'147'483'646, 1, 1});
+    AddSizes({u"2147483646"_s, u"1"_s, u"1"_s});
     EXPECT_EQ(Status({{0, 1}}).size.text, u"2.147 GB"_s);
     EXPECT_THROW(Status({{0, 2}}), OverflowError);
 }
 
 TEST_F(SelectionStatusTest, OverflowsForOneHugeRowToo) {
-    AddSizes({2'147'483'648, 1, 9'223'372'036'854'775'807});
+    AddSizes({u"2147483648"_s, u"1"_s, u"9223372036854775807"_s});
     EXPECT_THROW(Status({{0, 0}}), OverflowError);
     EXPECT_THROW(Status({{1, 2}}), OverflowError);
+}
+
+TEST_F(SelectionStatusTest, RefusesASizeThatIsNoNumberOnlyWhereItIsSelected) {
+    AddSizes({u"1"_s, u"many"_s, QString()});
+    EXPECT_EQ(Status({{0, 0}}).SelectedCount, 1);
+    EXPECT_THROW(Status({{0, 1}}), TypeMismatchError);
+    EXPECT_THROW(Status({{2, 2}}), TypeMismatchError);
 }
 
 TEST_F(SelectionStatusTest, HoldsAsManyRowsAsA16BitCount) {
     std::vector<MessageRow> rows = NumberedRows(32'768);
     for (MessageRow& row : rows) {
-        row = WithSize(row, 1);
+        row.cells[ColumnSize] = u"1"_s;
     }
     model.Append(std::move(rows));
     EXPECT_EQ(Status({{0, 32'766}}).SelectedCount, 32'767);

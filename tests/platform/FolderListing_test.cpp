@@ -2,18 +2,20 @@
 
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
-#include "tests/support/CallGate.h"
-#include "tests/support/ListedFolder.h"
 #include "tests/support/MemoryFileSystem.h"
 
 #include <QTemporaryDir>
-#include <QThread>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
+
+#include <future>
 
 namespace quellbox {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 QString Text(const char* text) {
     return QString::fromUtf8(text);
@@ -29,11 +31,10 @@ QStringList Names(const std::vector<FileEntry>& entries) {
 
 class FolderListingTest : public testing::Test {
 protected:
-    std::vector<FileEntry> Entries() { return ListedFolder(files_, Text("/mail/"), pool_).files; }
-    QStringList List() { return Names(Entries()); }
+    QStringList List() { return Names(FilesByArrival(files_, Text("/mail/"), pool_)); }
 
     MemoryFileSystem files_;
-    ThreadWorkPool pool_;
+    QThreadPool pool_;
 };
 
 TEST_F(FolderListingTest, OrderIsTimeThenName) {
@@ -48,34 +49,16 @@ TEST_F(FolderListingTest, OrderIsTimeThenName) {
 
 TEST_F(FolderListingTest, EmptyFolderGivesNothing) {
     files_.AddFolder(Text("/mail"));
-    const Listing listing = ListedFolder(files_, Text("/mail/"), pool_);
-    EXPECT_TRUE(listing.exists);
-    EXPECT_TRUE(listing.error.isEmpty());
-    EXPECT_TRUE(listing.files.empty());
+    EXPECT_EQ(List(), QStringList());
 }
 
-TEST_F(FolderListingTest, MissingFolderDoesNotExist) {
-    const Listing listing = ListedFolder(files_, Text("/mail/"), pool_);
-    EXPECT_FALSE(listing.exists);
-    EXPECT_TRUE(listing.files.empty());
-}
-
-TEST_F(FolderListingTest, UnreadableFolderSaysWhy) {
-    class Unreadable : public MemoryFileSystem {
-    public:
-        std::vector<FolderEntry> Entries(const QString& folder) const override {
-            throw FileError(folder, Text("Permission denied"));
-        }
-    } files;
-    files.AddFolder(Text("/mail"));
-    const Listing listing = ListedFolder(files, Text("/mail/"), pool_);
-    EXPECT_TRUE(listing.exists);
-    EXPECT_EQ(listing.error, Text("/mail/: Permission denied"));
+TEST_F(FolderListingTest, MissingFolderIsAnError) {
+    EXPECT_THROW(List(), FileError);
 }
 
 TEST_F(FolderListingTest, StatusComesWithTheName) {
     files_.Add(Text("/mail/a.EML"), "four", 99);
-    const std::vector<FileEntry> entries = Entries();
+    const std::vector<FileEntry> entries = FilesByArrival(files_, Text("/mail/"), pool_);
     ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].status.size, 4);
     EXPECT_EQ(entries[0].status.modifiedNs, 99);
@@ -105,7 +88,7 @@ TEST_P(FolderListingCount, EveryFileIsListedOnce) {
     }
     files_.AddFolder(Text("/mail"));
     EXPECT_EQ(List(), expected);
-    EXPECT_EQ(files_.CallCount(), GetParam() + 2);
+    EXPECT_EQ(files_.CallCount(), GetParam() + 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Boundaries, FolderListingCount, testing::Values(0, 1, 7, 8, 9, 71, 72, 73, 1000));
@@ -124,22 +107,25 @@ TEST_P(FolderThatTellsStatus, SparesTheLooks) {
         looks += index % GetParam() == 0 ? 1 : 0;
     }
     files_.LetFoldersTellStatus([](const QString& name) { return name.toInt() % GetParam() != 0; });
-    const std::vector<FileEntry> entries = Entries();
+    const std::vector<FileEntry> entries = FilesByArrival(files_, Text("/mail/"), pool_);
     EXPECT_EQ(Names(entries), expected);
     EXPECT_EQ(entries.back().status.size, 4);
     EXPECT_EQ(entries.back().status.modifiedNs, count - 1);
-    EXPECT_EQ(files_.CallCount(), looks + 2);
+    EXPECT_EQ(files_.CallCount(), looks + 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, FolderThatTellsStatus, testing::Values(1, 2, 25, 199, 200));
 
-TEST_F(FolderListingTest, FolderThatTellsEveryStatusNeedsNoOtherCall) {
+TEST_F(FolderListingTest, FolderThatTellsEveryStatusIsTheOnlyCallAndNeedsNoThread) {
     for (int index = 0; index < 200; ++index) {
         files_.Add(Text("/mail/") + QString::number(index), "x", index);
     }
     files_.LetFoldersTellStatus([](const QString&) { return true; });
+    files_.SetLatency(1ms);
+    pool_.setMaxThreadCount(1);
     EXPECT_EQ(List().size(), 200);
-    EXPECT_EQ(files_.CallCount(), 2) << "whether it exists, and what it holds";
+    EXPECT_EQ(files_.CallCount(), 1);
+    EXPECT_EQ(pool_.maxThreadCount(), 1);
 }
 
 TEST_F(FolderListingTest, VanishedFileIsLeftOutAlsoWhereTheFolderTellsOfOthers) {
@@ -151,28 +137,41 @@ TEST_F(FolderListingTest, VanishedFileIsLeftOutAlsoWhereTheFolderTellsOfOthers) 
     EXPECT_EQ(List(), QStringList{Text("plain")});
 }
 
-TEST_F(FolderListingTest, DroppedItWaitsForNothing) {
-    files_.AddFolder(Text("/mail"));
-    CallGate gate;
-    class Stalling : public MemoryFileSystem {
-    public:
-        explicit Stalling(CallGate& gate) : gate_(gate) {}
-        bool FolderExists(const QString& folder) const override {
-            gate_.Pass(0);
-            return MemoryFileSystem::FolderExists(folder);
-        }
-
-    private:
-        CallGate& gate_;
-    } files(gate);
-    {
-        FolderListing listing(files, pool_, Text("/mail/"), [](const Listing&) { FAIL() << "nobody waits for it"; });
-        listing.Start();
-        ASSERT_TRUE(gate.WaitForInside(1));
+TEST_F(FolderListingTest, SlowFolderIsReadByManyThreads) {
+    for (int index = 0; index < 200; ++index) {
+        files_.Add(Text("/mail/") + QString::number(index), "x", index);
     }
-    gate.LetAll();
-    pool_.WaitForDone();
-    QCoreApplication::processEvents();
+    files_.SetLatency(1ms);
+    pool_.setMaxThreadCount(1);
+    EXPECT_EQ(List().size(), 200);
+    EXPECT_GE(pool_.maxThreadCount(), 64);
+}
+
+TEST_F(FolderListingTest, BusyPoolIsNotWaitedFor) {
+    for (int index = 0; index < 500; ++index) {
+        files_.Add(Text("/mail/") + QString::number(index), "x", index);
+    }
+    std::promise<void> release;
+    const std::shared_future<void> released = release.get_future().share();
+    const int busy = std::max(2, QThread::idealThreadCount());
+    pool_.setMaxThreadCount(busy);
+    for (int index = 0; index < busy; ++index) {
+        pool_.start([released] { released.wait(); });
+    }
+    EXPECT_EQ(List().size(), 500);
+    release.set_value();
+    pool_.waitForDone();
+}
+
+TEST_F(FolderListingTest, MayRunInThePoolItself) {
+    for (int index = 0; index < 500; ++index) {
+        files_.Add(Text("/mail/") + QString::number(index), "x", index);
+    }
+    pool_.setMaxThreadCount(1);
+    QStringList names;
+    pool_.start([&] { names = List(); });
+    pool_.waitForDone();
+    EXPECT_EQ(names.size(), 500);
 }
 
 TEST_F(FolderListingTest, RealFolderIsInOrderOfArrival) {
@@ -185,7 +184,7 @@ TEST_F(FolderListingTest, RealFolderIsInOrderOfArrival) {
         QThread::msleep(20);
     }
     const QStringList expected{Text("z.EML"), Text("m.EML"), Text("a.EML")};
-    EXPECT_EQ(Names(ListedFolder(*files, prefix, pool_).files), expected);
+    EXPECT_EQ(Names(FilesByArrival(*files, prefix, pool_)), expected);
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "platform/PosixMove.h"
-#include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
-#include "tests/platform/SystemCalls.h"
 #include "tests/support/RealFiles.h"
 
 #ifndef _WIN32
@@ -9,8 +7,75 @@
 #include <QDir>
 
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
 #include <functional>
 #include <unistd.h>
+
+namespace {
+
+/// The call of the system that fails.
+struct Fault {
+    const char* call = ""; ///< its name; empty for any of those below
+    int countdown = 0;     ///< the n-th such call from now; 0 for none
+    int error = 0;
+    bool takesEffect = false; ///< it did what it should, and only its answer was lost
+};
+
+Fault fault;
+
+template <typename... Arguments>
+auto Real(const char* name, int (*)(Arguments...)) {
+    return reinterpret_cast<int (*)(Arguments...)>(dlsym(RTLD_NEXT, name));
+}
+
+/// Makes a call of the system, unless it is the one that fails.
+template <typename Call>
+auto Pass(const char* name, Call call) -> decltype(call()) {
+    if (fault.countdown > 0 && (*fault.call == '\0' || std::strcmp(fault.call, name) == 0)) {
+        if (--fault.countdown == 0) {
+            if (fault.takesEffect) {
+                call();
+            }
+            errno = fault.error;
+            return -1;
+        }
+    }
+    return call();
+}
+
+} // namespace
+
+// These stand before the system's own in this program.
+extern "C" {
+
+int link(const char* from, const char* to) noexcept {
+    static const auto real = Real("link", static_cast<int (*)(const char*, const char*)>(nullptr));
+    return Pass("link", [&] { return real(from, to); });
+}
+
+int unlink(const char* path) noexcept {
+    static const auto real = Real("unlink", static_cast<int (*)(const char*)>(nullptr));
+    return Pass("unlink", [&] { return real(path); });
+}
+
+int rename(const char* from, const char* to) noexcept {
+    static const auto real = Real("rename", static_cast<int (*)(const char*, const char*)>(nullptr));
+    return Pass("rename", [&] { return real(from, to); });
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned int flags) noexcept {
+    static const auto real =
+        Real("renameat2", static_cast<int (*)(int, const char*, int, const char*, unsigned int)>(nullptr));
+    return Pass("renameat2", [&] { return real(fromFolder, from, toFolder, to, flags); });
+}
+
+int fsync(int file) {
+    static const auto real = Real("fsync", static_cast<int (*)(int)>(nullptr));
+    return Pass("fsync", [&] { return real(file); });
+}
+}
 
 namespace quellbox {
 
@@ -24,16 +89,17 @@ protected:
         files_->WriteWhole(from_, "message");
     }
 
+    void TearDown() override { fault = {}; }
+
     /// Brings the message back into the archive alone.
     void Restore() {
-        calls_.answer = nullptr;
-        for (const QString& folder : {Path("archive/"), Path("pickup/")}) {
-            for (const QString& name : FileNames(*files_, folder)) {
-                files_->Remove(folder + name);
+        fault = {};
+        for (const QString& folder : {Text("/archive/"), Text("/pickup/")}) {
+            for (const QString& name : FileNames(*files_, folder_.path() + folder)) {
+                files_->Remove(folder_.path() + folder + name);
             }
         }
         files_->WriteWhole(from_, "message");
-        calls_.TakeCount();
     }
 
     void ExpectOnlyIn(const QString& path) const {
@@ -42,195 +108,89 @@ protected:
         EXPECT_EQ(ReadWhole(*files_, path), "message");
     }
 
-    /// The first call of this name fails; with an effect, only its answer is lost.
-    void FailFirst(const QByteArray& name, int error, bool takesEffect) {
-        Restore();
-        failed_ = false;
-        calls_.answer = [this, name, error, takesEffect](const SystemCall& call) {
-            if (failed_ || call.name != name) {
-                return Answer();
-            }
-            failed_ = true;
-            return Answer{error, takesEffect};
-        };
-    }
-
     /// Lets each call of the system that `move` makes fail in turn. `move` answers whether it says that it has moved.
     void FailEachCall(const std::function<bool()>& move) {
-        int failing = 1;
-        for (bool failed = true; failed; ++failing) {
-            SCOPED_TRACE(failing);
+        int call = 1;
+        for (;; ++call) {
+            SCOPED_TRACE(call);
             Restore();
-            int countdown = failing;
-            QByteArray name;
-            calls_.answer = [&](const SystemCall& call) {
-                if (--countdown != 0) {
-                    return Answer();
-                }
-                name = call.name;
-                return Answer{EIO, call.name == "close"}; // whatever it answers, the file is closed
-            };
+            fault = {"", call, EIO, false};
             const bool moved = move();
-            calls_.answer = nullptr;
-            failed = countdown <= 0;
+            const bool failed = fault.countdown == 0;
+            fault = {};
             ExpectOnlyIn(moved ? to_ : from_);
-            EXPECT_EQ(NamesIn(Path("archive")).size() + NamesIn(Path("pickup")).size(), 1)
-                << "something was left behind by " << name.constData();
-            EXPECT_TRUE(moved || failed);
+            EXPECT_EQ(
+                NamesIn(folder_.path() + Text("/archive")).size() + NamesIn(folder_.path() + Text("/pickup")).size(), 1)
+                << "something was left behind";
+            if (!failed) {
+                EXPECT_TRUE(moved);
+                break;
+            }
         }
-        EXPECT_GT(failing, 2) << "no call was made to fail";
-    }
-
-    bool Copies() {
-        try {
-            MoveByCopy(from_, to_, memory_);
-            return true;
-        } catch (const FileError&) {
-            return false;
-        }
+        EXPECT_GT(call, 1) << "no call was made to fail";
     }
 
     QByteArray From() const { return Native(from_); }
     QByteArray To() const { return Native(to_); }
 
-    const QString from_ = Path("archive/a.EML");
-    const QString to_ = Path("pickup/a.EML");
-    FolderMemory memory_;
-    SystemCalls calls_{QFile::encodeName(folder_.path()) + '/'};
-    bool failed_ = false;
+    const QString from_ = folder_.path() + Text("/archive/a.EML");
+    const QString to_ = folder_.path() + Text("/pickup/a.EML");
 };
 
 } // namespace
 
 TEST_F(MoveFaultTest, OfEachCallInTurnLeavesOneWholeMessage) {
-    FailEachCall([this] { return RenameAtomically(From(), To()) == 0; });
-    FailEachCall([this] { return RenameByLink(From(), To()) == 0; });
-    FailEachCall([this] { return RenameChecked(From(), To(), std::nullopt) == 0; });
-    for (const RenameMethod method : {RenameMethod::Atomic, RenameMethod::ByLink, RenameMethod::Checked}) {
-        memory_.SetMethod(From(), method);
-        memory_.SetMethod(To(), method);
-        FailEachCall([this] { return RenameNoReplace(From(), To(), memory_) == 0; });
-        FailEachCall([this] { return Copies(); });
+    for (const auto way : {&RenameNoReplace, &RenameByLink, &RenameByReservation}) {
+        FailEachCall([&] { return way(From(), To()) == 0; });
     }
-}
-
-TEST_F(MoveFaultTest, OfEachCallInTurnLeavesTheOldOrTheNewFileWhole) {
-    bool failed = true;
-    for (int failing = 1; failed; ++failing) {
-        SCOPED_TRACE(failing);
-        Restore();
-        int countdown = failing;
-        calls_.answer = [&](const SystemCall& call) {
-            return --countdown == 0 ? Answer{EIO, call.name == "close"} : Answer();
-        };
-        bool written = true;
+    const auto copy = [&] {
         try {
-            files_->WriteWhole(from_, "longer message");
+            MoveByCopy(from_, to_);
+            return true;
         } catch (const FileError&) {
-            written = false;
+            return false;
         }
-        failed = countdown <= 0;
-        calls_.answer = nullptr;
-        EXPECT_TRUE(written || failed);
-        const QByteArray bytes = ReadWhole(*files_, from_);
-        EXPECT_TRUE(bytes == "longer message" || (bytes == "message" && !written)) << bytes.constData();
-        EXPECT_EQ(NamesIn(Path("archive")), QStringList{Text("a.EML")});
-    }
-}
-
-/// Somebody else has removed it, or the call was repeated after its answer was lost, or its answer was lost.
-TEST_F(MoveFaultTest, ASourceThatIsGoneOnceItsContentsAreInPlaceHasMoved) {
-    for (const int error : {ENOENT, EIO}) {
-        FailFirst("unlink", error, true);
-        EXPECT_EQ(RenameByLink(From(), To()), 0);
-        EXPECT_TRUE(failed_);
-        ExpectOnlyIn(to_);
-        FailFirst("unlink", error, true);
-        EXPECT_TRUE(Copies());
-        EXPECT_TRUE(failed_);
-        ExpectOnlyIn(to_);
-    }
-}
-
-/// What is remembered of a share may be told where it is gone, so only opening the file counts.
-TEST_F(MoveFaultTest, ASourceOfWhichNobodyCanTellKeepsTheCopy) {
-    const auto answer = [](const SystemCall& call) {
-        if (call.name == "unlink" && call.path.contains("/archive/")) {
-            return Answer{EIO, true};
-        }
-        const bool asksAgain =
-            call.name == "open" && call.path.contains("/archive/a") && !QFile::exists(QFile::decodeName(call.path));
-        return asksAgain ? Answer{ETIMEDOUT} : Answer();
     };
-    calls_.answer = answer;
-    EXPECT_EQ(RenameByLink(From(), To()), EIO);
+    FailEachCall(copy);
+}
+
+TEST_F(MoveFaultTest, ASourceThatIsGoneOnceItIsLinkedHasMoved) {
+    fault = {"unlink", 1, ENOENT, true};
+    EXPECT_EQ(RenameByLink(From(), To()), 0);
+    EXPECT_EQ(fault.countdown, 0);
+    ExpectOnlyIn(to_);
+}
+
+TEST_F(MoveFaultTest, ASourceThatIsGoneOnceItIsCopiedHasMoved) {
+    fault = {"unlink", 1, ENOENT, true};
+    EXPECT_NO_THROW(MoveByCopy(from_, to_));
+    EXPECT_EQ(fault.countdown, 0);
+    ExpectOnlyIn(to_);
+}
+
+TEST_F(MoveFaultTest, ASourceThatIsGoneThoughItsRemovalFailedKeepsTheCopy) {
+    fault = {"unlink", 1, EIO, true};
+    EXPECT_THROW(MoveByCopy(from_, to_), FileError);
     ExpectOnlyIn(to_);
     Restore();
-    calls_.answer = answer;
-    EXPECT_FALSE(Copies());
+    fault = {"unlink", 1, EIO, true};
+    EXPECT_EQ(RenameByLink(From(), To()), EIO);
     ExpectOnlyIn(to_);
 }
 
-TEST_F(MoveFaultTest, ALinkWhoseAnswerWasLostIsGoneOnWith) {
-    FailFirst("link", EIO, true);
-    EXPECT_EQ(RenameByLink(From(), To()), 0);
-    EXPECT_TRUE(failed_);
+TEST_F(MoveFaultTest, ARenameWhoseAnswerWasLostKeepsTheMessage) {
+    fault = {"rename", 1, ENOENT, true};
+    EXPECT_EQ(RenameByReservation(From(), To()), 0) << "a second try finds no source any more";
+    ExpectOnlyIn(to_);
+    Restore();
+    fault = {"rename", 1, EIO, true};
+    EXPECT_EQ(RenameByReservation(From(), To()), EIO);
     ExpectOnlyIn(to_);
 }
 
-/// Its two names may be one, by two paths.
-TEST_F(MoveFaultTest, AnUnsureLinkWithinOneFolderRemovesNothing) {
-    ASSERT_EQ(::link(From().constData(), Native("other").constData()), 0);
-    ASSERT_EQ(::symlink("archive", Native("again").constData()), 0);
-    calls_.answer = [](const SystemCall& call) { return call.name == "link" ? Answer{EIO} : Answer(); };
-    EXPECT_EQ(RenameByLink(From(), Native("again/a.EML")), EIO);
-    EXPECT_EQ(ReadWhole(*files_, from_), "message");
-}
-
-TEST_F(MoveFaultTest, ARenameWhoseAnswerWasLostHasMoved) {
-    for (const int error : {ENOENT, EIO}) { // a second try finds no source any more
-        FailFirst("rename", error, true);
-        EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), 0);
-        EXPECT_TRUE(failed_);
-        ExpectOnlyIn(to_);
-        FailFirst("renameat2", error, true);
-        EXPECT_TRUE(Copies());
-        EXPECT_TRUE(failed_);
-        ExpectOnlyIn(to_);
-        FailFirst("rename", error, true);
-        EXPECT_NO_THROW(files_->WriteWhole(from_, "shorter"));
-        EXPECT_TRUE(failed_);
-        EXPECT_EQ(ReadWhole(*files_, from_), "shorter");
-    }
-}
-
-TEST_F(MoveFaultTest, AFailedRenameIsNoMoveWhereTheTargetIsAnotherFile) {
-    FailFirst("rename", EIO, false);
-    calls_.after = [this](const SystemCall& call) {
-        if (call.name == "rename") {
-            files_->Remove(from_);
-            files_->WriteWhole(to_, "somebody else's");
-        }
-    };
-    EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), EIO);
-    EXPECT_EQ(ReadWhole(*files_, to_), "somebody else's");
-}
-
-TEST_F(MoveFaultTest, ACopyInWhosePlaceAnotherFileIsByNowIsNotRemoved) {
-    FailFirst("unlink", EACCES, false);
-    calls_.after = [this](const SystemCall& call) {
-        if (call.name == "unlink" && call.path == From()) {
-            files_->WriteWhole(to_, "somebody else's");
-        }
-    };
-    EXPECT_FALSE(Copies());
-    EXPECT_EQ(ReadWhole(*files_, from_), "message");
-    EXPECT_EQ(ReadWhole(*files_, to_), "somebody else's");
-}
-
-TEST_F(MoveFaultTest, ASourceThatWasNeverThereLeavesNothing) {
+TEST_F(MoveFaultTest, ASourceThatWasNeverThereLeavesNoReservation) {
     files_->Remove(from_);
-    EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), ENOENT);
+    EXPECT_EQ(RenameByReservation(From(), To()), ENOENT);
     EXPECT_FALSE(files_->FileExists(to_));
 }
 

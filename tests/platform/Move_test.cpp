@@ -1,6 +1,5 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/PosixMove.h"
-#include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
 #include "platform/WindowsMove.h"
 #include "tests/support/RealFiles.h"
@@ -62,16 +61,7 @@ TEST_F(MoveTest, FileMovedOntoItselfStays) {
 
 #ifndef _WIN32
 
-int RenameCheckedUnknown(const QByteArray& from, const QByteArray& to) {
-    return RenameChecked(from, to, std::nullopt);
-}
-
-int RenameInNewFolder(const QByteArray& from, const QByteArray& to) {
-    FolderMemory memory;
-    return RenameNoReplace(from, to, memory);
-}
-
-/// The methods of a rename that never overwrites; each must do the same as the others.
+/// The ways of a rename that never overwrites; each must do the same as the others.
 class RenameTest : public MoveTest,
                    public testing::WithParamInterface<int (*)(const QByteArray&, const QByteArray&)> {};
 
@@ -99,13 +89,7 @@ TEST_P(RenameTest, LeavesNothingBehindWithoutASource) {
     EXPECT_FALSE(files_->FileExists(to_));
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, RenameTest,
-                         testing::Values(&RenameInNewFolder, &RenameAtomically, &RenameByLink, &RenameCheckedUnknown));
-
-void MoveByCopy(const QString& from, const QString& to) {
-    FolderMemory memory;
-    MoveByCopy(from, to, memory);
-}
+INSTANTIATE_TEST_SUITE_P(Ways, RenameTest, testing::Values(&RenameNoReplace, &RenameByLink, &RenameByReservation));
 
 TEST_F(MoveTest, CopiedMoveKeepsContentsTimeAndPermissions) {
     const QByteArray bytes(500'000, 'x');

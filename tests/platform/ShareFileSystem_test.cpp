@@ -1,6 +1,5 @@
 #include "platform/ShareFileSystem.h"
 
-#include "platform/EntryNames.h"
 #include "platform/RuntimeError.h"
 #include "platform/UncPath.h"
 #include "tests/support/FakeVolumes.h"
@@ -58,7 +57,7 @@ TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
     EXPECT_TRUE(files_.FolderExists(Text(R"(\\nas\mail\spam)")));
     EXPECT_TRUE(files_.FileExists(Text(R"(\\nas\mail\spam\a.eml)")));
     EXPECT_EQ(FileNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
-    EXPECT_EQ(FolderNames(files_, Text(R"(\\nas\mail)")), QStringList{Text("spam")});
+    EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail)")), QStringList{Text("spam")});
     EXPECT_EQ(files_.Status(Text(R"(\\nas\mail\spam\a.eml)"))->size, 5);
     EXPECT_EQ(ReadWhole(files_, Text(R"(\\nas\mail\spam\a.eml)")), "first");
     files_.WriteWhole(Text(R"(\\nas\mail\b.eml)"), "second");
@@ -85,7 +84,7 @@ TEST_F(ShareFileSystemTest, AnUnmountedShareIsNoFolderAndItsFilesFailByTheirUncP
     EXPECT_FALSE(files_.FileExists(path));
     EXPECT_EQ(files_.Status(path), std::nullopt);
     EXPECT_THROW(FileNames(files_, Text(R"(\\nas\gone)")), FileError);
-    EXPECT_THROW(FolderNames(files_, Text(R"(\\nas\gone)")), FileError);
+    EXPECT_THROW(files_.FolderNames(Text(R"(\\nas\gone)")), FileError);
     EXPECT_THROW(files_.Remove(path), FileError);
     EXPECT_THROW(files_.WriteWhole(path, "x"), FileError);
     EXPECT_THROW(files_.Move(Text(R"(\\nas\mail\spam\a.eml)"), path), FileError);
@@ -152,8 +151,8 @@ TEST_F(ShareFileSystemTest, APlaceFoundBeforeAllWereForgottenIsNotRemembered) {
     EXPECT_FALSE(files_.FileExists(file));
 }
 
-TEST_F(ShareFileSystemTest, ANameThatLeadsElsewhereStaysWithinTheShare) {
-    class TableVolumes : public FakeVolumes {
+TEST_F(ShareFileSystemTest, AWayAsANameStaysWithinTheShare) {
+    class TableVolumes : public Volumes {
     public:
         QString Resolve(const QString& path) const override {
             return FindInMountTable(path, Text("40 22 0:50 / /mnt/mail rw - cifs //nas/mail rw\n"));
@@ -182,7 +181,7 @@ TEST_F(ShareFileSystemTest, ANameWithABackslashIsNoNameOfAShare) {
     local_->Add(Text(R"(/mnt/mail/spam/..\..\x.eml)"), "x");
     local_->AddFolder(Text(R"(/mnt/mail/spam/sub\sub)"));
     EXPECT_EQ(FileNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList{Text("a.eml")});
-    EXPECT_EQ(FolderNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList());
+    EXPECT_EQ(files_.FolderNames(Text(R"(\\nas\mail\spam\)")), QStringList());
 }
 
 TEST_F(ShareFileSystemTest, ServesSeveralThreads) {

@@ -29,7 +29,7 @@ protected:
 
     /// The number of arguments, a colon and the first argument.
     QByteArray Opened(const QString& target) {
-        EXPECT_TRUE(MakeShell()->Open(target));
+        EXPECT_TRUE(Shell().Open(target));
         QFile result(ResultPath());
         for (int attempt = 0; attempt < 500 && !result.exists(); ++attempt) {
             QThread::msleep(10);
@@ -62,17 +62,17 @@ TEST_F(ShellTest, NameThatIsNoUtf8IsHandedOnAsAnAddress) {
 TEST_F(ShellTest, NothingCanBeStartedWithoutAProgram) {
     qputenv("PATH", folder_.path().toUtf8());
     ASSERT_TRUE(QFile::remove(folder_.path() + Text("/xdg-open")));
-    EXPECT_FALSE(MakeShell()->Open(Text("/mail/1.EML")));
+    EXPECT_FALSE(Shell().Open(Text("/mail/1.EML")));
 }
 
 TEST_F(ShellTest, EmptyTargetIsNotOpened) {
-    EXPECT_FALSE(MakeShell()->Open(QString()));
+    EXPECT_FALSE(Shell().Open(QString()));
 }
 
 TEST_F(ShellTest, UserNameIsTheLoginName) {
     if (QFile passwords(Text("/etc/passwd")); passwords.open(QIODevice::ReadOnly)) {
-        const QByteArray line = MakeShell()->UserName().toUtf8() + ":";
-        EXPECT_TRUE(MakeShell()->UserName().isEmpty() || passwords.readAll().contains(line));
+        const QByteArray line = Shell().UserName().toUtf8() + ":";
+        EXPECT_TRUE(Shell().UserName().isEmpty() || passwords.readAll().contains(line));
     }
 }
 
@@ -125,29 +125,29 @@ TEST_F(ShellTest, MessageIsHandedToTheMailProgramWithoutQuotes) {
     const QString programs = Text(R"(HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\App Paths\)");
     Register(programs + Text("msimn.exe"), Text("."), Program());
     Register(programs + Text("msimn"), Text("."), Program()); // Wine does not add the ending
-    EXPECT_TRUE(MakeShell()->OpenMessage(Text("C:\\two words\\Gr\u00FC\u00DFe &calc.EML")));
+    EXPECT_TRUE(Shell().OpenMessage(Text("C:\\two words\\Gr\u00FC\u00DFe &calc.EML")));
     EXPECT_EQ(Arguments(), Text("/eml:C:\\two words\\Gr\u00FC\u00DFe &calc.EML"));
 }
 
 TEST_F(ShellTest, MissingMailProgramIsReportedAndNothingElse) {
-    EXPECT_FALSE(MakeShell()->OpenMessage(Text(R"(C:\mail\1.EML)")));
+    EXPECT_FALSE(Shell().OpenMessage(Text(R"(C:\mail\1.EML)")));
 }
 
 TEST_F(ShellTest, AddressGoesToTheProgramForItsScheme) {
     const QString scheme = Text(R"(HKEY_LOCAL_MACHINE\Software\Classes\quellbox-test)");
     Register(scheme, Text("URL Protocol"), QString());
     Register(scheme + Text(R"(\shell\open\command)"), Text("."), QLatin1Char('"') + Program() + Text(R"(" "%1")"));
-    EXPECT_TRUE(MakeShell()->Open(Text("quellbox-test://example.com/?a=b&c=$(id)%20x")));
+    EXPECT_TRUE(Shell().Open(Text("quellbox-test://example.com/?a=b&c=$(id)%20x")));
     EXPECT_EQ(Arguments(), Text(R"("quellbox-test://example.com/?a=b&c=$(id)%20x")"));
 }
 
 TEST_F(ShellTest, WhatIsNotThereIsNotOpened) {
-    EXPECT_FALSE(MakeShell()->Open(folder_.path() + Text("/none.EML")));
-    EXPECT_FALSE(MakeShell()->Open(QString()));
+    EXPECT_FALSE(Shell().Open(folder_.path() + Text("/none.EML")));
+    EXPECT_FALSE(Shell().Open(QString()));
 }
 
 TEST_F(ShellTest, UserNameIsTheLoginName) {
-    EXPECT_EQ(MakeShell()->UserName().compare(qEnvironmentVariable("USERNAME"), Qt::CaseInsensitive), 0);
+    EXPECT_EQ(Shell().UserName().compare(qEnvironmentVariable("USERNAME"), Qt::CaseInsensitive), 0);
 }
 
 #endif

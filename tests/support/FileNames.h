@@ -4,14 +4,11 @@
 
 namespace quellbox {
 
-/// The names of everything in `folder` that may be a regular file, hidden ones too, in no particular order. Throws
-/// FileError.
+/// The names of everything in `folder` that may be a regular file, in no particular order. Throws FileError.
 inline QStringList FileNames(const FileSystem& files, const QString& folder) {
     QStringList names;
-    for (const FolderEntry& entry : files.Entries(folder)) {
-        if (entry.kind == EntryKind::File || entry.kind == EntryKind::Unknown) {
-            names += entry.name;
-        }
+    for (const FolderEntry& entry : files.FileEntries(folder)) {
+        names += entry.name;
     }
     return names;
 }

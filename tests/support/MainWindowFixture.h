@@ -17,6 +17,7 @@
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QSplitter>
+#include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
 #include <QtTest/QTest>
@@ -76,20 +77,11 @@ protected:
             [this] { return QApplication::activeWindow() == window_.get() || !errors_.isEmpty(); }, patience));
     }
 
-    /// Waits until the window has done what it was told, and shows the message; not for that where `settles_` says so.
-    void Settle() const {
-        const auto isDone = [this] {
-            QCoreApplication::processEvents();
-            return window_ == nullptr || (!window_->Jobs().IsAtWork() && (!settles_ || !window_->IsLoading()));
-        };
-        EXPECT_TRUE(QTest::qWaitFor(isDone, patience));
-    }
-
     /// Opens the window and waits until the first refresh is done and its first row is selected.
     void OpenRefreshed() {
         Open();
         EXPECT_TRUE(WaitForRefreshes(1));
-        Settle();
+        QCoreApplication::processEvents();
     }
 
     /// Runs `look` once, from the event loop of the next pass while it shows that it is busy.
@@ -109,7 +101,6 @@ protected:
         ASSERT_TRUE(timer->isActive());
         QTimerEvent event(timer->timerId());
         QCoreApplication::sendEvent(timer, &event);
-        Settle();
     }
 
     bool WaitForRefreshes(int count) {
@@ -139,7 +130,7 @@ protected:
     std::string Keys() const {
         QStringList keys;
         for (int row = 0; row < window_->Messages().Count(); ++row) {
-            keys += window_->Messages().Row(row).Key();
+            keys += window_->Messages().Row(row).key;
         }
         return keys.join(QLatin1Char(' ')).toStdString();
     }
@@ -151,7 +142,7 @@ protected:
     std::string SelectedKeys() const {
         QStringList keys;
         for (const QModelIndex& index : List()->selectionModel()->selectedRows()) {
-            keys += window_->Messages().Row(index.row()).Key();
+            keys += window_->Messages().Row(index.row()).key;
         }
         keys.sort();
         return keys.join(QLatin1Char(' ')).toStdString();
@@ -163,7 +154,6 @@ protected:
 
     void ClickRow(int row, Qt::KeyboardModifiers modifiers = {}) const {
         QTest::mouseClick(List()->viewport(), Qt::LeftButton, modifiers, CentreOfRow(row));
-        Settle();
     }
 
     void ClickHeader(Column column) const {
@@ -218,14 +208,13 @@ protected:
     FakeShell shell_;
     FakeVolumes volumes_;
     ProgramInfo program_ = TestProgram(NativePath(QStringLiteral("/prog/")));
-    ThreadWorkPool pool_;
+    QThreadPool pool_;
     TrayIcon* tray_ = nullptr;
     /// How long a click waits for its message. So long that it always is there after the click, however busy the
     /// machine is; the tests of what comes later shorten it.
     std::chrono::milliseconds loadPatience_{patience};
     QStringList errors_; ///< texts of the message boxes, each of which was closed at once
     int refreshes_ = 0;
-    bool settles_ = true;
     std::unique_ptr<frmMain> window_;
 
 private:

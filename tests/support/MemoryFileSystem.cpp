@@ -107,11 +107,6 @@ void MemoryFileSystem::SetReadHook(std::function<void(const QString&)> hook) {
     readHook_ = std::move(hook);
 }
 
-void MemoryFileSystem::SetChangeHook(std::function<void(const QString&)> hook) {
-    const std::lock_guard lock(mutex_);
-    changeHook_ = std::move(hook);
-}
-
 void MemoryFileSystem::LetFoldersTellStatus(std::function<bool(const QString&)> tells) {
     const std::lock_guard lock(mutex_);
     foldersTell_ = std::move(tells);
@@ -162,28 +157,55 @@ QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
 }
 
-std::vector<FolderEntry> MemoryFileSystem::Entries(const QString& folder) const {
-    EnterOrThrow(folder);
-    const std::lock_guard lock(mutex_);
+// The caller holds the lock.
+std::vector<FolderEntry> MemoryFileSystem::EntriesOf(const QString& folder) const {
     const QString prefix = PrefixOrThrow(folder);
     std::vector<FolderEntry> entries;
-    const auto add = [&](const QString& path, EntryKind kind) -> FolderEntry* {
-        const QString name = path.startsWith(prefix) ? path.mid(prefix.size()) : QString();
-        if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
-            return nullptr;
-        }
-        return &entries.emplace_back(FolderEntry{name, kind, name.startsWith(QLatin1Char('.')), std::nullopt});
-    };
-    for (const QString& path : folders_) {
-        add(path, EntryKind::Folder);
-    }
     for (auto file = files_.lower_bound(prefix); file != files_.end() && file->first.startsWith(prefix); ++file) {
-        FolderEntry* entry = add(file->first, EntryKind::File);
-        if (entry != nullptr && foldersTell_ && foldersTell_(entry->name)) {
-            entry->status = FileStatus{file->second.bytes.size(), file->second.modifiedNs};
+        const QString name = file->first.mid(prefix.size());
+        if (!name.contains(QLatin1Char('/'))) {
+            entries.push_back({name, FileStatus{file->second.bytes.size(), file->second.modifiedNs}});
         }
     }
     return entries;
+}
+
+std::vector<FolderEntry> MemoryFileSystem::FileEntries(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    std::vector<FolderEntry> entries = EntriesOf(folder);
+    for (FolderEntry& entry : entries) {
+        if (!foldersTell_ || !foldersTell_(entry.name)) {
+            entry.status.reset();
+        }
+    }
+    return entries;
+}
+
+QStringList MemoryFileSystem::VisibleFileNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    QStringList names;
+    for (const FolderEntry& entry : EntriesOf(folder)) {
+        if (!entry.name.startsWith(QLatin1Char('.'))) {
+            names += entry.name;
+        }
+    }
+    return names;
+}
+
+QStringList MemoryFileSystem::FolderNames(const QString& folder) const {
+    EnterOrThrow(folder);
+    const std::lock_guard lock(mutex_);
+    const QString prefix = PrefixOrThrow(folder);
+    QStringList names;
+    for (const QString& other : folders_) {
+        const QString name = other.startsWith(prefix) ? other.mid(prefix.size()) : QString();
+        if (!name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.startsWith(QLatin1Char('.'))) {
+            names += name;
+        }
+    }
+    return names;
 }
 
 std::optional<FileStatus> MemoryFileSystem::Status(const QString& path) const {
@@ -207,7 +229,7 @@ std::unique_ptr<InputFile> MemoryFileSystem::Open(const QString& path) const {
 }
 
 void MemoryFileSystem::Move(const QString& from, const QString& to) {
-    EnterChange(from);
+    EnterOrThrow(from);
     const std::lock_guard lock(mutex_);
     const File file = Find(from)->second;
     RequireFolderOf(to);
@@ -221,22 +243,17 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
     files_[Plain(to)] = file;
 }
 
-bool MemoryFileSystem::Remove(const QString& path) {
-    EnterChange(path);
+void MemoryFileSystem::Remove(const QString& path) {
+    EnterOrThrow(path);
     const std::lock_guard lock(mutex_);
-    const auto file = files_.find(Plain(path));
-    if (file == files_.end()) {
-        return false;
-    }
-    if (file->second.readOnly) {
+    if (Find(path)->second.readOnly) {
         throw FileError(path, QStringLiteral("The file is read-only."));
     }
-    files_.erase(file);
-    return true;
+    files_.erase(Plain(path));
 }
 
 bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
-    EnterChange(path);
+    EnterOrThrow(path);
     FileStatus status;
     bool readOnly = false;
     {
@@ -283,17 +300,6 @@ void MemoryFileSystem::EnterOrThrow(const QString& path) const {
     if (const QString reason = Enter(path); !reason.isEmpty()) {
         throw FileError(path, reason);
     }
-}
-
-// As EnterOrThrow(), for what moves or removes a file.
-void MemoryFileSystem::EnterChange(const QString& path) const {
-    std::unique_lock lock(mutex_);
-    const std::function<void(const QString&)> hook = changeHook_;
-    lock.unlock();
-    if (hook) {
-        hook(path);
-    }
-    EnterOrThrow(path);
 }
 
 void MemoryFileSystem::RequireFolderOf(const QString& path) const {

@@ -38,9 +38,6 @@ public:
     /// `hook` is called with the path before every Read(), outside of all locks.
     void SetReadHook(std::function<void(const QString&)> hook);
 
-    /// `hook` is called with the path before every Move(), Remove() and RemoveUnless(), outside of all locks.
-    void SetChangeHook(std::function<void(const QString&)> hook);
-
     /// Folders tell the status of those of their files whose names `tells` says yes to, and of no other ones.
     void LetFoldersTellStatus(std::function<bool(const QString&)> tells);
 
@@ -58,11 +55,13 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    std::vector<FolderEntry> Entries(const QString& folder) const override;
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
+    QStringList VisibleFileNames(const QString& folder) const override;
+    QStringList FolderNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
-    bool Remove(const QString& path) override;
+    void Remove(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
@@ -78,8 +77,8 @@ private:
     /// Counts a call and waits its latency. Returns why it has to fail; empty when it has not.
     QString Enter(const QString& path) const;
     void EnterOrThrow(const QString& path) const;
-    void EnterChange(const QString& path) const;
     QString PrefixOrThrow(const QString& folder) const;
+    std::vector<FolderEntry> EntriesOf(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
     std::map<QString, File>::const_iterator Find(const QString& path) const;
 
@@ -89,7 +88,6 @@ private:
     std::map<QString, QString> failures_;
     std::chrono::microseconds latency_{0};
     std::function<void(const QString&)> readHook_;
-    std::function<void(const QString&)> changeHook_;
     std::function<bool(const QString&)> foldersTell_;
     mutable int failIn_ = 0;
     mutable int calls_ = 0;

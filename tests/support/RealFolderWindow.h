@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -70,11 +71,10 @@ protected:
 
     void Open() {
         window = std::make_unique<frmMain>(
-            MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr, loadPatience});
+            MainPorts{*files, store, clock, shell, pool, volumes, program, nullptr, loadPatience});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
-        Settle();
         window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
     }
 
@@ -82,15 +82,6 @@ protected:
     void Activate() {
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
-    }
-
-    /// Waits until the window has done what it was told, and shows it.
-    void Settle() const {
-        const auto isDone = [this] {
-            QCoreApplication::processEvents();
-            return !window->Jobs().IsAtWork() && !window->IsLoading();
-        };
-        EXPECT_TRUE(QTest::qWaitFor(isDone, 60'000));
     }
 
     template <class Type>
@@ -107,13 +98,12 @@ protected:
         const QModelIndex index = window->Messages().index(row, 0);
         List()->scrollTo(index);
         QTest::mouseClick(List()->viewport(), Qt::LeftButton, modifiers, List()->visualRect(index).center());
-        Settle();
     }
 
     QStringList Keys() {
         QStringList keys;
         for (int row = 0; row < window->Messages().Count(); ++row) {
-            keys.append(window->Messages().Row(row).Key());
+            keys.append(window->Messages().Row(row).key);
         }
         return keys;
     }
@@ -121,11 +111,11 @@ protected:
     QTemporaryDir root;
     std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     MemorySettingsStore store;
-    std::unique_ptr<Clock> clock = MakeClock();
+    Clock clock;
     FakeShell shell;
     FakeVolumes volumes;
     ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
-    ThreadWorkPool pool;
+    QThreadPool pool;
     /// How long a click waits for its message. So long that it always is there after the click, however busy the
     /// machine is; the tests of what comes later shorten it.
     std::chrono::milliseconds loadPatience{60'000};
