@@ -1,29 +1,23 @@
 #include "archive/MessageHeaders.h"
 
-#include <utility>
-
 namespace quellbox {
 
 QString SclText(const HeaderFields& fields) {
-    const QString confidence = fields.scl ? *fields.scl : fields.smsmse.value_or(QString());
+    const QString confidence = fields.scl ? *fields.scl : fields.smsmse.value_or(QString()) + QLatin1Char('%');
     const qsizetype percent = confidence.indexOf(QLatin1Char('%'));
-    if (percent >= 0) {
-        return confidence.left(percent);
-    }
-    // The second header counts as if it ended with the sign.
-    return fields.scl ? QString() : confidence;
+    return percent < 0 ? QString() : confidence.left(percent);
 }
 
-bool FillTexts(MessageTexts& texts, HeaderFields fields) {
+bool FillRow(MessageRow& row, const HeaderFields& fields) {
     if (fields.errorCode != 0) {
-        texts.subject = std::move(fields.errorText);
+        row.cells[ColumnSubject] = fields.errorText;
         return false;
     }
-    texts.scl = SclText(fields);
-    texts.to = std::move(fields.recipient);
-    texts.from = std::move(fields.sender);
-    texts.subject = std::move(fields.subject);
-    texts.tag = std::move(fields.xSender);
+    row.tag = fields.xSender;
+    row.cells[ColumnTo] = fields.recipient;
+    row.cells[ColumnFrom] = fields.sender;
+    row.cells[ColumnSubject] = fields.subject;
+    row.cells[ColumnScl] = SclText(fields);
     return true;
 }
 

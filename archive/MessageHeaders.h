@@ -9,8 +9,8 @@ namespace quellbox {
 /// per cent sign added. Empty when X-SCL holds no such sign.
 QString SclText(const HeaderFields& fields);
 
-/// Fills the texts of a row. Those of a message that was not loaded only get its error text as subject, and the answer
-/// is false.
-bool FillTexts(MessageTexts& texts, HeaderFields fields);
+/// Fills "To", "From", "Subject", "SCL%" and the tag of a row. A message that was not loaded only gets its error text
+/// as subject, and the answer is false.
+bool FillRow(MessageRow& row, const HeaderFields& fields);
 
 } // namespace quellbox

@@ -3,7 +3,8 @@
 #include "app/frmMain.h"
 #include "tests/support/MemorySettingsStore.h"
 
-#include <functional>
+#include <QThreadPool>
+
 #include <memory>
 
 namespace quellbox::bench {
@@ -12,8 +13,7 @@ namespace quellbox::bench {
 /// only measured passes run.
 class ProgramWindow {
 public:
-    ProgramWindow(FileSystem& files, const QString& archive) : ProgramWindow(files, archive, archive) {}
-    ProgramWindow(FileSystem& files, const QString& archive, const QString& pickup);
+    ProgramWindow(FileSystem& files, const QString& archive);
 
     frmMain& Form() { return *form_; }
 
@@ -23,36 +23,20 @@ public:
     /// The pass of the timer, which adds what has arrived since.
     void RefreshIncrementally();
 
-    /// Begins a job of the window, and runs events until no job is left to be done.
-    void UntilItHasEnded(const std::function<void()>& begin);
-
-    /// What a command on every row took.
-    struct Emptying {
-        double seconds = 0;      ///< from the command until the list is empty and may be used again
-        double longestGapMs = 0; ///< between turns of the event loop meanwhile
-    };
-
-    /// Selects every row and gives the command with this object name, which makes the rows go.
-    Emptying EmptyList(const char* command);
-
-    /// Runs the event loop until `holds` says yes. Ends the program when that takes longer than ten minutes.
-    void WaitUntil(const std::function<bool()>& holds);
-
     /// Ends the program unless the list holds each file of the archive once, newest first, and the rows that are
     /// looked at show what their files say.
     void RequireWholeList();
 
 private:
     void StopTimer();
-    QAction& Command(const char* name);
 
     FileSystem& files_;
     MemorySettingsStore store_;
-    std::unique_ptr<Clock> clock_ = MakeClock();
-    std::unique_ptr<Shell> shell_ = MakeShell();
-    std::unique_ptr<Volumes> volumes_ = MakeVolumes();
+    Clock clock_;
+    Shell shell_;
+    Volumes volumes_;
     ProgramInfo program_;
-    ThreadWorkPool pool_;
+    QThreadPool pool_;
     std::unique_ptr<frmMain> form_;
 };
 

@@ -1,13 +1,12 @@
 // What removing every message of a full archive costs, against calls that do nothing but remove the same names.
 #include "benchmarks/Bench.h"
 #include "benchmarks/ProgramWindow.h"
-#include "dialogs/CleansingTask.h"
+#include "dialogs/Cleansing.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FileNames.h"
 
 #include <QApplication>
 #include <QDialog>
-#include <QEventLoop>
 #include <QFile>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -57,20 +56,10 @@ double TimeBareUnlink(const FileSystem& files, const QString& folder) {
 }
 
 double TimeRun(FileSystem& files, const QString& folder, qint16 days) {
-    ThreadWorkPool pool;
-    CleansingTask task(files, pool);
     CleansingResult result;
     int shown = 0;
-    QEventLoop loop;
-    QObject::connect(&task, &CleansingTask::Removing, [&shown] { ++shown; });
-    QObject::connect(&task, &CleansingTask::Ended, [&](const CleansingResult& ended) {
-        result = ended;
-        loop.quit();
-    });
-    const double seconds = Time([&] {
-        task.Start(folder, days, QDate::currentDate());
-        loop.exec();
-    });
+    const double seconds = Time(
+        [&] { result = RemoveArchivedMessages(files, Clock(), folder, days, [&shown](const QString&) { ++shown; }); });
     Require(result.count == fileCount && result.failures.empty(), "not every file was removed");
     Require(shown == (fileCount + 24) / 25, "the progress was not shown every 25 files");
     return seconds;
@@ -87,8 +76,7 @@ double TimeWindow(FileSystem& files, const QString& folder) {
         confirmed = std::chrono::steady_clock::now();
         dialog->findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
     });
-    auto* cleanse = window.Form().findChild<QAction*>(QStringLiteral("mnuToolsCleansing"));
-    window.UntilItHasEnded([cleanse] { cleanse->trigger(); });
+    window.Form().findChild<QAction*>(QStringLiteral("mnuToolsCleansing"))->trigger();
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - confirmed).count();
     Require(window.Form().Panels().Info().text == QStringLiteral("%1 Messages removed !").arg(fileCount),
             "the window does not say what was removed");

@@ -21,18 +21,20 @@ constexpr std::array counts{4000, 8000, 16000, 32000};
 /// Rows with texts as they are in use, many of them equal, in no order.
 std::vector<MessageRow> MakeRows(int count) {
     QRandomGenerator random(1);
-    constexpr qint64 september2004 = 1'094'000'000; // seconds since 1970
-    constexpr int threeWeeks = 21 * 86400;
-    std::vector<MessageRow> rows;
+    std::vector<MessageRow> rows(static_cast<size_t>(count));
     for (int number = 0; number < count; ++number) {
-        const qint64 time = september2004 + random.bounded(threeWeeks);
-        MessageTexts texts;
-        texts.to = QStringLiteral("reader%1@example.org").arg(random.bounded(50));
-        texts.from = QStringLiteral("\"Sender %1\" <s@example.com>").arg(random.bounded(2000));
-        texts.subject = QStringLiteral("Subject %1").arg(random.generate());
-        texts.scl = QStringLiteral("%1 %2").arg(random.bounded(10)).arg(random.bounded(100));
-        rows.emplace_back(QStringLiteral("%1.EML").arg(number, 6, 10, QLatin1Char('0')), random.bounded(500, 90000),
-                          time, texts);
+        MessageRow& row = rows[static_cast<size_t>(number)];
+        row.key = QStringLiteral("%1.EML").arg(number, 6, 10, QLatin1Char('0'));
+        row.cells[ColumnDate] = QStringLiteral("2004-09-%1 12:%2:%3")
+                                    .arg(random.bounded(10, 31))
+                                    .arg(random.bounded(10, 60))
+                                    .arg(random.bounded(10, 60));
+        row.cells[ColumnTo] = QStringLiteral("reader%1@example.org").arg(random.bounded(50));
+        row.cells[ColumnFrom] = QStringLiteral("\"Sender %1\" <s@example.com>").arg(random.bounded(2000));
+        row.cells[ColumnSubject] = QStringLiteral("Subject %1").arg(random.generate());
+        row.cells[ColumnSize] = QString::number(random.bounded(500, 90000));
+        row.cells[ColumnBytes] = row.cells[ColumnSize].rightJustified(8, QLatin1Char('0'));
+        row.cells[ColumnScl] = QStringLiteral("%1 %2").arg(random.bounded(10)).arg(random.bounded(100));
     }
     return rows;
 }
@@ -49,9 +51,10 @@ struct List {
 
     void RequireSorted(int column) const {
         for (int row = 1; row < model.Count(); ++row) {
+            const auto cell = static_cast<size_t>(column);
             const int compared =
-                QString::compare(model.Row(row - 1).Cell(column), model.Row(row).Cell(column), Qt::CaseInsensitive);
-            Require(compared < 0 || (compared == 0 && model.Row(row - 1).Key() < model.Row(row).Key()),
+                QString::compare(model.Row(row - 1).cells[cell], model.Row(row).cells[cell], Qt::CaseInsensitive);
+            Require(compared < 0 || (compared == 0 && model.Row(row - 1).key < model.Row(row).key),
                     "the list is not sorted stably");
         }
     }

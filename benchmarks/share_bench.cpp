@@ -55,7 +55,7 @@ void CountIncrementalOpens() {
     Report("one new file among 32,000: pass", seconds * 1e3, "ms");
     Require(opened == 1, "another number of files than the new one was opened");
     window.RequireWholeList();
-    Require(window.Form().Messages().Row(0).IsUnread(), "the new message is not marked as unread");
+    Require(window.Form().Messages().Row(0).unread, "the new message is not marked as unread");
 }
 
 } // namespace

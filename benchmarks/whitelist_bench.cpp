@@ -1,10 +1,9 @@
 // What the whitelist adds to reading the header fields of many messages: from files, as a pass reads them, and from
 // memory, where no disk flatters the ratio. The senders are the same in both cases.
-#include "archive/MessageReading.h"
+#include "archive/HeaderReadAhead.h"
 #include "benchmarks/Bench.h"
 #include "mail/HeaderFields.h"
 #include "platform/LocalFileSystem.h"
-#include "tests/support/ListedFolder.h"
 #include "whitelist/WhitelistMatcher.h"
 
 #include <QRandomGenerator>
@@ -61,20 +60,19 @@ QStringList ReadSenders(const std::vector<QByteArray>& blocks) {
     return senders;
 }
 
-/// Reads the headers of an archive as a refresh does. Returns the time from the first file to the last row, in seconds;
+/// Reads the headers of an archive as a pass does. Returns the time from the first file to the last row, in seconds;
 /// the folder has been listed before.
-double ReadArchive(const FileSystem& files, const QString& folder, WorkPool& pool) {
-    const std::vector<FileEntry> entries = ListedFolder(files, folder, pool).files;
+double ReadArchive(const FileSystem& files, const QString& folder, QThreadPool& pool) {
+    std::vector<FileEntry> entries = FilesByArrival(files, folder, pool);
     Require(entries.size() == messageCount, "the archive has another number of messages than there are senders");
     int loaded = 0;
     const double seconds = Time([&] {
-        QEventLoop loop;
-        OrderedWork<ReadRow> reading(
-            pool, entries.size(), [&](size_t file) { return ReadMessageRow(files, folder, entries[file], false); },
-            [&loaded](size_t, const ReadRow& read) { loaded += read.loaded ? 1 : 0; },
-            [&loop](SeriesEnd) { loop.quit(); });
-        reading.Start();
-        loop.exec();
+        HeaderReadAhead rows(files, folder, std::move(entries), false, pool);
+        while (!rows.AtEnd()) {
+            if (rows.WaitForNext(std::chrono::milliseconds(8))) {
+                loaded += rows.TakeNext().loaded ? 1 : 0;
+            }
+        }
     });
     Require(loaded > messageCount / 2, "most messages were not read");
     return seconds;
@@ -112,8 +110,7 @@ void RequireRight(const QStringList& entries, const QStringList& senders, const 
 int main(int argc, char** argv) {
     const QString folder = FolderArgument(argc, argv, 1);
     const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
-    const QCoreApplication application(argc, argv);
-    ThreadWorkPool pool;
+    QThreadPool pool;
     QRandomGenerator random(1);
     const QStringList entries = MakeEntries(random);
     const std::vector<QByteArray> blocks = MakeHeaderBlocks(random);

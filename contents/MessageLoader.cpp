@@ -4,151 +4,266 @@
 #include "mail/MailMessage.h"
 #include "platform/RuntimeError.h"
 
+#include <QDeadlineTimer>
+#include <QMutex>
+#include <QWaitCondition>
+
+#include <algorithm>
 #include <atomic>
-#include <utility>
+#include <deque>
 
 namespace quellbox {
 
 namespace {
 
+// A few more than one, so that one message of a share that stalls does not keep the others from being shown; but so few
+// that those who click their way through such a share leave threads for everything else.
+constexpr int mostReaders = 4;
+
 using Kind = MessageAnswer::Kind;
 
 } // namespace
 
-/// The reading of a message in two steps, of which only one worker at a time takes care.
-class MessageLoader::Job {
-public:
-    Job(const FileSystem& files, MessageRequest wanted) : files_(files), wanted_(std::move(wanted)) {}
+struct MessageLoader::Job {
+    quint64 id = 0;
+    MessageRequest request;
+    bool headers = false;
+    std::atomic<bool> cancelled{false};
+};
 
-    void Cancel() { cancelled_ = true; }
+struct MessageLoader::Shared {
+    Shared(const FileSystem& fileSystem, QThreadPool& threads, MessageLoader* owner)
+        : files(fileSystem), pool(threads), receiver(owner) {}
 
-    /// The first step reads the file, the second one parses it.
-    MessageAnswer Step(size_t number) {
-        MessageAnswer answer = number == 0 ? Read() : Parse();
-        if (answer.path.isEmpty()) {
-            answer.path = wanted_.path;
+    const FileSystem& files;
+    QThreadPool& pool;
+
+    QMutex mutex; // of everything below
+    QWaitCondition answered;
+    MessageLoader* receiver; // null when it is gone
+    int readers = 0;
+    std::deque<std::shared_ptr<Job>> waiting;
+    std::deque<std::pair<quint64, MessageAnswer>> answers;
+
+    static void Add(const std::shared_ptr<Shared>& self, const std::shared_ptr<Job>& job) {
+        const QMutexLocker lock(&self->mutex);
+        if (job->headers) {
+            self->waiting.push_back(job);
+        } else {
+            self->waiting.push_front(job); // it is what the user looks at
         }
-        return answer;
+        if (self->readers < mostReaders) {
+            ++self->readers;
+            self->pool.start([self] { self->ReadOn(); });
+        }
     }
 
-private:
-    MessageAnswer Read() {
-        MessageAnswer answer;
-        if (wanted_.ifExists && !files_.FileExists(wanted_.path)) {
-            answer.kind = Kind::Gone;
-            return answer;
+    void ReadOn() {
+        while (const std::shared_ptr<Job> job = Next()) {
+            Run(*job);
         }
-        if (!wanted_.text && !wanted_.structure) {
-            answer.kind = Kind::Exists;
-            return answer;
+    }
+
+    std::shared_ptr<Job> Next() {
+        const QMutexLocker lock(&mutex);
+        while (!waiting.empty()) {
+            std::shared_ptr<Job> job = std::move(waiting.front());
+            waiting.pop_front();
+            if (!job->cancelled) {
+                return job;
+            }
         }
+        --readers;
+        return nullptr;
+    }
+
+    // Nothing may leave a reader's thread, not even a lack of memory.
+    void Run(const Job& job) {
         try {
-            bytes_ = ReadWhole(files_, wanted_.path, [this] { return !cancelled_; });
+            job.headers ? ReadHeaders(job) : ReadMessage(job);
+        } catch (...) {
+            MessageAnswer answer;
+            answer.failure = std::current_exception();
+            Post(job, std::move(answer));
+        }
+    }
+
+    void ReadHeaders(const Job& job) {
+        MessageAnswer answer;
+        answer.kind = Kind::Headers;
+        answer.headers = ReadHeaderFields(files, job.request.path);
+        Post(job, std::move(answer));
+    }
+
+    void ReadMessage(const Job& job) {
+        const MessageRequest& wanted = job.request;
+        const bool onlyLooks = !wanted.text && !wanted.structure;
+        if (wanted.ifExists && !files.FileExists(wanted.path)) {
+            Post(job, Kind::Gone);
+            return;
+        }
+        if (onlyLooks) {
+            Post(job, Kind::Exists);
+            return;
+        }
+        QByteArray bytes;
+        try {
+            bytes = ReadWhole(files, wanted.path, [&job] { return !job.cancelled; });
         } catch (const FileError& error) {
+            MessageAnswer answer;
             answer.kind = Kind::Unreadable;
             answer.path = error.Path();
             answer.reason = error.Reason();
-            return answer;
+            Post(job, std::move(answer));
+            return;
         }
-        isToBeParsed_ = wanted_.structure;
-        answer.isLast = !isToBeParsed_;
-        if (wanted_.text) {
+        if (wanted.text && !job.cancelled) {
+            MessageAnswer answer;
             answer.kind = Kind::Text;
-            answer.text = RawText(bytes_);
+            answer.isLast = !wanted.structure;
+            answer.text = RawText(bytes);
+            Post(job, std::move(answer));
         }
-        return answer;
+        if (wanted.structure && !job.cancelled) {
+            PostStructure(job, bytes);
+        }
     }
 
-    MessageAnswer Parse() {
+    void PostStructure(const Job& job, const QByteArray& bytes) {
         MessageAnswer answer;
-        const QByteArray bytes = std::exchange(bytes_, {});
-        if (!isToBeParsed_ || cancelled_) {
-            return answer;
-        }
         answer.kind = Kind::Structure;
         MailMessage maiTree;
         if (maiTree.LoadBytes(bytes) == 0) {
             answer.structure = BuildStructureTree(maiTree);
         }
-        return answer;
+        Post(job, std::move(answer));
     }
 
-    const FileSystem& files_;
-    const MessageRequest wanted_;
-    QByteArray bytes_;
-    bool isToBeParsed_ = false;
-    std::atomic<bool> cancelled_{false};
+    void Post(const Job& job, Kind kind) {
+        MessageAnswer answer;
+        answer.kind = kind;
+        Post(job, std::move(answer));
+    }
+
+    void Post(const Job& job, MessageAnswer answer) {
+        if (answer.path.isEmpty()) {
+            answer.path = job.request.path;
+        }
+        const QMutexLocker lock(&mutex);
+        if (job.cancelled || receiver == nullptr) {
+            return;
+        }
+        answers.emplace_back(job.id, std::move(answer));
+        answered.wakeAll();
+        Announce();
+    }
+
+    // With the mutex held, which keeps the receiver alive.
+    void Announce() { QMetaObject::invokeMethod(receiver, &MessageLoader::Arrived, Qt::QueuedConnection); }
 };
 
-MessageLoader::MessageLoader(const FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
+MessageLoader::MessageLoader(const FileSystem& files, QThreadPool& pool)
+    : shared_(std::make_shared<Shared>(files, pool, this)) {}
 
 MessageLoader::~MessageLoader() {
     Cancel();
+    const QMutexLocker lock(&shared_->mutex);
+    shared_->receiver = nullptr;
+    shared_->waiting.clear();
+    shared_->answers.clear();
 }
 
 void MessageLoader::Load(const MessageRequest& request, Handler handler) {
     CancelLoad();
-    job_ = std::make_shared<Job>(files_, request);
-    const auto hand = [handler = std::move(handler)](size_t, const MessageAnswer& answer) {
-        if (answer.kind != Kind::Nothing) {
-            handler(answer);
-        }
-    };
-    message_ = std::make_unique<Work>(
-        pool_, 2, [job = job_](size_t step) { return job->Step(step); }, hand,
-        [this](SeriesEnd how) { EndMessage(how); }, oneAtATime);
-    message_->Start();
+    message_ = Start(request, false, std::move(handler));
 }
 
 void MessageLoader::LoadHeaders(const QString& path, Handler handler) {
-    std::unique_ptr<Work>& work = headers_[path];
-    if (work != nullptr) {
-        return;
+    const bool isComing = std::any_of(underWay_.begin(), underWay_.end(), [&path](const auto& entry) {
+        const Job& job = *entry.second.job;
+        return job.headers && job.request.path == path;
+    });
+    if (!isComing) {
+        MessageRequest request;
+        request.path = path;
+        Start(request, true, std::move(handler));
     }
-    const auto read = [&files = files_, path](size_t) {
-        MessageAnswer answer;
-        answer.kind = Kind::Headers;
-        answer.path = path;
-        answer.headers = ReadHeaderFields(files, path);
-        return answer;
-    };
-    work = std::make_unique<Work>(
-        pool_, 1, read, [handler = std::move(handler)](size_t, const MessageAnswer& answer) { handler(answer); },
-        [this, path](SeriesEnd how) { EndHeaders(path, how); }, oneAtATime);
-    work->Start();
+}
+
+quint64 MessageLoader::Start(const MessageRequest& request, bool headers, Handler handler) {
+    const auto job = std::make_shared<Job>();
+    job->id = ++lastId_;
+    job->request = request;
+    job->headers = headers;
+    underWay_[job->id] = {job, std::move(handler)};
+    Shared::Add(shared_, job);
+    return job->id;
+}
+
+void MessageLoader::Forget(quint64 id) {
+    const auto found = underWay_.find(id);
+    if (found != underWay_.end()) {
+        found->second.job->cancelled = true;
+        underWay_.erase(found);
+    }
 }
 
 void MessageLoader::CancelLoad() {
-    if (job_) {
-        job_->Cancel();
-    }
-    job_.reset();
-    message_.reset();
+    Forget(message_);
 }
 
 void MessageLoader::Cancel() {
-    CancelLoad();
-    headers_.clear();
-}
-
-void MessageLoader::EndMessage(SeriesEnd how) {
-    const std::exception_ptr failure = message_->Failure();
-    CancelLoad();
-    TellEnd(how, failure);
-}
-
-void MessageLoader::EndHeaders(const QString& path, SeriesEnd how) {
-    const std::exception_ptr failure = headers_[path]->Failure();
-    headers_.erase(QString(path)); // the reference may be part of what is erased
-    TellEnd(how, failure);
-}
-
-void MessageLoader::TellEnd(SeriesEnd how, const std::exception_ptr& failure) {
-    if (how == SeriesEnd::Failed) {
-        Q_EMIT Failed(TextOf(failure));
+    while (!underWay_.empty()) {
+        Forget(underWay_.begin()->first);
     }
-    if (!IsBusy()) {
-        Q_EMIT Idle();
+}
+
+void MessageLoader::Deliver() {
+    for (;;) {
+        std::pair<quint64, MessageAnswer> next;
+        {
+            const QMutexLocker lock(&shared_->mutex);
+            if (shared_->answers.empty()) {
+                return;
+            }
+            next = std::move(shared_->answers.front());
+            shared_->answers.pop_front();
+            if (!shared_->answers.empty()) {
+                shared_->Announce(); // a handler may throw
+            }
+        }
+        const auto expected = underWay_.find(next.first);
+        if (expected == underWay_.end()) {
+            continue; // cancelled meanwhile
+        }
+        // A handler may ask for the next message, or for none.
+        const Handler handler = expected->second.handler;
+        if (next.second.isLast) {
+            underWay_.erase(expected);
+        }
+        handler(next.second);
+        if (next.second.failure) {
+            std::rethrow_exception(next.second.failure);
+        }
+    }
+}
+
+bool MessageLoader::WaitFor(std::chrono::milliseconds limit) {
+    const QDeadlineTimer deadline(limit);
+    for (;;) {
+        Deliver();
+        if (underWay_.empty()) {
+            return true;
+        }
+        const QMutexLocker lock(&shared_->mutex);
+        while (shared_->answers.empty()) {
+            if (!shared_->answered.wait(&shared_->mutex, deadline)) {
+                break;
+            }
+        }
+        if (shared_->answers.empty()) {
+            return false;
+        }
     }
 }
 

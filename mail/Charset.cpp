@@ -1,16 +1,12 @@
 #include "mail/Charset.h"
 
 #include "mail/GMimeStart.h"
-#include "platform/AnsiText.h"
 
 #include <gmime/gmime.h>
 
 #include <QHash>
-#include <QMutex>
-#include <QMutexLocker>
-#include <QScopeGuard>
+#include <QThreadStorage>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -23,71 +19,68 @@ namespace {
 constexpr qsizetype kMaximumHandles = 64;
 constexpr qsizetype kMaximumNameLength = 40;
 
+constexpr std::array<char16_t, 32> kWindows1252 = {
+    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
+};
+
 QString DecodeWindows1252(QByteArrayView bytes) {
     QString text = QString::fromLatin1(bytes);
     for (QChar& unit : text) {
         if (unit.unicode() >= 0x80 && unit.unicode() < 0xA0)
-            unit = Windows1252Character(static_cast<unsigned char>(unit.unicode()));
+            unit = kWindows1252[unit.unicode() - 0x80U];
     }
     return text;
 }
 
 const GIConv kNoHandle = reinterpret_cast<GIConv>(-1); // what g_iconv_open() returns for an unknown name
 
-/// The conversion handles that are not in use. Opening one costs several times a conversion, and each has some 30 KiB
-/// of buffers: the many readers of a share are not to have one each for every character set.
-class HandlePool {
+/// The conversion handles of one thread. Opening one costs several times a conversion.
+class HandleCache {
 public:
-    HandlePool() { StartGMime(); }
+    HandleCache() { StartGMime(); }
+    ~HandleCache() { Clear(); }
+    HandleCache(const HandleCache&) = delete;
+    HandleCache& operator=(const HandleCache&) = delete;
 
-    /// A handle for the caller alone, until it gives it back.
-    GIConv Take(const QByteArray& name) {
-        {
-            const QMutexLocker lock(&mutex_);
-            const auto found = idle_.constFind(name);
-            if (found != idle_.constEnd()) {
-                const GIConv handle = *found;
-                if (handle != kNoHandle)
-                    idle_.erase(found);
-                return handle;
-            }
-        }
-        const GIConv handle = g_iconv_open("UTF-8", g_mime_charset_iconv_name(name.constData()));
-        if (handle == kNoHandle)
-            GiveBack(name, handle); // nor is an unknown name to be looked for again and again
-        return handle;
-    }
-
-    void GiveBack(const QByteArray& name, GIConv handle) {
-        const QMutexLocker lock(&mutex_);
-        if (idle_.size() >= kMaximumHandles)
+    GIConv Handle(const QByteArray& name) {
+        const auto found = handles_.constFind(name);
+        if (found != handles_.constEnd())
+            return *found;
+        if (handles_.size() >= kMaximumHandles)
             Clear();
-        idle_.insert(name, handle);
+        const GIConv handle = g_iconv_open("UTF-8", g_mime_charset_iconv_name(name.constData()));
+        handles_.insert(name, handle);
+        return handle;
     }
 
 private:
     void Clear() {
-        for (const GIConv handle : std::as_const(idle_)) {
+        for (const GIConv handle : std::as_const(handles_)) {
             if (handle != kNoHandle)
                 g_iconv_close(handle);
         }
-        idle_.clear();
+        handles_.clear();
     }
 
-    QMutex mutex_;
-    QMultiHash<QByteArray, GIConv> idle_;
+    QHash<QByteArray, GIConv> handles_;
 };
 
-/// It is never destroyed, for threads that end after main().
-HandlePool& Handles() {
-    static auto* const pool = new HandlePool;
-    return *pool;
+/// Not thread_local: GCC for Windows frees such an object before its destructor runs. The storage itself stays, for
+/// threads that end after main().
+HandleCache& CacheOfThread() {
+    static auto* const caches = new QThreadStorage<HandleCache*>;
+    if (!caches->hasLocalData()) {
+        caches->setLocalData(new HandleCache);
+    }
+    return *caches->localData();
 }
 
 QString Convert(GIConv handle, QByteArrayView bytes) {
     static constexpr char kReplacement[] = "\xEF\xBF\xBD";
     QByteArray utf8;
-    std::array<char, 4096> buffer; // is only read where it was written
+    std::array<char, 4096> buffer{};
     // g_iconv() does not write to its input, it only lacks the const.
     char* in = const_cast<char*>(bytes.data());
     gsize inLeft = static_cast<gsize>(bytes.size());
@@ -147,15 +140,11 @@ QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
         return DecodeWindows1252(bytes);
     if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
         return DecodeUndeclared(bytes);
-    // Not every system knows the larger character set.
-    for (const QByteArray& known : {LargerCharset(name), name}) {
-        const GIConv handle = Handles().Take(known);
-        if (handle != kNoHandle) {
-            const auto giveBack = qScopeGuard([&] { Handles().GiveBack(known, handle); });
-            return Convert(handle, bytes);
-        }
-    }
-    return DecodeUndeclared(bytes);
+    HandleCache& cache = CacheOfThread();
+    GIConv handle = cache.Handle(LargerCharset(name));
+    if (handle == kNoHandle)
+        handle = cache.Handle(name); // not every system knows the larger one
+    return handle == kNoHandle ? DecodeUndeclared(bytes) : Convert(handle, bytes);
 }
 
 } // namespace quellbox

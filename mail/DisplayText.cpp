@@ -40,13 +40,4 @@ QString WindowTitle(const QString& text) {
     return CleanseForDisplay(text).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
 }
 
-QString ShownText(const QString& text) {
-    constexpr qsizetype longest = 1000;
-    return text.size() <= longest ? text : text.left(longest) + QChar(0x2026);
-}
-
-QString WithLineFeeds(QString text) {
-    return text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-}
-
 } // namespace quellbox

@@ -13,10 +13,4 @@ QString CleanseForDisplay(QString text);
 /// The same for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
 QString WindowTitle(const QString& text);
 
-/// What is shown of a text that may be a megabyte long: widgets lay out what they get at every paint.
-QString ShownText(const QString& text);
-
-/// A text with CRLF line ends for a label or a message box, which take a line feed alone for the end of a line.
-QString WithLineFeeds(QString text);
-
 } // namespace quellbox

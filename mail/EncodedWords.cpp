@@ -5,7 +5,6 @@
 #include <QList>
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 namespace quellbox {
@@ -13,22 +12,6 @@ namespace quellbox {
 namespace {
 
 constexpr qsizetype kMaximumCharsetLength = 60;
-
-/// The index of a pair of characters; -1 when there is none. Shorter texts than the general search is made for.
-qsizetype FindPair(QByteArrayView text, char first, char second, qsizetype from) {
-    const char* const end = text.data() + text.size();
-    const char* at = text.data() + from;
-    while (end - at >= 2) {
-        const void* found = std::memchr(at, first, static_cast<size_t>(end - at - 1));
-        if (found == nullptr)
-            return -1;
-        at = static_cast<const char*>(found);
-        if (at[1] == second)
-            return at - text.data();
-        ++at;
-    }
-    return -1;
-}
 
 struct EncodedWord {
     QByteArrayView charset; ///< without the language tag of RFC 2231
@@ -66,63 +49,28 @@ int HexValue(char c) {
     return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
-/// Makes room for that many more bytes at the end, and returns where they go.
-char* Grow(QByteArray& bytes, qsizetype count) {
-    const qsizetype before = bytes.size();
-    bytes.resize(before + count);
-    return bytes.data() + before;
-}
-
-void AppendDecodedQ(QByteArrayView text, QByteArray& bytes) {
-    char* out = Grow(bytes, text.size());
+QByteArray DecodeQ(QByteArrayView text) {
+    QByteArray bytes;
+    bytes.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {
         const int high = text[i] == '=' && i + 2 < text.size() ? HexValue(text[i + 1]) : -1;
         const int low = high >= 0 ? HexValue(text[i + 2]) : -1;
         if (low >= 0) {
-            *out++ = static_cast<char>(high * 16 + low);
+            bytes.append(static_cast<char>(high * 16 + low));
             i += 2;
         } else {
-            *out++ = text[i] == '_' ? ' ' : text[i];
+            bytes.append(text[i] == '_' ? ' ' : text[i]);
         }
     }
-    bytes.truncate(out - bytes.constData());
+    return bytes;
 }
 
-int Base64Value(char c) {
-    if (c >= 'A' && c <= 'Z')
-        return c - 'A';
-    if (c >= 'a' && c <= 'z')
-        return c - 'a' + 26;
-    if (c >= '0' && c <= '9')
-        return c - '0' + 52;
-    return c == '+' ? 62 : c == '/' ? 63 : -1;
-}
-
-/// Padding inside the text ends a group; what follows begins anew. An unfinished last group yields what it can, and
-/// what does not belong into base64 is skipped.
-void AppendDecodedB(QByteArrayView text, QByteArray& bytes) {
-    char* out = Grow(bytes, text.size());
-    unsigned group = 0;
-    int bits = 0;
-    for (const char c : text) {
-        const int value = Base64Value(c);
-        if (c == '=')
-            bits = 0;
-        if (value < 0)
-            continue;
-        group = (group << 6U) | static_cast<unsigned>(value);
-        bits += 6;
-        if (bits >= 8) {
-            bits -= 8;
-            *out++ = static_cast<char>(group >> static_cast<unsigned>(bits));
-        }
-    }
-    bytes.truncate(out - bytes.constData());
-}
-
-void AppendUndeclared(QByteArrayView bytes, QString& out) {
-    if (!bytes.isEmpty())
-        out += DecodeUndeclared(bytes);
+QByteArray DecodeB(const QByteArray& text) {
+    // Padding inside the text ends a group; what follows begins anew. An unfinished last group yields what it can.
+    QByteArray bytes;
+    for (const QByteArray& segment : text.split('='))
+        bytes.append(QByteArray::fromBase64(segment));
+    return bytes;
 }
 
 /// Adjacent encoded words of one character set.
@@ -135,11 +83,11 @@ public:
         const bool continues = word.encoding == 'b' && !base64_.isEmpty() && !base64_.endsWith('=');
         if (!continues)
             FinishBase64();
-        charset_ = word.charset;
+        charset_ = word.charset.toByteArray();
         if (word.encoding == 'b')
             base64_.append(word.text.data(), word.text.size());
         else
-            AppendDecodedQ(word.text, bytes_);
+            bytes_.append(DecodeQ(word.text));
         open_ = true;
     }
 
@@ -148,7 +96,7 @@ public:
             return;
         FinishBase64();
         out += DecodeCharset(bytes_, charset_);
-        bytes_.truncate(0);
+        bytes_.clear();
         open_ = false;
     }
 
@@ -156,11 +104,12 @@ public:
 
 private:
     void FinishBase64() {
-        AppendDecodedB(base64_, bytes_);
-        base64_.truncate(0);
+        if (!base64_.isEmpty())
+            bytes_.append(DecodeB(base64_));
+        base64_.clear();
     }
 
-    QByteArrayView charset_;
+    QByteArray charset_;
     QByteArray base64_; ///< not yet decoded
     QByteArray bytes_;
     bool open_ = false;
@@ -168,19 +117,15 @@ private:
 
 } // namespace
 
-qsizetype FindEncodedWord(QByteArrayView value, qsizetype from) {
-    return FindPair(value, '=', '?', from);
-}
-
 QString DecodeEncodedWords(QByteArrayView value) {
     QString out;
     Run run;
     qsizetype plainStart = 0;
     qsizetype at = 0;
     bool mayEnd = true; // false once no "?=" is left, so that a value full of "=?" stays linear
-    while (mayEnd && (at = FindEncodedWord(value, at)) >= 0) {
+    while (mayEnd && (at = value.indexOf("=?", at)) >= 0) {
         const auto word = ReadWord(value.sliced(at), [&](qsizetype from) {
-            const qsizetype end = FindPair(value, '?', '=', at + from);
+            const qsizetype end = value.indexOf("?=", at + from);
             mayEnd = end >= 0;
             return mayEnd ? end - at : -1;
         });
@@ -191,15 +136,14 @@ QString DecodeEncodedWords(QByteArrayView value) {
         const QByteArrayView plain = value.sliced(plainStart, at - plainStart);
         if (!(run.IsOpen() && plain.trimmed().isEmpty())) {
             run.Flush(out);
-            AppendUndeclared(plain, out);
+            out += DecodeUndeclared(plain);
         }
         run.Add(*word, out);
         at += word->length;
         plainStart = at;
     }
     run.Flush(out);
-    AppendUndeclared(value.sliced(plainStart), out);
-    return out;
+    return out + DecodeUndeclared(value.sliced(plainStart));
 }
 
 } // namespace quellbox

@@ -4,42 +4,36 @@
 #include "mail/EncodedWords.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace quellbox {
 
 namespace {
 
-/// True for a text of printable ASCII only. It looks at all characters, which a processor does many at a time.
-bool IsPlain(QByteArrayView text) {
-    unsigned char highest = 0;
-    for (const char c : text)
-        highest = std::max(highest, static_cast<unsigned char>(c - ' '));
-    return highest < '\x7F' - ' ';
+bool IsPlain(char c) {
+    return c >= 0x20 && c < 0x7F;
 }
 
 /// Removes the line ends of folds. Control bytes go already here, because GMime's texts end at a NUL and both ways of
 /// reading a header must see the same; ESC stays, for ISO-2022 uses it.
 QByteArray Unfold(QByteArrayView raw) {
-    QByteArray value(raw.size(), Qt::Uninitialized);
-    char* out = value.data();
+    QByteArray value;
+    value.reserve(raw.size());
     for (qsizetype i = 0; i < raw.size(); ++i) {
         const char c = raw[i];
         const auto byte = static_cast<unsigned char>(c);
         if (c == '\t' || (c == '\r' && i + 1 < raw.size() && raw[i + 1] != '\n'))
-            *out++ = ' ';
+            value.append(' ');
         else if (byte >= 0x20 || c == '\x1B')
-            *out++ = c;
+            value.append(c);
     }
-    value.truncate(out - value.data());
-    return std::move(value).trimmed();
+    return value.trimmed();
 }
 
 } // namespace
 
 QString DecodeHeaderValue(QByteArrayView raw) {
     raw = raw.trimmed();
-    if (IsPlain(raw) && FindEncodedWord(raw) < 0)
+    if (std::all_of(raw.begin(), raw.end(), IsPlain) && !raw.contains("=?"))
         return QString::fromLatin1(raw);
     return CleanseForDisplay(DecodeEncodedWords(Unfold(raw)));
 }

@@ -6,7 +6,6 @@
 #include "platform/RuntimeError.h"
 
 #include <algorithm>
-#include <array>
 
 namespace quellbox {
 
@@ -54,11 +53,10 @@ HeaderFields Finish(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
     return Failed(scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge);
 }
 
-/// Reads on behind the first bytes, in which `scanner` has not found the end of the header block.
-HeaderFields ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView first) {
-    QByteArray bytes(2 * kFirstBlock, Qt::Uninitialized);
-    std::copy(first.begin(), first.end(), bytes.begin());
-    qsizetype filled = first.size();
+HeaderFields ReadFields(InputFile& file) {
+    HeaderScanner scanner;
+    QByteArray bytes(kFirstBlock, Qt::Uninitialized);
+    qsizetype filled = 0;
     for (;;) {
         const qsizetype count = file.Read(bytes.data() + filled, bytes.size() - filled);
         filled += count;
@@ -70,16 +68,6 @@ HeaderFields ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView firs
         if (filled == bytes.size())
             bytes.resize(std::min(2 * filled, kMaximumHeaderBytes));
     }
-}
-
-HeaderFields ReadFields(InputFile& file) {
-    // On the stack: memory of this size, taken and given back for each of many files, costs as much as the parsing.
-    std::array<char, kFirstBlock> block;
-    HeaderScanner scanner;
-    const QByteArrayView first(block.data(), file.Read(block.data(), kFirstBlock));
-    if (first.isEmpty() || scanner.Scan(first, false) != HeaderScanner::Result::NeedsMore)
-        return Finish(scanner, first, first.isEmpty());
-    return ReadOn(file, scanner, first);
 }
 
 } // namespace

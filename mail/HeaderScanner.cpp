@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace quellbox {
 
@@ -48,26 +49,19 @@ bool IsOrdinaryName(QByteArrayView name) {
     });
 }
 
-/// The index of the colon where `line` begins with a field of that name, in any case; -1 where it does not.
-qsizetype ColonOfField(QByteArrayView line, QByteArrayView lowerCasedName) {
-    const auto isSame = [](char lower, char c) { return c == lower || (c >= 'A' && c <= 'Z' && (c | 0x20) == lower); };
-    qsizetype colon = lowerCasedName.size();
-    if (line.size() <= colon || !std::equal(lowerCasedName.begin(), lowerCasedName.end(), line.begin(), isSame))
-        return -1;
-    while (colon < line.size() && (line[colon] == ' ' || line[colon] == '\t'))
-        ++colon;
-    return colon < line.size() && line[colon] == ':' ? colon : -1;
-}
+struct WantedName {
+    QByteArrayView name;
+    WantedField field;
+};
 
-/// In the order of WantedField.
-constexpr std::array<QByteArrayView, kWantedFieldCount> kWantedNames = {"to",    "from",         "subject",
-                                                                        "x-scl", "x-smsmse-scl", "x-sender"};
-
-/// True for the initials of the wanted names, in both cases: most lines need no closer look.
-bool IsWantedInitial(char c) {
-    const char lower = static_cast<char>(c | 0x20);
-    return lower == 't' || lower == 'f' || lower == 's' || lower == 'x';
-}
+constexpr std::array<WantedName, kWantedFieldCount> kWantedNames = {{
+    {"to", WantedField::To},
+    {"from", WantedField::From},
+    {"subject", WantedField::Subject},
+    {"x-scl", WantedField::Scl},
+    {"x-smsmse-scl", WantedField::Smsmse},
+    {"x-sender", WantedField::XSender},
+}};
 
 } // namespace
 
@@ -96,12 +90,14 @@ HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atE
 
 void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
     const QByteArrayView line = bytes.sliced(position_, end - position_);
-    for (size_t field = 0; field < kWantedNames.size(); ++field) {
-        const qsizetype colon = ColonOfField(line, kWantedNames[field]);
-        if (colon < 0)
+    qsizetype colon = 0;
+    const qsizetype length = FieldName(line, colon);
+    for (const WantedName& wanted : kWantedNames) {
+        if (length != wanted.name.size() || wanted.name.compare(line.first(length), Qt::CaseInsensitive) != 0)
             continue;
-        if (spans_[field].start < 0)
-            spans_[field] = {position_ + colon + 1, end};
+        Span& span = spans_[static_cast<size_t>(wanted.field)];
+        if (span.start < 0)
+            span = {position_ + colon + 1, end};
         return;
     }
 }
@@ -119,7 +115,8 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
         const qsizetype end = FieldEnd(bytes, position_, atEnd);
         if (end < 0)
             return Result::NeedsMore;
-        if (IsWantedInitial(first))
+        // The initials of the wanted names, in both cases: most lines need no closer look.
+        if (std::string_view("tfsxTFSX").find(first) != std::string_view::npos)
             TakeField(bytes, end);
         position_ = end;
     }

@@ -1,35 +1,37 @@
 #pragma once
 
-#include "mail/LoadError.h"
 #include "platform/FileSystem.h"
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 namespace quellbox {
 
-/// A header field: its name as written, and its value unfolded and decoded.
-using HeaderField = std::pair<QString, QString>;
-
 /// One leaf entity of a message.
 struct MessagePart {
-    std::vector<HeaderField> headers; ///< in the order of the file
-    QString attachment;               ///< file name of the attachment; empty if it has none
-    QString text;                     ///< decoded text with CRLF line ends; empty if it is no text
+    std::vector<std::pair<QString, QString>> headers; ///< names as written, values unfolded and decoded, in order
+    QString attachment;                               ///< file name of the attachment; empty if it has none
+    QString text;                                     ///< decoded text with CRLF line ends; empty if it is no text
 };
 
 /// A message with its header fields and parts, parsed in full from a file. Deviant input never throws: what cannot be
 /// loaded gives an error code and text.
 class MailMessage {
 public:
+    MailMessage();
+    ~MailMessage();
+    MailMessage(const MailMessage&) = delete;
+    MailMessage& operator=(const MailMessage&) = delete;
+
     /// Name and version of the library that parses messages, as in "GMime 3.2.13".
     static QString VersionText();
 
     /// Forgets the loaded message.
-    void Reset() { *this = MailMessage(); }
+    void Reset();
 
     /// Loads a message file; 0 when it was loaded, else a code whose text is LastErrorText().
     int Load(const FileSystem& files, const QString& path);
@@ -37,7 +39,7 @@ public:
     /// The same for bytes in memory.
     int LoadBytes(const QByteArray& bytes);
 
-    QString LastErrorText() const { return errorText_; }
+    QString LastErrorText() const;
 
     /// The value of the message's first field of that name (any case), unfolded and decoded; empty when absent.
     std::optional<QString> Header(const QString& name) const;
@@ -51,14 +53,11 @@ public:
     QString Property(const QString& name) const;
 
     /// The leaf entities, depth first. An attached message is one leaf; a message without a body has none.
-    const std::vector<MessagePart>& Parts() const { return parts_; }
+    const std::vector<MessagePart>& Parts() const;
 
 private:
-    int Fail(LoadError error, const QString& text);
-
-    QString errorText_;
-    std::vector<HeaderField> headers_;
-    std::vector<MessagePart> parts_;
+    struct Content;
+    std::unique_ptr<Content> content_;
 };
 
 } // namespace quellbox

@@ -44,8 +44,8 @@ QString NameText(const char* name) {
     return text;
 }
 
-std::vector<HeaderField> DecodeFields(const Fields& fields) {
-    std::vector<HeaderField> decoded;
+std::vector<std::pair<QString, QString>> DecodeFields(const Fields& fields) {
+    std::vector<std::pair<QString, QString>> decoded;
     for (GMimeHeader* field : fields) {
         const char* raw = g_mime_header_get_raw_value(field);
         QString name = NameText(g_mime_header_get_name(field));
@@ -152,19 +152,23 @@ private:
     size_t fieldCount_;
 };
 
-LoadError TakeApart(GMimeMessage* message, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
+ParsedMessage TakeApart(GMimeMessage* message) {
+    ParsedMessage parsed;
     const Fields fields = MessageFields(message);
     if (fields.size() > static_cast<size_t>(kMaximumFields))
-        return LoadError::TooManyFields;
-    headers = DecodeFields(fields);
+        return {LoadError::TooManyFields, {}, {}};
+    parsed.headers = DecodeFields(fields);
     GMimeObject* body = g_mime_message_get_mime_part(message);
     if (body == nullptr)
-        return LoadError::None;
-    if (!IsLeaf(body))
-        return LeafCollector(parts, fields.size()).Collect(GMIME_MULTIPART(body), 1);
-    if (!IsBodyless(body))
-        parts.push_back(MakePart(body, fields));
-    return LoadError::None;
+        return parsed;
+    if (!IsLeaf(body)) {
+        const LoadError error = LeafCollector(parsed.parts, fields.size()).Collect(GMIME_MULTIPART(body), 1);
+        if (error != LoadError::None)
+            return {error, {}, {}};
+    } else if (!IsBodyless(body)) {
+        parsed.parts.push_back(MakePart(body, fields));
+    }
+    return parsed;
 }
 
 GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
@@ -181,17 +185,17 @@ GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
 
 } // namespace
 
-LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
+ParsedMessage ParseMessage(const QByteArray& bytes) {
     if (bytes.isEmpty())
-        return LoadError::Empty;
+        return {LoadError::Empty, {}, {}};
     // What a message is, the scanner decides: the list and the structure tree must agree on it.
     HeaderScanner scanner;
     const QByteArrayView block = QByteArrayView(bytes).first(std::min(bytes.size(), kMaximumHeaderBytes));
     switch (scanner.Scan(block, bytes.size() <= kMaximumHeaderBytes)) {
     case HeaderScanner::Result::NoMessage:
-        return LoadError::NoHeaderField;
+        return {LoadError::NoHeaderField, {}, {}};
     case HeaderScanner::Result::NeedsMore:
-        return scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge;
+        return {scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge, {}, {}};
     case HeaderScanner::Result::Complete:
         break;
     }
@@ -203,8 +207,8 @@ LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& header
     std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
     const GMimePtr<GMimeMessage> message = RunParser(input);
     if (message == nullptr)
-        return LoadError::NoHeaderField;
-    return TakeApart(message.get(), headers, parts);
+        return {LoadError::NoHeaderField, {}, {}};
+    return TakeApart(message.get());
 }
 
 } // namespace quellbox

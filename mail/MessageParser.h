@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <utility>
 #include <vector>
 
 namespace quellbox {
@@ -14,8 +15,14 @@ inline constexpr int kMaximumDepth = 100;
 inline constexpr int kMaximumParts = 10'000;
 inline constexpr int kMaximumFields = 100'000; ///< of the message and all its parts together
 
-/// Takes a whole message apart with GMime's full parser (RFC 2045 to 2049). Attached messages are not taken apart,
-/// however deep they are nested. What `headers` and `parts` hold after a failure has no meaning.
-LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts);
+/// A message taken apart by GMime's full parser (RFC 2045 to 2049).
+struct ParsedMessage {
+    LoadError error = LoadError::None; ///< the rest is empty unless None
+    std::vector<std::pair<QString, QString>> headers;
+    std::vector<MessagePart> parts;
+};
+
+/// Parses a whole message. Attached messages are not taken apart, however deep they are nested.
+ParsedMessage ParseMessage(const QByteArray& bytes);
 
 } // namespace quellbox

@@ -1,18 +1,20 @@
 #include "messages/MessageListModel.h"
 
-#include "mail/DisplayText.h"
 #include "messages/SortKeys.h"
 
 #include <QCoreApplication>
 #include <QThreadPool>
 
 #include <algorithm>
-#include <iterator>
-#include <memory>
 #include <numeric>
 #include <utility>
 
 namespace quellbox {
+
+QString ShownText(const QString& text) {
+    constexpr qsizetype longest = 1000;
+    return text.size() <= longest ? text : text.left(longest) + QChar(0x2026);
+}
 
 namespace {
 
@@ -48,8 +50,8 @@ std::vector<Range> RangesOf(const std::vector<int>& rows) {
 }
 
 /// Another thread frees a long list, which takes longer than a window may stand still.
-void DestroyLater(std::vector<MessageRow> rows) {
-    auto unused = std::make_shared<std::vector<MessageRow>>(std::move(rows));
+void DestroyLater(std::vector<std::unique_ptr<MessageRow>> rows) {
+    auto unused = std::make_shared<std::vector<std::unique_ptr<MessageRow>>>(std::move(rows));
     QThreadPool::globalInstance()->start([last = std::move(unused)]() mutable { last.reset(); });
 }
 
@@ -70,15 +72,15 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     const MessageRow& row = Row(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return ShownText(row.Cell(index.column()));
+        return ShownText(row.cells[static_cast<size_t>(index.column())]);
     case Qt::TextAlignmentRole:
         return AlignmentOf(index.column());
     case unreadRole:
-        return row.IsUnread();
+        return row.unread;
     case Qt::AccessibleTextRole:
-        return row.IsUnread()
-                   ? QCoreApplication::translate("quellbox", "%1, unread").arg(ShownText(row.Cell(index.column())))
-                   : ShownText(row.Cell(index.column()));
+        return row.unread ? QCoreApplication::translate("quellbox", "%1, unread")
+                                .arg(ShownText(row.cells[static_cast<size_t>(index.column())]))
+                          : ShownText(row.cells[static_cast<size_t>(index.column())]);
     default:
         return {};
     }
@@ -109,13 +111,23 @@ bool MessageListModel::setHeaderData(int section, Qt::Orientation orientation, c
     return true;
 }
 
+int MessageListModel::RowOfKey(const QString& key) const {
+    if (rowOfKey_.isEmpty()) {
+        rowOfKey_.reserve(Count());
+        for (int row = 0; row < Count(); ++row) {
+            rowOfKey_.insert(Row(row).key, row);
+        }
+    }
+    return rowOfKey_.value(key, -1);
+}
+
 void MessageListModel::Clear() {
     if (rows_.empty()) {
         return;
     }
     beginResetModel();
     DestroyLater(std::exchange(rows_, {}));
-    rowOfKey_.Clear();
+    rowOfKey_.clear();
     endResetModel();
 }
 
@@ -124,14 +136,16 @@ void MessageListModel::Append(std::vector<MessageRow> rows) {
         return;
     }
     beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
-    rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
-    rowOfKey_.Clear();
+    for (MessageRow& row : rows) {
+        rows_.push_back(std::make_unique<MessageRow>(std::move(row)));
+    }
+    rowOfKey_.clear();
     endInsertRows();
 }
 
 void MessageListModel::Update(int row, MessageRow contents) {
-    rows_[static_cast<size_t>(row)] = std::move(contents);
-    rowOfKey_.Clear();
+    contents.key = Row(row).key;
+    *rows_[static_cast<size_t>(row)] = std::move(contents);
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
@@ -145,7 +159,7 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
             const Range range = ranges.back();
             beginRemoveRows({}, range.first, range.last);
             rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
-            rowOfKey_.Clear(); // after every range, since a listener may look rows up between them
+            rowOfKey_.clear(); // after every range, since a listener may look rows up between them
             endRemoveRows();
         }
         return;
@@ -164,13 +178,13 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         ++kept;
     }
     rows_.resize(kept);
-    rowOfKey_.Clear();
+    rowOfKey_.clear();
     endResetModel();
 }
 
 void MessageListModel::MarkRows(int first, int last, bool unread) {
     for (int row = first; row <= last; ++row) {
-        rows_[static_cast<size_t>(row)].SetUnread(unread);
+        rows_[static_cast<size_t>(row)]->unread = unread;
     }
     if (first <= last) {
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
@@ -178,9 +192,9 @@ void MessageListModel::MarkRows(int first, int last, bool unread) {
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
-    const SortKeys keys(rows_, column);
-    const auto precedes = [&keys, order](int left, int right) {
-        const int compared = keys.Compare(left, right);
+    const SortKeys texts(rows_, static_cast<size_t>(column));
+    const auto precedes = [&texts, order](int left, int right) {
+        const int compared = texts.Compare(left, right);
         return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
     };
     std::vector<int> sequence(rows_.size());
@@ -190,7 +204,7 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
-    std::vector<MessageRow> sorted;
+    std::vector<std::unique_ptr<MessageRow>> sorted;
     sorted.reserve(rows_.size());
     std::vector<int> newRow(rows_.size());
     for (const int row : sequence) {
@@ -198,7 +212,7 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
         sorted.push_back(std::move(rows_[static_cast<size_t>(row)]));
     }
     rows_ = std::move(sorted);
-    rowOfKey_.Clear();
+    rowOfKey_.clear();
     const QModelIndexList before = persistentIndexList();
     QModelIndexList after;
     after.reserve(before.size());

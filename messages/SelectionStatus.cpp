@@ -11,7 +11,15 @@ namespace quellbox {
 
 namespace {
 
-qint32 AddSize(qint32 total, qint64 size) {
+qint32 AddSize(qint32 total, const MessageRow& row) {
+    bool isNumber = false;
+    const QString& text = row.cells[ColumnSize];
+    const qint64 size = text.toLongLong(&isNumber);
+    if (!isNumber) {
+        throw TypeMismatchError(
+            QCoreApplication::translate("quellbox", "The size \"%1\" of %2 is not a number. Refresh the list.")
+                .arg(text, row.key));
+    }
     if (size > qint64{std::numeric_limits<qint32>::max()} - total) {
         throw OverflowError(QCoreApplication::translate(
             "quellbox", "Overflow: the selected messages hold 2 GiB or more. Select fewer messages."));
@@ -43,7 +51,7 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
     for (const RowRange& range : selected) {
         for (int row = range.first; row <= range.last; ++row) {
             ++count;
-            total = AddSize(total, model.Row(row).Size());
+            total = AddSize(total, model.Row(row));
         }
     }
     if (count > std::numeric_limits<qint16>::max()) {
@@ -57,7 +65,7 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
     if (count == 0) {
         status.info.text = state.ArchiveDir;
     } else if (count == 1) {
-        status.info.text = model.Row(selected.front().first).Key();
+        status.info.text = model.Row(selected.front().first).key;
         status.size = {FormatSize(total), QCoreApplication::translate("quellbox", "Size of selected messages")};
     } else {
         status.info.text = QCoreApplication::translate("quellbox", "%n selected", nullptr, count);

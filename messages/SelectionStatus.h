@@ -28,7 +28,7 @@ struct SelectionStatus {
 
 /// Counts the selected rows and adds up their sizes. `selected` holds ascending ranges without overlap; `filtered`
 /// tells that the button "filter" is pressed. In an empty list the panel texts are left empty and are not to be shown.
-/// Throws OverflowError at 2 GiB and more and above 32,767 rows.
+/// Throws OverflowError at 2 GiB and more and above 32,767 rows, TypeMismatchError for a size that is no number.
 SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std::vector<RowRange>& selected,
                                        const AppState& state, bool filtered);
 

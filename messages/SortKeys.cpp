@@ -22,31 +22,16 @@ void AppendFolded(std::u16string& folded, QStringView text) {
 
 } // namespace
 
-SortKeys::SortKeys(const std::vector<MessageRow>& rows, int column) {
-    if (column == ColumnDate) {
-        TakeNumbers(rows, &MessageRow::Time);
-    } else if (column == ColumnSize || column == ColumnBytes) {
-        TakeNumbers(rows, &MessageRow::Size);
-    } else {
-        TakeTexts(rows, column);
+SortKeys::SortKeys(const std::vector<std::unique_ptr<MessageRow>>& rows, size_t column) {
+    size_t length = 0;
+    for (const std::unique_ptr<MessageRow>& row : rows) {
+        length += static_cast<size_t>(row->cells[column].size());
     }
-}
-
-void SortKeys::TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageRow::*number)() const) {
-    numbers_.reserve(rows.size());
-    for (const MessageRow& row : rows) {
-        numbers_.push_back((row.*number)());
-    }
-}
-
-void SortKeys::TakeTexts(const std::vector<MessageRow>& rows, int column) {
-    QString text;
+    folded_.reserve(length);
     begins_.reserve(rows.size() + 1);
     begins_.push_back(0);
-    for (const MessageRow& row : rows) {
-        text.resize(0);
-        row.AppendCell(column, text);
-        AppendFolded(folded_, text);
+    for (const std::unique_ptr<MessageRow>& row : rows) {
+        AppendFolded(folded_, row->cells[column]);
         begins_.push_back(folded_.size());
     }
 }

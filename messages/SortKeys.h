@@ -4,37 +4,27 @@
 
 #include <QStringView>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace quellbox {
 
-/// The contents of one column made ready for many comparisons. Times and sizes compare as numbers, texts without regard
-/// to case: folded once instead of at each comparison, and side by side in memory instead of all over it.
+/// The texts of one column made ready for many comparisons that ignore case: folded once instead of at each
+/// comparison, and side by side in memory instead of all over it.
 class SortKeys {
 public:
-    SortKeys(const std::vector<MessageRow>& rows, int column);
+    SortKeys(const std::vector<std::unique_ptr<MessageRow>>& rows, size_t column);
 
-    /// Below, at or above 0, as the contents of two rows compare.
-    int Compare(int left, int right) const {
-        if (numbers_.empty()) {
-            return Text(left).compare(Text(right));
-        }
-        const qint64 leftNumber = numbers_[static_cast<size_t>(left)];
-        const qint64 rightNumber = numbers_[static_cast<size_t>(right)];
-        return int{leftNumber > rightNumber} - int{leftNumber < rightNumber};
-    }
+    /// Below, at or above 0, as QString::compare() says of the texts of two rows.
+    int Compare(int left, int right) const { return Key(left).compare(Key(right)); }
 
 private:
-    QStringView Text(int row) const {
+    QStringView Key(int row) const {
         const auto index = static_cast<size_t>(row);
         return QStringView(folded_.data() + begins_[index], folded_.data() + begins_[index + 1]);
     }
 
-    void TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageRow::*number)() const);
-    void TakeTexts(const std::vector<MessageRow>& rows, int column);
-
-    std::vector<qint64> numbers_; // by row; empty for a column of texts
     std::u16string folded_;
     std::vector<size_t> begins_; // by row, and the end of the last one
 };

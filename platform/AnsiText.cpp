@@ -9,27 +9,21 @@ namespace quellbox {
 
 namespace {
 
-constexpr char16_t none = 0xFFFD;
-
-/// The characters of the bytes from 0x80 to 0x9F.
-constexpr std::array<char16_t, 32> middle = {0x20AC, none,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, none,   0x017D, none,
-                                             none,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, none,   0x017E, 0x0178};
+/// The characters of the bytes from 0x80 to 0x9F; 0 where there is none.
+constexpr std::array<char32_t, 32> middle = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+                                             0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
 char Windows1252Byte(char32_t character) {
     if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) {
         return static_cast<char>(character);
     }
     const auto* const found = std::find(middle.begin(), middle.end(), character);
-    return found == middle.end() || character == none ? '?' : static_cast<char>(0x80 + (found - middle.begin()));
+    return found == middle.end() ? '?' : static_cast<char>(0x80 + (found - middle.begin()));
 }
 
 } // namespace
-
-QChar Windows1252Character(unsigned char byte) {
-    return byte >= 0x80 && byte < 0xA0 ? QChar(middle[byte - 0x80U]) : QChar(ushort{byte});
-}
 
 QByteArray Windows1252Text(const QString& text) {
     QByteArray bytes;

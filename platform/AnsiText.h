@@ -9,10 +9,7 @@ namespace quellbox {
 /// written becomes '?'.
 QByteArray AnsiText(const QString& text);
 
-/// The character that a byte stands for in Windows-1252; U+FFFD where it stands for none.
-QChar Windows1252Character(unsigned char byte);
-
-/// A text in Windows-1252, with '?' for each character that it does not have.
+/// A text in Windows-1252, with '?' for each character that it does not know.
 QByteArray Windows1252Text(const QString& text);
 
 } // namespace quellbox

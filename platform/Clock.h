@@ -2,20 +2,15 @@
 
 #include <QDateTime>
 
-#include <memory>
-
 namespace quellbox {
 
-/// The port to the present time, so that midnight and daylight saving time can be tested.
+/// The present time; a port, so that midnight and daylight saving time can be tested.
 class Clock {
 public:
     virtual ~Clock() = default;
 
     /// The present moment in local time.
-    virtual QDateTime Now() const = 0;
+    virtual QDateTime Now() const { return QDateTime::currentDateTime(); }
 };
-
-/// The clock of the computer.
-std::unique_ptr<Clock> MakeClock();
 
 } // namespace quellbox

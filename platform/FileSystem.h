@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -10,34 +11,19 @@
 
 namespace quellbox {
 
-/// What the file system reports of a regular file without opening it.
+/// What the file system tells of a regular file without opening it.
 struct FileStatus {
     qint64 size = 0;       ///< bytes
     qint64 modifiedNs = 0; ///< last modification, nanoseconds since 1970-01-01 UTC
-
-    bool operator==(const FileStatus&) const = default;
 };
 
-/// The type of a folder's entry, as the folder reports it.
-enum class EntryKind {
-    File,   ///< a regular file
-    Folder, ///< on Windows also a link to one
-    Other,  ///< nothing that this program deals with, as a pipe or a device
-    Unknown ///< a link, or the folder does not report it: only Status() or FolderExists() knows
-};
-
-/// What a folder reports of one of its entries.
+/// What a folder tells of one of its files.
 struct FolderEntry {
     QString name; ///< without the folder
-    EntryKind kind = EntryKind::Unknown;
 
-    /// Not shown to users: the name begins with a dot; on Windows the entry has the attribute Hidden, or is a file with
-    /// the attribute System.
-    bool hidden = false;
-
-    /// Size and time, where the folder itself reports them: on Windows, of what is no link, is not empty, and was last
-    /// written minutes ago. What a folder reports is not up to date while another program has the file open, or where
-    /// the file was changed under another of its names.
+    /// Size and time, where the folder itself tells them: on Windows, of what is no link, is not empty, and was last
+    /// written minutes ago. What a folder tells is not up to date while another program has the file open, and where
+    /// the file was changed by another of its names.
     std::optional<FileStatus> status;
 };
 
@@ -50,7 +36,7 @@ public:
     virtual qint64 Read(char* buffer, qint64 capacity) = 0;
 };
 
-/// The port to files and folders. Paths are texts in the form that Entries() returns: readable, and mapped back to
+/// The port to files and folders. Paths are texts in the form that FileEntries() returns: readable, and mapped back to
 /// the exact bytes of the name (see PathBytes.h). Every method may be called from several threads at once.
 class FileSystem {
 public:
@@ -61,9 +47,18 @@ public:
     /// True when `path` names a regular file, or a symbolic link to one.
     virtual bool FileExists(const QString& path) const = 0;
 
-    /// Everything in `folder` but "." and "..", in no particular order. No call is made for a single entry. Throws
-    /// FileError.
-    virtual std::vector<FolderEntry> Entries(const QString& folder) const = 0;
+    /// Everything in `folder` that may be a regular file, in no particular order; what comes without a status, and
+    /// Status() does not confirm, is to be skipped. Throws FileError.
+    virtual std::vector<FolderEntry> FileEntries(const QString& folder) const = 0;
+
+    /// Names (without folder) of the regular files in `folder`, symbolic links to one included, that are neither hidden
+    /// nor of the system, in no particular order. A file is looked at singly only where the folder does not tell its
+    /// type. Throws FileError.
+    virtual QStringList VisibleFileNames(const QString& folder) const = 0;
+
+    /// Names (without folder) of the sub folders of `folder`, of links to folders too but not of hidden ones, in no
+    /// particular order. Throws FileError.
+    virtual QStringList FolderNames(const QString& folder) const = 0;
 
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
     /// something else.
@@ -72,25 +67,23 @@ public:
     /// Opens a file for reading. Throws FileError.
     virtual std::unique_ptr<InputFile> Open(const QString& path) const = 0;
 
-    /// Moves a file and never overwrites: an existing `to` is an error. Whatever is called `to` has the whole contents,
-    /// at any moment. Within one file system this is one atomic rename, where the file system has one; across file
-    /// systems the file is copied under a temporary name, flushed, closed, renamed into place, and only then is the
-    /// source removed. Such a copy has the contents, the times and what the other file system knows of owner,
-    /// permissions or attributes, but not what else a file may have, as named streams on Windows. Throws FileError, and
-    /// the source is then still whole; or the file at `to` is, where a share does not answer and it cannot be found out
-    /// whether the source is still there.
+    /// Moves a file and never overwrites: an existing `to` is an error. Within one file system this is one atomic
+    /// rename; across file systems the file is copied under a temporary name, flushed, renamed into place, and only
+    /// then is the source removed. Such a copy has the contents, the times and what the other file system knows of
+    /// owner, permissions or attributes, but not what else a file may have, as named streams on Windows. Throws
+    /// FileError, and the source is then still whole; or the file at `to` is, where the source cannot be removed and
+    /// nobody can tell whether it is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
-    /// Deletes the file at `path`, if FileExists() would say that there is one, but not a read-only one. Returns
-    /// whether there was one. Throws FileError.
-    virtual bool Remove(const QString& path) = 0;
+    /// Deletes a file, but not a read-only one. Throws FileError.
+    virtual void Remove(const QString& path) = 0;
 
-    /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` returns true for its status,
-    /// which is read once. Returns whether the file was deleted. Throws FileError, also when the status cannot be read.
+    /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` answers to its status that it
+    /// stays; the system is asked for the status once. Returns whether the file was deleted. Throws FileError, also
+    /// when the status cannot be read.
     virtual bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) = 0;
 
-    /// Creates a file with these bytes in one step, so that no program ever reads a part of them; replaces an existing
-    /// file. Throws FileError.
+    /// Creates a file with these bytes so that nobody ever sees half of it; replaces an existing one. Throws FileError.
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
 };
 

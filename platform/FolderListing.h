@@ -1,11 +1,12 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/OrderedWork.h"
 
 #include <QString>
 
 #include <vector>
+
+class QThreadPool;
 
 namespace quellbox {
 
@@ -15,48 +16,11 @@ struct FileEntry {
     FileStatus status;
 };
 
-/// What a folder was found to hold.
-struct Listing {
-    bool exists = false;
-    QString error;                ///< why the folder cannot be read; empty when it can
-    std::vector<FileEntry> files; ///< in order of arrival: time of last modification, then name
-};
-
-/// Lists the regular files of a folder, beside the thread that wants them. A file that vanishes meanwhile is left out.
-/// The files of which the folder does not tell size and time are looked at by many threads at once.
-class FolderListing {
-public:
-    /// Calls `done` once, on the thread that made this object and runs an event loop; it may destroy this object.
-    /// Destruction before that drops the listing without waiting for it. `folder` ends with a separator.
-    FolderListing(const FileSystem& files, WorkPool& pool, const QString& folder, std::function<void(Listing)> done);
-
-    void Start();
-
-private:
-    using Entries = std::vector<FolderEntry>;
-
-    /// The folder as it was listed, of which the files are still to be looked at.
-    struct Found {
-        Listing listing;
-        Entries told;   ///< files of which the folder told everything
-        Entries untold; ///< those that are to be looked at
-    };
-
-    static Found Read(const FileSystem& files, const QString& folder);
-    static std::vector<FileEntry> InOrderOfArrival(Found& found);
-    void LookAtFiles();
-    void Sort();
-    void End(Listing listing);
-    void Fail(const std::exception_ptr& thrown);
-
-    const FileSystem& files_;
-    WorkPool& pool_;
-    const QString folder_;
-    std::function<void(Listing)> done_;
-    std::shared_ptr<Found> found_;
-    std::optional<OrderedWork<std::shared_ptr<Found>>> reading_;
-    std::optional<OrderedWork<std::optional<FileStatus>>> looking_;
-    std::optional<OrderedWork<std::vector<FileEntry>>> sorting_;
-};
+/// The regular files of `folder` (which ends with a separator) in order of arrival: time of last modification, then
+/// name. A file that vanishes meanwhile is left out. The files of which the folder does not tell size and time are
+/// looked at by as many threads as the measured latency of the first ones asks for; the calling thread is one of them,
+/// the others are taken from `pool`, whose limit is raised when it is lower. May be called from a thread of `pool`.
+/// Throws FileError when the folder cannot be read.
+std::vector<FileEntry> FilesByArrival(const FileSystem& files, const QString& folder, QThreadPool& pool);
 
 } // namespace quellbox

@@ -7,7 +7,7 @@ namespace quellbox {
 /// True for a text that can only be meant as a UNC path, even an incomplete one.
 bool IsShareText(const QString& path);
 
-/// The separator between the names of a path: a backslash in a UNC path, otherwise the platform's own.
+/// What stands between the names of a path: a backslash in a UNC path, otherwise the platform's own.
 QChar SeparatorOf(const QString& path);
 
 /// The folder with a separator at its end, so that names can be appended to it. Windows takes a slash in a local path.

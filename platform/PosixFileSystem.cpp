@@ -4,7 +4,6 @@
 #include "platform/PathBytes.h"
 #include "platform/PosixFile.h"
 #include "platform/PosixMove.h"
-#include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -36,69 +35,96 @@ struct FolderCloser {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-EntryKind KindOf(const dirent& entry) {
-    switch (entry.d_type) {
-    case DT_REG:
-        return EntryKind::File;
-    case DT_DIR:
-        return EntryKind::Folder;
-    case DT_LNK:
-    case DT_UNKNOWN:
-        return EntryKind::Unknown;
-    default:
-        return EntryKind::Other;
-    }
+/// False for what the folder itself says is no regular file. Some file systems do not say.
+bool MayBeRegular(const dirent& entry) {
+    return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
 }
 
-/// Reads the status of `path`, links followed; false when that fails.
-bool GetStatus(const QString& path, struct stat& status) {
+/// True for what is not hidden and, links followed, of the type `mode` (as S_IFDIR), which `type` (as DT_DIR) stands
+/// for. Only what the folder itself does not tell is looked at.
+bool IsVisible(const dirent& entry, int folder, unsigned char type, mode_t mode) {
+    if (entry.d_name[0] == '.') {
+        return false;
+    }
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == type;
+    }
+    struct stat status {};
+    return ::fstatat(folder, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == mode;
+}
+
+/// The names of a folder's entries that `isWanted(entry, descriptor of the folder)`. Throws FileError.
+template <class Predicate>
+QStringList EntryNames(const QString& folder, Predicate isWanted) {
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(SystemPath(folder).constData()));
+    if (!stream) {
+        ThrowFileError(folder, errno);
+    }
+    QStringList names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(stream.get())) {
+        if (isWanted(*entry, ::dirfd(stream.get()))) {
+            const QByteArrayView name(entry->d_name);
+            names += PathText(QByteArray::fromRawData(name.data(), name.size()));
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        ThrowFileError(folder, errno);
+    }
+    return names;
+}
+
+/// What the system tells of `path`, links followed; false when there is nothing.
+bool Look(const QString& path, struct stat& status) {
     const QByteArray bytes = PathBytes(path);
     return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
+}
+
+/// True when a rename of an existing file can have failed so only because of the new name or its folder.
+bool ConcernsTarget(int error) {
+    return error == EEXIST || error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ENOSPC ||
+           error == EDQUOT;
 }
 
 class PosixFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
         struct stat status {};
-        return GetStatus(folder, status) && S_ISDIR(status.st_mode);
+        return Look(folder, status) && S_ISDIR(status.st_mode);
     }
 
     bool FileExists(const QString& path) const override {
         struct stat status {};
-        return GetStatus(path, status) && S_ISREG(status.st_mode);
+        return Look(path, status) && S_ISREG(status.st_mode);
     }
 
-    std::vector<FolderEntry> Entries(const QString& folder) const override {
-        const QByteArray path = SystemPath(folder);
-        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(path.constData()));
-        if (!stream) {
-            ThrowFileError(folder, errno);
-        }
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
+        QStringList names = EntryNames(folder, [](const dirent& entry, int) {
+            const QByteArrayView name(entry.d_name);
+            return MayBeRegular(entry) && name != "." && name != "..";
+        });
         std::vector<FolderEntry> entries;
-        QSet<QByteArray> others;
-        errno = 0;
-        while (const dirent* entry = ::readdir(stream.get())) {
-            const QByteArrayView name(entry->d_name);
-            if (name != "." && name != "..") {
-                const EntryKind kind = KindOf(*entry);
-                entries.push_back({PathText(QByteArray::fromRawData(name.data(), name.size())), kind,
-                                   name.front() == '.', std::nullopt});
-                if (kind != EntryKind::File) {
-                    others.insert(name.toByteArray());
-                }
-            }
-            errno = 0;
+        entries.reserve(static_cast<size_t>(names.size()));
+        for (QString& name : names) {
+            entries.push_back({std::move(name), std::nullopt});
         }
-        if (errno != 0) {
-            ThrowFileError(folder, errno);
-        }
-        memory_.SetListed(path, std::move(others));
         return entries;
+    }
+
+    QStringList VisibleFileNames(const QString& folder) const override {
+        return EntryNames(
+            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_REG, S_IFREG); });
+    }
+
+    QStringList FolderNames(const QString& folder) const override {
+        return EntryNames(
+            folder, [](const dirent& entry, int descriptor) { return IsVisible(entry, descriptor, DT_DIR, S_IFDIR); });
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {
         struct stat status {};
-        if (!GetStatus(path, status) || !S_ISREG(status.st_mode)) {
+        if (!Look(path, status) || !S_ISREG(status.st_mode)) {
             return std::nullopt;
         }
         return FileStatus{status.st_size, ModifiedNs(status)};
@@ -109,22 +135,36 @@ public:
         return std::make_unique<PosixInputFile>(OpenRegular(path, status), path);
     }
 
-    void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
+    void Move(const QString& from, const QString& to) override {
+        struct stat status {};
+        const QByteArray source = SystemPath(from);
+        const QByteArray target = SystemPath(to);
+        if (::lstat(source.constData(), &status) != 0) {
+            ThrowFileError(from, errno);
+        }
+        // A link that moved would name another file, or none, from its new folder.
+        if (S_ISLNK(status.st_mode)) {
+            return MoveByCopy(from, to);
+        }
+        if (!S_ISREG(status.st_mode)) {
+            ThrowFileError(from, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        }
+        const int error = RenameNoReplace(source, target);
+        if (error == EXDEV) {
+            return MoveByCopy(from, to);
+        }
+        if (error != 0) {
+            ThrowFileError(ConcernsTarget(error) ? to : from, error);
+        }
+    }
 
-    bool Remove(const QString& path) override {
+    void Remove(const QString& path) override {
         struct stat status {};
         const QByteArray bytes = SystemPath(path);
         if (::lstat(bytes.constData(), &status) != 0) {
-            if (errno == ENOENT || errno == ENOTDIR) {
-                return false;
-            }
             ThrowFileError(path, errno);
         }
-        if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
-            return false;
-        }
         Unlink(path, bytes, status.st_mode);
-        return true;
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
@@ -151,36 +191,22 @@ public:
         TemporaryFile fresh(path, 0666);
         WriteAll(fresh.Number(), bytes.constData(), bytes.size(), path);
         struct stat status {};
-        if (GetStatus(path, status)) {
+        if (Look(path, status)) {
             // What could read the file before can read it afterwards; a share may not know permissions.
             [[maybe_unused]] const int mode = ::fchmod(fresh.Number(), status.st_mode & 0777U);
         }
-        fresh.Close();
-        Replace(fresh, path);
+        fresh.Flush();
+        if (::rename(fresh.Path().constData(), SystemPath(path).constData()) != 0) {
+            ThrowFileError(path, errno);
+        }
         fresh.Keep();
         FlushFolderOf(path);
     }
 
 private:
-    /// Renames a closed file to `path`, which is replaced. Throws FileError.
-    static void Replace(const TemporaryFile& fresh, const QString& path) {
-        struct stat written {};
-        const QByteArray target = SystemPath(path);
-        if (::lstat(fresh.Path().constData(), &written) != 0) {
-            ThrowFileError(path, errno);
-        }
-        if (::rename(fresh.Path().constData(), target.constData()) == 0) {
-            return;
-        }
-        const int error = errno;
-        if (!HasArrived(fresh.Path(), target, written)) {
-            ThrowFileError(path, error);
-        }
-    }
-
     /// Removes a file of that mode, unless it is read-only.
     static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
-        // For the system it is enough that the folder may be written.
+        // The system itself asks only for the right to write the folder.
         if (S_ISREG(mode) && (mode & 0222U) == 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
         }
@@ -188,8 +214,6 @@ private:
             ThrowFileError(path, errno);
         }
     }
-
-    mutable FolderMemory memory_;
 };
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "platform/PosixMove.h"
 
 #include "platform/PosixFile.h"
-#include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -11,7 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <optional>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace quellbox {
@@ -33,114 +32,108 @@ void CopyAttributes(const struct stat& status, const TemporaryFile& copy) {
     [[maybe_unused]] const int time = ::futimens(copy.Number(), times.data());
 }
 
-void RefuseChanged(const struct stat& before, const struct stat& after, const QString& from) {
-    if (!IsUnchanged(before, after)) {
+void RefuseChangedSource(const Descriptor& source, const struct stat& before, const QString& from) {
+    struct stat after {};
+    if (::fstat(source.Number(), &after) != 0) {
+        ThrowFileError(from, errno);
+    }
+    if (after.st_size != before.st_size || ModifiedNs(after) != ModifiedNs(before)) {
         throw FileError(from,
                         QCoreApplication::translate("quellbox", "The file was changed while it was being moved."));
     }
 }
 
-/// Copies the file at `from` (links followed) to a new file beside `to`. Both are closed afterwards. Throws FileError.
-void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to) {
-    struct stat before {};
-    const Descriptor source(OpenRegular(from, before));
-    copy.emplace(to, 0600);
-    CopyContents(source, from, *copy, to);
-    struct stat after {};
-    if (::fstat(source.Number(), &after) != 0) {
-        ThrowFileError(from, errno);
-    }
-    RefuseChanged(before, after, from);
-    CopyAttributes(before, *copy);
-    copy->Close();
-}
-
-/// The status of a file by `call`, which is lstat() or stat(). Throws FileError for `path`.
-struct stat StatusOf(const QByteArray& bytes, int (*call)(const char*, struct stat*), const QString& path) {
+// After a failed removal of the source: only while the source is still there may its new name go again.
+bool SourceRemains(const QByteArray& from) {
     struct stat status {};
-    if (call(bytes.constData(), &status) != 0) {
-        ThrowFileError(path, errno);
-    }
-    return status;
-}
-
-/// Removes the source, unless it was written to since `before`. Throws FileError.
-void RemoveUnchanged(const QByteArray& source, const struct stat& before, const QString& from) {
-    struct stat present {};
-    if (::stat(source.constData(), &present) == 0) {
-        RefuseChanged(before, present, from);
-    } else if (errno != ENOENT) {
-        ThrowFileError(from, errno);
-    }
-    if (const int error = RemoveSource(source); error != 0) {
-        ThrowFileError(from, error);
-    }
-}
-
-/// Removes the copy from its place, unless something else is there by now.
-void Withdraw(const QByteArray& target, const struct stat& copied) {
-    struct stat present {};
-    if (::lstat(target.constData(), &present) == 0 && IsUnchanged(copied, present)) {
-        ::unlink(target.constData());
-    }
-}
-
-/// Whether the error of renaming an existing file is about the new name or its folder.
-bool ConcernsTarget(int error) {
-    return error == EEXIST || error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ENOSPC ||
-           error == EDQUOT;
+    return ::lstat(from.constData(), &status) == 0;
 }
 
 } // namespace
 
-void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
-    const QByteArray source = SystemPath(from);
-    const QByteArray target = SystemPath(to);
-    // By name, as it is compared later: for an open file a share may report other values.
-    const struct stat before = StatusOf(source, &::stat, from);
-    std::optional<TemporaryFile> copy;
-    MakeCopy(copy, from, to);
-    const struct stat copied = StatusOf(copy->Path(), &::lstat, to);
-    if (const int error = RenameNoReplace(copy->Path(), target, memory, copied); error != 0) {
-        ThrowFileError(to, error);
+int RenameByLink(const QByteArray& from, const QByteArray& to) {
+    if (::link(from.constData(), to.constData()) != 0) {
+        return errno;
     }
-    copy->Keep();
-    try {
-        FlushFolderOf(to);
-        RemoveUnchanged(source, before, from);
-    } catch (...) {
-        // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
-        if (IsPresent(source)) {
-            Withdraw(target, copied);
-        }
-        throw;
+    if (::unlink(from.constData()) == 0) {
+        return 0;
     }
+    const int error = errno;
+    // A source that is gone already, as after a lost answer of a share, leaves the new name as the only one.
+    if (error == ENOENT) {
+        return 0;
+    }
+    if (SourceRemains(from)) {
+        ::unlink(to.constData());
+    }
+    return error;
 }
 
-void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
-    const QByteArray source = SystemPath(from);
+int RenameByReservation(const QByteArray& from, const QByteArray& to) {
+    struct stat reserved {};
+    {
+        const Descriptor reservation(::open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        if (!reservation.IsOpen()) {
+            return errno;
+        }
+        if (::fstat(reservation.Number(), &reserved) != 0) {
+            return errno;
+        }
+    } // Some shares refuse to replace a file that is open.
+    if (::rename(from.constData(), to.constData()) == 0) {
+        return 0;
+    }
+    const int error = errno;
+    // A share may have renamed the file although its answer was lost: only the empty reservation may go.
+    struct stat present {};
+    if (::lstat(to.constData(), &present) != 0) {
+        return error;
+    }
+    if (reserved.st_dev != present.st_dev || reserved.st_ino != present.st_ino || present.st_size != 0) {
+        return error == ENOENT ? 0 : error;
+    }
+    ::unlink(to.constData());
+    return error;
+}
+
+int RenameNoReplace(const QByteArray& from, const QByteArray& to) {
+#ifdef RENAME_NOREPLACE
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+#endif
+    const int error = RenameByLink(from, to);
+    return error == EPERM || error == EOPNOTSUPP || error == ENOSYS ? RenameByReservation(from, to) : error;
+}
+
+void MoveByCopy(const QString& from, const QString& to) {
+    struct stat status {};
+    const Descriptor source(OpenRegular(from, status));
+    TemporaryFile copy(to, 0600);
+    CopyContents(source, from, copy, to);
+    RefuseChangedSource(source, status, from);
+    CopyAttributes(status, copy);
+    copy.Flush();
     const QByteArray target = SystemPath(to);
-    std::optional<struct stat> before;
-    if (!memory.IsRegularFile(source)) {
-        before = StatusOf(source, &::lstat, from);
-        // A relative link would point to another file, or to none, from its new folder.
-        if (S_ISLNK(before->st_mode)) {
-            return MoveByCopy(from, to, memory);
-        }
-        if (!S_ISREG(before->st_mode)) {
-            ThrowFileError(from, S_ISDIR(before->st_mode) ? EISDIR : EINVAL);
-        }
+    if (const int error = RenameNoReplace(copy.Path(), target); error != 0) {
+        ThrowFileError(to, error);
     }
-    const int error = RenameNoReplace(source, target, memory, before);
-    if (error == EXDEV) {
-        return MoveByCopy(from, to, memory);
-    }
-    if (error != 0) {
-        // The source may be what is missing.
-        if (error == ENOENT || error == ENOTDIR) {
-            StatusOf(source, &::lstat, from);
+    copy.Keep();
+    const QByteArray origin = SystemPath(from);
+    try {
+        FlushFolderOf(to);
+        if (::unlink(origin.constData()) != 0 && errno != ENOENT) {
+            ThrowFileError(from, errno);
         }
-        ThrowFileError(ConcernsTarget(error) ? to : from, error);
+    } catch (...) {
+        // A message in both folders would be delivered and still be listed as blocked.
+        if (SourceRemains(origin)) {
+            ::unlink(target.constData());
+        }
+        throw;
     }
 }
 

@@ -2,23 +2,24 @@
 
 #ifndef _WIN32
 
-#include "platform/PosixFolderMemory.h"
-
+#include <QByteArray>
 #include <QString>
 
 namespace quellbox {
 
-/// FileSystem::Move(). A regular file of a listed folder costs one system call where the file system supports
-/// RenameMethod::Atomic, two with RenameMethod::ByLink, and three with RenameMethod::Checked. Of the first two methods,
-/// those that fail cost one more call for the first file of a folder. With the first two methods, a file that is not
-/// known to be regular costs one more call. Throws FileError.
-void MoveFile(const QString& from, const QString& to, FolderMemory& memory);
+/// Gives a file another name in the same file system and never overwrites. Returns 0 or an errno value; after an error
+/// the source is whole.
+int RenameNoReplace(const QByteArray& from, const QByteArray& to);
+
+/// The way of RenameNoReplace() on a file system that cannot rename without replacing.
+int RenameByLink(const QByteArray& from, const QByteArray& to);
+
+/// The way of RenameNoReplace() on a file system that knows no hard links either: an empty file reserves the name.
+int RenameByReservation(const QByteArray& from, const QByteArray& to);
 
 /// FileSystem::Move() across file systems: copies contents, time and permissions under a temporary name, renames the
-/// copy into place and removes the source, or the link when `from` is one. Throws FileError, and the message is then
-/// whole in the source's folder only, or, when it cannot be found out whether the source is still there, in the
-/// target's folder and perhaps in both.
-void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory);
+/// copy into place and removes the source. Throws FileError, and the source is then whole in its own folder only.
+void MoveByCopy(const QString& from, const QString& to);
 
 } // namespace quellbox
 

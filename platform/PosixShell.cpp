@@ -26,34 +26,31 @@ QString OpenerArgument(const QString& target) {
     return target;
 }
 
-class PosixShell : public Shell {
-public:
-    QString UserName() const override {
-        std::array<char, 16 * 1024> buffer{};
-        passwd entry{};
-        passwd* found = nullptr;
-        const int error = ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
-        return error == 0 && found != nullptr ? QString::fromLocal8Bit(entry.pw_name) : QString();
-    }
-
-    bool Open(const QString& target) const override {
-        return !target.isEmpty() && QProcess::startDetached(QStringLiteral("xdg-open"), {OpenerArgument(target)});
-    }
-
-    bool OpenMessage(const QString& path) const override { return Open(path); }
-
-    bool HasHelpViewer() const override { return false; }
-
-    bool ShowHelp(quintptr /*owner*/, const QString& /*helpFile*/, HelpCommand /*command*/,
-                  quintptr /*data*/) const override {
-        return false;
-    }
-};
-
 } // namespace
 
-std::unique_ptr<Shell> MakeShell() {
-    return std::make_unique<PosixShell>();
+QString Shell::UserName() const {
+    std::array<char, 16 * 1024> buffer{};
+    passwd entry{};
+    passwd* found = nullptr;
+    const int error = ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
+    return error == 0 && found != nullptr ? QString::fromLocal8Bit(entry.pw_name) : QString();
+}
+
+bool Shell::Open(const QString& target) const {
+    return !target.isEmpty() && QProcess::startDetached(QStringLiteral("xdg-open"), {OpenerArgument(target)});
+}
+
+bool Shell::OpenMessage(const QString& path) const {
+    return Open(path);
+}
+
+bool Shell::HasHelpViewer() const {
+    return false;
+}
+
+bool Shell::ShowHelp(quintptr /*owner*/, const QString& /*helpFile*/, HelpCommand /*command*/,
+                     quintptr /*data*/) const {
+    return false;
 }
 
 } // namespace quellbox

@@ -2,7 +2,6 @@
 
 #include <QString>
 
-#include <exception>
 #include <stdexcept>
 
 namespace quellbox {
@@ -44,16 +43,5 @@ private:
     QString path_;
     QString reason_;
 };
-
-/// What the user reads of something that was thrown.
-inline QString TextOf(const std::exception_ptr& thrown) {
-    try {
-        std::rethrow_exception(thrown);
-    } catch (const RuntimeError& error) {
-        return error.Text();
-    } catch (const std::exception& error) {
-        return QString::fromUtf8(error.what());
-    }
-}
 
 } // namespace quellbox

@@ -13,8 +13,8 @@ namespace {
 
 constexpr QChar backslash(u'\\');
 
-/// Whether a name that follows the last backslash would lead into another folder: "." and "..", or a path with slashes.
-bool LeadsElsewhere(QStringView name) {
+/// Whether what stands behind the last backslash is itself a way through folders.
+bool IsWay(QStringView name) {
     return name == QLatin1String(".") || name == QLatin1String("..") || name.contains(QLatin1Char('/'));
 }
 
@@ -58,7 +58,7 @@ QString ShareFileSystem::LocalPath(const QString& path, Place place) const {
         return path;
     }
     const qsizetype name = path.lastIndexOf(backslash) + 1;
-    if (LeadsElsewhere(QStringView(path).mid(name))) {
+    if (IsWay(QStringView(path).mid(name))) {
         return (this->*place)(path);
     }
     const QString folder = (this->*place)(path.left(name));
@@ -102,12 +102,28 @@ bool ShareFileSystem::FileExists(const QString& path) const {
     return files_->FileExists(LocalPath(path, &ShareFileSystem::RememberedPlace));
 }
 
-std::vector<FolderEntry> ShareFileSystem::Entries(const QString& folder) const {
-    std::vector<FolderEntry> entries = files_->Entries(FolderOrThrow(folder));
+QStringList ShareFileSystem::Names(Listing listing, const QString& folder) const {
+    QStringList names = (*files_.*listing)(FolderOrThrow(folder));
+    if (IsShareText(folder)) {
+        names.removeIf(IsNoNameOnAShare);
+    }
+    return names;
+}
+
+std::vector<FolderEntry> ShareFileSystem::FileEntries(const QString& folder) const {
+    std::vector<FolderEntry> entries = files_->FileEntries(FolderOrThrow(folder));
     if (IsShareText(folder)) {
         std::erase_if(entries, [](const FolderEntry& entry) { return IsNoNameOnAShare(entry.name); });
     }
     return entries;
+}
+
+QStringList ShareFileSystem::VisibleFileNames(const QString& folder) const {
+    return Names(&FileSystem::VisibleFileNames, folder);
+}
+
+QStringList ShareFileSystem::FolderNames(const QString& folder) const {
+    return Names(&FileSystem::FolderNames, folder);
 }
 
 std::optional<FileStatus> ShareFileSystem::Status(const QString& path) const {
@@ -122,8 +138,8 @@ void ShareFileSystem::Move(const QString& from, const QString& to) {
     files_->Move(ChangeablePath(from), ChangeablePath(to));
 }
 
-bool ShareFileSystem::Remove(const QString& path) {
-    return files_->Remove(ChangeablePath(path));
+void ShareFileSystem::Remove(const QString& path) {
+    files_->Remove(ChangeablePath(path));
 }
 
 bool ShareFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {

@@ -9,13 +9,13 @@
 namespace quellbox {
 
 /// Files and folders for a system that knows no UNC paths: a path that begins with two backslashes is resolved to the
-/// place where its share is mounted, every other one goes through as it is. What follows the last backslash is the
-/// name of the file. When a share is not mounted, calls throw FileError with the UNC path or return that nothing
-/// exists. Errors of the system have the local path.
+/// place where its share is mounted, every other one goes through as it is. What stands behind the last backslash is
+/// the name of the file. When a share is not mounted, calls throw FileError with the UNC path or answer that there is
+/// nothing. Errors of the system name the local path.
 ///
-/// Calls that only read resolve a folder once and then remember its place. FolderExists() forgets all places, so that a
-/// share that is now mounted elsewhere is found when its folder is first checked. Calls that move, write or remove
-/// files resolve anew each time: where a share was mounted before, there may now be a folder of this computer.
+/// For what only reads, the place of a folder is asked for once and then remembered. FolderExists() forgets all of
+/// them, so that a share mounted elsewhere is found by whoever looks for its folder first. What moves, writes or
+/// removes files asks anew each time: where a share was mounted, a folder of this computer may lie in sight by now.
 class ShareFileSystem : public FileSystem {
 public:
     /// `volumes` has to outlive this object.
@@ -23,15 +23,20 @@ public:
 
     bool FolderExists(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
-    std::vector<FolderEntry> Entries(const QString& folder) const override;
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override;
+    QStringList VisibleFileNames(const QString& folder) const override;
+    QStringList FolderNames(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
-    bool Remove(const QString& path) override;
+    void Remove(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
 private:
+    using Listing = QStringList (FileSystem::*)(const QString&) const;
+
+    QStringList Names(Listing listing, const QString& folder) const;
     using Place = QString (ShareFileSystem::*)(const QString&) const;
 
     QString RememberedPlace(const QString& uncFolder) const;

@@ -9,9 +9,9 @@ namespace quellbox {
 bool IsUncPath(const QString& path);
 
 /// The local form of a UNC path, where `mountTable` (the text of /proc/self/mountinfo) says that its share or the
-/// nearest folder of it is mounted and visible, that is, not hidden by a later mount. Servers and
-/// shares are compared without regard to case; `.` and `..` are resolved and never leave the share. Empty when the
-/// share is not mounted.
+/// nearest folder of it is mounted and in sight, that is, not covered by what was mounted over it later. Servers and
+/// shares are compared without regard to case; parts `.` and `..` lead nowhere above the share. Empty when the share is
+/// not mounted.
 QString FindInMountTable(const QString& uncPath, const QString& mountTable);
 
 /// The same for the desktop's share mounts: `mounts` are the names in `folder`, as in

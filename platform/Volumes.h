@@ -2,7 +2,6 @@
 
 #include <QString>
 
-#include <memory>
 #include <vector>
 
 namespace quellbox {
@@ -22,21 +21,18 @@ public:
     virtual ~Volumes() = default;
 
     /// What is mounted now and can hold folders of the user, in order of the roots.
-    virtual std::vector<Volume> Mounted() const = 0;
+    virtual std::vector<Volume> Mounted() const;
 
     /// The local form of a path. On Windows, and for every path but a UNC one, that is the path itself. A UNC path
     /// becomes the place where its share is mounted, and an empty text when the share is not mounted.
-    virtual QString Resolve(const QString& path) const = 0;
+    virtual QString Resolve(const QString& path) const;
 };
 
-/// The volumes of the computer.
-std::unique_ptr<Volumes> MakeVolumes();
-
-/// The kind of a volume elsewhere than on Windows, by the type of its file system and by whether its medium is
-/// removable.
+/// The kind of a volume elsewhere than on Windows, of the type of its file system and of what the system says of its
+/// medium.
 VolumeKind KindOfVolume(const QString& fileSystemType, bool removable);
 
-/// False for what the system mounts for itself elsewhere than on Windows, by its root and the type of its file system.
+/// False for what the system mounts for itself elsewhere than on Windows, of its place and the type of its file system.
 bool IsUserVolume(const QString& root, const QString& fileSystemType);
 
 } // namespace quellbox

@@ -97,11 +97,7 @@ bool IsFolder(DWORD attributes) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool IsMissing(DWORD error) {
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-}
-
-bool GetStatus(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
+bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
     if (path.isEmpty() || path.contains(QChar(QChar::Null))) {
         SetLastError(ERROR_INVALID_NAME);
         return false;
@@ -113,7 +109,7 @@ bool GetStatus(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
         return true;
     }
-    // The file behind a link can only be queried by a handle.
+    // Only an open handle tells of what a link names.
     const Handle file(CreateFileW(name.c_str(), FILE_READ_ATTRIBUTES,
                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));

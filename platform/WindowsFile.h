@@ -39,11 +39,8 @@ qint64 UnixNs(const FILETIME& time);
 
 bool IsFolder(DWORD attributes);
 
-/// Whether the error means that the file or one of the folders of its path does not exist.
-bool IsMissing(DWORD error);
-
-/// Reads attributes, size and times of `path`, links followed. Returns false when that fails; GetLastError() says why.
-bool GetStatus(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
+/// What the system tells of `path`, links followed; false when there is nothing, and the last error then says why.
+bool Look(const QString& path, WIN32_FILE_ATTRIBUTE_DATA& data);
 
 /// True for a symbolic link itself, to a file or to a folder.
 bool IsSymbolicLink(const std::wstring& systemPath);
@@ -51,7 +48,7 @@ bool IsSymbolicLink(const std::wstring& systemPath);
 /// The name of an entry, also one that begins with a byte order mark.
 QString NameOf(const WIN32_FIND_DATAW& entry);
 
-/// Calls `visit` for every entry of `folder` but "." and "..", in no particular order. Throws FileError.
+/// Shows every entry of `folder` but "." and ".." to `visit`, in no particular order. Throws FileError.
 void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit);
 
 /// Reads up to `capacity` bytes; 0 at the end. Throws FileError.

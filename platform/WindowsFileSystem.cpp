@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 
+#include <functional>
+
 namespace quellbox {
 
 namespace {
@@ -24,7 +26,7 @@ private:
     QString path_;
 };
 
-/// Whether the error of renaming an existing file is about the new name or its folder.
+/// True when a rename of an existing file can have failed so only because of the new name or its folder.
 bool ConcernsTarget(DWORD error) {
     switch (error) {
     case ERROR_FILE_EXISTS:
@@ -53,8 +55,7 @@ bool IsLink(const WIN32_FIND_DATAW& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-/// Whether size and time in the folder are up to date. They are updated when the program that writes the file closes
-/// it.
+/// Whether the folder tells the file's own size and time: it learns them when whoever writes the file closes it.
 bool IsSettled(const FileStatus& status) {
     constexpr qint64 settledNs = 2 * 60 * 1'000'000'000LL; // with room for the server's clock
     FILETIME now{};
@@ -62,43 +63,55 @@ bool IsSettled(const FileStatus& status) {
     return status.size > 0 && status.modifiedNs < UnixNs(now) - settledNs;
 }
 
-EntryKind KindOf(const WIN32_FIND_DATAW& entry) {
-    if (IsFolder(entry.dwFileAttributes)) {
-        return EntryKind::Folder;
-    }
-    return IsLink(entry) ? EntryKind::Unknown : EntryKind::File;
-}
-
-bool IsHidden(const WIN32_FIND_DATAW& entry) {
-    const DWORD hiding = IsFolder(entry.dwFileAttributes) ? DWORD{FILE_ATTRIBUTE_HIDDEN}
-                                                          : DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM};
-    return (entry.dwFileAttributes & hiding) != 0;
+/// The names of a folder's entries that are wanted. Throws FileError.
+QStringList EntryNames(const QString& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& isWanted) {
+    QStringList names;
+    VisitEntries(folder, [&](const WIN32_FIND_DATAW& entry) {
+        if (isWanted(entry)) {
+            names += NameOf(entry);
+        }
+    });
+    return names;
 }
 
 class WindowsFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        return GetStatus(folder, data) && IsFolder(data.dwFileAttributes);
+        return Look(folder, data) && IsFolder(data.dwFileAttributes);
     }
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
-    std::vector<FolderEntry> Entries(const QString& folder) const override {
+    std::vector<FolderEntry> FileEntries(const QString& folder) const override {
         std::vector<FolderEntry> entries;
         VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
-            const EntryKind kind = KindOf(entry);
-            // For a link the folder reports the size and time of the link itself.
-            const bool isKnown = kind == EntryKind::File && IsSettled(StatusOf(entry));
-            entries.push_back(
-                {NameOf(entry), kind, IsHidden(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
+            if (!IsFolder(entry.dwFileAttributes)) {
+                // Of a link the folder tells nothing about what it names.
+                const bool isKnown = !IsLink(entry) && IsSettled(StatusOf(entry));
+                entries.push_back({NameOf(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
+            }
         });
         return entries;
     }
 
+    QStringList VisibleFileNames(const QString& folder) const override {
+        constexpr DWORD unwanted = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+        return EntryNames(folder, [this, &folder](const WIN32_FIND_DATAW& entry) {
+            return (entry.dwFileAttributes & unwanted) == 0 &&
+                   (!IsLink(entry) || FileExists(folder + QLatin1Char('\\') + NameOf(entry)));
+        });
+    }
+
+    QStringList FolderNames(const QString& folder) const override {
+        return EntryNames(folder, [](const WIN32_FIND_DATAW& entry) {
+            return IsFolder(entry.dwFileAttributes) && (entry.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) == 0;
+        });
+    }
+
     std::optional<FileStatus> Status(const QString& path) const override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (!GetStatus(path, data) || IsFolder(data.dwFileAttributes)) {
+        if (!Look(path, data) || IsFolder(data.dwFileAttributes)) {
             return std::nullopt;
         }
         return StatusOf(data);
@@ -128,7 +141,7 @@ public:
         if (IsFolder(attributes)) {
             ThrowFileError(from, ERROR_ACCESS_DENIED);
         }
-        // A relative link would point to another file, or to none, from its new folder.
+        // A link that moved would name another file, or none, from its new folder.
         if (IsSymbolicLink(source)) {
             return MoveByCopy(from, to);
         }
@@ -141,21 +154,15 @@ public:
         }
     }
 
-    bool Remove(const QString& path) override {
+    void Remove(const QString& path) override {
         const std::wstring name = SystemPath(path);
         if (DeleteFileW(name.c_str()) != 0) {
-            return true;
+            return;
         }
         const DWORD error = GetLastError();
-        if (IsMissing(error)) {
-            return false;
-        }
         const DWORD attributes = GetFileAttributesW(name.c_str());
-        const bool isKnown = attributes != INVALID_FILE_ATTRIBUTES;
-        if (isKnown && IsFolder(attributes)) {
-            return false;
-        }
-        if (isKnown && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        if (attributes != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes) &&
+            (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
         }
         ThrowFileError(path, error);
@@ -163,18 +170,13 @@ public:
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (!GetStatus(path, data)) {
+        if (!Look(path, data)) {
             ThrowFileError(path, GetLastError());
-        }
-        if (IsFolder(data.dwFileAttributes)) {
-            ThrowFileError(path, ERROR_ACCESS_DENIED);
         }
         if (keep(StatusOf(data))) {
             return false;
         }
-        if (!Remove(path)) {
-            ThrowFileError(path, ERROR_FILE_NOT_FOUND);
-        }
+        Remove(path);
         return true;
     }
 
@@ -188,7 +190,7 @@ public:
 } // namespace
 
 std::unique_ptr<FileSystem> MakeLocalFileSystem() {
-    // A drive without a medium is an error like others; the system shall not ask the user for one.
+    // A drive without a medium is an error like others, and no reason for the system to ask for one.
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
     return std::make_unique<WindowsFileSystem>();
 }

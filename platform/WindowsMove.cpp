@@ -35,6 +35,10 @@ DWORD ErrorOf(BOOL succeeded) {
     return succeeded != 0 ? 0 : GetLastError();
 }
 
+bool IsMissing(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 /// Returns 0 when the source has been removed, else the error; the attributes are then as they were.
 DWORD RemoveSource(const std::wstring& source) {
     // A read-only source would resist, although it is to vanish from this folder only.
@@ -50,21 +54,21 @@ DWORD RemoveSource(const std::wstring& source) {
     return error;
 }
 
-/// Checks whether a source whose removal failed still exists, by opening it. Returns 0 when it certainly does. An error
-/// does not mean that it is gone: its removal by another program may be pending, or a share does not answer. Reading
-/// its attributes would not do, since they may come from this computer's cache of the share.
-DWORD CheckSource(const std::wstring& source) {
+/// Asks for a source whose removal failed. Returns 0 when it is certainly there still. That it cannot be opened leaves
+/// open whether it is: its removal by another program may be pending, or a share does not answer. Its attributes would
+/// not do, since they may come from a memory that this computer has of the share.
+DWORD LookForSource(const std::wstring& source) {
     const Handle file(CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                   nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     const DWORD error = file.IsOpen() ? 0 : GetLastError();
-    return error == ERROR_SHARING_VIOLATION ? 0 : error; // only an existing file can be in use
+    return error == ERROR_SHARING_VIOLATION ? 0 : error; // only what is there can be in use
 }
 
 } // namespace
 
 DWORD RenameNoReplace(const QString& from, const QString& to) {
     const std::wstring target = SystemPath(to);
-    // For the system, renaming a file to its own name succeeds.
+    // The system takes the renaming of a file onto itself for done.
     if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) {
         return ERROR_FILE_EXISTS;
     }
@@ -90,8 +94,8 @@ void MoveByCopy(const QString& from, const QString& to) {
     }
     // A pending removal takes place when the last handle is closed, and this may be the last.
     source.reset();
-    const DWORD present = CheckSource(origin);
-    // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
+    const DWORD present = LookForSource(origin);
+    // A message in both folders would be delivered and still be listed as blocked, but one in none is lost.
     if (present != 0) {
         copy.Keep();
     }

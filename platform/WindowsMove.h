@@ -14,8 +14,8 @@ DWORD RenameNoReplace(const QString& from, const QString& to);
 
 /// FileSystem::Move() across volumes: copies contents, times and attributes under a temporary name, renames the copy
 /// into place and removes the source, which nobody can write meanwhile. Of the source's named streams nothing is
-/// copied. Throws FileError, and the message is then whole in the source's folder only, or, when it
-/// cannot be found out whether the source is still there, in the target's folder and perhaps in both.
+/// copied. Throws FileError, and the message is then whole in the source's folder only, or, when nobody can tell
+/// whether the source is still there, in the target's folder and perhaps in both.
 void MoveByCopy(const QString& from, const QString& to);
 
 } // namespace quellbox

@@ -13,9 +13,8 @@ bool HasDrive(const QString& path) {
     return letter >= u'a' && letter <= u'z' && path.mid(1, 2) == QLatin1String(":\\");
 }
 
-/// The names of the path after "." and ".." have been resolved. The first `fixed` names are the root, which ".." does
-/// not leave.
-QStringList ResolvedNames(const QString& path, qsizetype fixed) {
+/// The names on the way down, of which the first `fixed` ones are the root.
+QStringList TakenSteps(const QString& path, qsizetype fixed) {
     QStringList taken;
     for (const QString& name : path.split(backslash, Qt::SkipEmptyParts)) {
         if (name == QLatin1String("..") && taken.size() >= fixed) {
@@ -42,7 +41,7 @@ QString LiteralWindowsPath(const QString& path) {
         return {};
     }
     const qsizetype fixed = isShare ? 2 : 1; // server and share, or the drive
-    const QStringList names = ResolvedNames(native, fixed);
+    const QStringList names = TakenSteps(native, fixed);
     const QString prefix = isShare ? QStringLiteral(R"(\\?\UNC\)") : QStringLiteral(R"(\\?\)");
     const QString literal = prefix + names.join(backslash);
     return names.size() <= fixed ? literal + backslash : literal;

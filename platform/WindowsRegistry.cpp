@@ -34,7 +34,7 @@ std::optional<RegistryValue> ReadValue(HKEY key, const QString& name) {
     return status == ERROR_SUCCESS ? std::optional(value) : std::nullopt;
 }
 
-/// The parts of data that NULs separate. The last NUL may be missing, and the last character may be cut in half.
+/// The parts of a text that NULs end. Whoever wrote the data may have left out the last one, or half a character.
 QStringList TextsOf(const QByteArray& data) {
     const size_t length = static_cast<size_t>(data.size()) / sizeof(wchar_t);
     std::wstring text(length, L'\0');
@@ -42,14 +42,14 @@ QStringList TextsOf(const QByteArray& data) {
     return FromWide(text.data(), length).split(QChar(QChar::Null));
 }
 
-/// The text with the values of environment variables in it, as this type of value means.
+/// With the variables of the environment in their places, as is meant by whoever chooses this type.
 QString Expanded(const QString& text) {
     std::wstring expanded(ExpandEnvironmentStringsW(Wide(text), nullptr, 0), L'\0');
     const DWORD size = ExpandEnvironmentStringsW(Wide(text), expanded.data(), static_cast<DWORD>(expanded.size()));
     return size == 0 || size > expanded.size() ? text : FromWide(expanded.data(), size - 1);
 }
 
-/// The texts before the first empty one, which ends the list.
+/// An empty one ends the list.
 QString Joined(const QStringList& texts) {
     return texts.mid(0, texts.indexOf(QString())).join(QLatin1Char(','));
 }

@@ -19,9 +19,10 @@ struct CloseKey {
 /// Owns an open key.
 using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
 
-/// The value `name` as a text, of whatever type it was created by hand: a number in the decimal form of the registry
-/// editor, a text with environment variables replaced by their values, and several texts with commas between them.
-/// Empty for a value that is absent or cannot be read, and for one that is neither text nor number.
+/// What the value `name` says, of whatever type somebody has made it by hand: a number as the decimal one that the
+/// registry editor shows, a text with variables of the environment as the text with their contents, and several texts
+/// with commas between them. Empty for a value that is absent or cannot be read, and for one that is neither text nor
+/// number.
 std::optional<QString> ReadText(HKEY key, const QString& name);
 
 /// Stores a text (REG_SZ); returns the system's error or ERROR_SUCCESS.

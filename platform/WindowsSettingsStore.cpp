@@ -13,18 +13,18 @@ namespace quellbox {
 
 namespace {
 
-/// For the system calls a text ends at the first NUL.
+/// The calls would take a text with a NUL for a shorter one.
 bool HasNul(const QString& text) {
     return text.contains(QChar(QChar::Null));
 }
 
-/// An empty name would mean the parent key, and one with a separator a key below another.
+/// Without text the name would mean the key above, and with a separator one below another.
 bool IsNameOfOneKey(const QString& name) {
     return !name.isEmpty() && !name.contains(QLatin1Char('\\')) && !HasNul(name);
 }
 
 /// The unnamed value of a registry key ("(Default)" in the registry editor) is no value of a store. It is there for
-/// other uses, any program may have set it, and as an entry of the whitelist it would match every sender.
+/// other uses, anybody may have given it data, and as an entry of the whitelist it would match every sender.
 bool IsNameOfValue(const QString& name) {
     return !name.isEmpty() && !HasNul(name);
 }
@@ -81,8 +81,8 @@ private:
         return QLatin1String("Software\\") + applicationName_ + QLatin1Char('\\') + section;
     }
 
-    /// The key of a section under HKEY_CURRENT_USER. Empty for a section whose name would lead to another key: the
-    /// program has no such section, and removing one could remove all of the settings.
+    /// The place of a section under HKEY_CURRENT_USER. Empty for a section that would be a key elsewhere: the program
+    /// names none so, and to remove such a one could remove all of the settings.
     QString Path(const QString& section) const {
         return IsNameOfOneKey(applicationName_) && IsNameOfOneKey(section) ? KeyPath(section) : QString();
     }

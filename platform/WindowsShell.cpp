@@ -14,7 +14,7 @@ namespace quellbox {
 
 namespace {
 
-/// Opens `file` with the shell. The active window owns whatever dialogs the shell may show.
+/// Has the shell open `file`. The window from which the user asks for it owns what the shell itself may show.
 bool Execute(const std::wstring& file, const wchar_t* parameters) {
     const HINSTANCE started =
         ShellExecuteW(GetActiveWindow(), L"open", file.c_str(), parameters, nullptr, SW_SHOWNORMAL);
@@ -22,52 +22,47 @@ bool Execute(const std::wstring& file, const wchar_t* parameters) {
     return reinterpret_cast<INT_PTR>(started) > 32;
 }
 
-class WindowsShell : public Shell {
-public:
-    QString UserName() const override {
-        std::array<wchar_t, 256> name{};
-        DWORD capacity = 255;
-        return WNetGetUserW(nullptr, name.data(), &capacity) == NO_ERROR ? QString::fromWCharArray(name.data())
-                                                                         : QString();
-    }
-
-    bool Open(const QString& target) const override {
-        // For an empty name the shell would open the current folder.
-        return !target.isEmpty() && Execute(target.toStdWString(), nullptr);
-    }
-
-    bool OpenMessage(const QString& path) const override {
-        // For the mail program everything that follows is the path, so quotes would be a part of it.
-        const QString parameters = QStringLiteral("/eml:") + QDir::toNativeSeparators(path);
-        return Execute(L"msimn", parameters.toStdWString().c_str());
-    }
-
-    bool HasHelpViewer() const override { return true; }
-
-    // The viewer is a library of the system; it is loaded when help is first shown, and stays loaded.
-    bool ShowHelp(quintptr owner, const QString& helpFile, HelpCommand command, quintptr data) const override {
-        using HtmlHelp = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
-        constexpr WORD htmlHelpW = 15; // the function has only a number in the library
-        static const HMODULE library = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-        if (library == nullptr) {
-            return false;
-        }
-        const auto show =
-            reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(GetProcAddress(library, MAKEINTRESOURCEA(htmlHelpW))));
-        const std::wstring file = helpFile.toStdWString();
-        if (show == nullptr) {
-            return false;
-        }
-        // The result is only about a missing topic, which the viewer reports itself.
-        show(reinterpret_cast<HWND>(owner), file.c_str(), static_cast<UINT>(command), data);
-        return true;
-    }
-};
-
 } // namespace
 
-std::unique_ptr<Shell> MakeShell() {
-    return std::make_unique<WindowsShell>();
+QString Shell::UserName() const {
+    std::array<wchar_t, 256> name{};
+    DWORD capacity = 255;
+    return WNetGetUserW(nullptr, name.data(), &capacity) == NO_ERROR ? QString::fromWCharArray(name.data()) : QString();
+}
+
+bool Shell::Open(const QString& target) const {
+    // Without a name the shell would open the current folder.
+    return !target.isEmpty() && Execute(target.toStdWString(), nullptr);
+}
+
+bool Shell::OpenMessage(const QString& path) const {
+    // The mail program takes all that follows for the path, so quotes would be a part of it.
+    const QString parameters = QStringLiteral("/eml:") + QDir::toNativeSeparators(path);
+    return Execute(L"msimn", parameters.toStdWString().c_str());
+}
+
+bool Shell::HasHelpViewer() const {
+    return true;
+}
+
+// The viewer is a part of the system that not every program needs; it is loaded when help is first asked for, and
+// stays.
+bool Shell::ShowHelp(quintptr owner, const QString& helpFile, HelpCommand command, quintptr data) const {
+    using HtmlHelp = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+    constexpr WORD htmlHelpW = 15; // its number in the library, which does not name it
+    static const HMODULE library = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (library == nullptr) {
+        return false;
+    }
+    const auto show =
+        reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(GetProcAddress(library, MAKEINTRESOURCEA(htmlHelpW))));
+    const std::wstring file = helpFile.toStdWString();
+    if (show == nullptr) {
+        return false;
+    }
+    // What comes back tells no more than that a topic is missing, and that the viewer reports itself.
+    show(reinterpret_cast<HWND>(owner), file.c_str(), static_cast<UINT>(command), data);
+    return true;
 }
 
 } // namespace quellbox

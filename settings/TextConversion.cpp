@@ -65,7 +65,8 @@ qsizetype NumberLength(QStringView text) {
 template <typename Integer>
 Integer ToInteger(const QString& text) {
     using Limits = std::numeric_limits<Integer>;
-    const double rounded = LeadingWholeNumber(text);
+    // The default rounding mode of the processor takes halves to the even neighbour.
+    const double rounded = std::nearbyint(LeadingNumber(text));
     if (rounded < double(Limits::min()) || rounded > double(Limits::max())) {
         throw OverflowError(QCoreApplication::translate("quellbox", "The number \"%1\" is too large or too small. "
                                                                     "Enter a number from %2 to %3.")
@@ -80,11 +81,6 @@ double LeadingNumber(const QString& text) {
     const QStringView number = QStringView(text).mid(SkipBlanks(text));
     // The result is wanted even where the conversion reports a failure: it is infinite for a number beyond a double.
     return number.left(NumberLength(number)).toDouble();
-}
-
-double LeadingWholeNumber(const QString& text) {
-    // The default rounding mode of the processor takes halves to the even neighbour.
-    return std::nearbyint(LeadingNumber(text));
 }
 
 qint16 ToInteger16(const QString& text) {

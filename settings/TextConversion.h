@@ -10,13 +10,12 @@ namespace quellbox {
 /// double.
 double LeadingNumber(const QString& text);
 
-/// The leading number of a text, rounded to a whole number (halves to the even neighbour).
-double LeadingWholeNumber(const QString& text);
-
-/// The leading whole number of a text. Throws OverflowError when it does not fit into 16 bits.
+/// The leading number of a text, rounded to an integer (halves to the even neighbour). Throws OverflowError when it
+/// does not fit into 16 bits.
 qint16 ToInteger16(const QString& text);
 
-/// The leading whole number of a text. Throws OverflowError when it does not fit into 32 bits.
+/// The leading number of a text, rounded to an integer (halves to the even neighbour). Throws OverflowError when it
+/// does not fit into 32 bits.
 qint32 ToInteger32(const QString& text);
 
 /// "True" and "False" in any case, or a text that is a number as a whole (0 is false, any other true); blanks around it

@@ -528,6 +528,10 @@
         <translation>%1, ungelesen</translation>
     </message>
     <message>
+        <source>The size &quot;%1&quot; of %2 is not a number. Refresh the list.</source>
+        <translation>Die Größe „%1“ von %2 ist keine Zahl. Aktualisieren Sie die Liste.</translation>
+    </message>
+    <message>
         <source>Overflow: the selected messages hold 2 GiB or more. Select fewer messages.</source>
         <translation>Überlauf: Die ausgewählten Nachrichten umfassen 2 GiB oder mehr. Wählen Sie weniger Nachrichten aus.</translation>
     </message>
@@ -706,10 +710,6 @@
         <translation>Mit Qt, GLib und GMime, die unter der GNU LGPL stehen.</translation>
     </message>
     <message>
-        <source>The file is gone.</source>
-        <translation>Die Datei ist nicht mehr da.</translation>
-    </message>
-    <message>
         <source>Some lines of the settings cannot be understood and are left out. They are in the file %1, which the next settings that are stored will replace.</source>
         <translation>Einige Zeilen der Einstellungen sind nicht zu verstehen und werden ausgelassen. Sie stehen in der Datei %1, die beim nächsten Speichern von Einstellungen ersetzt wird.</translation>
     </message>
@@ -720,17 +720,6 @@
     <message>
         <source>The window cannot be shown, because there is no display or it does not answer. The option --print-list works without one.</source>
         <translation>Das Fenster kann nicht angezeigt werden, weil es keine Anzeige gibt oder sie nicht antwortet. Die Option --print-list kommt ohne Anzeige aus.</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::ContentsPane</name>
-    <message>
-        <source>Message format layout</source>
-        <translation>Aufbau der Nachricht</translation>
-    </message>
-    <message>
-        <source>Raw message contents</source>
-        <translation>Quelltext der Nachricht</translation>
     </message>
 </context>
 <context>
@@ -777,27 +766,12 @@
         <source>Number of messages</source>
         <translation>Anzahl der Nachrichten</translation>
     </message>
-    <message>
-        <source>Stop</source>
-        <translation>Anhalten</translation>
-    </message>
-    <message>
-        <source>Leave alone what has not begun yet (Esc)</source>
-        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
-    </message>
 </context>
 <context>
     <name>quellbox::StatusPanelView</name>
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::TrayPresence</name>
-    <message>
-        <source>This desktop has no notification area, so the window is only minimized</source>
-        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
     </message>
 </context>
 <context>
@@ -867,6 +841,14 @@
     <message>
         <source>Messages</source>
         <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Message format layout</source>
+        <translation>Aufbau der Nachricht</translation>
+    </message>
+    <message>
+        <source>Raw message contents</source>
+        <translation>Quelltext der Nachricht</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -1136,8 +1118,8 @@
 %1</translation>
     </message>
     <message>
-        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
-        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
     </message>
 </context>
 <context>
