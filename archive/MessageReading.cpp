@@ -7,7 +7,7 @@
 
 namespace quellbox {
 
-ReadRow ReadMessageRow(const FileSystem& files, const QString& folder, const FileEntry& entry, bool bulk) {
+ReadRow ReadMessageRow(const FileSystem& files, const Folder& folder, const FileEntry& entry, bool bulk) {
     ReadRow result;
     result.status = entry.status;
     MessageTexts texts;
@@ -15,7 +15,7 @@ ReadRow ReadMessageRow(const FileSystem& files, const QString& folder, const Fil
         if (bulk) {
             texts.subject = CleanseForDisplay(entry.name);
         } else {
-            const HeaderFields fields = ReadHeaderFields(files, folder + entry.name);
+            const HeaderFields fields = ReadHeaderFields(files, folder.PathOf(entry.name));
             result.loaded = FillTexts(texts, fields);
             result.canHeal = fields.errorCode == static_cast<int>(LoadError::Unreadable);
         }

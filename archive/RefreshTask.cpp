@@ -98,7 +98,7 @@ void RefreshTask::TakeListing(Listing listing) {
 bool RefreshTask::RefuseListing(const Listing& listing) {
     if (!listing.exists) {
         End(RefreshOutcome::ArchiveMissing,
-            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.toUpper()));
+            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.Text().toUpper()));
         return true;
     }
     if (!listing.error.isEmpty()) {
@@ -110,7 +110,7 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
         End(RefreshOutcome::TooMany,
             QCoreApplication::translate("quellbox", "Overflow: the archive %1 holds %2 files, and at most 32,766 can "
                                                     "be listed. Move or delete some of them, then refresh.")
-                .arg(archive_)
+                .arg(archive_.Text())
                 .arg(listing.files.size()));
         return true;
     }
@@ -168,14 +168,14 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files) {
 
 // The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
 // to be under way at the same time.
-RefreshTask::Read RefreshTask::ReadFile(FileSystem& files, const QString& archive, const QString& pickup,
+RefreshTask::Read RefreshTask::ReadFile(FileSystem& files, const Folder& archive, const Folder& pickup,
                                         const FileEntry& entry, bool bulk, const WhitelistMatcher* tolerated) {
     Read read{ReadMessageRow(files, archive, entry, bulk), false, std::nullopt};
     if (tolerated == nullptr || !tolerated->TolerableSender(read.row.row.Tag().toLower())) {
         return read;
     }
     try {
-        files.Move(archive + entry.name, pickup + entry.name);
+        files.Move(archive.PathOf(entry.name), pickup.PathOf(entry.name));
         read.wasMoved = true;
     } catch (const FileError& error) {
         read.failure = FileFailure{error.Path(), error.Reason()};

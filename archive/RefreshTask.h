@@ -96,7 +96,7 @@ private:
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
     void ReadFiles(std::vector<FileEntry> files);
-    static Read ReadFile(FileSystem& files, const QString& archive, const QString& pickup, const FileEntry& entry,
+    static Read ReadFile(FileSystem& files, const Folder& archive, const Folder& pickup, const FileEntry& entry,
                          bool bulk, const WhitelistMatcher* tolerated);
     void TakeRow(size_t item, Read read);
     void AddRow(Read read);
@@ -111,7 +111,7 @@ private:
     std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Read>> reading_;
     std::map<QString, Failed> failed_; // by file name
-    QString archive_;                  // as it was when the refresh began
+    Folder archive_;                   // as it was when the refresh began
     RefreshResult result_;
     std::vector<MessageRow> batch_; // not yet in the list
     QTimer flush_;
