@@ -17,9 +17,11 @@
 #include <QIcon>
 #include <QMenu>
 
+#include <utility>
+
 namespace quellbox {
 
-frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
+frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(std::move(ports)) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
     LoadSettings();
