@@ -55,7 +55,7 @@ QStringList LoadWhitelist(const SettingsStore& store) {
 
 QStringList SaveWhitelist(SettingsStore& store, const QStringList& entries) {
     const QStringList before = LoadWhitelist(store);
-    const QStringList leftOut = Store(store, entries);
+    QStringList leftOut = Store(store, entries);
     try {
         store.Flush();
         return leftOut;
