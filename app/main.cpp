@@ -104,7 +104,8 @@ int main(int argc, char** argv) {
             QCoreApplication::exit(exitCode);
         };
         // The picture shows the first message selected, which happens right after the refresh.
-        QObject::connect(&window, &frmMain::Refreshed, &window, [&] { QTimer::singleShot(200, &window, report); });
+        QObject::connect(&window, &frmMain::Refreshed, &window,
+                         [&window, report] { QTimer::singleShot(200, &window, report); });
     }
     if (!quits || !commandLine.Picture().isEmpty()) {
         window.show();
