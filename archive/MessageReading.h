@@ -14,7 +14,7 @@ struct ReadRow {
 };
 
 /// Makes the row of a message file. In bulk mode the file is not opened, and the subject is the file name. What
-/// goes wrong is the subject of the row. `folder` ends with a separator. May be called from several threads at once.
-ReadRow ReadMessageRow(const FileSystem& files, const QString& folder, const FileEntry& entry, bool bulk);
+/// goes wrong is the subject of the row. May be called from several threads at once.
+ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk);
 
 } // namespace quellbox

@@ -48,6 +48,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const QString&
         return found;
     }
     try {
+        found.listing.reader = files.ReadFolder(folder);
         Entries entries = PossibleFiles(files, folder);
         const auto told = std::stable_partition(entries.begin(), entries.end(),
                                                 [](const FolderEntry& entry) { return !entry.status; });
@@ -55,6 +56,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const QString&
         entries.erase(told, entries.end());
         found.untold = std::move(entries);
     } catch (const FileError& error) {
+        found.listing.reader = nullptr;
         found.listing.error = error.Text();
     }
     return found;
@@ -63,8 +65,8 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const QString&
 void FolderListing::LookAtFiles() {
     looking_.emplace(
         pool_, found_->untold.size(),
-        [&files = files_, folder = folder_, found = found_](size_t file) {
-            return files.Status(folder + found->untold[file].name);
+        [reader = found_->listing.reader, found = found_](size_t file) {
+            return reader->Status(found->untold[file].name);
         },
         [this](size_t file, const std::optional<FileStatus>& status) { found_->untold[file].status = status; },
         [this](SeriesEnd how) { how == SeriesEnd::Completed ? Sort() : Fail(looking_->Failure()); });
