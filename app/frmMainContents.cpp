@@ -30,7 +30,7 @@ QString frmMain::MessagePath(int row) const {
 
 // The list may have changed since the path was asked for.
 int frmMain::RowOfPath(const QString& path) const {
-    return path.startsWith(state_.ArchiveDir) ? model_.RowOfKey(path.mid(state_.ArchiveDir.size())) : -1;
+    return path.startsWith(state_.ArchiveDir) ? model_.RowOfKey(path.mid(state_.ArchiveDir.Text().size())) : -1;
 }
 
 void frmMain::ShowMessage(int row) {

@@ -13,7 +13,7 @@ QString frmMain::SelectDirectory(qint16 index) {
         return {};
     }
     const bool isArchive = index == 0;
-    QString& directory = isArchive ? state_.ArchiveDir : state_.PickupDir;
+    Folder& directory = isArchive ? state_.ArchiveDir : state_.PickupDir;
     state_.SelectedFolder = directory;
     {
         std::optional<PointerShape> arrow; // an hourglass would lie over the dialog too

@@ -1,6 +1,5 @@
 #include "archive/ArchiveArgument.h"
 
-#include "platform/FolderPath.h"
 #include "platform/UncPath.h"
 
 #include <QCoreApplication>
@@ -10,9 +9,8 @@ namespace quellbox {
 
 namespace {
 
-QString AbsoluteFolder(const QString& argument, const QString& workingFolder) {
-    return WithSeparator(
-        IsUncPath(argument) ? argument : QDir::toNativeSeparators(QDir(workingFolder).absoluteFilePath(argument)));
+Folder AbsoluteFolder(const QString& argument, const QString& workingFolder) {
+    return IsUncPath(argument) ? argument : QDir::toNativeSeparators(QDir(workingFolder).absoluteFilePath(argument));
 }
 
 } // namespace
@@ -26,8 +24,8 @@ ArchiveArgument ReadArchiveArgument(const QStringList& arguments, const FileSyst
         return {{}, QCoreApplication::translate("quellbox", "Only one directory can be opened at a time.")};
     }
     const QString& argument = arguments.first();
-    const QString folder = argument.isEmpty() ? QString() : AbsoluteFolder(argument, workingFolder);
-    if (folder.isEmpty() || !files.FolderExists(folder)) {
+    const Folder folder = argument.isEmpty() ? Folder() : AbsoluteFolder(argument, workingFolder);
+    if (folder.IsEmpty() || !files.FolderExists(folder)) {
         return {{},
                 QCoreApplication::translate("quellbox", "\"%1\" is no directory that can be opened.").arg(argument)};
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 
 #include <QString>
 #include <QStringList>
@@ -9,8 +10,8 @@ namespace quellbox {
 
 /// What the command line says about the archive to open.
 struct ArchiveArgument {
-    QString Folder; ///< absolute, with a separator at its end; empty when none is named, or when there is an error
-    QString Error;  ///< why the program cannot start with these arguments, fit for the user; empty when it can
+    quellbox::Folder Folder; ///< absolute; empty when none is named, or when there is an error
+    QString Error;           ///< why the program cannot start with these arguments, fit for the user; empty when it can
 };
 
 /// Reads the arguments that are no options: at most one, a folder. A relative one starts from `workingFolder`.

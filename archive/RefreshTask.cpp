@@ -98,7 +98,7 @@ void RefreshTask::TakeListing(Listing listing) {
 bool RefreshTask::RefuseListing(const Listing& listing) {
     if (!listing.exists) {
         End(RefreshOutcome::ArchiveMissing,
-            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.toUpper()));
+            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.Text().toUpper()));
         return true;
     }
     if (!listing.error.isEmpty()) {
@@ -110,7 +110,7 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
         End(RefreshOutcome::TooMany,
             QCoreApplication::translate("quellbox", "Overflow: the archive %1 holds %2 files, and at most 32,766 can "
                                                     "be listed. Move or delete some of them, then refresh.")
-                .arg(archive_)
+                .arg(archive_.Text())
                 .arg(listing.files.size()));
         return true;
     }
@@ -162,7 +162,7 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk), false, std::nullopt};
             if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
                 const QString key = (*entries)[item].name;
-                Move(fileSystem, archive + key, pickup + key, read);
+                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), read);
             }
             return read;
         },

@@ -110,7 +110,7 @@ private:
     std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Read>> reading_;
     std::map<QString, Failed> failed_; // by file name
-    QString archive_;                  // as it was when the refresh began
+    Folder archive_;                   // as it was when the refresh began
     RefreshResult result_;
     std::vector<MessageRow> batch_; // not yet in the list
     QTimer flush_;

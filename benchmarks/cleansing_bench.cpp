@@ -1,12 +1,13 @@
 // What removing every message of a full archive costs, against calls that do nothing but remove the same names.
 #include "benchmarks/Bench.h"
 #include "benchmarks/ProgramWindow.h"
-#include "dialogs/Cleansing.h"
+#include "dialogs/CleansingTask.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FileNames.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QEventLoop>
 #include <QFile>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -56,10 +57,19 @@ double TimeBareUnlink(const FileSystem& files, const QString& folder) {
 }
 
 double TimeRun(FileSystem& files, const QString& folder, qint16 days) {
+    ThreadWorkPool pool;
+    CleansingTask task(files, pool);
     CleansingResult result;
     int shown = 0;
+    QEventLoop loop;
+    QObject::connect(&task, &CleansingTask::Removing, [&shown] { ++shown; });
+    QObject::connect(&task, &CleansingTask::Ended, [&](const CleansingResult& ended) {
+        result = ended;
+        loop.quit();
+    });
     const double seconds = Time([&] {
-        result = RemoveArchivedMessages(files, *MakeClock(), folder, days, [&shown](const QString&) { ++shown; });
+        task.Start(folder, days, QDate::currentDate());
+        loop.exec();
     });
     Require(result.count == fileCount && result.failures.empty(), "not every file was removed");
     Require(shown == (fileCount + 24) / 25, "the progress was not shown every 25 files");
@@ -77,7 +87,8 @@ double TimeWindow(FileSystem& files, const QString& folder) {
         confirmed = std::chrono::steady_clock::now();
         dialog->findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
     });
-    window.Form().findChild<QAction*>(QStringLiteral("mnuToolsCleansing"))->trigger();
+    auto* cleanse = window.Form().findChild<QAction*>(QStringLiteral("mnuToolsCleansing"));
+    window.UntilItHasEnded([cleanse] { cleanse->trigger(); });
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - confirmed).count();
     Require(window.Form().Panels().Info().text == QStringLiteral("%1 Messages removed !").arg(fileCount),
             "the window does not say what was removed");

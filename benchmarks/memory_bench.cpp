@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     window.RequireWholeList();
     const double rows = window.Form().Messages().Count();
     Report("memory of the empty window", static_cast<double>(empty) / 1024, "MiB");
-    Report("memory a row, at the peak", static_cast<double>(peak - empty) / rows, "KiB", "< 1.2");
+    Report("memory a row, at the peak", static_cast<double>(peak - empty) / rows, "KiB", "<= 1.2");
     Report("memory a row, afterwards", static_cast<double>(filled - empty) / rows, "KiB");
     return 0;
 }

@@ -2,7 +2,6 @@
 
 #include "archive/DayWindow.h"
 #include "platform/EntryNames.h"
-#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -21,15 +20,14 @@ bool IsMessage(const QString& name) {
 
 CleansingTask::CleansingTask(FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
 
-// A run that goes on past midnight keeps what it was to keep when it began. Without its separator a folder would give
-// paths of files beside it.
-void CleansingTask::Start(const QString& archiveDir, qint16 days, QDate today) {
+// A run that goes on past midnight keeps what it was to keep when it began.
+void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today) {
     if (isRunning_) {
         return;
     }
     isRunning_ = true;
     isCancelled_ = false;
-    folder_ = WithSeparator(archiveDir);
+    folder_ = archiveDir;
     days_ = QString::number(days);
     today_ = today;
     names_ = std::make_shared<QStringList>();
@@ -87,7 +85,7 @@ void CleansingTask::RemoveFiles() {
     removing_.emplace(
         pool_, static_cast<size_t>(names_->size()),
         [&files = files_, folder = folder_, names = names_, days = days_, today = today_](size_t item) {
-            return Cleanse(files, folder + names->at(static_cast<qsizetype>(item)), days, today);
+            return Cleanse(files, folder.PathOf(names->at(static_cast<qsizetype>(item))), days, today);
         },
         [this](size_t item, Fate fate) { Take(item, std::move(fate)); }, [this](SeriesEnd) { End(); });
     removing_->Start();

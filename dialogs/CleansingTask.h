@@ -2,6 +2,7 @@
 
 #include "messages/FileFailure.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 #include "platform/OrderedWork.h"
 
 #include <QDate>
@@ -31,7 +32,7 @@ public:
 
     /// Keeps what was modified on one of the `days` calendar days that end with `today`; 0 keeps nothing, and a
     /// negative number, which stands for no choice, everything. Does nothing while a run is under way.
-    void Start(const QString& archiveDir, qint16 days, QDate today);
+    void Start(const Folder& archiveDir, qint16 days, QDate today);
 
     /// No further file is touched. The run ends when those that have begun have ended.
     void Cancel();
@@ -74,7 +75,7 @@ private:
 
     FileSystem& files_;
     WorkPool& pool_;
-    QString folder_;
+    Folder folder_;
     QString days_; // as IsRecentFile() takes it
     QDate today_;
     std::shared_ptr<QStringList> names_;

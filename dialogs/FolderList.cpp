@@ -23,7 +23,7 @@ QStringList PathsTo(const QString& folder) {
     }
     QStringList paths{root};
     for (const QString& name : path.mid(root.size()).split(QDir::separator(), Qt::SkipEmptyParts)) {
-        paths += PathBelow(paths.back(), name);
+        paths += Folder(paths.back()).PathOf(name);
     }
     return paths;
 }
@@ -51,7 +51,7 @@ FolderList::FolderList(const QString& folder, QStringList subFolders)
 }
 
 QString FolderList::Path(int index) const {
-    return index < above_.size() ? above_.at(index) : PathBelow(above_.back(), below_.at(index - above_.size()));
+    return index < above_.size() ? above_.at(index) : Folder(above_.back()).PathOf(below_.at(index - above_.size()));
 }
 
 QString FolderList::Label(int index) const {

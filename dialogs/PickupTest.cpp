@@ -1,16 +1,14 @@
 #include "dialogs/PickupTest.h"
 
 #include "platform/AnsiText.h"
-#include "platform/FolderPath.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QStringList>
 
 namespace quellbox {
 
-bool IsPickupSetUp(const QString& pickupDir, const QString& programDir) {
-    return !(pickupDir + QDir::separator()).startsWith(programDir, Qt::CaseSensitive);
+bool IsPickupSetUp(const Folder& pickupDir, const Folder& programDir) {
+    return !pickupDir.Text().startsWith(programDir.Text(), Qt::CaseSensitive);
 }
 
 QString GeneralDate(const QDateTime& moment, const QLocale& locale) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -9,8 +10,8 @@
 namespace quellbox {
 
 /// False when the pickup folder is the program's own folder, as it is before one has been chosen, or lies below it.
-/// `programDir` ends with a separator; letters of another case are other letters.
-bool IsPickupSetUp(const QString& pickupDir, const QString& programDir);
+/// Letters of another case are other letters.
+bool IsPickupSetUp(const Folder& pickupDir, const Folder& programDir);
 
 /// A moment in the locale's general form: short date, blank, long time; exactly at midnight, to the second that the
 /// text shows, the date alone. Blanks of other kinds, which some locales write, become plain ones.
@@ -19,8 +20,8 @@ QString GeneralDate(const QDateTime& moment, const QLocale& locale);
 /// The question before the test message is written. Lines end in CRLF.
 QString PickupTestQuestion();
 
-/// The file of the test message. `pickupDir` ends with a separator; the second one, which is a backslash on a share,
-/// does no harm.
+/// The file of the test message. The separator before its name is a second one where `pickupDir` ends with one already,
+/// which does no harm; on a share it is a backslash.
 QString PickupTestPath(const QString& pickupDir);
 
 /// The test message's bytes: lines with CRLF in the system's ANSI code page. `moment` is written as it stands.

@@ -26,7 +26,8 @@ frmFolders::frmFolders(FolderPorts ports, AppState& state, QWidget* parent)
     slow_.setSingleShot(true);
     slow_.setInterval(unnoticedMs);
     connect(&slow_, &QTimer::timeout, this, [this] { ui_->fraDevice->setCursor(Qt::BusyCursor); });
-    connect(ui_->chkShare, &QCheckBox::clicked, this, [this](bool isShare) {
+    // Assistive tools check it without a click.
+    connect(ui_->chkShare, &QCheckBox::toggled, this, [this](bool isShare) {
         typesShare_ = isShare;
         chkShare_Click();
         if (!isShare) {
@@ -53,6 +54,7 @@ void frmFolders::FormLoad() {
         ui_->txtShare->setText(state_.SelectedFolder);
     }
     ui_->chkShare->setChecked(isShare);
+    typesShare_ = false; // the user has not touched it yet
     chkShare_Click();
     Read([this, &volumes = ports_.volumes]() -> Showing {
         const std::vector<Volume> mounted = volumes.Mounted();

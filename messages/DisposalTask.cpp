@@ -14,9 +14,9 @@ namespace {
 constexpr int progressStep = 100;
 
 void DisposeOfFile(FileSystem& files, qint16 action, const DisposalFolders& folders, const QString& key) {
-    const QString path = folders.archive + key;
+    const QString path = folders.archive.PathOf(key);
     if (action != Action::remove) {
-        files.Move(path, folders.pickup + key);
+        files.Move(path, folders.pickup.PathOf(key));
     } else {
         files.Remove(path); // which is content with a file that has gone
     }
@@ -69,7 +69,7 @@ DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, qint16 action, co
     } catch (const FileError& error) {
         return FileFailure{error.Path(), error.Reason()};
     } catch (const std::exception& error) {
-        return FileFailure{folders.archive + key, QString::fromUtf8(error.what())};
+        return FileFailure{folders.archive.PathOf(key), QString::fromUtf8(error.what())};
     }
 }
 

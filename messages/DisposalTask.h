@@ -3,6 +3,7 @@
 #include "messages/FileFailure.h"
 #include "messages/MessageListModel.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 #include "platform/OrderedWork.h"
 
 #include <QObject>
@@ -19,10 +20,10 @@ constexpr qint16 remove = 2;
 constexpr qint16 unblockTolerated = 3; ///< exactly as `unblock`
 } // namespace Action
 
-/// The two folders, each ending with a separator.
+/// The folder of the messages, and the one into which they are unblocked.
 struct DisposalFolders {
-    QString archive;
-    QString pickup;
+    Folder archive;
+    Folder pickup;
 };
 
 /// What became of the rows.

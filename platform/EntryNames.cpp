@@ -15,7 +15,8 @@ QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKi
         if (entry.hidden) {
             continue;
         }
-        if (entry.kind == EntryKind::Unknown ? (files.*isOfKind)(PathBelow(folder, entry.name)) : entry.kind == kind) {
+        if (entry.kind == EntryKind::Unknown ? (files.*isOfKind)(Folder(folder).PathOf(entry.name))
+                                             : entry.kind == kind) {
             names += std::move(entry.name);
         }
     }

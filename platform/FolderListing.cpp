@@ -10,7 +10,7 @@ namespace quellbox {
 namespace {
 
 /// The entries of a folder but those that are certainly no regular files. Throws FileError.
-std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const QString& folder) {
+std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const Folder& folder) {
     std::vector<FolderEntry> entries = files.Entries(folder);
     std::erase_if(entries, [](const FolderEntry& entry) {
         return entry.kind != EntryKind::File && entry.kind != EntryKind::Unknown;
@@ -20,7 +20,7 @@ std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const QString& f
 
 } // namespace
 
-FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const QString& folder,
+FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder,
                              std::function<void(Listing)> done)
     : files_(files), pool_(pool), folder_(folder), done_(std::move(done)) {}
 
@@ -31,17 +31,17 @@ void FolderListing::Start() {
         [this](SeriesEnd how) {
             if (how != SeriesEnd::Completed) {
                 Fail(reading_->Failure());
-            } else if (found_->untold.empty()) {
+            } else if (found_->incomplete.empty()) {
                 Sort();
             } else {
-                LookAtFiles();
+                ReadStatuses();
             }
         },
         oneAtATime);
     reading_->Start();
 }
 
-FolderListing::Found FolderListing::Read(const FileSystem& files, const QString& folder) {
+FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& folder) {
     Found found;
     found.listing.exists = files.FolderExists(folder);
     if (!found.listing.exists) {
@@ -50,11 +50,11 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const QString&
     try {
         found.listing.reader = files.ReadFolder(folder);
         Entries entries = PossibleFiles(files, folder);
-        const auto told = std::stable_partition(entries.begin(), entries.end(),
-                                                [](const FolderEntry& entry) { return !entry.status; });
-        found.told.assign(std::make_move_iterator(told), std::make_move_iterator(entries.end()));
-        entries.erase(told, entries.end());
-        found.untold = std::move(entries);
+        const auto complete = std::stable_partition(entries.begin(), entries.end(),
+                                                    [](const FolderEntry& entry) { return !entry.status; });
+        found.complete.assign(std::make_move_iterator(complete), std::make_move_iterator(entries.end()));
+        entries.erase(complete, entries.end());
+        found.incomplete = std::move(entries);
     } catch (const FileError& error) {
         found.listing.reader = nullptr;
         found.listing.error = error.Text();
@@ -62,15 +62,15 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const QString&
     return found;
 }
 
-void FolderListing::LookAtFiles() {
-    looking_.emplace(
-        pool_, found_->untold.size(),
+void FolderListing::ReadStatuses() {
+    statuses_.emplace(
+        pool_, found_->incomplete.size(),
         [reader = found_->listing.reader, found = found_](size_t file) {
-            return reader->Status(found->untold[file].name);
+            return reader->Status(found->incomplete[file].name);
         },
-        [this](size_t file, const std::optional<FileStatus>& status) { found_->untold[file].status = status; },
-        [this](SeriesEnd how) { how == SeriesEnd::Completed ? Sort() : Fail(looking_->Failure()); });
-    looking_->Start();
+        [this](size_t file, const std::optional<FileStatus>& status) { found_->incomplete[file].status = status; },
+        [this](SeriesEnd how) { how == SeriesEnd::Completed ? Sort() : Fail(statuses_->Failure()); });
+    statuses_->Start();
 }
 
 void FolderListing::Sort() {
@@ -86,8 +86,8 @@ void FolderListing::Sort() {
 
 std::vector<FileEntry> FolderListing::InOrderOfArrival(Found& found) {
     std::vector<FileEntry> files;
-    files.reserve(found.told.size() + found.untold.size());
-    for (Entries* entries : {&found.told, &found.untold}) {
+    files.reserve(found.complete.size() + found.incomplete.size());
+    for (Entries* entries : {&found.complete, &found.incomplete}) {
         for (FolderEntry& entry : *entries) {
             if (entry.status) {
                 files.push_back({std::move(entry.name), *entry.status});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 #include "platform/OrderedWork.h"
 
 #include <QString>
@@ -24,39 +25,39 @@ struct Listing {
 };
 
 /// Lists the regular files of a folder, beside the thread that wants them. A file that vanishes meanwhile is left out.
-/// The files of which the folder does not tell size and time are looked at by many threads at once.
+/// Where the folder does not report size and time, many threads call Status() at once.
 class FolderListing {
 public:
     /// Calls `done` once, on the thread that made this object and runs an event loop; it may destroy this object.
-    /// Destruction before that drops the listing without waiting for it. `folder` ends with a separator.
-    FolderListing(const FileSystem& files, WorkPool& pool, const QString& folder, std::function<void(Listing)> done);
+    /// Destruction before that drops the listing without waiting for it.
+    FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder, std::function<void(Listing)> done);
 
     void Start();
 
 private:
     using Entries = std::vector<FolderEntry>;
 
-    /// The folder as it was listed, of which the files are still to be looked at.
+    /// The folder as it was listed, before the missing sizes and times are read.
     struct Found {
         Listing listing;
-        Entries told;   ///< files of which the folder told everything
-        Entries untold; ///< those that are to be looked at
+        Entries complete;   ///< files whose size and time the folder has reported
+        Entries incomplete; ///< those whose size and time are still to be read
     };
 
-    static Found Read(const FileSystem& files, const QString& folder);
+    static Found Read(const FileSystem& files, const Folder& folder);
     static std::vector<FileEntry> InOrderOfArrival(Found& found);
-    void LookAtFiles();
+    void ReadStatuses();
     void Sort();
     void End(Listing listing);
     void Fail(const std::exception_ptr& thrown);
 
     const FileSystem& files_;
     WorkPool& pool_;
-    const QString folder_;
+    const Folder folder_;
     std::function<void(Listing)> done_;
     std::shared_ptr<Found> found_;
     std::optional<OrderedWork<std::shared_ptr<Found>>> reading_;
-    std::optional<OrderedWork<std::optional<FileStatus>>> looking_;
+    std::optional<OrderedWork<std::optional<FileStatus>>> statuses_;
     std::optional<OrderedWork<std::vector<FileEntry>>> sorting_;
 };
 

@@ -20,14 +20,12 @@ QChar SeparatorOf(const QString& path) {
     return IsShareText(path) ? QChar(u'\\') : QDir::separator();
 }
 
-QString WithSeparator(const QString& folder) {
-    const QChar separator = SeparatorOf(folder);
-    const bool isComplete = folder.endsWith(separator) || (!IsShareText(folder) && folder.endsWith(QLatin1Char('/')));
-    return isComplete ? folder : folder + separator;
-}
-
-QString PathBelow(const QString& folder, const QString& name) {
-    return WithSeparator(folder) + name;
+Folder::Folder(const QString& path) : text_(path) {
+    const QChar separator = SeparatorOf(path);
+    const bool isComplete = path.endsWith(separator) || (!IsShareText(path) && path.endsWith(QLatin1Char('/')));
+    if (!path.isEmpty() && !isComplete) {
+        text_ += separator;
+    }
 }
 
 QString RootOf(const QString& path) {

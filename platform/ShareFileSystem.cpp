@@ -82,7 +82,7 @@ QString ShareFileSystem::LocalOrThrow(const QString& path, Place place) const {
 }
 
 QString ShareFileSystem::FolderOrThrow(const QString& folder) const {
-    return IsShareText(folder) ? ReadablePath(WithSeparator(folder)) : folder;
+    return IsShareText(folder) ? ReadablePath(Folder(folder)) : folder;
 }
 
 bool ShareFileSystem::FolderExists(const QString& folder) const {
@@ -94,7 +94,7 @@ bool ShareFileSystem::FolderExists(const QString& folder) const {
         places_.clear();
         ++generation_;
     }
-    const QString local = RememberedPlace(WithSeparator(folder));
+    const QString local = RememberedPlace(Folder(folder));
     return !local.isEmpty() && files_->FolderExists(local);
 }
 

@@ -37,6 +37,7 @@ run() {
   "$binaries/$@" || { echo "-- FAILED: $1"; failed=1; }
 }
 run refresh_bench "$many" "$few"
+run work_bench
 run share_bench
 run action_bench
 run mount_bench

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FolderPath.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -18,8 +20,8 @@ struct Arrival {
 struct AppState {
     // Kept in the settings store.
 
-    QString ArchiveDir;            ///< folder whose messages are listed; ends with a path separator
-    QString PickupDir;             ///< folder into which messages are unblocked; ends with a path separator
+    Folder ArchiveDir;             ///< folder whose messages are listed
+    Folder PickupDir;              ///< folder into which messages are unblocked
     qint16 HeaderField = 0;        ///< index of the header field that Find searches
     qint16 FilterDays = 0;         ///< day window: 0 all, 1 today, 2 two days, 7 one week
     qint16 TolerationLevel = 0;    ///< use of the whitelist: 0 disabled, 1 manual, 2 automatic

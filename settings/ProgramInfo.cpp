@@ -1,7 +1,5 @@
 #include "settings/ProgramInfo.h"
 
-#include "platform/FolderPath.h"
-
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -30,8 +28,8 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.DownloadPage = QStringLiteral(QUELLBOX_DOWNLOAD_PAGE);
     program.ExecutableName = executable.completeBaseName();
     program.ExecutablePath = QDir::toNativeSeparators(executable.absoluteFilePath());
-    program.Directory = WithSeparator(QDir::toNativeSeparators(executable.absolutePath()));
-    program.HelpFile = program.Directory + QStringLiteral("Quellbox.chm");
+    program.Directory = QDir::toNativeSeparators(executable.absolutePath());
+    program.HelpFile = program.Directory.PathOf(QStringLiteral("Quellbox.chm"));
     return program;
 }
 

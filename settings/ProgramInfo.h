@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/FolderPath.h"
 
 #include <QLocale>
 #include <QString>
@@ -23,7 +24,7 @@ struct ProgramInfo {
     QString DownloadPage;   ///< whole address
     QString ExecutableName; ///< base name of the executable, without extension; names the settings store too
     QString ExecutablePath; ///< the executable's file
-    QString Directory;      ///< folder of the executable; ends with a separator
+    Folder Directory;       ///< folder of the executable
     QString HelpFile;       ///< the compiled help file's path
 
     /// "major.minor.revision", in plain decimal.

@@ -1,6 +1,5 @@
 #include "settings/SettingsTable.h"
 
-#include "platform/FolderPath.h"
 #include "platform/RuntimeError.h"
 #include "settings/TextConversion.h"
 
@@ -15,9 +14,8 @@ QString SettingsSection() {
     return QStringLiteral("Settings");
 }
 
-// Every text of the table is a folder, to which file names are appended as they are. No folder at all stays that.
-void Assign(QString& member, const QString& text) {
-    member = text.isEmpty() ? text : WithSeparator(text);
+void Assign(Folder& member, const QString& text) {
+    member = text;
 }
 
 void Assign(qint16& member, const QString& text) {
@@ -45,7 +43,7 @@ void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
 }
 
 bool IsFolder(const SettingRow& row) {
-    return std::holds_alternative<QString AppState::*>(row.member);
+    return std::holds_alternative<Folder AppState::*>(row.member);
 }
 
 bool IsFilterMessages(const SettingRow& row) {
@@ -101,10 +99,10 @@ void WriteSetting(SettingsStore& store, const QString& key, const QString& value
     store.SetValue(SettingsSection(), key, value);
 }
 
-QStringList LoadSettings(const SettingsStore& store, const QString& programDirectory, AppState& state) {
+QStringList LoadSettings(const SettingsStore& store, const Folder& programDirectory, AppState& state) {
     QStringList failures;
     const auto load = [&](const SettingRow& row) {
-        const QString defaultText = IsFolder(row) ? programDirectory : QString(row.defaultText);
+        const QString defaultText = IsFolder(row) ? programDirectory.Text() : QString(row.defaultText);
         const QString failure = LoadRow(store, row, defaultText, state);
         if (!failure.isEmpty()) {
             failures.append(failure);
@@ -128,7 +126,7 @@ QStringList LoadSettings(const SettingsStore& store, const QString& programDirec
 void SaveSettings(SettingsStore& store, const AppState& state) {
     for (const SettingRow& row : SettingsTable()) {
         const auto write = [&](auto member) {
-            if constexpr (!std::is_same_v<decltype(member), QString AppState::*>) {
+            if constexpr (!std::is_same_v<decltype(member), Folder AppState::*>) {
                 WriteSetting(store, row.key, ToText(state.*member));
             }
         };

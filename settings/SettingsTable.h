@@ -12,9 +12,9 @@
 
 namespace quellbox {
 
-/// The member of AppState that a setting fills. Its type is the type of the setting: text, 16-bit integer, 32-bit
+/// The member of AppState that a setting fills. Its type is the type of the setting: folder, 16-bit integer, 32-bit
 /// integer or Boolean.
-using SettingMember = std::variant<QString AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*>;
+using SettingMember = std::variant<Folder AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*>;
 
 /// One single-valued setting of the program.
 struct SettingRow {
@@ -32,11 +32,10 @@ QString ReadSetting(const SettingsStore& store, const QString& key, const QStrin
 /// Stores the text of a setting. The store may keep it pending until it is flushed.
 void WriteSetting(SettingsStore& store, const QString& key, const QString& value);
 
-/// Reads every setting into `state`. `programDirectory` is the default of both folders and needs no separator at its
-/// end. FilterMessages is read only while there is a day window, and is 0 otherwise.
-/// A stored text that cannot be converted gives way to the default and stays in the store; the result holds one text
-/// for each, fit for the user, that names the key and what is stored.
-[[nodiscard]] QStringList LoadSettings(const SettingsStore& store, const QString& programDirectory, AppState& state);
+/// Reads every setting into `state`. `programDirectory` is the default of both folders. FilterMessages is read only
+/// while there is a day window, and is 0 otherwise. A stored text that cannot be converted gives way to the default and
+/// stays in the store; the result holds one text for each, fit for the user, that names the key and what is stored.
+[[nodiscard]] QStringList LoadSettings(const SettingsStore& store, const Folder& programDirectory, AppState& state);
 
 /// Writes every setting but the two folders, which are stored where the user chooses them, and flushes the store.
 /// Throws FileError when the store cannot be written.

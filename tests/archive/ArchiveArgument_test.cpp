@@ -27,7 +27,7 @@ protected:
 
 TEST_F(ArchiveArgumentTest, NoArgumentLeavesTheChoiceToTheSettings) {
     const ArchiveArgument argument = Read({});
-    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_TRUE(argument.Folder.IsEmpty());
     EXPECT_TRUE(argument.Error.isEmpty());
 }
 
@@ -42,7 +42,7 @@ TEST_F(ArchiveArgumentTest, ARelativeFolderStartsFromTheWorkingFolder) {
 
 TEST_F(ArchiveArgumentTest, AFileIsNoDirectory) {
     const ArchiveArgument argument = Read({QStringLiteral("archive/a.eml")});
-    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_TRUE(argument.Folder.IsEmpty());
     EXPECT_EQ(argument.Error.toStdString(), "\"archive/a.eml\" is no directory that can be opened.");
 }
 
@@ -53,13 +53,13 @@ TEST_F(ArchiveArgumentTest, AnAbsentFolderIsNamedAsItWasGiven) {
 
 TEST_F(ArchiveArgumentTest, AnEmptyArgumentIsNotTheWorkingFolder) {
     const ArchiveArgument argument = Read({QString()});
-    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_TRUE(argument.Folder.IsEmpty());
     EXPECT_EQ(argument.Error.toStdString(), "\"\" is no directory that can be opened.");
 }
 
 TEST_F(ArchiveArgumentTest, TwoDirectoriesAreRefused) {
     const ArchiveArgument argument = Read({QStringLiteral("/srv/archive"), QStringLiteral("/srv/archive")});
-    EXPECT_TRUE(argument.Folder.isEmpty());
+    EXPECT_TRUE(argument.Folder.IsEmpty());
     EXPECT_EQ(argument.Error.toStdString(), "Only one directory can be opened at a time.");
 }
 

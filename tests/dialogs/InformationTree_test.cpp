@@ -51,7 +51,7 @@ TEST_F(Information, HasTwoRootsWithTheirLines) {
     EXPECT_EQ(tree[1].key, QStringLiteral("directories"));
     EXPECT_EQ(tree[1].text, QStringLiteral("Directories"));
     ASSERT_EQ(tree[1].children.size(), 3U);
-    EXPECT_EQ(tree[1].children[0].text, QStringLiteral("Program: ") + program.Directory.chopped(1));
+    EXPECT_EQ(tree[1].children[0].text, QStringLiteral("Program: ") + program.Directory.Text().chopped(1));
     EXPECT_EQ(tree[1].children[1].text, QStringLiteral("Archive: /mail/archive/"));
     EXPECT_EQ(tree[1].children[2].text, QStringLiteral("Pickup: \\\\server\\share\\pickup\\"));
     for (const InformationNode& root : tree) {

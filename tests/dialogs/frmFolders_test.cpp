@@ -234,6 +234,14 @@ TEST_F(Folders, TheSwitchEnablesOneSideAndShowsAnExample) {
     EXPECT_EQ(Status(), "/home/joe");
 }
 
+TEST_F(Folders, TheSwitchWorksWithoutAClickToo) {
+    Open("/home/joe");
+    Find<QCheckBox>("chkShare")->toggle(); // as assistive tools do
+    EXPECT_TRUE(Find<QLineEdit>("txtShare")->isEnabled());
+    EXPECT_FALSE(Find<QGroupBox>("fraDevice")->isEnabled());
+    EXPECT_EQ(Status(), R"(\\SERVER\SHARE)");
+}
+
 TEST_F(Folders, ATypedShareIsTakenWhateverItSays) {
     const std::string separator = QString(QDir::separator()).toStdString();
     for (const auto& [typed, taken] :
