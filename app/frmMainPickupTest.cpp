@@ -41,16 +41,19 @@ void frmMain::SendPickupTest() {
     // The selection is followed by a refresh.
     connect(
         &jobs_, &WindowJobs::JobEnded, this, [this] { Guarded([this] { ConfirmAndSend(); }); },
-        Qt::SingleShotConnection);
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void frmMain::ConfirmAndSend() {
+    if (closing_) {
+        return;
+    }
     panels_.SetInfo({});
     const std::function<void(bool)> runTimer = TimerSwitch();
     runTimer(false);
     const bool isConfirmed = ConfirmPickupTest(state_.PickupDir, this);
     runTimer(true);
-    if (!isConfirmed || !MayChange()) {
+    if (!isConfirmed || !EndRefresh()) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());
