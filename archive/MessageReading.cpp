@@ -7,24 +7,24 @@
 
 namespace quellbox {
 
-ReadRow ReadMessageRow(const FileSystem& files, const Folder& folder, const FileEntry& entry, bool bulk) {
-    ReadRow result;
-    result.status = entry.status;
+ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk) {
     MessageTexts texts;
+    bool loaded = false;
+    bool canHeal = false;
     try {
         if (bulk) {
             texts.subject = CleanseForDisplay(entry.name);
         } else {
-            const HeaderFields fields = ReadHeaderFields(files, folder.PathOf(entry.name));
-            result.loaded = FillTexts(texts, fields);
-            result.canHeal = fields.errorCode == static_cast<int>(LoadError::Unreadable);
+            HeaderFields fields = ReadHeaderFields(folder, entry.name);
+            canHeal = fields.errorCode == static_cast<int>(LoadError::Unreadable);
+            loaded = FillTexts(texts, std::move(fields));
         }
     } catch (const std::exception& error) {
         // One message must not cost the others their rows, not even for a lack of memory.
         texts.subject = QString::fromUtf8(error.what());
     }
-    result.row = MessageRow(entry.name, entry.status.size, LocalSeconds(entry.status.modifiedNs), texts);
-    return result;
+    return {MessageRow(entry.name, entry.status.size, LocalSeconds(entry.status.modifiedNs), texts), entry.status,
+            loaded, canHeal};
 }
 
 } // namespace quellbox

@@ -15,6 +15,6 @@ struct ReadRow {
 
 /// Makes the row of a message file. In bulk mode the file is not opened, and the subject is the file name. What
 /// goes wrong is the subject of the row. May be called from several threads at once.
-ReadRow ReadMessageRow(const FileSystem& files, const Folder& folder, const FileEntry& entry, bool bulk);
+ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk);
 
 } // namespace quellbox

@@ -117,7 +117,7 @@ void RefreshTask::TakeListing(Listing listing) {
     if (isFull_ || !files.empty()) {
         Q_EMIT Counted(maximum);
     }
-    ReadFiles(std::move(files));
+    ReadFiles(std::move(files), std::move(listing.reader));
 }
 
 /// Ends the refresh when there is nothing to list; the answer is then true.
@@ -176,15 +176,22 @@ std::vector<FileEntry> RefreshTask::FilesToReadAgain(const std::vector<FileEntry
     return found;
 }
 
-void RefreshTask::ReadFiles(std::vector<FileEntry> files) {
+void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder) {
     const size_t count = files.size();
     const auto entries = std::make_shared<const std::vector<FileEntry>>(std::move(files));
     const auto tolerated =
         state_.TolerationLevel == 2 ? std::make_shared<const WhitelistMatcher>(LoadWhitelist(ports_.store)) : nullptr;
     reading_.emplace(
         ports_.pool, count,
-        [&fileSystem = ports_.files, archive = archive_, pickup = state_.PickupDir, bulk = bulk_, entries, tolerated](
-            size_t item) { return ReadFile(fileSystem, archive, pickup, (*entries)[item], bulk, tolerated.get()); },
+        [&fileSystem = ports_.files, folder = std::move(folder), archive = archive_, pickup = state_.PickupDir,
+         bulk = bulk_, entries, tolerated](size_t item) {
+            Read read{ReadMessageRow(*folder, (*entries)[item], bulk), false, std::nullopt};
+            if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
+                const QString key = (*entries)[item].name;
+                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), read);
+            }
+            return read;
+        },
         [this](size_t item, Read read) { TakeRow(item, std::move(read)); }, [this](SeriesEnd how) { EndReading(how); });
     nextToTake_ = 0;
     reading_->Start();
@@ -201,19 +208,13 @@ void RefreshTask::EndReading(SeriesEnd how) {
 
 // The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
 // to be under way at the same time.
-RefreshTask::Read RefreshTask::ReadFile(FileSystem& files, const Folder& archive, const Folder& pickup,
-                                        const FileEntry& entry, bool bulk, const WhitelistMatcher* tolerated) {
-    Read read{ReadMessageRow(files, archive, entry, bulk), false, std::nullopt};
-    if (tolerated == nullptr || !tolerated->TolerableSender(read.row.row.Tag().toLower())) {
-        return read;
-    }
+void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, Read& read) {
     try {
-        files.Move(archive.PathOf(entry.name), pickup.PathOf(entry.name));
+        files.Move(from, to);
         read.wasMoved = true;
     } catch (const FileError& error) {
         read.failure = FileFailure{error.Path(), error.Reason()};
     }
-    return read;
 }
 
 void RefreshTask::TakeRow(size_t item, Read read) {

@@ -98,9 +98,8 @@ private:
     bool RefuseListing(const Listing& listing);
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
-    void ReadFiles(std::vector<FileEntry> files);
-    static Read ReadFile(FileSystem& files, const Folder& archive, const Folder& pickup, const FileEntry& entry,
-                         bool bulk, const WhitelistMatcher* tolerated);
+    void ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder);
+    static void Move(FileSystem& files, const QString& from, const QString& to, Read& read);
     void EndReading(SeriesEnd how);
     void TakeRow(size_t item, Read read);
     void AddRow(Read read);

@@ -64,13 +64,14 @@ QStringList ReadSenders(const std::vector<QByteArray>& blocks) {
 /// Reads the headers of an archive as a refresh does. Returns the time from the first file to the last row, in seconds;
 /// the folder has been listed before.
 double ReadArchive(const FileSystem& files, const QString& folder, WorkPool& pool) {
-    const std::vector<FileEntry> entries = ListedFolder(files, folder, pool).files;
+    const Listing listing = ListedFolder(files, folder, pool);
+    const std::vector<FileEntry>& entries = listing.files;
     Require(entries.size() == messageCount, "the archive has another number of messages than there are senders");
     int loaded = 0;
     const double seconds = Time([&] {
         QEventLoop loop;
         OrderedWork<ReadRow> reading(
-            pool, entries.size(), [&](size_t file) { return ReadMessageRow(files, folder, entries[file], false); },
+            pool, entries.size(), [&](size_t file) { return ReadMessageRow(*listing.reader, entries[file], false); },
             [&loaded](size_t, const ReadRow& read) { loaded += read.loaded ? 1 : 0; },
             [&loop](SeriesEnd) { loop.quit(); });
         reading.Start();

@@ -18,7 +18,7 @@ namespace quellbox {
 
 namespace {
 
-// A handful of character sets covers any real archive. A hostile message may name thousands: then the handles are
+// A handful of character sets covers any real archive. A hostile message may name thousands: then the idle handles are
 // closed and collecting begins anew.
 constexpr qsizetype kMaximumHandles = 64;
 constexpr qsizetype kMaximumNameLength = 40;

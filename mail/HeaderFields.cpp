@@ -82,15 +82,25 @@ HeaderFields ReadFields(InputFile& file) {
     return ReadOn(file, scanner, first);
 }
 
-} // namespace
-
-HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path) {
+/// Reads a file that `place`, a file system or a folder, opens by its path or name.
+template <class Place>
+HeaderFields ReadFile(const Place& place, const QString& pathOrName) {
     try {
-        const std::unique_ptr<InputFile> file = files.Open(path);
+        const std::unique_ptr<InputFile> file = place.Open(pathOrName);
         return ReadFields(*file);
     } catch (const RuntimeError& error) {
         return Failed(LoadError::Unreadable, error.Text());
     }
+}
+
+} // namespace
+
+HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path) {
+    return ReadFile(files, path);
+}
+
+HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name) {
+    return ReadFile(folder, name);
 }
 
 HeaderFields ParseHeaderFields(QByteArrayView bytes) {

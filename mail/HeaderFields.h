@@ -24,6 +24,9 @@ struct HeaderFields {
 /// Errors do not throw: they are the result's error code and text. May be called from several threads at once.
 HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path);
 
+/// The same for a file in a folder that was opened, by its name.
+HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name);
+
 /// The same for bytes in memory, which begin with the header block.
 HeaderFields ParseHeaderFields(QByteArrayView bytes);
 

@@ -4,17 +4,18 @@ namespace quellbox {
 
 namespace {
 
-void AppendFolded(std::u16string& folded, QStringView text) {
+/// Folds the case of a text, which keeps its length.
+void Fold(QChar* text, const QChar* end) {
     char16_t last = 0;
-    for (const QChar unit : text) {
-        const char16_t code = unit.unicode();
+    for (; text != end; ++text) {
+        const char16_t code = text->unicode();
         if (code < 0x80) {
-            folded += code >= u'A' && code <= u'Z' ? static_cast<char16_t>(code + 0x20) : code;
+            *text = QChar(code >= u'A' && code <= u'Z' ? static_cast<char16_t>(code + 0x20) : code);
         } else if (QChar::isLowSurrogate(code) && QChar::isHighSurrogate(last)) {
             // No folding of such a pair changes its first half.
-            folded += QChar::lowSurrogate(QChar::toCaseFolded(QChar::surrogateToUcs4(last, code)));
+            *text = QChar(QChar::lowSurrogate(QChar::toCaseFolded(QChar::surrogateToUcs4(last, code))));
         } else {
-            folded += unit.toCaseFolded().unicode();
+            *text = text->toCaseFolded();
         }
         last = code;
     }
@@ -40,14 +41,15 @@ void SortKeys::TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageR
 }
 
 void SortKeys::TakeTexts(const std::vector<MessageRow>& rows, int column) {
-    QString text;
     begins_.reserve(rows.size() + 1);
     begins_.push_back(0);
     for (const MessageRow& row : rows) {
-        text.resize(0);
-        row.AppendCell(column, text);
-        AppendFolded(folded_, text);
+        row.AppendCell(column, folded_);
         begins_.push_back(folded_.size());
+    }
+    QChar* const text = folded_.data();
+    for (size_t row = 0; row < rows.size(); ++row) {
+        Fold(text + begins_[row], text + begins_[row + 1]);
     }
 }
 

@@ -2,9 +2,8 @@
 
 #include "messages/MessageRow.h"
 
-#include <QStringView>
+#include <QString>
 
-#include <string>
 #include <vector>
 
 namespace quellbox {
@@ -28,15 +27,15 @@ public:
 private:
     QStringView Text(int row) const {
         const auto index = static_cast<size_t>(row);
-        return QStringView(folded_.data() + begins_[index], folded_.data() + begins_[index + 1]);
+        return QStringView(folded_).sliced(begins_[index], begins_[index + 1] - begins_[index]);
     }
 
     void TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageRow::*number)() const);
     void TakeTexts(const std::vector<MessageRow>& rows, int column);
 
     std::vector<qint64> numbers_; // by row; empty for a column of texts
-    std::u16string folded_;
-    std::vector<size_t> begins_; // by row, and the end of the last one
+    QString folded_;
+    std::vector<qsizetype> begins_; // by row, and the end of the last one
 };
 
 } // namespace quellbox

@@ -2,6 +2,26 @@
 
 namespace quellbox {
 
+namespace {
+
+class PathFolderReader : public FolderReader {
+public:
+    PathFolderReader(const FileSystem& files, QString folder) : files_(files), folder_(std::move(folder)) {}
+
+    std::optional<FileStatus> Status(const QString& name) const override { return files_.Status(folder_ + name); }
+    std::unique_ptr<InputFile> Open(const QString& name) const override { return files_.Open(folder_ + name); }
+
+private:
+    const FileSystem& files_;
+    const QString folder_;
+};
+
+} // namespace
+
+std::unique_ptr<FolderReader> FileSystem::ReadFolder(const QString& folder) const {
+    return std::make_unique<PathFolderReader>(*this, folder);
+}
+
 QByteArray ReadWhole(const FileSystem& files, const QString& path, const std::function<bool()>& goOn) {
     constexpr qsizetype step = 64 * 1024;
     const std::unique_ptr<InputFile> file = files.Open(path);

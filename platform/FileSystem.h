@@ -50,6 +50,20 @@ public:
     virtual qint64 Read(char* buffer, qint64 capacity) = 0;
 };
 
+/// A folder that was opened to read many of its files. It stays the folder that it was then, wherever its path leads by
+/// now, and the system need not find it again for every file. Every method may be called from several threads at once.
+class FolderReader {
+public:
+    virtual ~FolderReader() = default;
+
+    /// As FileSystem::Status(), for a name in the folder.
+    virtual std::optional<FileStatus> Status(const QString& name) const = 0;
+
+    /// Opens a file for reading that Status() has confirmed, which is not checked again. Should there be something else
+    /// by now, opening and reading it still does not block, but there may be no end to it. Throws FileError.
+    virtual std::unique_ptr<InputFile> Open(const QString& name) const = 0;
+};
+
 /// The port to files and folders. Paths are texts in the form that Entries() returns: readable, and mapped back to
 /// the exact bytes of the name (see PathBytes.h). Every method may be called from several threads at once.
 class FileSystem {
@@ -71,6 +85,10 @@ public:
 
     /// Opens a file for reading. Throws FileError.
     virtual std::unique_ptr<InputFile> Open(const QString& path) const = 0;
+
+    /// Opens a folder, which ends with a separator, to read many of its files. This object has to outlive the reader.
+    /// Without an adaptor's own way, the reader finds every file by its path. Throws FileError.
+    virtual std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const;
 
     /// Moves a file and never overwrites: an existing `to` is an error. Whatever is called `to` has the whole contents,
     /// at any moment. Within one file system this is one atomic rename, where the file system has one; across file

@@ -48,6 +48,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         return found;
     }
     try {
+        found.listing.reader = files.ReadFolder(folder);
         Entries entries = PossibleFiles(files, folder);
         const auto complete = std::stable_partition(entries.begin(), entries.end(),
                                                     [](const FolderEntry& entry) { return !entry.status; });
@@ -55,6 +56,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         entries.erase(complete, entries.end());
         found.incomplete = std::move(entries);
     } catch (const FileError& error) {
+        found.listing.reader = nullptr;
         found.listing.error = error.Text();
     }
     return found;
@@ -63,8 +65,8 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
 void FolderListing::ReadStatuses() {
     statuses_.emplace(
         pool_, found_->incomplete.size(),
-        [&files = files_, folder = folder_, found = found_](size_t file) {
-            return files.Status(folder.PathOf(found->incomplete[file].name));
+        [reader = found_->listing.reader, found = found_](size_t file) {
+            return reader->Status(found->incomplete[file].name);
         },
         [this](size_t file, const std::optional<FileStatus>& status) { found_->incomplete[file].status = status; },
         [this](SeriesEnd how) { how == SeriesEnd::Completed ? Sort() : Fail(statuses_->Failure()); });

@@ -19,8 +19,9 @@ struct FileEntry {
 /// What a folder was found to hold.
 struct Listing {
     bool exists = false;
-    QString error;                ///< why the folder cannot be read; empty when it can
-    std::vector<FileEntry> files; ///< in order of arrival: time of last modification, then name
+    QString error;                              ///< why the folder cannot be read; empty when it can
+    std::vector<FileEntry> files;               ///< in order of arrival: time of last modification, then name
+    std::shared_ptr<const FolderReader> reader; ///< of these files; null where there is an error
 };
 
 /// Lists the regular files of a folder, beside the thread that wants them. A file that vanishes meanwhile is left out.

@@ -21,6 +21,12 @@ Descriptor::~Descriptor() {
     }
 }
 
+const int readOnlyFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+qint64 PosixInputFile::Read(char* buffer, qint64 capacity) {
+    return ReadSome(descriptor_.Number(), buffer, capacity, path_);
+}
+
 void ThrowFileError(const QString& path, int error) {
     throw FileError(path, qt_error_string(error));
 }
@@ -57,7 +63,7 @@ bool IsUnchanged(const struct stat& before, const struct stat& after) {
 }
 
 int OpenRegular(const QString& path, struct stat& status) {
-    const int number = ::open(SystemPath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int number = ::open(SystemPath(path).constData(), readOnlyFlags);
     if (number < 0) {
         ThrowFileError(path, errno);
     }

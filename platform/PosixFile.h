@@ -2,6 +2,8 @@
 
 #ifndef _WIN32
 
+#include "platform/FileSystem.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -24,6 +26,18 @@ private:
     int number_;
 };
 
+/// A file that was opened by its descriptor, which it owns; `path` is for errors.
+class PosixInputFile : public InputFile {
+public:
+    PosixInputFile(int number, QString path) : descriptor_(number), path_(std::move(path)) {}
+
+    qint64 Read(char* buffer, qint64 capacity) override;
+
+private:
+    Descriptor descriptor_;
+    QString path_;
+};
+
 /// Throws the FileError for `path` with the system's text for `error`, an errno value.
 [[noreturn]] void ThrowFileError(const QString& path, int error);
 
@@ -41,6 +55,10 @@ qint64 ModifiedNs(const struct stat& status);
 /// Whether a file has the same size and time of last modification as before. Inode numbers are not compared, since the
 /// client of a share may invent new ones each time.
 bool IsUnchanged(const struct stat& before, const struct stat& after);
+
+/// The flags to open a file for reading, which may turn out to be none: a FIFO or a device neither blocks nor becomes
+/// the terminal of this process.
+extern const int readOnlyFlags;
 
 /// Opens a regular file for reading; a FIFO or a device neither blocks nor is accepted. `status` receives
 /// the status of the file. Throws FileError. The caller owns the number that is returned.

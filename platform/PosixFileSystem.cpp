@@ -3,6 +3,7 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/PathBytes.h"
 #include "platform/PosixFile.h"
+#include "platform/PosixFolderReader.h"
 #include "platform/PosixMove.h"
 #include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
@@ -18,19 +19,6 @@
 namespace quellbox {
 
 namespace {
-
-class PosixInputFile : public InputFile {
-public:
-    PosixInputFile(int number, QString path) : descriptor_(number), path_(std::move(path)) {}
-
-    qint64 Read(char* buffer, qint64 capacity) override {
-        return ReadSome(descriptor_.Number(), buffer, capacity, path_);
-    }
-
-private:
-    Descriptor descriptor_;
-    QString path_;
-};
 
 struct FolderCloser {
     void operator()(DIR* folder) const { ::closedir(folder); }
@@ -108,6 +96,8 @@ public:
         struct stat status {};
         return std::make_unique<PosixInputFile>(OpenRegular(path, status), path);
     }
+
+    std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override { return OpenFolderReader(folder); }
 
     void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
 

@@ -118,6 +118,10 @@ std::unique_ptr<InputFile> ShareFileSystem::Open(const QString& path) const {
     return files_->Open(ReadablePath(path));
 }
 
+std::unique_ptr<FolderReader> ShareFileSystem::ReadFolder(const QString& folder) const {
+    return files_->ReadFolder(FolderOrThrow(folder));
+}
+
 void ShareFileSystem::Move(const QString& from, const QString& to) {
     files_->Move(ChangeablePath(from), ChangeablePath(to));
 }

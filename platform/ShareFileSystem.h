@@ -26,6 +26,7 @@ public:
     std::vector<FolderEntry> Entries(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
+    std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override;
     void Move(const QString& from, const QString& to) override;
     bool Remove(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;

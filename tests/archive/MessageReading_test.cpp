@@ -11,7 +11,9 @@ using namespace Qt::StringLiterals;
 
 class MessageReading : public testing::Test {
 protected:
-    ReadRow Read(const FileEntry& entry, bool bulk = false) { return ReadMessageRow(files, u"/a/"_s, entry, bulk); }
+    ReadRow Read(const FileEntry& entry, bool bulk = false) {
+        return ReadMessageRow(*files.ReadFolder(u"/a/"_s), entry, bulk);
+    }
 
     MemoryFileSystem files;
 };

@@ -61,6 +61,7 @@ TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
     EXPECT_EQ(FolderNames(files_, Text(R"(\\nas\mail)")), QStringList{Text("spam")});
     EXPECT_EQ(files_.Status(Text(R"(\\nas\mail\spam\a.eml)"))->size, 5);
     EXPECT_EQ(ReadWhole(files_, Text(R"(\\nas\mail\spam\a.eml)")), "first");
+    EXPECT_EQ(files_.ReadFolder(Text(R"(\\nas\mail\spam\)"))->Status(Text("a.eml"))->size, 5);
     files_.WriteWhole(Text(R"(\\nas\mail\b.eml)"), "second");
     files_.Move(Text(R"(\\nas\mail\b.eml)"), Text("/pickup/b.eml"));
     files_.Move(Text("/pickup/b.eml"), Text(R"(\\nas\mail\c.eml)"));
@@ -85,6 +86,7 @@ TEST_F(ShareFileSystemTest, AnUnmountedShareIsNoFolderAndItsFilesFailByTheirUncP
     EXPECT_FALSE(files_.FileExists(path));
     EXPECT_EQ(files_.Status(path), std::nullopt);
     EXPECT_THROW(FileNames(files_, Text(R"(\\nas\gone)")), FileError);
+    EXPECT_THROW(files_.ReadFolder(Text(R"(\\nas\gone\)")), FileError);
     EXPECT_THROW(FolderNames(files_, Text(R"(\\nas\gone)")), FileError);
     EXPECT_THROW(files_.Remove(path), FileError);
     EXPECT_THROW(files_.WriteWhole(path, "x"), FileError);

@@ -1,0 +1,58 @@
+#ifndef _WIN32
+
+#include "platform/PosixFolderReader.h"
+
+#include "platform/PathBytes.h"
+#include "platform/PosixFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quellbox {
+
+namespace {
+
+class PosixFolderReader : public FolderReader {
+public:
+    explicit PosixFolderReader(QString folder)
+        : folder_(std::move(folder)),
+          descriptor_(::open(SystemPath(folder_).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        if (!descriptor_.IsOpen()) {
+            ThrowFileError(folder_, errno);
+        }
+    }
+
+    std::optional<FileStatus> Status(const QString& name) const override {
+        struct stat status {};
+        const QByteArray bytes = PathBytes(name);
+        const bool isThere =
+            !bytes.contains('\0') && ::fstatat(descriptor_.Number(), bytes.constData(), &status, 0) == 0;
+        if (!isThere || !S_ISREG(status.st_mode)) {
+            return std::nullopt;
+        }
+        return FileStatus{status.st_size, ModifiedNs(status)};
+    }
+
+    std::unique_ptr<InputFile> Open(const QString& name) const override {
+        const int number = ::openat(descriptor_.Number(), SystemPath(name).constData(), readOnlyFlags);
+        if (number < 0) {
+            ThrowFileError(folder_ + name, errno);
+        }
+        return std::make_unique<PosixInputFile>(number, folder_ + name);
+    }
+
+private:
+    const QString folder_;
+    const Descriptor descriptor_;
+};
+
+} // namespace
+
+std::unique_ptr<FolderReader> OpenFolderReader(const QString& folder) {
+    return std::make_unique<PosixFolderReader>(folder);
+}
+
+} // namespace quellbox
+
+#endif
