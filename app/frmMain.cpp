@@ -4,7 +4,6 @@
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
 #include "app/frmHelp.h"
-#include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
@@ -26,8 +25,6 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     if (!archive.isEmpty()) {
         state_.ArchiveDir = archive;
     }
-    tmrRefresh = new QTimer(this);
-    tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
     CreateMenus();
     CreateContents();
     CreateToolbars();
@@ -36,9 +33,9 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     CreateTray();
     ConnectJobs();
     ApplySettings();
-    connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
+    connect(&timer_, &RefreshTimer::Tick, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
-    tmrRefresh->start(firstTickMs);
+    timer_.StartFirst();
     qApp->installEventFilter(this);
 }
 
@@ -111,7 +108,7 @@ void frmMain::SaveAllSettings() {
 
 void frmMain::closeEvent(QCloseEvent* event) {
     closing_ = true;
-    tmrRefresh->stop();
+    timer_.Close();
     jobs_.Close();
     contents_->Close();
     if (help_ != nullptr) {
@@ -136,10 +133,8 @@ void frmMain::ReportError(const QString& text) {
         ports_.reportError(text);
         return;
     }
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
+    const RefreshTimer::Hold rest(timer_);
     ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), text}, this);
-    runTimer(true);
 }
 
 } // namespace quellbox

@@ -3,6 +3,7 @@
 #include "app/ContentsPane.h"
 #include "app/ErrorReport.h"
 #include "app/WindowJobs.h"
+#include "archive/RefreshTimer.h"
 #include "messages/SortState.h"
 #include "messages/StatusPanels.h"
 #include "platform/Shell.h"
@@ -137,7 +138,6 @@ private:
     void splBottom_Moved();
     bool WindowKeyDown(QWidget& widget, QEvent* event);
     void FormKeyDown(int key);
-    void PutOffRefresh();
     void FormShownOrHidden(const QWidget* form);
 
     // frmMainList.cpp
@@ -173,7 +173,6 @@ private:
     void ShowProgress(int value);
     void tmrRefresh_Timer();
     void FirstTick();
-    void SetRefreshInterval();
     void ClearMessageView();
     void ClearContents();
     void ShowFileProgress(bool show, int maximum);
@@ -193,9 +192,6 @@ private:
     void mnuMessageUnblock_Click();
     void TolerateSelectedSender();
     void MaintainWhitelist();
-    std::function<void(bool)> TimerSwitch();
-    void HoldTimer();
-    void ReleaseTimer();
     void tlbMessages_ButtonClick(const QString& key);
 
     // frmMainFind.cpp
@@ -259,8 +255,7 @@ private:
     bool busyIsShown_ = false;
     bool hourglassIsShown_ = false;
     bool closing_ = false;
-    int timerHolds_ = 0;       // dialogs, one above the other, that rest the refresh timer
-    bool timerGoesOn_ = false; // when none rests it any more, the timer keeps its interval
+    RefreshTimer timer_{state_, this};
     WindowJobs jobs_{{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_};
     int selectedRows_ = 0; // as last counted
     bool offersView_ = true;
@@ -288,7 +283,6 @@ private:
     QToolBar* tlbMessages = nullptr;
     QToolBar* tlbContents = nullptr;
     StatusBarView* stbBottom = nullptr;
-    QTimer* tmrRefresh = nullptr;
 
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;

@@ -98,10 +98,8 @@ void frmMain::mnuHelpFeedback_Click() {
 }
 
 void frmMain::mnuHelpAbout_Click() {
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
+    const RefreshTimer::Hold rest(timer_);
     frmAbout(ports_.program, ports_.files, ports_.shell, this).exec();
-    runTimer(true);
 }
 
 } // namespace quellbox

@@ -3,7 +3,6 @@
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
-#include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 
 #include <QHeaderView>
@@ -258,7 +257,7 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
     // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts. A key that is a
     // shortcut shows itself here only.
     if (event->type() == QEvent::ShortcutOverride) {
-        PutOffRefresh();
+        timer_.PutOff();
         event->ignore();
         return true;
     }
@@ -275,7 +274,7 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
 
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
 void frmMain::FormKeyDown(int key) {
-    PutOffRefresh();
+    timer_.PutOff();
     if (key == Qt::Key_Escape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
         jobs_.Stop();
     } else if (key == Qt::Key_Escape) {
@@ -283,13 +282,6 @@ void frmMain::FormKeyDown(int key) {
         state_.FindText.clear();
         Guarded([this] { ClearSelection(); });
         contents_->CloseViewer();
-    }
-}
-
-void frmMain::PutOffRefresh() {
-    // The first refresh is not put off: its interval is how it is known.
-    if (tmrRefresh->isActive() && tmrRefresh->interval() != firstTickMs) {
-        SetRefreshInterval();
     }
 }
 

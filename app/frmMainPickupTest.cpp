@@ -11,7 +11,8 @@ namespace quellbox {
 
 namespace {
 
-bool ConfirmPickupTest(const QString& pickupDir, QWidget* parent) {
+bool ConfirmPickupTest(const QString& pickupDir, RefreshTimer& timer, QWidget* parent) {
+    const RefreshTimer::Hold rest(timer);
     return AskInMessageBox(QMessageBox::Warning,
                            {QStringLiteral("msgConfirm"), WindowTitle(pickupDir), PickupTestQuestion()}, parent);
 }
@@ -46,11 +47,7 @@ void frmMain::SendPickupTest() {
 
 void frmMain::ConfirmAndSend() {
     panels_.SetInfo({});
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
-    const bool isConfirmed = ConfirmPickupTest(state_.PickupDir, this);
-    runTimer(true);
-    if (!isConfirmed || !MayChange()) {
+    if (!ConfirmPickupTest(state_.PickupDir, timer_, this) || !MayChange()) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());
