@@ -145,7 +145,7 @@ void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
 void MessageListView::mouseDoubleClickEvent(QMouseEvent* event) {
     QTreeView::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) {
-        Q_EMIT ViewRequested();
+        Q_EMIT DblClick();
     }
 }
 

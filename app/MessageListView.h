@@ -41,6 +41,8 @@ Q_SIGNALS:
     void SelectedByKey();
     /// Enter or Space was typed.
     void ViewRequested();
+    /// A row was clicked twice with the left button.
+    void DblClick();
     /// A row was clicked, or selected with the keyboard.
     void ItemClick(int row);
     /// The keyboard asks for the context menu at a point of the screen.

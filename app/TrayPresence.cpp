@@ -161,6 +161,10 @@ void TrayPresence::traSystemTray_RightButton() {
     }
 }
 
+void TrayPresence::mnuTrRestore_Click() {
+    RestoreFromTray();
+}
+
 void TrayPresence::RestoreFromTray() {
     SetSavedWindowState();
     parts_.window.show();

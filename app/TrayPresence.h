@@ -44,6 +44,7 @@ public:
 
     /// Brings the window back. What it was active in gets the focus when the window has been shown.
     void RestoreFromTray();
+    void mnuTrRestore_Click();
 
     /// The window is closed: the icon goes, and nothing is hidden or brought back any more.
     void Close();

@@ -14,15 +14,12 @@ constexpr int busyAfterMs = 100;
 } // namespace
 
 WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model)
-    : ports_(ports), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
+    : ports_(ports), state_(state), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
       cleansing_(ports.files, ports.pool) {
     showBusy_.setSingleShot(true);
     showBusy_.setInterval(busyAfterMs);
     showBusy_.callOnTimeout([this] { ShowBusy(); });
-    connect(&refresh_, &RefreshTask::Counted, this, [this](int maximum) {
-        Q_EMIT RefreshCounted(maximum);
-        SetMaximum(maximum);
-    });
+    connect(&refresh_, &RefreshTask::Counted, this, &WindowJobs::SetMaximum);
     connect(&refresh_, &RefreshTask::Progress, this, &WindowJobs::RowsAdded);
     connect(&refresh_, &RefreshTask::Ended, this, [this](const RefreshResult& result) {
         End();
@@ -48,6 +45,7 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
 
 void WindowJobs::Refresh(bool markNew, bool bulk) {
     if (Begin(Activity::Refreshing, 0)) {
+        isByTick_ = markNew;
         refresh_.Start(markNew, bulk);
     }
 }
@@ -100,6 +98,8 @@ void WindowJobs::Stop() {
 }
 
 void WindowJobs::GiveUp() {
+    const bool refreshMoves = refresh_.IsRunning() && state_.TolerationLevel == 2;
+    leftChanges_ = leftChanges_ || refreshMoves || activity_ == Activity::Working;
     refresh_.Cancel();
     disposal_.GiveUp();
     cleansing_.GiveUp();
@@ -108,9 +108,12 @@ void WindowJobs::GiveUp() {
     }
 }
 
+void WindowJobs::GiveWay() {
+    refresh_.GiveWay();
+}
+
 void WindowJobs::Close() {
     isClosed_ = true;
-    leftChanges_ = IsAtWork();
     GiveUp();
     activity_ = Activity::Closing;
 }

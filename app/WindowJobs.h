@@ -25,7 +25,7 @@ public:
     /// What is lent has to outlive this object.
     WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model);
 
-    /// A job that is started while another one runs is not begun.
+    /// A job that is started while another one runs is not begun. `markNew` says that it is a tick that refreshes.
     void Refresh(bool markNew, bool bulk);
     void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
     void Cleanse(const QString& archiveDir, qint16 days);
@@ -37,8 +37,11 @@ public:
     bool IsIdle() const { return activity_ == Activity::Idle; }
     bool IsAtWork() const { return activity_ == Activity::Refreshing || activity_ == Activity::Working; }
 
-    /// True while a refresh that adds to the list has shown nothing yet: whoever wants to do something goes first.
-    bool GivesWay() const { return refresh_.IsIncremental() && !isShown_; }
+    /// True while a tick looks for new messages and nothing shows it yet: whoever wants to do something goes first.
+    bool GivesWay() const { return refresh_.IsIncremental() && isByTick_ && !isShown_; }
+
+    /// Ends that look. What it has found and not shown is found again.
+    void GiveWay();
 
     /// Escape: what has not begun does not begin. Said once more, what is under way is not waited for either. A refresh
     /// ends at once.
@@ -50,7 +53,7 @@ public:
     /// No job begins any more.
     void Close();
 
-    /// True when Close() left calls under way that change files.
+    /// True when GiveUp() or Close() may have left calls under way that change files.
     bool LeftChangesUnderWay() const { return leftChanges_; }
 
 Q_SIGNALS:
@@ -64,7 +67,6 @@ Q_SIGNALS:
     /// So many of the `maximum` have been dealt with.
     void Progress(int done);
 
-    void RefreshCounted(int maximum);
     void RowsAdded(int rows);           ///< as RefreshTask::Progress()
     void RowsLeft(int count);           ///< as DisposalTask has it
     void Removing(const QString& name); ///< as CleansingTask has it
@@ -83,6 +85,7 @@ private:
     void EndCall(SeriesEnd how);
 
     RefreshPorts ports_;
+    const AppState& state_;
     Activity activity_ = Activity::Idle;
     RefreshTask refresh_;
     DisposalTask disposal_;
@@ -93,6 +96,7 @@ private:
     QTimer showBusy_;
     int maximum_ = 0;
     bool isShown_ = false;
+    bool isByTick_ = false; // the refresh
     bool isClosed_ = false;
     bool leftChanges_ = false;
 };

@@ -146,6 +146,7 @@ private:
     void lvwMessages_ItemClick(int row);
     void lvwMessages_KeyDown();
     void lvwMessages_KeyPress();
+    void lvwMessages_DblClick();
     void lvwMessages_MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x);
     void lvwMessages_MouseUp();
     void PopUpMessageMenu(QPoint screen);
@@ -155,7 +156,11 @@ private:
     void OfferView();
     void mnuEdit_Click();
     void mnuEditSelectAll_Click();
+    void mnuEditSelectNone_Click();
+    void mnuEditMarkRead_Click();
+    void mnuEditMarkUnread_Click();
     void MarkSelected(bool unread);
+    void MarkItemBold(int row, bool bold);
     void mnuEditMarkAllRead_Click();
 
     // frmMainRefresh.cpp
@@ -167,6 +172,7 @@ private:
     void TellWhyNothingIsListed(const RefreshResult& result);
     void RefreshIfDue();
     bool MayChange();
+    bool EndRefresh();
     void ShowFirstMessage();
     void ShowBusy();
     void ShowDone();
@@ -209,6 +215,7 @@ private:
     void mnuOpenFolderSelect_Click(qint16 index);
 
     // frmMainCleansing.cpp
+    void mnuToolsCleansing_Click();
     void CleanseArchive();
     void jobs_CleansingEnded(const CleansingResult& result);
 

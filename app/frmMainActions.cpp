@@ -37,7 +37,7 @@ void frmMain::jobs_DisposalEnded(const DisposalResult& result) {
         return;
     }
     if (result.rowsGone > 0 || model_.Count() == 0) {
-        ShowNextMessage(result.nextRow);
+        ShowNextMessage(result.nextRow < 0 ? -1 : model_.RowOfKey(result.nextKey));
     } else {
         UpdateSelectionStatus();
     }
@@ -110,8 +110,10 @@ void frmMain::TolerateSelectedSender() {
             return std::nullopt;
         },
         [this, path, read](const WindowJobs::Error&) {
-            TakeHeaders(path, *read);
-            OfferToTolerate(RowOfPath(path));
+            Guarded([&] {
+                TakeHeaders(path, *read);
+                OfferToTolerate(RowOfPath(path));
+            });
         });
 }
 

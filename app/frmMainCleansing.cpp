@@ -6,11 +6,15 @@
 
 namespace quellbox {
 
+void frmMain::mnuToolsCleansing_Click() {
+    CleanseArchive();
+}
+
 // Only a confirmation of this dialog counts, whatever an earlier one has left behind, and only for the archive that it
 // named.
 void frmMain::CleanseArchive() {
     const QString archive = state_.ArchiveDir;
-    if (frmCleansing(state_, this).exec() != QDialog::Accepted || !state_.CleansingConfirmed || !MayChange() ||
+    if (frmCleansing(state_, this).exec() != QDialog::Accepted || !state_.CleansingConfirmed || !EndRefresh() ||
         state_.ArchiveDir != archive) {
         return;
     }

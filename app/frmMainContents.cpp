@@ -49,7 +49,7 @@ void frmMain::ShowWholeText() {
 
 void frmMain::MarkAsRead(const QString& path) {
     if (const int row = RowOfPath(path); row >= 0) {
-        model_.MarkRows(row, row, false);
+        MarkItemBold(row, false);
     }
 }
 

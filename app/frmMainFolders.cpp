@@ -48,6 +48,7 @@ QString frmMain::SelectDirectory(qint16 index) {
 void frmMain::LeaveArchive() {
     state_.LastAddedFile.clear();
     state_.LastArrival = {};
+    jobs_.GiveUp();
     ClearMessageView();
     contents_->Forget(); // readers that are stuck in the archive that was left are none of the other's
     UpdateSelectionStatus();

@@ -266,7 +266,8 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
         return false;
     }
     // What the focused control leaves alone passes here again on its way up.
-    if (widget.hasFocus() || (&widget == this && focusWidget() == nullptr)) {
+    const bool isHeld = key->key() == Qt::Key_Escape && key->isAutoRepeat();
+    if (!isHeld && (widget.hasFocus() || (&widget == this && focusWidget() == nullptr))) {
         FormKeyDown(key->key());
     }
     return false;

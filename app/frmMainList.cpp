@@ -34,6 +34,7 @@ void frmMain::ConnectList() {
     connect(lvwMessages, &MessageListView::ItemClick, this, guarded(&frmMain::lvwMessages_ItemClick));
     connect(lvwMessages, &MessageListView::KeyDown, this, [this] { lvwMessages_KeyDown(); });
     connect(lvwMessages, &MessageListView::ViewRequested, this, guarded(&frmMain::lvwMessages_KeyPress));
+    connect(lvwMessages, &MessageListView::DblClick, this, guarded(&frmMain::lvwMessages_DblClick));
     connect(lvwMessages, &MessageListView::MouseDown, this, guarded(&frmMain::lvwMessages_MouseDown));
     connect(lvwMessages, &MessageListView::MouseUp, this, guarded(&frmMain::lvwMessages_MouseUp));
     connect(lvwMessages, &MessageListView::SelectedByKey, this,
@@ -112,6 +113,10 @@ void frmMain::lvwMessages_KeyDown() {
 }
 
 void frmMain::lvwMessages_KeyPress() {
+    mnuMessageView_Click();
+}
+
+void frmMain::lvwMessages_DblClick() {
     mnuMessageView_Click();
 }
 
@@ -199,6 +204,22 @@ void frmMain::mnuEditSelectAll_Click() {
     SetBusy(false, 0);
     contents_->ClearText();
     UpdateSelectionStatus();
+}
+
+void frmMain::mnuEditSelectNone_Click() {
+    ClearSelection();
+}
+
+void frmMain::mnuEditMarkRead_Click() {
+    MarkSelected(false);
+}
+
+void frmMain::mnuEditMarkUnread_Click() {
+    MarkSelected(true);
+}
+
+void frmMain::MarkItemBold(int row, bool bold) {
+    model_.MarkRows(row, row, bold);
 }
 
 void frmMain::MarkSelected(bool unread) {

@@ -61,12 +61,12 @@ void frmMain::CreateMenus() {
 
     mnuEdit = AddMenu(this, "mnuEdit", tr("&Edit"));
     change(AddEntry(mnuEdit, "mnuEditSelectNone", tr("Select &None"), QStringLiteral("Ctrl+N")),
-           [this] { ClearSelection(); });
+           [this] { mnuEditSelectNone_Click(); });
     change(AddEntry(mnuEdit, "mnuEditSelectAll", tr("Select &All"), QStringLiteral("Ctrl+A")),
            [this] { mnuEditSelectAll_Click(); });
     AddBar(mnuEdit, "mnuEditMarkBar");
-    change(AddEntry(mnuEdit, "mnuEditMarkRead", tr("Mar&k as Read")), [this] { MarkSelected(false); });
-    change(AddEntry(mnuEdit, "mnuEditMarkUnread", tr("Mark as U&nread")), [this] { MarkSelected(true); });
+    change(AddEntry(mnuEdit, "mnuEditMarkRead", tr("Mar&k as Read")), [this] { mnuEditMarkRead_Click(); });
+    change(AddEntry(mnuEdit, "mnuEditMarkUnread", tr("Mark as U&nread")), [this] { mnuEditMarkUnread_Click(); });
     change(AddEntry(mnuEdit, "mnuEditMarkAllRead", tr("Mark All as R&ead")), [this] { mnuEditMarkAllRead_Click(); });
     AddBar(mnuEdit, "mnuEditFindBar");
     QAction* find = AddEntry(mnuEdit, "mnuEditFind", tr("&Find..."), QStringLiteral("Ctrl+F"));
@@ -124,7 +124,7 @@ void frmMain::CreateMenus() {
     mnuToolsOptions = AddEntry(mnuTools, "mnuToolsOptions", tr("&Options..."));
 
     change(test, [this] { SendPickupTest(); });
-    change(mnuToolsCleansing, [this] { CleanseArchive(); });
+    change(mnuToolsCleansing, [this] { mnuToolsCleansing_Click(); });
 
     change(mnuToolsOptions, [this] { mnuToolsOptions_Click(); });
 
@@ -163,7 +163,7 @@ void frmMain::CreateMenus() {
     QAction* restore = AddEntry(mnuTray, "mnuTrRestore", tr("Restore"));
     AddBar(mnuTray, "mnuTrExBar");
     QAction* trayExit = AddEntry(mnuTray, "mnuTrExit", tr("Exit"));
-    on(restore, [this] { tray_->RestoreFromTray(); });
+    on(restore, [this] { tray_->mnuTrRestore_Click(); });
     on(trayExit, [this] { tray_->mnuTrExit_Click(); });
     mnuTray->setDefaultAction(restore);
 }

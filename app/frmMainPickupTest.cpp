@@ -42,12 +42,15 @@ void frmMain::SendPickupTest() {
     // The selection is followed by a refresh.
     connect(
         &jobs_, &WindowJobs::JobEnded, this, [this] { Guarded([this] { ConfirmAndSend(); }); },
-        Qt::SingleShotConnection);
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void frmMain::ConfirmAndSend() {
+    if (closing_) {
+        return;
+    }
     panels_.SetInfo({});
-    if (!ConfirmPickupTest(state_.PickupDir, timer_, this) || !MayChange()) {
+    if (!ConfirmPickupTest(state_.PickupDir, timer_, this) || !EndRefresh()) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());

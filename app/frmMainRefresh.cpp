@@ -17,7 +17,6 @@ void frmMain::ConnectJobs() {
     connect(&jobs_, &WindowJobs::BusyDue, this, [this](int maximum) { SetBusy(true, maximum); });
     connect(&jobs_, &WindowJobs::Progress, this, &frmMain::ShowProgress);
     connect(stbBottom, &StatusBarView::StopClick, &jobs_, &WindowJobs::Stop);
-    connect(&jobs_, &WindowJobs::RefreshCounted, this, [this] { panels_.SetCount({}); });
     connect(&jobs_, &WindowJobs::RowsAdded, this, [this](int rows) {
         panels_.SetCount(QString::number(rows));
         ShowProgress(rows);
@@ -69,7 +68,7 @@ void frmMain::jobs_RefreshEnded(const RefreshResult& result) {
     if (gaveWay_) {
         return; // to what the user does now
     }
-    ShowRefreshed(result);
+    Guarded([&] { ShowRefreshed(result); });
     Q_EMIT Refreshed();
 }
 
@@ -134,10 +133,18 @@ void frmMain::RefreshIfDue() {
 bool frmMain::MayChange() {
     if (jobs_.GivesWay()) {
         gaveWay_ = true;
-        jobs_.GiveUp();
+        jobs_.GiveWay();
         gaveWay_ = false;
     }
     return jobs_.IsIdle() && !closing_;
+}
+
+// What was confirmed in a dialog is not dropped for a refresh that a tick began behind it.
+bool frmMain::EndRefresh() {
+    gaveWay_ = true;
+    jobs_.GiveUp();
+    gaveWay_ = false;
+    return MayChange();
 }
 
 // What was toggled while a job runs, the filter or bulk mode, takes effect when it has ended.
@@ -204,6 +211,9 @@ void frmMain::SetBusy(bool busy, int maximum) {
 }
 
 void frmMain::ShowBusy() {
+    if (lvwMessages->hasFocus()) {
+        setFocus(Qt::OtherFocusReason); // or the tree would get it, and show its first node
+    }
     lvwMessages->setEnabled(false);
     panels_.SetInfo(tr("Please wait till operation completes..."));
     ShowCommands();

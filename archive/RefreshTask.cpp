@@ -19,6 +19,9 @@ namespace {
 constexpr int firstFlushMs = 60;
 constexpr int rarestFlushMs = 1000;
 
+// While a look for new messages may still give way, it shows none.
+constexpr int firstFlushOfNewMs = 150;
+
 /// Removes what an incremental refresh does not add: everything up to `lastAdded`, or everything when that has
 /// vanished; the answer is then false. Where it was touched since it was listed, and so has moved back in the order,
 /// what lies behind its former place is new as well.
@@ -55,13 +58,17 @@ void RefreshTask::Start(bool markNew, bool bulk) {
     }
     isRunning_ = true;
     isFull_ = state_.LastAddedFile.isEmpty();
+    if (!isFull_) {
+        listedLast_ = state_.LastArrival;
+    }
+    shownLast_ = {state_.LastAddedFile, state_.LastArrival.modifiedNs};
     markNew_ = markNew;
     bulk_ = bulk;
     archive_ = state_.ArchiveDir;
     result_ = {};
     again_ = 0;
     reading_.reset();
-    flush_.setInterval(firstFlushMs);
+    flush_.setInterval(isFull_ ? firstFlushMs : firstFlushOfNewMs);
     listing_.emplace(ports_.files, ports_.pool, archive_, [this](Listing listing) { TakeListing(std::move(listing)); });
     listing_->Start();
 }
@@ -71,11 +78,29 @@ void RefreshTask::Cancel() {
         return;
     }
     listing_.reset();
+    if (isFull_ && !reading_) {
+        // The list is still the one before, so what follows it is known.
+        state_.LastAddedFile = model_.Count() > 0 ? listedLast_.name : QString();
+        state_.LastArrival = listedLast_;
+    }
     if (reading_) {
         reading_->GiveUp();
     } else {
         End(RefreshOutcome::Cancelled);
     }
+}
+
+// Rows that came into the list now would move others away from under the mouse pointer.
+void RefreshTask::GiveWay() {
+    if (!isRunning_) {
+        return;
+    }
+    batch_.clear();
+    if (!isFull_) {
+        state_.LastAddedFile = shownLast_.name;
+        state_.LastArrival = shownLast_;
+    }
+    Cancel();
 }
 
 void RefreshTask::TakeListing(Listing listing) {
@@ -87,6 +112,7 @@ void RefreshTask::TakeListing(Listing listing) {
     if (isFull_) {
         model_.Clear();
         failed_.clear();
+        listedLast_ = {};
     }
     if (isFull_ || !files.empty()) {
         Q_EMIT Counted(maximum);
@@ -159,11 +185,18 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files) {
         ports_.pool, count,
         [&fileSystem = ports_.files, archive = archive_, pickup = state_.PickupDir, bulk = bulk_, entries, tolerated](
             size_t item) { return ReadFile(fileSystem, archive, pickup, (*entries)[item], bulk, tolerated.get()); },
-        [this](size_t item, Read read) { TakeRow(item, std::move(read)); },
-        [this](SeriesEnd how) {
-            End(how == SeriesEnd::Completed ? RefreshOutcome::Completed : RefreshOutcome::Cancelled);
-        });
+        [this](size_t item, Read read) { TakeRow(item, std::move(read)); }, [this](SeriesEnd how) { EndReading(how); });
+    nextToTake_ = 0;
     reading_->Start();
+}
+
+void RefreshTask::EndReading(SeriesEnd how) {
+    if (how == SeriesEnd::Failed) {
+        End(RefreshOutcome::Unreadable,
+            QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(TextOf(reading_->Failure())));
+        return;
+    }
+    End(how == SeriesEnd::Completed ? RefreshOutcome::Completed : RefreshOutcome::Cancelled);
 }
 
 // The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
@@ -184,6 +217,10 @@ RefreshTask::Read RefreshTask::ReadFile(FileSystem& files, const Folder& archive
 }
 
 void RefreshTask::TakeRow(size_t item, Read read) {
+    if (item != nextToTake_) {
+        return; // behind a file that could not be read: the next refresh has to begin with that one
+    }
+    ++nextToTake_;
     if (read.failure) {
         result_.failures.push_back(*read.failure);
     }
@@ -202,6 +239,7 @@ void RefreshTask::AddRow(Read read) {
     row.SetUnread(markNew_);
     state_.LastAddedFile = row.Key();
     state_.LastArrival = {state_.LastAddedFile, read.row.status.modifiedNs};
+    listedLast_ = state_.LastArrival;
     result_.lastMessageWasRead = read.row.loaded;
     NoteFailed(read.row);
     const int rows = model_.Count() + static_cast<int>(batch_.size()) + 1;
@@ -243,6 +281,7 @@ void RefreshTask::NoteFailed(const ReadRow& row) {
 void RefreshTask::Flush() {
     model_.Append(std::move(batch_));
     batch_.clear();
+    shownLast_ = state_.LastArrival;
     flush_.setInterval(std::min(2 * flush_.interval(), rarestFlushMs));
 }
 

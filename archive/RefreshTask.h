@@ -62,6 +62,9 @@ public:
     /// Ends the refresh before this returns. Messages that are being moved just now do move.
     void Cancel();
 
+    /// The same, but without the rows that are not in the list yet, which the next refresh finds again.
+    void GiveWay();
+
     bool IsRunning() const { return isRunning_; }
 
     /// True while a refresh runs that adds to the list, and does not make it anew.
@@ -98,6 +101,7 @@ private:
     void ReadFiles(std::vector<FileEntry> files);
     static Read ReadFile(FileSystem& files, const Folder& archive, const Folder& pickup, const FileEntry& entry,
                          bool bulk, const WhitelistMatcher* tolerated);
+    void EndReading(SeriesEnd how);
     void TakeRow(size_t item, Read read);
     void AddRow(Read read);
     void ReplaceRow(Read read);
@@ -115,7 +119,10 @@ private:
     RefreshResult result_;
     std::vector<MessageRow> batch_; // not yet in the list
     QTimer flush_;
-    size_t again_ = 0; // so many of the files that are read have a row already
+    size_t nextToTake_ = 0;
+    Arrival shownLast_;  // the file up to which the list shows what has been read
+    Arrival listedLast_; // of the present list, also after a full refresh was asked for
+    size_t again_ = 0;   // so many of the files that are read have a row already
     bool markNew_ = false;
     bool bulk_ = false;
     bool isRunning_ = false;

@@ -4,6 +4,7 @@
 #include "mail/MailMessage.h"
 #include "platform/RuntimeError.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -12,6 +13,8 @@ namespace quellbox {
 namespace {
 
 using Kind = MessageAnswer::Kind;
+
+constexpr size_t mostHeaderReaders = 4;
 
 } // namespace
 
@@ -101,8 +104,7 @@ void MessageLoader::Load(const MessageRequest& request, Handler handler) {
 }
 
 void MessageLoader::LoadHeaders(const QString& path, Handler handler) {
-    std::unique_ptr<Work>& work = headers_[path];
-    if (work != nullptr) {
+    if (FindHeaders(path) != headers_.end()) {
         return;
     }
     const auto read = [&files = files_, path](size_t) {
@@ -112,10 +114,19 @@ void MessageLoader::LoadHeaders(const QString& path, Handler handler) {
         answer.headers = ReadHeaderFields(files, path);
         return answer;
     };
-    work = std::make_unique<Work>(
+    // The readers of a share that stalls must leave threads for everything else.
+    if (headers_.size() == mostHeaderReaders) {
+        headers_.erase(headers_.begin());
+    }
+    auto work = std::make_unique<Work>(
         pool_, 1, read, [handler = std::move(handler)](size_t, const MessageAnswer& answer) { handler(answer); },
         [this, path](SeriesEnd how) { EndHeaders(path, how); }, oneAtATime);
     work->Start();
+    headers_.emplace_back(path, std::move(work));
+}
+
+MessageLoader::HeaderReaders::iterator MessageLoader::FindHeaders(const QString& path) {
+    return std::find_if(headers_.begin(), headers_.end(), [&path](const auto& reader) { return reader.first == path; });
 }
 
 void MessageLoader::CancelLoad() {
@@ -138,8 +149,9 @@ void MessageLoader::EndMessage(SeriesEnd how) {
 }
 
 void MessageLoader::EndHeaders(const QString& path, SeriesEnd how) {
-    const std::exception_ptr failure = headers_[path]->Failure();
-    headers_.erase(QString(path)); // the reference may be part of what is erased
+    const auto reader = FindHeaders(path);
+    const std::exception_ptr failure = reader->second->Failure();
+    headers_.erase(reader);
     TellEnd(how, failure);
 }
 

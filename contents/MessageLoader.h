@@ -9,8 +9,9 @@
 
 #include <exception>
 #include <functional>
-#include <map>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace quellbox {
 
@@ -62,7 +63,8 @@ public:
     /// Asks for a message, in place of the one that was asked for before. The handler must not throw.
     void Load(const MessageRequest& request, Handler handler);
 
-    /// Asks for the header fields of a file, beside everything else. Does nothing while they are on their way.
+    /// Asks for the header fields of a file, beside everything else. Does nothing while they are on their way. Of many
+    /// that do not come, the oldest are forgotten.
     void LoadHeaders(const QString& path, Handler handler);
 
     /// Forgets the message that was asked for last; none of its answers is handed over any more.
@@ -84,8 +86,10 @@ Q_SIGNALS:
 private:
     class Job;
     using Work = OrderedWork<MessageAnswer>;
+    using HeaderReaders = std::vector<std::pair<QString, std::unique_ptr<Work>>>; // by path
 
     void EndMessage(SeriesEnd how);
+    HeaderReaders::iterator FindHeaders(const QString& path);
     void EndHeaders(const QString& path, SeriesEnd how);
     void TellEnd(SeriesEnd how, const std::exception_ptr& failure);
 
@@ -93,7 +97,7 @@ private:
     WorkPool& pool_;
     std::unique_ptr<Work> message_;
     std::shared_ptr<Job> job_; // of message_
-    std::map<QString, std::unique_ptr<Work>> headers_;
+    HeaderReaders headers_;    // the oldest first
 };
 
 } // namespace quellbox

@@ -62,7 +62,7 @@ void CleansingTask::GiveUp() {
         return;
     }
     isCancelled_ = true;
-    removing_ ? removing_->GiveUp() : listing_->GiveUp();
+    removing_ ? removing_->TakeFinishedAndGiveUp() : listing_->GiveUp();
 }
 
 CleansingTask::Names CleansingTask::ReadNames(const FileSystem& files, const QString& folder) {

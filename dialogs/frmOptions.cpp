@@ -110,7 +110,7 @@ void frmOptions::ConnectControls() {
     connect(ui_->sliRefreshInterval, &QSlider::valueChanged, this, &frmOptions::sliRefreshInterval_Change);
     connect(ui_->btnArchive, &QPushButton::clicked, this, &frmOptions::btnArchive_Click);
     connect(ui_->btnPickup, &QPushButton::clicked, this, &frmOptions::btnPickup_Click);
-    connect(ui_->btnTolerate, &QPushButton::clicked, this, [this] { calls_.maintainWhitelist(); });
+    connect(ui_->btnTolerate, &QPushButton::clicked, this, &frmOptions::btnTolerate_Click);
     connect(ui_->cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -162,6 +162,10 @@ void frmOptions::sliRefreshInterval_Change(int seconds) {
 void frmOptions::btnArchive_Click() {
     ui_->txtArchive->setText(CleanseForDisplay(calls_.selectDirectory(0)));
     ShowInformation();
+}
+
+void frmOptions::btnTolerate_Click() {
+    calls_.maintainWhitelist();
 }
 
 void frmOptions::btnPickup_Click() {

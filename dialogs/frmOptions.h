@@ -54,6 +54,7 @@ private:
     void sliRefreshInterval_Change(int seconds);
     void btnArchive_Click();
     void btnPickup_Click();
+    void btnTolerate_Click();
     void cmdOK_Click();
 
     const FileSystem& files_;

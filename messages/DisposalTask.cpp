@@ -57,7 +57,7 @@ void DisposalTask::Cancel() {
 
 void DisposalTask::GiveUp() {
     if (isRunning_) {
-        work_->GiveUp();
+        work_->TakeFinishedAndGiveUp();
     }
 }
 
@@ -91,6 +91,7 @@ void DisposalTask::End() {
     const int following = gone_.empty() ? -1 : gone_.back() - (result_.rowsGone - 1);
     model_.Remove(gone_);
     result_.nextRow = std::min(following, model_.Count() - 1);
+    result_.nextKey = result_.nextRow < 0 ? QString() : model_.Row(result_.nextRow).Key();
     isRunning_ = false;
     const DisposalResult result = std::move(result_);
     Q_EMIT Ended(result);

@@ -30,6 +30,7 @@ struct DisposalFolders {
 struct DisposalResult {
     int rowsGone = 0;
     int nextRow = -1; ///< the row to select: the one that followed the removed ones, or the last; -1 when none is left
+    QString nextKey;  ///< its file name, by which it is found wherever sorting puts it
     std::vector<FileFailure> failures;
 };
 
@@ -49,7 +50,8 @@ public:
     /// No further message is touched. The rows of those that have begun go when their calls have ended.
     void Cancel();
 
-    /// Ends before this returns. What is under way goes on, but its rows stay until the next refresh.
+    /// Ends before this returns. What is under way goes on, but its rows stay until the next refresh; those of messages
+    /// that have been dealt with go.
     void GiveUp();
 
     bool IsRunning() const { return isRunning_; }

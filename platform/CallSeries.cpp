@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 namespace quellbox {
 
@@ -125,6 +126,9 @@ struct CallSeries::Shared {
     void Abandon() {
         const QMutexLocker lock(&mutex);
         cancelled = true;
+        if (owner == nullptr) {
+            return; // and they are set aside already
+        }
         owner = nullptr;
         for (int stuck = busy; stuck > 0; --stuck) {
             aside += pool.SetAside(kind) ? 1 : 0;
@@ -214,6 +218,20 @@ void CallSeries::GiveUp() {
     }
 }
 
+void CallSeries::TakeFinishedAndGiveUp() {
+    shared_->Abandon();
+    if (ended_) {
+        return;
+    }
+    const std::shared_ptr<const Plan> plan = plan_;
+    for (; next_ < Count(); ++next_) {
+        if (shared_->done[next_]) {
+            plan->take(next_);
+        }
+    }
+    End(SeriesEnd::Cancelled);
+}
+
 bool CallSeries::IsCancelled() const {
     return shared_->cancelled;
 }
@@ -252,7 +270,7 @@ bool CallSeries::TakeWhatIsThere() {
     spent.start();
     const std::shared_ptr<const Plan> plan = plan_;
     bool isGone = false;
-    isGone_ = &isGone;
+    bool* const outer = std::exchange(isGone_, &isGone); // a turn may run inside a turn, behind a dialog
     const bool nothingComes = shared_->cancelled && shared_->busy == 0;
     isOverBudget_ = false;
     while (next_ < Count() && !isOverBudget_) {
@@ -266,12 +284,19 @@ bool CallSeries::TakeWhatIsThere() {
             continue;
         }
         plan->take(item);
-        if (isGone || ended_) {
+        if (isGone) {
+            if (outer != nullptr) {
+                *outer = true;
+            }
+            return false;
+        }
+        if (ended_) {
+            isGone_ = outer;
             return false;
         }
         isOverBudget_ = spent.elapsed() >= turnBudgetMs;
     }
-    isGone_ = nullptr;
+    isGone_ = outer;
     return true;
 }
 
@@ -299,6 +324,7 @@ void CallSeries::WaitForMore(bool tookSome) {
 void CallSeries::LookForStall() {
     const size_t done = shared_->doneCount;
     if (done == doneAtLastLook_) {
+        shared_->step = 1; // or a worker that hangs would keep items that it has only claimed
         Shared::Grow(shared_, shared_->most);
     }
     doneAtLastLook_ = done;

@@ -14,7 +14,7 @@ namespace quellbox {
 enum class SeriesEnd {
     Completed, ///< every item was handed over
     Cancelled, ///< those that had begun were
-    Failed     ///< a call threw, and those before it were handed over; Failure() is what it threw
+    Failed     ///< a call threw, and some were handed over; Failure() is what it threw
 };
 
 /// The engine of OrderedWork, which is what to use: it knows items by their numbers only.
@@ -50,6 +50,10 @@ public:
 
     /// Ends the series before this returns. The results of calls that are under way are lost.
     void GiveUp();
+
+    /// The same, but the results that are there are handed over first, also those behind a call that is under way.
+    /// `take` must not destroy the series meanwhile.
+    void TakeFinishedAndGiveUp();
 
     bool IsCancelled() const;
 

@@ -40,6 +40,7 @@ public:
     void Start() { series_.Start(); }
     void Cancel() { series_.Cancel(); }
     void GiveUp() { series_.GiveUp(); }
+    void TakeFinishedAndGiveUp() { series_.TakeFinishedAndGiveUp(); }
     bool IsCancelled() const { return series_.IsCancelled(); }
     size_t Taken() const { return series_.Taken(); }
     std::exception_ptr Failure() const { return series_.Failure(); }

@@ -181,7 +181,7 @@ TEST_F(MainStart, TheArchiveOfTheCommandLineIsListedAndNotStored) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
     EXPECT_EQ(window.Messages().Count(), 1);
     EXPECT_EQ(window.Messages().Row(0).Key().toStdString(), "only.eml");
-    EXPECT_EQ(window.State().PickupDir.toStdString(), "/pickup/");
+    EXPECT_EQ(window.State().PickupDir.Text().toStdString(), "/pickup/");
     window.close();
     EXPECT_EQ(store_.FlushCount(), 1);
     EXPECT_EQ(Stored("ArchiveDir").toStdString(), "/archive/");

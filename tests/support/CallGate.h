@@ -20,6 +20,7 @@ public:
         changed_.notify_all();
         changed_.wait(lock, [&] { return open_ || let_.count(call) > 0; });
         inside_.erase(call);
+        ++passed_;
         changed_.notify_all();
     }
 
@@ -47,12 +48,19 @@ public:
         return most_;
     }
 
+    /// How many calls have ended.
+    size_t Passed() {
+        const std::lock_guard lock(mutex_);
+        return passed_;
+    }
+
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::set<size_t> inside_;
     std::set<size_t> let_;
     size_t most_ = 0;
+    size_t passed_ = 0;
     bool open_ = false;
 };
 
