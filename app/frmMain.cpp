@@ -1,9 +1,9 @@
 #include "app/frmMain.h"
 
+#include "app/HelpDesk.h"
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
-#include "app/frmHelp.h"
 #include "dialogs/frmFind.h"
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
@@ -31,6 +31,7 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(ports) {
     CreatePanes();
     ConnectList();
     CreateTray();
+    CreateHelp();
     ConnectJobs();
     ApplySettings();
     connect(&timer_, &RefreshTimer::Tick, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
@@ -85,6 +86,12 @@ void frmMain::CreateTray() {
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
 }
 
+void frmMain::CreateHelp() {
+    help_ =
+        std::make_unique<HelpDesk>(HelpParts{ports_.files, ports_.store, ports_.shell, ports_.program, timer_, *this});
+    connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
+}
+
 void frmMain::UpdateMainCaption() {
     setWindowTitle(QStringLiteral("Quellbox - ") + WindowTitle(state_.ArchiveDir));
 }
@@ -111,9 +118,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     timer_.Close();
     jobs_.Close();
     contents_->Close();
-    if (help_ != nullptr) {
-        help_->close();
-    }
+    help_->Close();
     tray_->Close();
     const bool historyIsPending = UnloadFind();
     if (ports_.savesSettings && !isMinimized()) {

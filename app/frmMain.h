@@ -23,12 +23,12 @@
 
 namespace quellbox {
 
+class HelpDesk;
 class frmFind;
 class MessageListView;
 class StatusBarView;
 class TrayIcon;
 class TrayPresence;
-class frmHelp;
 
 /// The ports that the main window works with; they outlive it.
 struct MainPorts {
@@ -109,6 +109,7 @@ private:
     void LoadSettings();
     void ApplySettings();
     void CreateTray();
+    void CreateHelp();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
@@ -230,19 +231,6 @@ private:
     void ShowOptions();
     void ShowOptionsOn(int tab);
 
-    // frmMainHelp.cpp
-    void mnuHelpStarting_Click(qint16 index);
-    void ShowHelpOf(const QWidget* form);
-    void ShowInHelpViewer(const QString& topic, HelpCommand command, qint16 contextId);
-    frmHelp& HelpWindow();
-    void LetUseBesideDialogs();
-    void ConnectHelpButton(const QWidget* form);
-    void btnHelp_Click();
-    bool HelpKeyDown(QWidget* widget);
-    void mnuHelpCheck_Click();
-    void mnuHelpFeedback_Click();
-    void mnuHelpAbout_Click();
-
     // frmMainContents.cpp
     void CreateContents();
     int SelectedRow() const;
@@ -281,7 +269,7 @@ private:
     std::unique_ptr<ContentsPane> contents_;
     std::unique_ptr<TrayPresence> tray_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
-    std::unique_ptr<frmHelp> help_; // made when help is first asked for
+    std::unique_ptr<HelpDesk> help_;
 
     MessageListView* lvwMessages = nullptr;
     QSplitter* splWhole = nullptr;

@@ -1,5 +1,6 @@
 #include "app/frmMain.h"
 
+#include "app/HelpDesk.h"
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
@@ -239,17 +240,20 @@ bool frmMain::HoldsBack(const QObject* watched, const QEvent& event) const {
 // What the other windows of the program need of this one, so that they need not know it.
 void frmMain::FormShownOrHidden(const QWidget* form) {
     if (form->isVisible()) {
-        ConnectHelpButton(form);
+        help_->ConnectHelpButton(form);
     }
     tray_->OfferMenu();
     // What is modal is known only when the window has come or gone.
-    QTimer::singleShot(0, this, [this] { LetUseBesideDialogs(); });
+    QTimer::singleShot(0, this, [this] {
+        help_->KeepUsableBesideDialogs();
+        tray_->KeepUsableBesideDialogs();
+    });
 }
 
 bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (event->type() == QEvent::KeyPress && key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier) {
-        return HelpKeyDown(&widget);
+        return help_->HelpKeyDown(&widget);
     }
     if (widget.window() != this) {
         return false;
