@@ -83,6 +83,7 @@ protected:
             return window_ == nullptr || (!window_->Jobs().IsAtWork() && (!settles_ || !window_->IsLoading()));
         };
         EXPECT_TRUE(QTest::qWaitFor(isDone, patience));
+        EXPECT_TRUE(QTest::qWaitFor(isDone, patience)) << "what the end of the one job has begun";
     }
 
     /// Opens the window and waits until the first refresh is done and its first row is selected.

@@ -50,7 +50,7 @@ protected:
     }
 
     bool WaitForHanging(int count) {
-        for (int look = 0; look < 2000; ++look) {
+        for (int look = 0; look < 12'000; ++look) {
             if (mount_->Counts()["hanging"] == count) {
                 return true;
             }
