@@ -1,5 +1,7 @@
 #include "app/TrayPresence.h"
 
+#include "app/ModalWindow.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
@@ -147,9 +149,9 @@ void TrayPresence::OfferMenu() {
     }
 }
 
-void TrayPresence::KeepUsableBeside(QWindow* modal) {
+void TrayPresence::KeepUsableBesideDialogs() {
     if (parts_.icon != nullptr) {
-        parts_.icon->BelongTo(modal);
+        parts_.icon->BelongTo(ModalWindow());
     }
 }
 

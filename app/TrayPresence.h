@@ -39,8 +39,8 @@ public:
     /// A window of the program has come or gone: while there is one beside the main window, no menu is offered.
     void OfferMenu();
 
-    /// Lets the icon take clicks although `modal` blocks other windows; null when there is no such window.
-    void KeepUsableBeside(QWindow* modal);
+    /// Lets the icon take clicks beside a modal dialog. To be called when one may have come or gone.
+    void KeepUsableBesideDialogs();
 
     /// Brings the window back. What it was active in gets the focus when the window has been shown.
     void RestoreFromTray();

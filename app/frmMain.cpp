@@ -1,10 +1,9 @@
 #include "app/frmMain.h"
 
+#include "app/HelpDesk.h"
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
-#include "app/frmHelp.h"
-#include "archive/RefreshTimer.h"
 #include "dialogs/frmFind.h"
 #include "mail/DisplayText.h"
 #include "settings/Placement.h"
@@ -28,19 +27,18 @@ frmMain::frmMain(MainPorts ports, const QString& archive) : ports_(std::move(por
     if (!archive.isEmpty()) {
         state_.ArchiveDir = archive;
     }
-    tmrRefresh = new QTimer(this);
-    tmrRefresh->setObjectName(QStringLiteral("tmrRefresh"));
     CreateMenus();
     CreateContents();
     CreateToolbars();
     CreatePanes();
     ConnectList();
     CreateTray();
+    CreateHelp();
     ConnectJobs();
     ApplySettings();
-    connect(tmrRefresh, &QTimer::timeout, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
+    connect(&timer_, &RefreshTimer::Tick, this, [this] { Guarded([this] { tmrRefresh_Timer(); }); });
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
-    tmrRefresh->start(firstTickMs);
+    timer_.StartFirst();
     qApp->installEventFilter(this);
 }
 
@@ -90,6 +88,12 @@ void frmMain::CreateTray() {
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
 }
 
+void frmMain::CreateHelp() {
+    help_ =
+        std::make_unique<HelpDesk>(HelpParts{ports_.files, ports_.store, ports_.shell, ports_.program, timer_, *this});
+    connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
+}
+
 void frmMain::UpdateMainCaption() {
     setWindowTitle(QStringLiteral("Quellbox - ") + WindowTitle(state_.ArchiveDir));
 }
@@ -113,12 +117,10 @@ void frmMain::SaveAllSettings() {
 
 void frmMain::closeEvent(QCloseEvent* event) {
     closing_ = true;
-    tmrRefresh->stop();
+    timer_.Close();
     jobs_.Close();
     contents_->Close();
-    if (help_ != nullptr) {
-        help_->close();
-    }
+    help_->Close();
     tray_->Close();
     const bool historyIsPending = UnloadFind();
     if (ports_.savesSettings && !isMinimized()) {
@@ -138,10 +140,8 @@ void frmMain::ReportError(const QString& text) {
         ports_.reportError(text);
         return;
     }
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
+    const RefreshTimer::Hold rest(timer_);
     ShowMessageBox(QMessageBox::Warning, {QStringLiteral("msgError"), QStringLiteral("Quellbox"), text}, this);
-    runTimer(true);
 }
 
 } // namespace quellbox

@@ -3,6 +3,7 @@
 #include "app/ContentsPane.h"
 #include "app/ErrorReport.h"
 #include "app/WindowJobs.h"
+#include "archive/RefreshTimer.h"
 #include "messages/SortState.h"
 #include "messages/StatusPanels.h"
 #include "platform/Shell.h"
@@ -22,12 +23,12 @@
 
 namespace quellbox {
 
+class HelpDesk;
 class frmFind;
 class MessageListView;
 class StatusBarView;
 class TrayIcon;
 class TrayPresence;
-class frmHelp;
 
 /// The ports that the main window works with; they outlive it.
 struct MainPorts {
@@ -108,6 +109,7 @@ private:
     void LoadSettings();
     void ApplySettings();
     void CreateTray();
+    void CreateHelp();
     void UpdateMainCaption();
     void ReportError(const QString& text);
     template <class Handler>
@@ -137,7 +139,6 @@ private:
     void splBottom_Moved();
     bool WindowKeyDown(QWidget& widget, QEvent* event);
     void FormKeyDown(int key);
-    void PutOffRefresh();
     void FormShownOrHidden(const QWidget* form);
 
     // frmMainList.cpp
@@ -179,7 +180,6 @@ private:
     void ShowProgress(int value);
     void tmrRefresh_Timer();
     void FirstTick();
-    void SetRefreshInterval();
     void ClearMessageView();
     void ClearContents();
     void ShowFileProgress(bool show, int maximum);
@@ -199,9 +199,6 @@ private:
     void mnuMessageUnblock_Click();
     void TolerateSelectedSender();
     void MaintainWhitelist();
-    std::function<void(bool)> TimerSwitch();
-    void HoldTimer();
-    void ReleaseTimer();
     void tlbMessages_ButtonClick(const QString& key);
 
     // frmMainFind.cpp
@@ -234,19 +231,6 @@ private:
     void ShowOptions();
     void ShowOptionsOn(int tab);
 
-    // frmMainHelp.cpp
-    void mnuHelpStarting_Click(qint16 index);
-    void ShowHelpOf(const QWidget* form);
-    void ShowInHelpViewer(const QString& topic, HelpCommand command, qint16 contextId);
-    frmHelp& HelpWindow();
-    void LetUseBesideDialogs();
-    void ConnectHelpButton(const QWidget* form);
-    void btnHelp_Click();
-    bool HelpKeyDown(QWidget* widget);
-    void mnuHelpCheck_Click();
-    void mnuHelpFeedback_Click();
-    void mnuHelpAbout_Click();
-
     // frmMainContents.cpp
     void CreateContents();
     int SelectedRow() const;
@@ -266,8 +250,7 @@ private:
     bool busyIsShown_ = false;
     bool hourglassIsShown_ = false;
     bool closing_ = false;
-    int timerHolds_ = 0;       // dialogs, one above the other, that rest the refresh timer
-    bool timerGoesOn_ = false; // when none rests it any more, the timer keeps its interval
+    RefreshTimer timer_{state_, this};
     WindowJobs jobs_{{ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_};
     int selectedRows_ = 0; // as last counted
     bool offersView_ = true;
@@ -286,7 +269,7 @@ private:
     std::unique_ptr<ContentsPane> contents_;
     std::unique_ptr<TrayPresence> tray_;
     std::unique_ptr<frmFind> find_; // stays hidden after OK
-    std::unique_ptr<frmHelp> help_; // made when help is first asked for
+    std::unique_ptr<HelpDesk> help_;
 
     MessageListView* lvwMessages = nullptr;
     QSplitter* splWhole = nullptr;
@@ -295,7 +278,6 @@ private:
     QToolBar* tlbMessages = nullptr;
     QToolBar* tlbContents = nullptr;
     StatusBarView* stbBottom = nullptr;
-    QTimer* tmrRefresh = nullptr;
 
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;

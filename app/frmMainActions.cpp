@@ -121,7 +121,8 @@ void frmMain::TolerateSelectedSender() {
 void frmMain::OfferToTolerate(int row) {
     {
         const MessageRow& message = model_.Row(row);
-        frmTolerate dialog(ports_.store, state_, TimerSwitch(), this);
+        const RefreshTimer::Hold rest(timer_);
+        frmTolerate dialog(ports_.store, state_, this);
         dialog.SetMode(ToleranceWord::tolerate);
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
@@ -134,37 +135,10 @@ void frmMain::OfferToTolerate(int row) {
 
 void frmMain::MaintainWhitelist() {
     QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
-    frmTolerate dialog(ports_.store, state_, TimerSwitch(), above != nullptr ? above : this);
+    const RefreshTimer::Hold rest(timer_);
+    frmTolerate dialog(ports_.store, state_, above != nullptr ? above : this);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
-}
-
-// What a dialog gets to hold back the refresh timer: called with false it rests the timer, with true it lets go again.
-// While any dialog rests it, nothing starts it.
-std::function<void(bool)> frmMain::TimerSwitch() {
-    return [this, holds = false](bool run) mutable {
-        if (holds != run) {
-            return;
-        }
-        holds = !run;
-        run ? ReleaseTimer() : HoldTimer();
-    };
-}
-
-void frmMain::HoldTimer() {
-    if (timerHolds_++ == 0) {
-        timerGoesOn_ = tmrRefresh->isActive();
-        tmrRefresh->stop();
-    }
-}
-
-// Afterwards the timer runs whether or not it did before. One that ran keeps its interval until the next refresh, by
-// which the first tick is known, too; one that stood still gets the interval that is now set.
-void frmMain::ReleaseTimer() {
-    if (--timerHolds_ > 0 || closing_) {
-        return;
-    }
-    timerGoesOn_ ? tmrRefresh->start() : SetRefreshInterval();
 }
 
 void frmMain::tlbMessages_ButtonClick(const QString& key) {

@@ -18,7 +18,7 @@ void frmMain::CleanseArchive() {
         state_.ArchiveDir != archive) {
         return;
     }
-    tmrRefresh->stop();
+    timer_.Stop();
     state_.LastAddedFile.clear();
     jobs_.Cleanse(archive, state_.CleansingDays);
 }

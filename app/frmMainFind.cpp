@@ -31,9 +31,9 @@ void frmMain::ShowFindDialog() {
         return;
     }
     if (!find_) {
-        find_ = std::make_unique<frmFind>(ports_.store, state_, this);
+        find_ = std::make_unique<frmFind>(ports_.store, state_, timer_, this);
     }
-    find_->Prepare(TimerSwitch());
+    find_->Prepare();
     const bool accepted = find_->exec() == QDialog::Accepted;
     if (closing_) {
         return; // and the dialog has gone

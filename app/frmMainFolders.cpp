@@ -55,13 +55,11 @@ void frmMain::LeaveArchive() {
 }
 
 void frmMain::mnuOpenFolderSelect_Click(qint16 index) {
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
+    const RefreshTimer::Hold rest(timer_);
     Guarded([this, index] {
         SelectDirectory(index);
         RefreshArchive(false);
     });
-    runTimer(true);
 }
 
 } // namespace quellbox

@@ -1,9 +1,9 @@
 #include "app/frmMain.h"
 
+#include "app/HelpDesk.h"
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
 #include "app/TrayPresence.h"
-#include "archive/RefreshTimer.h"
 #include "settings/Placement.h"
 
 #include <QHeaderView>
@@ -240,17 +240,20 @@ bool frmMain::HoldsBack(const QObject* watched, const QEvent& event) const {
 // What the other windows of the program need of this one, so that they need not know it.
 void frmMain::FormShownOrHidden(const QWidget* form) {
     if (form->isVisible()) {
-        ConnectHelpButton(form);
+        help_->ConnectHelpButton(form);
     }
     tray_->OfferMenu();
     // What is modal is known only when the window has come or gone.
-    QTimer::singleShot(0, this, [this] { LetUseBesideDialogs(); });
+    QTimer::singleShot(0, this, [this] {
+        help_->KeepUsableBesideDialogs();
+        tray_->KeepUsableBesideDialogs();
+    });
 }
 
 bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (event->type() == QEvent::KeyPress && key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier) {
-        return HelpKeyDown(&widget);
+        return help_->HelpKeyDown(&widget);
     }
     if (widget.window() != this) {
         return false;
@@ -258,7 +261,7 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
     // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts. A key that is a
     // shortcut shows itself here only.
     if (event->type() == QEvent::ShortcutOverride) {
-        PutOffRefresh();
+        timer_.PutOff();
         event->ignore();
         return true;
     }
@@ -276,7 +279,7 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
 
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
 void frmMain::FormKeyDown(int key) {
-    PutOffRefresh();
+    timer_.PutOff();
     if (key == Qt::Key_Escape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
         jobs_.Stop();
     } else if (key == Qt::Key_Escape) {
@@ -284,13 +287,6 @@ void frmMain::FormKeyDown(int key) {
         state_.FindText.clear();
         Guarded([this] { ClearSelection(); });
         contents_->CloseViewer();
-    }
-}
-
-void frmMain::PutOffRefresh() {
-    // The first refresh is not put off: its interval is how it is known.
-    if (tmrRefresh->isActive() && tmrRefresh->interval() != firstTickMs) {
-        SetRefreshInterval();
     }
 }
 

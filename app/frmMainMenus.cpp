@@ -1,3 +1,4 @@
+#include "app/HelpDesk.h"
 #include "app/TrayPresence.h"
 #include "app/frmMain.h"
 
@@ -137,11 +138,11 @@ void frmMain::CreateMenus() {
     AddBar(mnuHelp, "mnuHelpAboutBar");
     QAction* about = AddEntry(mnuHelp, "mnuHelpAbout", tr("&About this Program..."));
 
-    on(starting, [this] { mnuHelpStarting_Click(0); });
-    on(suggestions, [this] { mnuHelpStarting_Click(1); });
-    on(check, [this] { mnuHelpCheck_Click(); });
-    on(feedback, [this] { mnuHelpFeedback_Click(); });
-    on(about, [this] { mnuHelpAbout_Click(); });
+    on(starting, [this] { help_->mnuHelpStarting_Click(0); });
+    on(suggestions, [this] { help_->mnuHelpStarting_Click(1); });
+    on(check, [this] { help_->mnuHelpCheck_Click(); });
+    on(feedback, [this] { help_->mnuHelpFeedback_Click(); });
+    on(about, [this] { help_->mnuHelpAbout_Click(); });
 
     for (QMenu* menu : {mnuFile, mnuEdit, mnuView, mnuActions, mnuTools, mnuHelp}) {
         menuBar()->addMenu(menu);

@@ -57,7 +57,6 @@ void frmMain::ShowOptionsOn(int tab) {
 void frmMain::ShowOptions() {
     const qint16 levelBefore = state_.TolerationLevel;
     OptionsCalls calls;
-    calls.runTimer = TimerSwitch();
     calls.filterTaken = [this](bool changed) {
         mnuToolsOptions->setProperty(refreshMark, changed ? QStringLiteral("X") : QString());
         buttons_[QStringLiteral("filter")]->setChecked(state_.FilterDays != 0);
@@ -68,7 +67,10 @@ void frmMain::ShowOptions() {
         return folder;
     };
     calls.maintainWhitelist = [this] { Guarded([this] { MaintainWhitelist(); }); };
-    frmOptions(ports_.files, ports_.program, state_, std::move(calls), this).exec();
+    {
+        const RefreshTimer::Hold rest(timer_);
+        frmOptions(ports_.files, ports_.program, state_, std::move(calls), this).exec();
+    }
     if (state_.TolerationLevel != levelBefore) {
         // What is enabled follows the level. A size that cannot be counted must not cost what comes after the dialog.
         Guarded([this] { UpdateSelectionStatus(); });

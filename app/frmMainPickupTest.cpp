@@ -11,7 +11,8 @@ namespace quellbox {
 
 namespace {
 
-bool ConfirmPickupTest(const QString& pickupDir, QWidget* parent) {
+bool ConfirmPickupTest(const QString& pickupDir, RefreshTimer& timer, QWidget* parent) {
+    const RefreshTimer::Hold rest(timer);
     return AskInMessageBox(QMessageBox::Warning,
                            {QStringLiteral("msgConfirm"), WindowTitle(pickupDir), PickupTestQuestion()}, parent);
 }
@@ -49,11 +50,7 @@ void frmMain::ConfirmAndSend() {
         return;
     }
     panels_.SetInfo({});
-    const std::function<void(bool)> runTimer = TimerSwitch();
-    runTimer(false);
-    const bool isConfirmed = ConfirmPickupTest(state_.PickupDir, this);
-    runTimer(true);
-    if (!isConfirmed || !EndRefresh()) {
+    if (!ConfirmPickupTest(state_.PickupDir, timer_, this) || !EndRefresh()) {
         return;
     }
     const QString moment = GeneralDate(ports_.clock.Now(), QLocale());

@@ -2,7 +2,6 @@
 
 #include "app/MessageListView.h"
 #include "app/StatusBarView.h"
-#include "archive/RefreshTimer.h"
 #include "mail/DisplayText.h"
 
 #include <QApplication>
@@ -50,7 +49,7 @@ void frmMain::RefreshArchive(bool markNew) {
     if (!jobs_.IsIdle() || closing_) {
         return;
     }
-    tmrRefresh->stop();
+    timer_.Stop();
     refreshIsByTick_ = markNew;
     ClearContents();
     if (state_.LastAddedFile.isEmpty()) {
@@ -65,7 +64,7 @@ void frmMain::jobs_RefreshEnded(const RefreshResult& result) {
     if (closing_) {
         return;
     }
-    SetRefreshInterval();
+    timer_.SetInterval();
     if (gaveWay_) {
         return; // to what the user does now
     }
@@ -163,7 +162,7 @@ void frmMain::tmrRefresh_Timer() {
     if (!jobs_.IsIdle()) {
         return;
     }
-    switch (DecideTick(tmrRefresh->interval(), ports_.clock.Now().date(), model_.Count(), state_)) {
+    switch (DecideTick(timer_.IntervalMs(), ports_.clock.Now().date(), model_.Count(), state_)) {
     case TickAction::Nothing:
         return;
     case TickAction::FirstRefresh:
@@ -194,20 +193,6 @@ void frmMain::ShowFirstMessage() {
     lvwMessages->SelectOnly(0);
     LoadOnItemClick = true;
     lvwMessages_ItemClick(0);
-}
-
-void frmMain::SetRefreshInterval() {
-    const int interval = RefreshIntervalMs(state_.RefreshInterval);
-    timerGoesOn_ = false;
-    if (interval == 0 || closing_) {
-        tmrRefresh->stop();
-        return;
-    }
-    tmrRefresh->setInterval(interval);
-    // A dialog may have become active while the refresh ran.
-    if (timerHolds_ == 0) {
-        tmrRefresh->start();
-    }
 }
 
 void frmMain::SetBusy(bool busy, int maximum) {

@@ -9,8 +9,8 @@
 
 namespace quellbox {
 
-frmFind::frmFind(const SettingsStore& store, AppState& state, QWidget* parent)
-    : QDialog(parent), state_(state), history_(store), ui_(new Ui::frmFind) {
+frmFind::frmFind(const SettingsStore& store, AppState& state, RefreshTimer& timer, QWidget* parent)
+    : QDialog(parent), state_(state), timer_(timer), history_(store), ui_(new Ui::frmFind) {
     ui_->setupUi(this);
     // The parts of a combo box do not take over its name.
     for (QWidget* part :
@@ -42,12 +42,9 @@ frmFind::frmFind(const SettingsStore& store, AppState& state, QWidget* parent)
     UpdateOK();
 }
 
-frmFind::~frmFind() {
-    HoldTimer(false);
-}
+frmFind::~frmFind() = default;
 
-void frmFind::Prepare(std::function<void(bool)> runTimer) {
-    runTimer_ = std::move(runTimer);
+void frmFind::Prepare() {
     setWindowTitle(state_.FindAll != 0 ? tr("Find All") : tr("Find"));
     ShowField();
     ui_->cboFind->setFocus();
@@ -138,25 +135,18 @@ void frmFind::btnClear_Click() {
 }
 
 bool frmFind::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate) {
-        HoldTimer(true);
+    if (event->type() == QEvent::WindowActivate && !hold_) {
+        hold_.emplace(timer_);
     } else if (event->type() == QEvent::WindowDeactivate) {
-        HoldTimer(false);
+        hold_.reset();
     }
     return QDialog::event(event);
 }
 
 // The event that deactivates a window may come long after it was hidden, or never.
 void frmFind::hideEvent(QHideEvent* event) {
-    HoldTimer(false);
+    hold_.reset();
     QDialog::hideEvent(event);
-}
-
-void frmFind::HoldTimer(bool hold) {
-    if (hold != holdsTimer_ && runTimer_) {
-        holdsTimer_ = hold;
-        runTimer_(!hold);
-    }
 }
 
 bool frmFind::eventFilter(QObject* watched, QEvent* event) {

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "archive/RefreshTimer.h"
 #include "dialogs/FindHistory.h"
 #include "settings/AppState.h"
 
 #include <QButtonGroup>
 #include <QDialog>
 
-#include <functional>
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class frmFind;
@@ -21,13 +22,13 @@ class frmFind : public QDialog {
     Q_OBJECT
 
 public:
-    /// Choosing a column sets `state.HeaderField` at once.
-    frmFind(const SettingsStore& store, AppState& state, QWidget* parent);
+    /// Choosing a column sets `state.HeaderField` at once. The timer rests while the dialog is active: no refresh may
+    /// come in between.
+    frmFind(const SettingsStore& store, AppState& state, RefreshTimer& timer, QWidget* parent);
     ~frmFind() override;
 
-    /// Gets the dialog ready to be shown for the search that `state` describes. `runTimer` is called with false while
-    /// the dialog is active and with true when it no longer is: no refresh may come in between.
-    void Prepare(std::function<void(bool)> runTimer);
+    /// Gets the dialog ready to be shown for the search that `state` describes.
+    void Prepare();
 
     /// The text to search for, without blanks around it once the dialog was accepted.
     QString Text() const;
@@ -50,15 +51,14 @@ private:
     bool TakeText();
     void ShowTexts();
     void ShowField();
-    void HoldTimer(bool hold);
 
     AppState& state_;
+    RefreshTimer& timer_;
+    std::optional<RefreshTimer::Hold> hold_;
     FindHistory history_;
     std::unique_ptr<Ui::frmFind> ui_;
     QButtonGroup optField;
-    std::function<void(bool)> runTimer_;
     int listIndex_ = -1; ///< the text of the history that was picked and not changed since, or -1
-    bool holdsTimer_ = false;
 };
 
 } // namespace quellbox

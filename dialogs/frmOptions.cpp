@@ -40,7 +40,6 @@ frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppS
                        QWidget* parent)
     : QDialog(parent), files_(files), program_(program), state_(state), calls_(std::move(calls)),
       ui_(new Ui::frmOptions), ChosenFilter(state.FilterDays), ChosenToleration(state.TolerationLevel) {
-    calls_.runTimer(false);
     ui_->setupUi(this);
     imlSymbols = {{QStringLiteral("general"), Symbol("info")},     {QStringLiteral("directories"), Symbol("folder")},
                   {QStringLiteral("filter"), Symbol("filter")},    {QStringLiteral("toleration"), Symbol("tolerate")},
@@ -56,7 +55,6 @@ frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppS
 
 frmOptions::~frmOptions() {
     hide(); // the focus leaves the interval while there still is someone to hear of it
-    calls_.runTimer(true);
 }
 
 // The number of an option button is the value of the setting that it stands for; a tab has its key as data.

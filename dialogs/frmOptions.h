@@ -21,8 +21,6 @@ struct InformationNode;
 
 /// What the options dialog asks of whoever opens it.
 struct OptionsCalls {
-    /// Called with false at once and with true when the dialog goes: no refresh may come in between.
-    std::function<void(bool)> runTimer;
     /// OK took over the day filter, which is another one than before or not.
     std::function<void(bool changed)> filterTaken;
     /// Lets the user choose the archive (0) or pickup (1) directory, stores it and returns the one in force.

@@ -745,6 +745,17 @@
     </message>
 </context>
 <context>
+    <name>quellbox::HelpDesk</name>
+    <message>
+        <source>This system has no viewer for help files:
+
+%1</source>
+        <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
+
+%1</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::RawPane</name>
     <message>
         <source>[The rest is not shown: %1 of %2 characters]</source>
@@ -1126,14 +1137,6 @@
             <numerusform>%n Nachricht entfernt!</numerusform>
             <numerusform>%n Nachrichten entfernt!</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>This system has no viewer for help files:
-
-%1</source>
-        <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
-
-%1</translation>
     </message>
     <message>
         <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>

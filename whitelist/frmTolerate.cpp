@@ -30,10 +30,9 @@ QString LeftOutText(const QStringList& entries) {
 
 } // namespace
 
-frmTolerate::frmTolerate(SettingsStore& store, AppState& state, std::function<void(bool)> runTimer, QWidget* parent)
-    : QDialog(parent), store_(store), state_(state), runTimer_(std::move(runTimer)), ui_(new Ui::frmTolerate),
-      entries_(LoadWhitelist(store)), modeWord_(ToleranceWord::whitelist) {
-    runTimer_(false);
+frmTolerate::frmTolerate(SettingsStore& store, AppState& state, QWidget* parent)
+    : QDialog(parent), store_(store), state_(state), ui_(new Ui::frmTolerate), entries_(LoadWhitelist(store)),
+      modeWord_(ToleranceWord::whitelist) {
     ui_->setupUi(this);
     ShowEntries();
     connect(ui_->cboTolerate, &EntryCombo::GotFocus, this, &frmTolerate::UpdateWhitelistButtons);
@@ -48,9 +47,7 @@ frmTolerate::frmTolerate(SettingsStore& store, AppState& state, std::function<vo
     ui_->cboTolerate->setFocus();
 }
 
-frmTolerate::~frmTolerate() {
-    runTimer_(true);
-}
+frmTolerate::~frmTolerate() = default;
 
 void frmTolerate::SetMode(const QString& modeWord) {
     modeWord_ = modeWord;

@@ -6,7 +6,6 @@
 
 #include <QDialog>
 
-#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -28,8 +27,7 @@ class frmTolerate : public QDialog {
     Q_OBJECT
 
 public:
-    /// `runTimer` is called with false now and with true when the dialog goes: no refresh may come in between.
-    frmTolerate(SettingsStore& store, AppState& state, std::function<void(bool)> runTimer, QWidget* parent);
+    frmTolerate(SettingsStore& store, AppState& state, QWidget* parent);
     ~frmTolerate() override;
 
     void SetMode(const QString& modeWord);
@@ -59,7 +57,6 @@ private:
 
     SettingsStore& store_;
     AppState& state_;
-    std::function<void(bool)> runTimer_;
     std::unique_ptr<Ui::frmTolerate> ui_;
     Whitelist entries_;
     QString modeWord_;

@@ -116,8 +116,7 @@ TEST_F(MainAccessible, EveryMenuEntryHasAName) {
 
 TEST_F(MainAccessible, TheWhitelistDialogIsNamed) {
     AppState state;
-    frmTolerate dialog(
-        store_, state, [](bool) {}, nullptr);
+    frmTolerate dialog(store_, state, nullptr);
     dialog.show();
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
@@ -135,8 +134,9 @@ TEST_F(MainAccessible, TheCleansingDialogIsNamed) {
 
 TEST_F(MainAccessible, TheFindDialogIsNamed) {
     AppState state;
-    frmFind dialog(store_, state, nullptr);
-    dialog.Prepare([](bool) {});
+    RefreshTimer timer(state);
+    frmFind dialog(store_, state, timer, nullptr);
+    dialog.Prepare();
     dialog.show();
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
@@ -155,7 +155,6 @@ TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {
 TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
     AppState state;
     OptionsCalls calls;
-    calls.runTimer = [](bool) {};
     frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
     dialog.show();
     auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));

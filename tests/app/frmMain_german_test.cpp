@@ -133,8 +133,7 @@ TEST_F(MainGerman, WhatIsStoredIsNotTranslated) {
 
 TEST_F(MainGerman, TheWhitelistDialogIsGerman) {
     AppState state;
-    frmTolerate dialog(
-        store_, state, [](bool) {}, nullptr);
+    frmTolerate dialog(store_, state, nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Tolerieren");
     QStringList captions;
     for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
@@ -173,8 +172,9 @@ TEST_F(MainGerman, TheCleansingDialogIsGerman) {
 
 TEST_F(MainGerman, TheFindDialogIsGerman) {
     AppState state;
-    frmFind dialog(store_, state, nullptr);
-    dialog.Prepare([](bool) {});
+    RefreshTimer timer(state);
+    frmFind dialog(store_, state, timer, nullptr);
+    dialog.Prepare();
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Suchen");
     EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
 }
@@ -189,7 +189,6 @@ TEST_F(MainGerman, TheDirectoryDialogIsGerman) {
 TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
     AppState state;
     OptionsCalls calls;
-    calls.runTimer = [](bool) {};
     const frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Optionen");
     auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));

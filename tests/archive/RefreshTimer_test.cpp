@@ -1,6 +1,11 @@
 #include "archive/RefreshTimer.h"
 
+#include <QCoreApplication>
+#include <QTimerEvent>
+
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace quellbox {
 
@@ -84,6 +89,119 @@ TEST_F(RefreshTimerTest, CountsItsIntervalInSeconds) {
     EXPECT_EQ(RefreshIntervalMs(32'767), 32'767'000);
     EXPECT_EQ(RefreshIntervalMs(0), 0);
     EXPECT_EQ(RefreshIntervalMs(-5), 0);
+}
+
+namespace {
+
+/// A timer whose ticks a test makes itself.
+class RunningRefreshTimerTest : public testing::Test {
+protected:
+    RunningRefreshTimerTest() { state_.RefreshInterval = 60; }
+
+    QTimer& Inside() { return *timer_.findChild<QTimer*>(QStringLiteral("tmrRefresh")); }
+    bool Runs() { return Inside().isActive(); }
+
+    AppState state_;
+    RefreshTimer timer_{state_};
+};
+
+} // namespace
+
+TEST_F(RunningRefreshTimerTest, StandsStillUntilItIsStartedAndTicksFirstSoon) {
+    int ticks = 0;
+    QObject::connect(&timer_, &RefreshTimer::Tick, [&ticks] { ++ticks; });
+    EXPECT_FALSE(Runs());
+    timer_.StartFirst();
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), firstTickMs);
+    QTimerEvent over(Inside().timerId());
+    QCoreApplication::sendEvent(&Inside(), &over);
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST_F(RunningRefreshTimerTest, TakesTheIntervalThatIsSetNow) {
+    timer_.SetInterval();
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), 60'000);
+    state_.RefreshInterval = 5;
+    timer_.PutOff();
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), 5'000);
+    state_.RefreshInterval = 0;
+    timer_.SetInterval();
+    EXPECT_FALSE(Runs());
+}
+
+TEST_F(RunningRefreshTimerTest, NeitherTheFirstTickNorATimerThatStandsStillIsPutOff) {
+    timer_.PutOff();
+    EXPECT_FALSE(Runs());
+    timer_.StartFirst();
+    timer_.PutOff();
+    EXPECT_EQ(timer_.IntervalMs(), firstTickMs);
+}
+
+TEST_F(RunningRefreshTimerTest, RestsUntilTheLastOfSeveralHoldsGoes) {
+    timer_.SetInterval();
+    auto outer = std::make_unique<RefreshTimer::Hold>(timer_);
+    {
+        const RefreshTimer::Hold inner(timer_);
+        EXPECT_FALSE(Runs());
+    }
+    EXPECT_FALSE(Runs());
+    outer.reset();
+    EXPECT_TRUE(Runs());
+}
+
+TEST_F(RunningRefreshTimerTest, TheFirstTickStillComesAfterAHold) {
+    timer_.StartFirst();
+    {
+        const RefreshTimer::Hold hold(timer_);
+        EXPECT_FALSE(Runs());
+    }
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), firstTickMs);
+}
+
+TEST_F(RunningRefreshTimerTest, ATimerThatRanKeepsItsIntervalAndOneThatStoodStillTakesTheOneThatIsSet) {
+    timer_.SetInterval();
+    {
+        const RefreshTimer::Hold hold(timer_);
+        state_.RefreshInterval = 5;
+    }
+    EXPECT_EQ(timer_.IntervalMs(), 60'000);
+    timer_.Stop();
+    { const RefreshTimer::Hold hold(timer_); }
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), 5'000);
+}
+
+TEST_F(RunningRefreshTimerTest, AnIntervalThatIsSetDuringAHoldBeginsWhenItGoes) {
+    timer_.StartFirst();
+    {
+        const RefreshTimer::Hold hold(timer_);
+        timer_.SetInterval();
+        EXPECT_FALSE(Runs());
+    }
+    EXPECT_TRUE(Runs());
+    EXPECT_EQ(timer_.IntervalMs(), 60'000);
+}
+
+TEST_F(RunningRefreshTimerTest, NothingStartsAClosedTimer) {
+    timer_.SetInterval();
+    {
+        const RefreshTimer::Hold hold(timer_);
+        timer_.Close();
+    }
+    EXPECT_FALSE(Runs());
+    timer_.SetInterval();
+    EXPECT_FALSE(Runs());
+}
+
+TEST_F(RunningRefreshTimerTest, AHoldMayOutliveItsTimer) {
+    auto timer = std::make_unique<RefreshTimer>(state_);
+    const RefreshTimer::Hold hold(*timer);
+    timer.reset();
+    EXPECT_FALSE(Runs());
 }
 
 } // namespace quellbox

@@ -38,7 +38,6 @@ protected:
 
     void Reopen() {
         OptionsCalls calls;
-        calls.runTimer = [this](bool run) { timer.append(run); };
         calls.filterTaken = [this](bool changed) { filterTaken.append(changed); };
         calls.selectDirectory = [this](qint16 index) {
             selected.append(index);
@@ -110,7 +109,6 @@ protected:
     MemoryFileSystem files;
     ProgramInfo program = TestProgram(QStringLiteral("/prog/"));
     AppState state;
-    QList<bool> timer;
     QList<bool> filterTaken;
     QList<qint16> selected;
     int whitelists = 0;

@@ -18,16 +18,23 @@ namespace {
 
 class Find : public testing::Test {
 protected:
+    Find() {
+        state.RefreshInterval = 60;
+        timer.SetInterval();
+    }
+
+    bool TimerRuns() const { return timer.findChild<QTimer*>()->isActive(); }
+
     void Open(const QStringList& texts = {}) {
         for (int index = 0; index < texts.size(); ++index) {
             store.SetValue(QStringLiteral("Find"), QString::number(index), texts[index]);
         }
-        dialog = std::make_unique<frmFind>(store, state, nullptr);
+        dialog = std::make_unique<frmFind>(store, state, timer, nullptr);
         Show();
     }
 
     void Show() {
-        dialog->Prepare([this](bool run) { timer.append(run); });
+        dialog->Prepare();
         dialog->show();
         dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
@@ -66,7 +73,7 @@ protected:
 
     MemorySettingsStore store;
     AppState state;
-    QList<bool> timer;
+    RefreshTimer timer{state};
     std::unique_ptr<frmFind> dialog;
 };
 
@@ -107,17 +114,17 @@ TEST_F(Find, TheCaptionTellsWhetherAllAreSearchedFor) {
 
 TEST_F(Find, TheTimerRestsOnlyWhileTheDialogIsActive) {
     Open();
-    EXPECT_EQ(timer, QList<bool>({false}));
+    EXPECT_FALSE(TimerRuns());
     QWidget other;
     other.show();
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    EXPECT_EQ(timer, QList<bool>({false, true}));
+    EXPECT_TRUE(TimerRuns());
     dialog->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
-    EXPECT_EQ(timer, QList<bool>({false, true, false}));
+    EXPECT_FALSE(TimerRuns());
     dialog.reset();
-    EXPECT_EQ(timer, QList<bool>({false, true, false, true}));
+    EXPECT_TRUE(TimerRuns());
 }
 
 TEST_F(Find, TheHiddenDialogHoldsNoTimer) {
@@ -125,9 +132,9 @@ TEST_F(Find, TheHiddenDialogHoldsNoTimer) {
     Type(QStringLiteral("x"));
     Button("btnOK")->click();
     QCoreApplication::processEvents();
-    EXPECT_EQ(timer, QList<bool>({false, true}));
+    EXPECT_TRUE(TimerRuns());
     Show();
-    EXPECT_EQ(timer, QList<bool>({false, true, false}));
+    EXPECT_FALSE(TimerRuns());
     EXPECT_EQ(dialog->Text(), QStringLiteral("x"));
     EXPECT_EQ(Edit()->selectedText(), QStringLiteral("x"));
 }
@@ -322,7 +329,7 @@ TEST_F(Find, ATextThatOkAddedIsNotPicked) {
 TEST_F(Find, AGapEndsTheListedHistory) {
     store.SetValue(QStringLiteral("Find"), QStringLiteral("0"), QStringLiteral("first"));
     store.SetValue(QStringLiteral("Find"), QStringLiteral("2"), QStringLiteral("third"));
-    dialog = std::make_unique<frmFind>(store, state, nullptr);
+    dialog = std::make_unique<frmFind>(store, state, timer, nullptr);
     Show();
     EXPECT_EQ(Listed(), QStringList{QStringLiteral("first")});
 }

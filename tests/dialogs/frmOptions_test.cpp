@@ -138,14 +138,6 @@ TEST_F(Options, TheFocusStaysInsideWhenThePageChanges) {
     EXPECT_EQ(CheckedOptions(), "optDays0 optToleration0");
 }
 
-TEST_F(Options, TheTimerRestsWhileTheDialogExists) {
-    Open();
-    EXPECT_EQ(timer, QList<bool>({false}));
-    dialog->close();
-    dialog.reset();
-    EXPECT_EQ(timer, QList<bool>({false, true}));
-}
-
 TEST_F(Options, OkTakesEverythingOver) {
     Open(2);
     Click(Option("optDays7"));

@@ -26,8 +26,7 @@ class Tolerate : public testing::Test {
 protected:
     void Open(const QStringList& entries, const QString& mode = ToleranceWord::whitelist) {
         EXPECT_TRUE(SaveWhitelist(store, entries).isEmpty());
-        dialog = std::make_unique<frmTolerate>(
-            store, state, [this](bool run) { timer.append(run); }, nullptr);
+        dialog = std::make_unique<frmTolerate>(store, state, nullptr);
         dialog->SetMode(mode);
         dialog->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog.get()));
@@ -102,7 +101,6 @@ protected:
 
     MemorySettingsStore store;
     AppState state;
-    QList<bool> timer;
     std::unique_ptr<frmTolerate> dialog;
     int questions = 0;
     QString question;
@@ -179,13 +177,6 @@ TEST_F(Tolerate, TheDomainIsAskedForWithAQuestionMark) {
     Button("btnAdd")->click();
     EXPECT_EQ(icon, QMessageBox::Question);
     EXPECT_EQ(buttons, QMessageBox::Yes | QMessageBox::No);
-}
-
-TEST_F(Tolerate, TheTimerRestsWhileTheDialogExists) {
-    Open({});
-    EXPECT_EQ(timer, QList<bool>({false}));
-    dialog.reset();
-    EXPECT_EQ(timer, QList<bool>({false, true}));
 }
 
 TEST_F(Tolerate, ValidatesWhatIsTyped) {
@@ -440,8 +431,7 @@ TEST_F(Tolerate, OfManyEntriesThatTheStoreDoesNotKeepSomeAreNamedAndTheOthersCou
         doubled += entry.toUpper();
     }
     EXPECT_TRUE(SaveWhitelist(store, doubled).isEmpty());
-    dialog = std::make_unique<frmTolerate>(
-        store, state, [](bool) {}, nullptr);
+    dialog = std::make_unique<frmTolerate>(store, state, nullptr);
     store.SetIgnoresCase();
     Answer(QMessageBox::Ok);
     Button("btnOK")->click();
