@@ -4,6 +4,7 @@
 #include "app/frmHelp.h"
 #include "tests/support/DialogVisit.h"
 #include "tests/support/FakeShell.h"
+#include "tests/support/FakeVolumes.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/MemorySettingsStore.h"
 
