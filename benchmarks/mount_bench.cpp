@@ -3,8 +3,8 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/ProgramWindow.h"
 #include "platform/LocalFileSystem.h"
+#include "tests/support/FaultMount.h"
 #include "tests/support/FileNames.h"
-#include "tests/support/SlowMount.h"
 
 #include <QApplication>
 #include <QDir>
@@ -44,14 +44,14 @@ const std::set<QByteArray> nameCalls{"lookup", "getattr"};
 /// An archive and a pickup folder in one mount.
 class Place {
 public:
-    explicit Place(SlowMount& mount) : mount_(mount) {
+    explicit Place(FaultMount& mount) : mount_(mount) {
         Require(QDir(mount_.RealFolder()).mkdir(QStringLiteral("archive")), "no archive");
         Require(QDir(mount_.RealFolder()).mkdir(QStringLiteral("pickup")), "no pickup folder");
     }
 
     QString Archive() const { return mount_.Folder() + QStringLiteral("archive/"); }
     QString Pickup() const { return mount_.Folder() + QStringLiteral("pickup/"); }
-    SlowMount& Mount() { return mount_; }
+    FaultMount& Mount() { return mount_; }
 
     /// Puts new messages into the archive, of which the mount has not been asked yet, and empties the pickup folder.
     void Fill() {
@@ -83,14 +83,14 @@ public:
 private:
     QString Real(const char* folder) const { return mount_.RealFolder() + QLatin1String(folder) + QLatin1Char('/'); }
 
-    SlowMount& mount_;
+    FaultMount& mount_;
     std::unique_ptr<FileSystem> files_ = MakeLocalFileSystem();
     int filled_ = 0;
 };
 
 /// The calls of `work`.
 template <class Work>
-Counts CallsOf(SlowMount& mount, Work work) {
+Counts CallsOf(FaultMount& mount, Work work) {
     const Counts before = mount.Counts();
     work();
     Counts calls = mount.Counts();
@@ -166,7 +166,9 @@ void Compare(Place& place, const Command& command, const char* kind) {
 }
 
 void CompareOn(bool poor) {
-    SlowMount mount({delay, poor});
+    FaultMount::Traits traits = poor ? FaultMount::Poor() : FaultMount::Traits();
+    traits.delay = delay;
+    FaultMount mount(traits);
     Require(mount.IsMounted(), "the folder cannot be mounted again");
     Place place(mount);
     const QStringList move{QStringLiteral("mv"), QStringLiteral("-n"), QStringLiteral("-t"), place.Pickup()};
@@ -180,7 +182,7 @@ void CompareOn(bool poor) {
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    if (const SlowMount trial({delay, false}); !trial.IsMounted()) {
+    if (const FaultMount trial({}); !trial.IsMounted()) {
         std::printf("%s No figures.\n", qPrintable(trial.WhyNot()));
         return 0;
     }

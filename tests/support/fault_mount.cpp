@@ -1,16 +1,20 @@
-// A mounted folder that is as slow as a share, for tests and benchmarks: it shows a real folder, and each call takes
-// the time that it is told. Runs in the foreground, prints "ready" when it is mounted, and unmounts on SIGTERM.
-#include "tests/support/slow_mount/Connection.h"
-#include "tests/support/slow_mount/PassThrough.h"
+// A mounted folder that is as slow as a share and has its faults, for tests and benchmarks: it shows a real folder, and
+// each call takes the time and goes wrong in the way that it is told. Runs in the foreground, prints "ready" when it is
+// mounted, and unmounts on SIGTERM.
+#include "tests/support/fault_mount/Connection.h"
+#include "tests/support/fault_mount/PassThrough.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
+#include <functional>
+#include <map>
 #include <thread>
 
 #include <getopt.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,50 +26,57 @@ namespace {
 // More than any program has callers, so that each of them waits for its own call only.
 constexpr unsigned mostThreads = 256;
 
-constexpr const char* usage = "usage: quellbox_slow_mount [options] FOLDER MOUNT\n"
-                              "  --delay MS     how long each call takes\n"
-                              "  --poor         neither hard links nor a rename that does not replace\n"
-                              "  --rules FILE   what goes wrong while the file says so, as in \"hang unlink *\"\n"
-                              "  --counts FILE  where the numbers of calls are written to, on SIGUSR1 and in the end\n";
+constexpr const char* usage =
+    "usage: quellbox_fault_mount [options] FOLDER MOUNT\n"
+    "  --delay MS        how long each call takes\n"
+    "  --no-links        lacks hard links\n"
+    "  --no-noreplace    lacks a rename that does not replace\n"
+    "  --refuses-open    refuses to rename or remove a file that is open\n"
+    "  --separate        nothing is renamed from one folder into another\n"
+    "  --rules FILE      what goes wrong while the file says so, as in \"hang unlink *\"\n"
+    "  --ending TEXT     files named *.EML that end otherwise after a call are counted as incomplete\n"
+    "  --counts FILE     where the numbers of calls are written to, on SIGUSR1 and in the end\n";
 
 struct Options {
     std::chrono::milliseconds delay{0};
-    bool poor = false;
+    Traits traits;
     std::string rules;
     std::string counts;
     std::string folder;
     std::string mount;
 };
 
+[[noreturn]] void Refuse() {
+    std::fputs(usage, stderr);
+    std::exit(2);
+}
+
 Options ReadOptions(int argc, char** argv) {
-    constexpr std::array<option, 5> known{{{"delay", required_argument, nullptr, 'd'},
-                                           {"poor", no_argument, nullptr, 'p'},
+    constexpr std::array<option, 9> known{{{"delay", required_argument, nullptr, 'd'},
+                                           {"no-links", no_argument, nullptr, 'l'},
+                                           {"no-noreplace", no_argument, nullptr, 'n'},
+                                           {"refuses-open", no_argument, nullptr, 'o'},
+                                           {"separate", no_argument, nullptr, 's'},
                                            {"rules", required_argument, nullptr, 'r'},
+                                           {"ending", required_argument, nullptr, 'e'},
                                            {"counts", required_argument, nullptr, 'c'},
                                            {nullptr, 0, nullptr, 0}}};
     Options options;
+    const std::map<int, std::function<void()>> take{
+        {'d', [&] { options.delay = std::chrono::milliseconds(std::atoi(optarg)); }},
+        {'l', [&] { options.traits.links = false; }},
+        {'n', [&] { options.traits.noReplace = false; }},
+        {'o', [&] { options.traits.refusesOpen = true; }},
+        {'s', [&] { options.traits.separate = true; }},
+        {'r', [&] { options.rules = optarg; }},
+        {'e', [&] { options.traits.ending = optarg; }},
+        {'c', [&] { options.counts = optarg; }},
+        {'?', Refuse}};
     for (int found = 0; (found = ::getopt_long(argc, argv, "", known.data(), nullptr)) != -1;) {
-        switch (found) {
-        case 'd':
-            options.delay = std::chrono::milliseconds(std::atoi(optarg));
-            break;
-        case 'p':
-            options.poor = true;
-            break;
-        case 'r':
-            options.rules = optarg;
-            break;
-        case 'c':
-            options.counts = optarg;
-            break;
-        default:
-            std::fputs(usage, stderr);
-            std::exit(2);
-        }
+        take.at(found)();
     }
     if (argc - optind != 2) {
-        std::fputs(usage, stderr);
-        std::exit(2);
+        Refuse();
     }
     options.folder = argv[optind];
     options.mount = argv[optind + 1];
@@ -83,7 +94,7 @@ void AllowManyOpenFiles() {
 /// Writes the counts on each SIGUSR1, and in the end.
 class CountsWriter {
 public:
-    CountsWriter(std::string file, const Turnstile& turnstile) : file_(std::move(file)), turnstile_(turnstile) {
+    CountsWriter(std::string file, Turnstile& turnstile) : file_(std::move(file)), turnstile_(turnstile) {
         // Everything that ends the program is for the thread that unmounts; threads begin with the signals of their
         // maker.
         sigset_t all;
@@ -117,7 +128,7 @@ private:
     }
 
     /// Under another name at first, so that nobody reads half of it.
-    void Write() const {
+    void Write() {
         if (file_.empty()) {
             return;
         }
@@ -127,7 +138,7 @@ private:
     }
 
     std::string file_;
-    const Turnstile& turnstile_;
+    Turnstile& turnstile_;
     std::atomic<bool> ending_ = false;
     std::thread thread_;
 };
@@ -141,12 +152,12 @@ int Serve(fuse_session* session) {
     return result < 0 ? 1 : 0;
 }
 
-int MountAndServe(fuse_session* session, const Options& options, const Turnstile& turnstile) {
+int MountAndServe(fuse_session* session, const Options& options, Turnstile& turnstile) {
     const CountsWriter writer(options.counts, turnstile);
     if (fuse_session_mount(session, options.mount.c_str()) != 0) {
         return 1;
     }
-    if (!LetLookupsOverlap(session)) {
+    if (!ComeBetween(session)) {
         fuse_session_unmount(session);
         return 1;
     }
@@ -157,12 +168,24 @@ int MountAndServe(fuse_session* session, const Options& options, const Turnstile
     return result;
 }
 
+/// Takes the folder away from its place; what is open there can still be used.
+void Detach(const std::string& mount) {
+    if (::umount2(mount.c_str(), MNT_DETACH) == 0) {
+        return;
+    }
+    const std::string command = "fusermount3 -uz '" + mount + "'"; // for those who are not allowed to
+    if (std::system(command.c_str()) != 0) {
+        std::fprintf(stderr, "quellbox_fault_mount: %s cannot be unmounted\n", mount.c_str());
+    }
+}
+
 int Run(const Options& options) {
     fuse_session* session = nullptr;
-    Turnstile turnstile(options.delay, options.rules, [&session] { return fuse_session_exited(session) != 0; });
-    PassThrough files(options.folder, options.poor, turnstile);
-    std::array<char*, 3> words{const_cast<char*>("quellbox_slow_mount"), const_cast<char*>("-o"),
-                               const_cast<char*>("fsname=quellbox_slow_mount")};
+    Turnstile turnstile({options.delay, options.rules, [&session] { return fuse_session_exited(session) != 0; },
+                         [&options] { Detach(options.mount); }});
+    PassThrough files(options.folder, options.traits, turnstile);
+    std::array<char*, 3> words{const_cast<char*>("quellbox_fault_mount"), const_cast<char*>("-o"),
+                               const_cast<char*>("fsname=quellbox_fault_mount")};
     fuse_args arguments = FUSE_ARGS_INIT(static_cast<int>(words.size()), words.data());
     const fuse_lowlevel_ops operations = PassThroughOperations();
     session = fuse_session_new(&arguments, &operations, sizeof operations, &files);
@@ -185,7 +208,7 @@ int main(int argc, char** argv) {
     try {
         return Run(options);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "quellbox_slow_mount: %s\n", error.what());
+        std::fprintf(stderr, "quellbox_fault_mount: %s\n", error.what());
         return 1;
     }
 }

@@ -1,11 +1,12 @@
-#include "tests/support/slow_mount/PassThrough.h"
+#include "tests/support/fault_mount/Connection.h"
+#include "tests/support/fault_mount/PassThrough.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
+#include <optional>
 #include <vector>
 
 #include <dirent.h>
@@ -27,11 +28,6 @@ std::string PathOf(const Node& node) {
     return "/proc/self/fd/" + std::to_string(node.descriptor);
 }
 
-std::string NameOf(const Node& node) {
-    std::error_code error;
-    return std::filesystem::read_symlink(PathOf(node), error).filename().string();
-}
-
 int ErrorOf(int result) {
     return result < 0 ? errno : 0;
 }
@@ -39,34 +35,42 @@ int ErrorOf(int result) {
 /// Carries a call out, when the turnstile lets it. `work` gets the file system and the node, answers the call itself
 /// when all is well and returns 0, or returns an errno value.
 template <class Work>
-void Pass(fuse_req_t request, Call call, fuse_ino_t node, Work work) {
-    PassThrough& self = Self(request);
-    Node& at = self.At(node);
-    int error = self.Calls().Enter(call, NameOf(at));
-    error = error != 0 ? error : work(self, at);
+void PassWith(fuse_req_t request, const Fate& fate, Node& at, Work work) {
+    std::optional<LostAnswer> lost;
+    if (fate.fault == Fault::Lose || fate.fault == Fault::DieAfter) {
+        lost.emplace(fate.error);
+    }
+    const int error = fate.fault == Fault::Fail ? fate.error : work(Self(request), at);
     if (error != 0) {
         fuse_reply_err(request, error);
     }
+}
+
+/// The same for a call that concerns what the kernel knows as `node`.
+template <class Work>
+void Pass(fuse_req_t request, Call call, fuse_ino_t node, Work work) {
+    PassThrough& self = Self(request);
+    Node& at = self.At(node);
+    PassWith(request, self.Calls().Enter(call, self.NameOf(at)), at, work);
 }
 
 /// The same for a call that names something in the folder `parent`.
 template <class Work>
 void PassName(fuse_req_t request, Call call, fuse_ino_t parent, const char* name, Work work) {
     PassThrough& self = Self(request);
-    int error = self.Calls().Enter(call, name);
-    error = error != 0 ? error : work(self, self.At(parent));
-    if (error != 0) {
-        fuse_reply_err(request, error);
-    }
+    PassWith(request, self.Calls().Enter(call, name), self.At(parent), work);
 }
 
 /// An answer without contents.
-int Done(fuse_req_t request, int result) {
-    const int error = ErrorOf(result);
+int Answer(fuse_req_t request, int error) {
     if (error == 0) {
         fuse_reply_err(request, 0);
     }
     return error;
+}
+
+int Done(fuse_req_t request, int result) {
+    return Answer(request, ErrorOf(result));
 }
 
 int ReplyEntry(fuse_req_t request, PassThrough& self, const Node& folder, const char* name) {
@@ -103,17 +107,22 @@ void ForgetMulti(fuse_req_t request, size_t count, fuse_forget_data* forgets) {
     fuse_reply_none(request);
 }
 
-int ReplyAttributes(fuse_req_t request, const Node& node) {
+int ReplyAttributes(fuse_req_t request, PassThrough& self, const Node& node) {
     struct stat status {};
-    if (::fstatat(node.descriptor, "", &status, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW) != 0) {
-        return errno;
+    const int error = self.Status(node, status);
+    if (error == 0) {
+        fuse_reply_attr(request, &status, PassThrough::rememberedFor);
     }
-    fuse_reply_attr(request, &status, PassThrough::rememberedFor);
-    return 0;
+    return error;
+}
+
+int FileOf(const fuse_file_info* info) {
+    return static_cast<int>(info->fh);
 }
 
 void GetAttributes(fuse_req_t request, fuse_ino_t ino, fuse_file_info*) {
-    Pass(request, Call::GetAttr, ino, [=](PassThrough&, const Node& node) { return ReplyAttributes(request, node); });
+    Pass(request, Call::GetAttr, ino,
+         [=](PassThrough& self, const Node& node) { return ReplyAttributes(request, self, node); });
 }
 
 timespec NewTime(int wanted, int setFlag, int nowFlag, timespec given) {
@@ -143,9 +152,12 @@ int ChangeAttributes(const Node& node, const struct stat& given, int wanted) {
 }
 
 void SetAttributes(fuse_req_t request, fuse_ino_t ino, struct stat* given, int wanted, fuse_file_info*) {
-    Pass(request, Call::SetAttr, ino, [=](PassThrough&, const Node& node) {
+    Pass(request, Call::SetAttr, ino, [=](PassThrough& self, const Node& node) {
         const int error = ChangeAttributes(node, *given, wanted);
-        return error != 0 ? error : ReplyAttributes(request, node);
+        if ((wanted & FUSE_SET_ATTR_SIZE) != 0) {
+            self.Watch(node);
+        }
+        return error != 0 ? error : ReplyAttributes(request, self, node);
     });
 }
 
@@ -174,20 +186,34 @@ void MakeSymLink(fuse_req_t request, const char* target, fuse_ino_t parent, cons
     });
 }
 
+/// Whether nothing is renamed or linked between two folders.
+bool AreSeparate(const PassThrough& self, const Node& one, const Node& other) {
+    return self.Kind().separate && &one != &other;
+}
+
 void MakeLink(fuse_req_t request, fuse_ino_t ino, fuse_ino_t newParent, const char* newName) {
     PassName(request, Call::Link, newParent, newName, [=](PassThrough& self, const Node& folder) {
-        if (self.IsPoor()) {
+        if (!self.Kind().links) {
             return EPERM;
         }
         const std::string path = PathOf(self.At(ino));
         const int error = ErrorOf(::linkat(AT_FDCWD, path.c_str(), folder.descriptor, newName, AT_SYMLINK_FOLLOW));
+        self.Watch(folder, newName);
         return error != 0 ? error : ReplyEntry(request, self, folder, newName);
     });
 }
 
 void Unlink(fuse_req_t request, fuse_ino_t parent, const char* name) {
-    PassName(request, Call::Unlink, parent, name,
-             [=](PassThrough&, const Node& folder) { return Done(request, ::unlinkat(folder.descriptor, name, 0)); });
+    PassName(request, Call::Unlink, parent, name, [=](PassThrough& self, const Node& folder) {
+        if (self.RefusesOpen(folder, name)) {
+            return EBUSY;
+        }
+        const int error = ErrorOf(::unlinkat(folder.descriptor, name, 0));
+        if (error == 0 && !LostAnswer::IsLost()) {
+            self.SetRemoved(folder, name);
+        }
+        return Answer(request, error);
+    });
 }
 
 void RemoveFolder(fuse_req_t request, fuse_ino_t parent, const char* name) {
@@ -199,11 +225,33 @@ void RemoveFolder(fuse_req_t request, fuse_ino_t parent, const char* name) {
 void Rename(fuse_req_t request, fuse_ino_t parent, const char* name, fuse_ino_t newParent, const char* newName,
             unsigned flags) {
     PassName(request, Call::Rename, parent, name, [=](PassThrough& self, const Node& folder) {
-        if (self.IsPoor() && flags != 0) {
+        const Node& newFolder = self.At(newParent);
+        if (!self.Kind().noReplace && flags != 0) {
             return EINVAL;
         }
-        return Done(request, ::renameat2(folder.descriptor, name, self.At(newParent).descriptor, newName, flags));
+        if (AreSeparate(self, folder, newFolder)) {
+            return EXDEV;
+        }
+        if (self.RefusesOpen(folder, name) || self.RefusesOpen(newFolder, newName)) {
+            return EBUSY;
+        }
+        const int error = ErrorOf(::renameat2(folder.descriptor, name, newFolder.descriptor, newName, flags));
+        self.Watch(newFolder, newName);
+        if (error == 0 && !LostAnswer::IsLost()) {
+            self.SetRenamed(folder, name, newFolder, newName);
+        }
+        return Answer(request, error);
     });
+}
+
+/// The file is open until the kernel releases it, unless it is not told.
+void KeepOpen(PassThrough& self, Node& node, int file, fuse_file_info* info) {
+    if (LostAnswer::IsLost()) {
+        ::close(file);
+        return;
+    }
+    self.CountOpen(node, 1);
+    info->fh = static_cast<std::uint64_t>(file);
 }
 
 void Create(fuse_req_t request, fuse_ino_t parent, const char* name, mode_t mode, fuse_file_info* info) {
@@ -218,26 +266,23 @@ void Create(fuse_req_t request, fuse_ino_t parent, const char* name, mode_t mode
             ::close(file);
             return error;
         }
-        info->fh = static_cast<std::uint64_t>(file);
+        self.Watch(folder, name);
+        KeepOpen(self, self.At(entry.ino), file, info);
         fuse_reply_create(request, &entry, info);
         return 0;
     });
 }
 
 void Open(fuse_req_t request, fuse_ino_t ino, fuse_file_info* info) {
-    Pass(request, Call::Open, ino, [=](PassThrough&, const Node& node) {
-        const int file = ::open(PathOf(node).c_str(), (info->flags | O_CLOEXEC) & ~O_NOFOLLOW);
+    Pass(request, Call::Open, ino, [=](PassThrough& self, Node& node) {
+        const int file = self.Open(node, info->flags);
         if (file < 0) {
             return errno;
         }
-        info->fh = static_cast<std::uint64_t>(file);
+        KeepOpen(self, node, file, info);
         fuse_reply_open(request, info);
         return 0;
     });
-}
-
-int FileOf(const fuse_file_info* info) {
-    return static_cast<int>(info->fh);
 }
 
 void Read(fuse_req_t request, fuse_ino_t ino, size_t size, off_t offset, fuse_file_info* info) {
@@ -252,12 +297,32 @@ void Read(fuse_req_t request, fuse_ino_t ino, size_t size, off_t offset, fuse_fi
     });
 }
 
+/// How much of a write is carried out.
+size_t RoomFor(const Fate& fate, size_t size) {
+    switch (fate.fault) {
+    case Fault::Cut:
+        return size / 2;
+    case Fault::Fill:
+        return std::min(fate.room, size);
+    default:
+        return size;
+    }
+}
+
 void Write(fuse_req_t request, fuse_ino_t ino, const char* bytes, size_t size, off_t offset, fuse_file_info* info) {
-    Pass(request, Call::Write, ino, [=](PassThrough&, const Node&) {
-        const ssize_t count = ::pwrite(FileOf(info), bytes, size, offset);
+    PassThrough& self = Self(request);
+    Node& at = self.At(ino);
+    const Fate fate = self.Calls().Enter(Call::Write, self.NameOf(at), size);
+    PassWith(request, fate, at, [=](PassThrough& files, const Node& node) {
+        const size_t room = RoomFor(fate, size);
+        if (room == 0 && size > 0) {
+            return fate.error;
+        }
+        const ssize_t count = ::pwrite(FileOf(info), bytes, room, offset);
         if (count < 0) {
             return errno;
         }
+        files.Watch(node);
         fuse_reply_write(request, static_cast<size_t>(count));
         return 0;
     });
@@ -270,9 +335,13 @@ void Flush(fuse_req_t request, fuse_ino_t ino, fuse_file_info* info) {
 
 // The file is closed whatever goes wrong: the kernel does not ask twice.
 void Release(fuse_req_t request, fuse_ino_t ino, fuse_file_info* info) {
+    PassThrough& self = Self(request);
+    Node& at = self.At(ino);
     const int file = FileOf(info);
-    Pass(request, Call::Release, ino, [=](PassThrough&, const Node&) { return Done(request, 0); });
+    const Fate fate = self.Calls().Enter(Call::Release, self.NameOf(at));
     ::close(file);
+    self.CountOpen(at, -1);
+    PassWith(request, fate, at, [=](PassThrough&, const Node&) { return Done(request, 0); });
 }
 
 void Sync(fuse_req_t request, fuse_ino_t ino, int dataOnly, fuse_file_info* info) {
