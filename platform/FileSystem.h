@@ -93,14 +93,14 @@ public:
     /// Moves a file and never overwrites: an existing `to` is an error. Whatever is called `to` has the whole contents,
     /// at any moment. Within one file system this is one atomic rename, where the file system has one; across file
     /// systems the file is copied under a temporary name, flushed, closed, renamed into place, and only then is the
-    /// source removed. Such a copy has the contents, the times and what the other file system knows of owner,
-    /// permissions or attributes, but not what else a file may have, as named streams on Windows. Throws FileError, and
-    /// the source is then still whole; or the file at `to` is, where a share does not answer and it cannot be found out
-    /// whether the source is still there.
+    /// source removed; what a fault leaves behind of such a name is removed with a later copy. Such a copy has the
+    /// contents, the times and what the other file system knows of owner, permissions or attributes, but not what else
+    /// a file may have, as named streams on Windows. Throws FileError, and the source is then still whole; or the file
+    /// at `to` is, where a share does not answer and it cannot be found out whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
     /// Deletes the file at `path`, if FileExists() would say that there is one, but not a read-only one. Returns
-    /// whether there was one. Throws FileError.
+    /// whether there was one. Throws FileError, also when its folder is missing: its share may not be mounted any more.
     virtual bool Remove(const QString& path) = 0;
 
     /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` returns true for its status,

@@ -3,9 +3,8 @@
 #include "platform/PosixFile.h"
 
 #include "platform/PathBytes.h"
+#include "platform/PosixLeftovers.h"
 #include "platform/RuntimeError.h"
-
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -14,6 +13,12 @@
 #include <utility>
 
 namespace quellbox {
+
+namespace {
+
+constexpr int mostTries = 4; // to create a file
+
+} // namespace
 
 Descriptor::~Descriptor() {
     if (IsOpen()) {
@@ -103,15 +108,21 @@ void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& pa
     }
 }
 
-TemporaryFile::TemporaryFile(const QString& target, mode_t mode) : target_(target) {
+TemporaryFile::TemporaryFile(const QString& target, mode_t mode, Leftovers& leftovers)
+    : target_(target), leftovers_(leftovers) {
     const QByteArray folder = FolderOf(SystemPath(target));
-    do {
-        const QByteArray random = QByteArray::number(QRandomGenerator::system()->generate64(), 16);
-        path_ = folder + ".quellbox-" + random + ".tmp";
+    leftovers_.RemoveIn(folder);
+    for (int tries = mostTries; number_ < 0 && tries > 0; --tries) {
+        path_ = folder + Leftovers::NewName();
         number_ = ::open(path_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    } while (number_ < 0 && errno == EEXIST);
-    if (number_ < 0) {
-        ThrowFileError(target, errno);
+        if (number_ < 0) {
+            // Two names are never the same by chance: one that exists is ours, and the answer to creating it was lost.
+            const int error = errno;
+            leftovers_.Add(path_);
+            if (error != EEXIST || tries == 1) {
+                ThrowFileError(target, error);
+            }
+        }
     }
 }
 
@@ -119,8 +130,8 @@ TemporaryFile::~TemporaryFile() {
     if (number_ >= 0) {
         ::close(number_);
     }
-    if (!kept_) {
-        ::unlink(path_.constData());
+    if (!kept_ && RemoveForGood(path_) != 0) {
+        leftovers_.Add(path_);
     }
 }
 
@@ -132,6 +143,28 @@ void TemporaryFile::Close() {
     if (::close(std::exchange(number_, -1)) != 0 && errno != EINTR) {
         ThrowFileError(target_, errno);
     }
+}
+
+int TryToOpen(const QByteArray& path) {
+    const Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
+    return file.IsOpen() ? 0 : errno;
+}
+
+bool IsGone(const QByteArray& path, const std::optional<dev_t>& device) {
+    if (TryToOpen(path) != ENOENT) {
+        return false;
+    }
+    struct stat folder {};
+    const QByteArray name = FolderOf(path);
+    return ::stat(name.isEmpty() ? "." : name.constData(), &folder) == 0 && (!device || folder.st_dev == *device);
+}
+
+int RemoveForGood(const QByteArray& path, const std::optional<dev_t>& device) {
+    if (::unlink(path.constData()) == 0) {
+        return 0;
+    }
+    const int error = errno;
+    return IsGone(path, device) ? 0 : error;
 }
 
 void FlushFolderOf(const QString& path) {

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <sys/stat.h>
 
 namespace quellbox {
@@ -70,13 +71,16 @@ qint64 ReadSome(int descriptor, char* buffer, qint64 capacity, const QString& pa
 /// Writes all bytes. Throws FileError.
 void WriteAll(int descriptor, const char* bytes, qint64 count, const QString& path);
 
+class Leftovers;
+
 /// A new file beside its later place, under a name that no mail server picks up. Unless Keep() says that it has been
-/// renamed, the destructor removes it. It has to be closed before it is renamed, since some shares refuse to rename
-/// an open file.
+/// renamed, the destructor removes it, or notes it as left behind. It has to be closed before it is renamed, since some
+/// shares refuse to rename an open file.
 class TemporaryFile {
 public:
-    /// Creates the file in the folder of `target`, with the permissions `mode` less the user's mask. Throws FileError.
-    TemporaryFile(const QString& target, mode_t mode);
+    /// Creates the file in the folder of `target`, with the permissions `mode` less the user's mask, and removes there
+    /// what was left behind. `leftovers` has to outlive this object. Throws FileError.
+    TemporaryFile(const QString& target, mode_t mode, Leftovers& leftovers);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -91,10 +95,23 @@ public:
 
 private:
     QString target_;
+    Leftovers& leftovers_;
     QByteArray path_;
     int number_ = -1;
     bool kept_ = false;
 };
+
+/// Opens a file to find out whether it exists: lstat() may report what this computer has cached of a share. Returns 0
+/// or an errno value.
+int TryToOpen(const QByteArray& path);
+
+/// Whether a file that was there before is gone from its folder, which is not the case when the folder itself has gone,
+/// because its share is not mounted any more. `device` is the file system in which it was, where that is known.
+bool IsGone(const QByteArray& path, const std::optional<dev_t>& device = std::nullopt);
+
+/// Removes a file. Returns 0 when it is gone, also where another program has removed it, or where only the reply of the
+/// server was lost; else an errno value. For `device` see IsGone().
+int RemoveForGood(const QByteArray& path, const std::optional<dev_t>& device = std::nullopt);
 
 /// Brings the names in the folder of `path` to the disk, where the file system supports that. Throws FileError.
 void FlushFolderOf(const QString& path);

@@ -44,6 +44,12 @@ bool GetStatus(const QString& path, struct stat& status) {
     return !bytes.contains('\0') && ::stat(bytes.constData(), &status) == 0;
 }
 
+bool FolderIsThere(const QByteArray& path) {
+    struct stat status {};
+    const QByteArray folder = FolderOf(path);
+    return ::stat(folder.isEmpty() ? "." : folder.constData(), &status) == 0;
+}
+
 class PosixFileSystem : public FileSystem {
 public:
     bool FolderExists(const QString& folder) const override {
@@ -105,15 +111,17 @@ public:
         struct stat status {};
         const QByteArray bytes = SystemPath(path);
         if (::lstat(bytes.constData(), &status) != 0) {
-            if (errno == ENOENT || errno == ENOTDIR) {
+            const int error = errno;
+            // Without its folder nobody knows: the share may not be mounted any more.
+            if (error == ENOTDIR || (error == ENOENT && FolderIsThere(bytes))) {
                 return false;
             }
-            ThrowFileError(path, errno);
+            ThrowFileError(path, error);
         }
         if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
             return false;
         }
-        Unlink(path, bytes, status.st_mode);
+        Unlink(path, bytes, status);
         return true;
     }
 
@@ -123,8 +131,8 @@ public:
         if (::lstat(bytes.constData(), &status) != 0) {
             ThrowFileError(path, errno);
         }
-        const mode_t mode = status.st_mode;
-        if (S_ISLNK(mode) && ::stat(bytes.constData(), &status) != 0) {
+        const struct stat entry = status;
+        if (S_ISLNK(entry.st_mode) && ::stat(bytes.constData(), &status) != 0) {
             ThrowFileError(path, errno);
         }
         if (!S_ISREG(status.st_mode)) {
@@ -133,12 +141,12 @@ public:
         if (keep({status.st_size, ModifiedNs(status)})) {
             return false;
         }
-        Unlink(path, bytes, mode);
+        Unlink(path, bytes, entry);
         return true;
     }
 
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
-        TemporaryFile fresh(path, 0666);
+        TemporaryFile fresh(path, 0666, memory_.Left());
         WriteAll(fresh.Number(), bytes.constData(), bytes.size(), path);
         struct stat status {};
         if (GetStatus(path, status)) {
@@ -168,14 +176,14 @@ private:
         }
     }
 
-    /// Removes a file of that mode, unless it is read-only.
-    static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
+    /// Removes a file of that status, unless it is read-only.
+    static void Unlink(const QString& path, const QByteArray& bytes, const struct stat& status) {
         // For the system it is enough that the folder may be written.
-        if (S_ISREG(mode) && (mode & 0222U) == 0) {
+        if (S_ISREG(status.st_mode) && (status.st_mode & 0222U) == 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
         }
-        if (::unlink(bytes.constData()) != 0) {
-            ThrowFileError(path, errno);
+        if (const int error = RemoveForGood(bytes, status.st_dev); error != 0) {
+            ThrowFileError(path, error);
         }
     }
 

@@ -2,6 +2,8 @@
 
 #ifndef _WIN32
 
+#include "platform/PosixLeftovers.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QMutex>
@@ -36,6 +38,9 @@ public:
     /// To be called when all better methods than this one have failed in the folder of `path`.
     void SetMethod(const QByteArray& path, RenameMethod method);
 
+    /// What could not be removed from folders.
+    Leftovers& Left() { return leftovers_; }
+
 private:
     struct Folder {
         std::optional<QSet<QByteArray>> others; // empty when the folder has not been listed
@@ -44,6 +49,7 @@ private:
 
     Folder& At(const QByteArray& folder);
 
+    Leftovers leftovers_;
     mutable QMutex mutex_;
     QHash<QByteArray, Folder> folders_;
 };

@@ -41,10 +41,10 @@ void RefuseChanged(const struct stat& before, const struct stat& after, const QS
 }
 
 /// Copies the file at `from` (links followed) to a new file beside `to`. Both are closed afterwards. Throws FileError.
-void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to) {
+void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, Leftovers& leftovers) {
     struct stat before {};
     const Descriptor source(OpenRegular(from, before));
-    copy.emplace(to, 0600);
+    copy.emplace(to, 0600, leftovers);
     CopyContents(source, from, *copy, to);
     struct stat after {};
     if (::fstat(source.Number(), &after) != 0) {
@@ -72,7 +72,7 @@ void RemoveUnchanged(const QByteArray& source, const struct stat& before, const 
     } else if (errno != ENOENT) {
         ThrowFileError(from, errno);
     }
-    if (const int error = RemoveSource(source); error != 0) {
+    if (const int error = RemoveForGood(source, before.st_dev); error != 0) {
         ThrowFileError(from, error);
     }
 }
@@ -99,7 +99,7 @@ void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     // By name, as it is compared later: for an open file a share may report other values.
     const struct stat before = StatusOf(source, &::stat, from);
     std::optional<TemporaryFile> copy;
-    MakeCopy(copy, from, to);
+    MakeCopy(copy, from, to, memory.Left());
     const struct stat copied = StatusOf(copy->Path(), &::lstat, to);
     if (const int error = RenameNoReplace(copy->Path(), target, memory, copied); error != 0) {
         ThrowFileError(to, error);

@@ -9,7 +9,7 @@
 namespace quellbox {
 
 /// FileSystem::Move(). A regular file of a listed folder costs one system call where the file system supports
-/// RenameMethod::Atomic, two with RenameMethod::ByLink, and three with RenameMethod::Checked. Of the first two methods,
+/// RenameMethod::Atomic, and two with the others. Of the first two methods,
 /// those that fail cost one more call for the first file of a folder. With the first two methods, a file that is not
 /// known to be regular costs one more call. Throws FileError.
 void MoveFile(const QString& from, const QString& to, FolderMemory& memory);

@@ -4,9 +4,12 @@
 
 #include "platform/PosixFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <unistd.h>
 
 namespace quellbox {
@@ -32,16 +35,41 @@ bool IsSameFile(const struct stat& left, const struct stat& right) {
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
 
+struct FolderCloser {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// Whether a folder lists a name, which the server is asked for.
+bool IsListed(const QByteArray& path) {
+    const QByteArray folder = FolderOf(path);
+    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(folder.isEmpty() ? "." : folder.constData()));
+    while (const dirent* entry = stream ? ::readdir(stream.get()) : nullptr) {
+        if (path.mid(folder.size()) == entry->d_name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// lstat() for a name that may be new: this computer may remember of a share that there was none. The answer is true
+/// for what exists.
+bool GetNewStatus(const QByteArray& path, struct stat& status) {
+    if (::lstat(path.constData(), &status) == 0) {
+        return true;
+    }
+    return errno == ENOENT && IsListed(path) && ::lstat(path.constData(), &status) == 0;
+}
+
 /// Whether link() has failed with `error` although the link was made, and only the server's reply was lost. Within one
 /// folder that cannot be known for sure: `from` and `to` may be two spellings of the same name.
 bool IsLinked(const QByteArray& from, const QByteArray& to, int error) {
-    if (error == EEXIST || error == EXDEV || LacksLinks(error)) {
+    if (error == EXDEV || LacksLinks(error)) {
         return false;
     }
     struct stat source {};
     struct stat target {};
-    if (::lstat(from.constData(), &source) != 0 || ::lstat(to.constData(), &target) != 0 ||
-        !IsSameFile(source, target) || source.st_nlink < 2) {
+    if (::lstat(from.constData(), &source) != 0 || !GetNewStatus(to, target) || !IsSameFile(source, target) ||
+        std::max(source.st_nlink, target.st_nlink) < 2) {
         return false;
     }
     struct stat sourceFolder {};
@@ -50,30 +78,12 @@ bool IsLinked(const QByteArray& from, const QByteArray& to, int error) {
            ::stat(FolderOf(to).constData(), &targetFolder) == 0 && !IsSameFile(sourceFolder, targetFolder);
 }
 
-/// Opens a file to find out whether it exists: lstat() may report what this computer has cached of a share. Returns 0
-/// or an errno value.
-int TryToOpen(const QByteArray& path) {
-    const Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
-    return file.IsOpen() ? 0 : errno;
-}
-
 } // namespace
 
-bool HasArrived(const QByteArray& from, const QByteArray& to, const struct stat& before) {
+bool HasArrived(const QByteArray& from, const QByteArray& to, const std::optional<struct stat>& before) {
     struct stat present {};
-    if (::lstat(from.constData(), &present) == 0 || errno != ENOENT) {
-        return false;
-    }
-    return ::lstat(to.constData(), &present) == 0 && S_ISREG(present.st_mode) && IsUnchanged(before, present);
-}
-
-int RemoveSource(const QByteArray& from) {
-    if (::unlink(from.constData()) == 0) {
-        return 0;
-    }
-    // It may be gone all the same: another program has removed it, or only the reply of the server was lost.
-    const int error = errno;
-    return error == ENOENT || TryToOpen(from) == ENOENT ? 0 : error;
+    return IsGone(from) && GetNewStatus(to, present) && S_ISREG(present.st_mode) &&
+           (!before || IsUnchanged(*before, present));
 }
 
 bool IsPresent(const QByteArray& path) {
@@ -97,7 +107,7 @@ int RenameByLink(const QByteArray& from, const QByteArray& to) {
             return error;
         }
     }
-    const int error = RemoveSource(from);
+    const int error = RemoveForGood(from);
     // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
     if (error != 0 && IsPresent(from)) {
         ::unlink(to.constData());
@@ -106,12 +116,6 @@ int RenameByLink(const QByteArray& from, const QByteArray& to) {
 }
 
 int RenameChecked(const QByteArray& from, const QByteArray& to, const std::optional<struct stat>& before) {
-    struct stat source {};
-    if (before) {
-        source = *before;
-    } else if (::lstat(from.constData(), &source) != 0) {
-        return errno;
-    }
     struct stat present {};
     if (::lstat(to.constData(), &present) == 0) {
         return EEXIST;
@@ -123,7 +127,7 @@ int RenameChecked(const QByteArray& from, const QByteArray& to, const std::optio
         return 0;
     }
     const int error = errno;
-    return HasArrived(from, to, source) ? 0 : error;
+    return HasArrived(from, to, before) ? 0 : error;
 }
 
 int RenameNoReplace(const QByteArray& from, const QByteArray& to, FolderMemory& memory,
@@ -134,7 +138,7 @@ int RenameNoReplace(const QByteArray& from, const QByteArray& to, FolderMemory& 
     if (method == RenameMethod::Atomic) {
         error = RenameAtomically(from, to);
         if (!LacksAtomicRename(error)) {
-            return error != 0 && before && HasArrived(from, to, *before) ? 0 : error;
+            return error != 0 && error != EXDEV && HasArrived(from, to, before) ? 0 : error;
         }
         method = RenameMethod::ByLink;
     }

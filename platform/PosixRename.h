@@ -15,9 +15,8 @@ namespace quellbox {
 /// contents. `before` is the result of lstat() for the source, where the caller has it. `memory` has the method that
 /// works in the folder of `from`, and is updated.
 ///
-/// Returns 0 or an errno value; EXDEV when the folders are in two file systems. After an error the source is whole,
-/// unless the file has been renamed and only the server's reply was lost; where `before` is given, such a file is
-/// recognised, which counts as success.
+/// Returns 0 or an errno value; EXDEV when the folders are in two file systems. After an error the source is whole. A
+/// file that has been renamed although only the server's reply was lost is recognised, which counts as success.
 int RenameNoReplace(const QByteArray& from, const QByteArray& to, FolderMemory& memory,
                     const std::optional<struct stat>& before = std::nullopt);
 
@@ -28,21 +27,18 @@ int RenameAtomically(const QByteArray& from, const QByteArray& to);
 /// cannot be found out whether the old one is gone.
 int RenameByLink(const QByteArray& from, const QByteArray& to);
 
-/// RenameMethod::Checked: two calls, and one more without `before`. A race remains: when another program creates `to`
+/// RenameMethod::Checked: two calls. A race remains: when another program creates `to`
 /// between the check and the rename, its file is replaced. That is acceptable where no other method works: two messages
 /// have different names, which the mail server has invented, and a server only takes files out of its pickup directory
 /// and adds none. Returns 0 or an errno value.
 int RenameChecked(const QByteArray& from, const QByteArray& to, const std::optional<struct stat>& before);
 
-/// Removes a file that has been moved. Returns 0 when it is gone, else an errno value.
-int RemoveSource(const QByteArray& from);
-
 /// Whether a file that could not be removed is certainly still there.
 bool IsPresent(const QByteArray& path);
 
 /// Whether a rename that has failed took place all the same, and only the server's reply was lost: `from` does not
-/// exist any more, and `to` has the size and time of `before`.
-bool HasArrived(const QByteArray& from, const QByteArray& to, const struct stat& before);
+/// exist any more, and `to` is a regular file, with the size and time of `before` where that is given.
+bool HasArrived(const QByteArray& from, const QByteArray& to, const std::optional<struct stat>& before);
 
 } // namespace quellbox
 

@@ -147,7 +147,7 @@ public:
             return true;
         }
         const DWORD error = GetLastError();
-        if (IsMissing(error)) {
+        if (error == ERROR_FILE_NOT_FOUND) {
             return false;
         }
         const DWORD attributes = GetFileAttributesW(name.c_str());

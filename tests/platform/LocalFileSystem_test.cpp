@@ -45,7 +45,7 @@ TEST_F(LocalFileSystemTest, MissingThings) {
     EXPECT_THROW(FileNames(*files_, Path("none")), FileError);
     EXPECT_THROW(files_->Open(Path("none")), FileError);
     EXPECT_FALSE(files_->Remove(Path("none")));
-    EXPECT_FALSE(files_->Remove(Path("none/a")));
+    EXPECT_THROW(files_->Remove(Path("none/a")), FileError);
     EXPECT_THROW(files_->Move(Path("none"), Path("other")), FileError);
     EXPECT_THROW(files_->WriteWhole(Path("none/a"), "x"), FileError);
 }

@@ -6,6 +6,7 @@
 
 #ifndef _WIN32
 
+#include <QDateTime>
 #include <QDir>
 
 #include <cerrno>
@@ -178,6 +179,93 @@ TEST_F(MoveFaultTest, ALinkWhoseAnswerWasLostIsGoneOnWith) {
     ExpectOnlyIn(to_);
 }
 
+/// The client of a share has repeated the call by itself.
+TEST_F(MoveFaultTest, ALinkThatIsThereAlreadySinceItsAnswerWasLostIsGoneOnWith) {
+    FailFirst("link", EEXIST, true);
+    EXPECT_EQ(RenameByLink(From(), To()), 0);
+    EXPECT_TRUE(failed_);
+    ExpectOnlyIn(to_);
+}
+
+TEST_F(MoveFaultTest, AnotherFileInTheWayOfALinkStays) {
+    files_->WriteWhole(to_, "somebody else's");
+    EXPECT_EQ(RenameByLink(From(), To()), EEXIST);
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
+    EXPECT_EQ(ReadWhole(*files_, to_), "somebody else's");
+}
+
+/// Nothing is known of the source, which costs no call as long as all is well.
+TEST_F(MoveFaultTest, AnAtomicRenameWhoseAnswerWasLostHasMoved) {
+    for (const int error : {ENOENT, EIO, ETIMEDOUT, EEXIST}) {
+        FailFirst("renameat2", error, true);
+        EXPECT_EQ(RenameNoReplace(From(), To(), memory_), 0);
+        EXPECT_TRUE(failed_);
+        ExpectOnlyIn(to_);
+    }
+}
+
+/// The share of the source is not mounted any more: the message is there as well, and that has to be told.
+TEST_F(MoveFaultTest, ASourceWhoseFolderIsGoneWasNotRemoved) {
+    const QByteArray aside = Native("aside");
+    calls_.answer = [&](const SystemCall& call) {
+        if (call.name == "unlink" && call.path == From()) {
+            EXPECT_EQ(::rename(Native("archive").constData(), aside.constData()), 0);
+        }
+        return Answer();
+    };
+    EXPECT_FALSE(Copies());
+    calls_.answer = nullptr;
+    EXPECT_EQ(ReadWhole(*files_, Path("aside/a.EML")), "message");
+    EXPECT_EQ(ReadWhole(*files_, to_), "message");
+}
+
+TEST_F(MoveFaultTest, ATemporaryFileThatCannotBeRemovedIsRemovedWithTheNextMove) {
+    calls_.answer = [](const SystemCall& call) {
+        const bool fails = call.name == "fsync" || (call.name == "unlink" && call.path.endsWith(".tmp"));
+        return fails ? Answer{EIO} : Answer();
+    };
+    EXPECT_FALSE(Copies());
+    calls_.answer = nullptr;
+    const QStringList left = NamesIn(Path("pickup"));
+    ASSERT_EQ(left.size(), 1);
+    EXPECT_FALSE(left.front().endsWith(Text(".EML"), Qt::CaseInsensitive));
+    EXPECT_TRUE(Copies());
+    EXPECT_EQ(NamesIn(Path("pickup")), QStringList{Text("a.EML")});
+}
+
+TEST_F(MoveFaultTest, ATemporaryFileThatWasMadeAlthoughNobodySaidSoIsRemovedWithTheNextMove) {
+    for (const int error : {EIO, EEXIST}) {
+        Restore();
+        int created = 0;
+        calls_.answer = [&](const SystemCall& call) {
+            const bool creates =
+                call.name == "open" && call.path.endsWith(".tmp") && !QFile::exists(QFile::decodeName(call.path));
+            created += creates ? 1 : 0;
+            return creates ? Answer{error, true} : Answer();
+        };
+        EXPECT_FALSE(Copies()) << "and it does not try for ever";
+        calls_.answer = nullptr;
+        EXPECT_EQ(NamesIn(Path("pickup")).size(), created);
+        EXPECT_GT(created, 0);
+        EXPECT_TRUE(Copies());
+        EXPECT_EQ(NamesIn(Path("pickup")), QStringList{Text("a.EML")});
+    }
+}
+
+/// A program that was killed has left it there.
+TEST_F(MoveFaultTest, AnOldTemporaryFileIsRemovedAndAFreshOneStays) {
+    for (const char* name : {"pickup/.quellbox-1.tmp", "pickup/.quellbox-2.tmp", "pickup/other.tmp"}) {
+        QFile file(Path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("half");
+        const int days = QByteArray(name).contains("-2") ? 0 : 2;
+        file.flush();
+        file.setFileTime(QDateTime::currentDateTime().addDays(-days), QFileDevice::FileModificationTime);
+    }
+    EXPECT_TRUE(Copies());
+    EXPECT_EQ(NamesIn(Path("pickup")).join(QLatin1Char(' ')), Text(".quellbox-2.tmp a.EML other.tmp"));
+}
+
 /// Its two names may be one, by two paths.
 TEST_F(MoveFaultTest, AnUnsureLinkWithinOneFolderRemovesNothing) {
     ASSERT_EQ(::link(From().constData(), Native("other").constData()), 0);
@@ -205,6 +293,8 @@ TEST_F(MoveFaultTest, ARenameWhoseAnswerWasLostHasMoved) {
 }
 
 TEST_F(MoveFaultTest, AFailedRenameIsNoMoveWhereTheTargetIsAnotherFile) {
+    struct stat before {};
+    ASSERT_EQ(::lstat(From().constData(), &before), 0);
     FailFirst("rename", EIO, false);
     calls_.after = [this](const SystemCall& call) {
         if (call.name == "rename") {
@@ -212,7 +302,7 @@ TEST_F(MoveFaultTest, AFailedRenameIsNoMoveWhereTheTargetIsAnotherFile) {
             files_->WriteWhole(to_, "somebody else's");
         }
     };
-    EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), EIO);
+    EXPECT_EQ(RenameChecked(From(), To(), before), EIO);
     EXPECT_EQ(ReadWhole(*files_, to_), "somebody else's");
 }
 

@@ -17,7 +17,7 @@ protected:
 
 } // namespace
 
-TEST_F(RemoveCallsTest, AFileCostsTwoAndOneThatIsMissingOne) {
+TEST_F(RemoveCallsTest, AFileCostsTwoAlsoOneThatIsMissing) {
     for (const char* name : {"a", "b"}) {
         files_->WriteWhole(Path(name), "x");
     }
@@ -25,9 +25,25 @@ TEST_F(RemoveCallsTest, AFileCostsTwoAndOneThatIsMissingOne) {
     EXPECT_TRUE(files_->Remove(Path("a")));
     EXPECT_EQ(calls_.TakeCount(), 2) << "lstat, unlink";
     EXPECT_FALSE(files_->Remove(Path("a")));
-    EXPECT_EQ(calls_.TakeCount(), 1);
+    EXPECT_EQ(calls_.TakeCount(), 2) << "lstat, stat of the folder";
     EXPECT_TRUE(files_->RemoveUnless(Path("b"), [](const FileStatus&) { return false; }));
     EXPECT_EQ(calls_.TakeCount(), 2);
+}
+
+TEST_F(RemoveCallsTest, AFileWhoseRemovalWasNotAnsweredIsGone) {
+    for (const int error : {ENOENT, EIO, ETIMEDOUT}) { // a second try finds no file any more
+        files_->WriteWhole(Path("a"), "x");
+        calls_.answer = [error](const SystemCall& call) {
+            return call.name == "unlink" ? Answer{error, true} : Answer();
+        };
+        EXPECT_TRUE(files_->Remove(Path("a"))) << error;
+        calls_.answer = nullptr;
+        EXPECT_FALSE(files_->FileExists(Path("a")));
+    }
+}
+
+TEST_F(RemoveCallsTest, AFileIsNotGoneWithItsFolder) {
+    EXPECT_THROW(files_->Remove(Path("none/a")), FileError) << "the share may not be mounted any more";
 }
 
 TEST_F(RemoveCallsTest, AFileOfWhichNobodyCanTellIsAnError) {
