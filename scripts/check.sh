@@ -32,6 +32,9 @@ count_tests() {
   failed=$((failed + $(awk '/^\[  FAILED  \] [0-9]+ tests?, listed/ { n += $4 } END { print n + 0 }' "$log")))
 }
 
+# What was tried on shares that go wrong, and what became of the messages.
+show_faults() { grep -h '^faults: ' "build/$1/Testing/Temporary/LastTest.log" || echo "faults: none tried, see what was skipped"; }
+
 sources() { git ls-files -z -- "$@"; }
 
 format() { sources '*.h' '*.cpp' | xargs -0 -r clang-format --dry-run -Werror; }
@@ -66,6 +69,7 @@ check 'cppcheck' cpp_check
 check 'build' build dev
 check 'tests' run_tests dev
 count_tests dev
+show_faults dev
 check 'build with sanitizers' build asan
 export LSAN_OPTIONS="suppressions=$root/scripts/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS=print_stacktrace=1

@@ -41,6 +41,10 @@ FaultMount::Traits FaultMount::Poor() {
     return {std::chrono::milliseconds(0), false, false, false, false, {}};
 }
 
+FaultMount::Traits FaultMount::LinksOnly() {
+    return {std::chrono::milliseconds(0), true, false, false, false, {}};
+}
+
 FaultMount::Traits FaultMount::LikeKernelClient() {
     return {std::chrono::milliseconds(0), false, true, false, false, {}};
 }
@@ -66,6 +70,8 @@ FaultMount::~FaultMount() {
 }
 
 bool FaultMount::Start() {
+    QFile::remove(Path("counts"));
+    ++timesMounted_;
     QStringList arguments{QStringLiteral("--delay"),  QString::number(traits_.delay.count()),
                           QStringLiteral("--rules"),  Path("rules"),
                           QStringLiteral("--counts"), Path("counts")};
@@ -143,27 +149,36 @@ void FaultMount::SetRules(const QByteArray& lines) {
     }
 }
 
-std::map<QByteArray, int> FaultMount::Counts() {
-    if (HasEnded()) {
-        throw std::runtime_error("nothing is mounted any more that counts calls");
-    }
+std::map<QByteArray, int> FaultMount::ReadCounts() const {
+    std::map<QByteArray, int> counts;
     QFile file(Path("counts"));
-    file.remove();
-    ::kill(static_cast<pid_t>(process_.processId()), SIGUSR1);
-    for (const QDeadlineTimer deadline(longestAnswerMs); !file.open(QIODevice::ReadOnly);) {
+    if (file.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : file.readAll().split('\n')) {
+            const QByteArrayList words = line.split(' ');
+            if (words.size() == 2) {
+                counts[words[0]] = words[1].toInt();
+            }
+        }
+    }
+    return counts;
+}
+
+std::map<QByteArray, int> FaultMount::Counts() {
+    std::map<QByteArray, int> counts = ReadCounts();
+    const int toldBefore = counts["told"];
+    if (!HasEnded()) {
+        ::kill(static_cast<pid_t>(process_.processId()), SIGUSR1);
+    }
+    // In the end they are told unasked.
+    const QDeadlineTimer deadline(longestAnswerMs);
+    while (counts["told"] == toldBefore && !HasEnded()) {
         if (deadline.hasExpired()) {
             throw std::runtime_error("the mounted folder does not tell its calls");
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        counts = ReadCounts();
     }
-    std::map<QByteArray, int> counts;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QByteArrayList words = line.split(' ');
-        if (words.size() == 2) {
-            counts[words[0]] = words[1].toInt();
-        }
-    }
-    return counts;
+    return ReadCounts();
 }
 
 } // namespace quellbox

@@ -29,6 +29,9 @@ public:
     /// Neither links nor a rename that does not replace.
     static Traits Poor();
 
+    /// Links, but no rename that does not replace.
+    static Traits LinksOnly();
+
     /// As the kernel shows a share of a Windows server: a rename that does not replace, but no links.
     static Traits LikeKernelClient();
 
@@ -54,7 +57,8 @@ public:
 
     /// How many calls of each kind there were until now, as in "unlink"; under "hanging" those that hang at present,
     /// under "came-true" how often a rule did, and under "incomplete" how often a file named *.EML was not whole.
-    /// Calls for which the kernel waits are all counted when the program has its answer.
+    /// Calls for which the kernel waits are all counted when the program has its answer. Of a program that was killed
+    /// there are those that were told last, if any.
     std::map<QByteArray, int> Counts();
 
     /// Kills the program behind the folder, which then is dead: every call fails with ENOTCONN.
@@ -66,14 +70,17 @@ public:
     /// Mounts the folder again in the same place, without rules, after Kill() or a rule that did the same, or that took
     /// the folder away. Throws std::runtime_error.
     void MountAgain();
+    int TimesMounted() const { return timesMounted_; }
 
 private:
     QString Path(const char* name) const;
+    std::map<QByteArray, int> ReadCounts() const;
     bool Start();
     void Stop();
 
     const Traits traits_;
     int rulesSet_ = 0;
+    int timesMounted_ = 0;
     QTemporaryDir place_;
     QProcess process_;
     QString whyNot_;

@@ -133,12 +133,13 @@ private:
             return;
         }
         const std::string fresh = file_ + ".new";
-        std::ofstream(fresh) << turnstile_.Counts();
+        std::ofstream(fresh) << turnstile_.Counts() << "told " << ++told_ << '\n';
         std::rename(fresh.c_str(), file_.c_str());
     }
 
     std::string file_;
     Turnstile& turnstile_;
+    int told_ = 0;
     std::atomic<bool> ending_ = false;
     std::thread thread_;
 };

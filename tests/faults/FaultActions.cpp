@@ -1,0 +1,130 @@
+#ifdef __linux__
+
+#include "tests/faults/FaultActions.h"
+
+#include "archive/RefreshTask.h"
+#include "dialogs/CleansingTask.h"
+#include "messages/DisposalTask.h"
+#include "tests/messages/ListRows.h"
+#include "tests/support/FileNames.h"
+#include "tests/support/FixedClock.h"
+#include "tests/support/MemorySettingsStore.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+#include <numeric>
+#include <stdexcept>
+
+namespace quellbox {
+
+namespace {
+
+constexpr int daysToKeep = 7;
+constexpr int longestActionMs = 60'000;
+
+void AddFailures(Told& told, const std::vector<FileFailure>& failures) {
+    for (const FileFailure& failure : failures) {
+        told.failed.insert(failure.path.mid(failure.path.lastIndexOf(QLatin1Char('/')) + 1));
+    }
+}
+
+/// Runs events until the task has ended. A server that has died meanwhile comes back at once.
+template <class Task>
+void WaitForEnd(FaultScene& scene, const Task& task) {
+    const QDeadlineTimer deadline(longestActionMs);
+    while (task.IsRunning()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+        if (scene.Mount().HasEnded()) {
+            scene.Mount().MountAgain();
+        }
+        if (deadline.hasExpired()) {
+            throw std::runtime_error("the task does not end");
+        }
+    }
+}
+
+Told Dispose(qint16 action, FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+    ThreadWorkPool pool;
+    MessageListModel model;
+    for (const QString& name : FaultScene::Names()) {
+        model.Append({RowWith(name)});
+    }
+    FileNames(files, scene.Archive()); // the list has come from somewhere
+    std::vector<int> rows(static_cast<size_t>(model.Count()));
+    std::iota(rows.begin(), rows.end(), 0);
+    Told told;
+    DisposalTask task(files, pool, model);
+    QObject::connect(&task, &DisposalTask::Ended, [&told](const DisposalResult& result) {
+        AddFailures(told, result.failures);
+        told.wasComplete = result.rowsGone == FaultScene::count;
+    });
+    begin();
+    task.Start(action, {scene.Archive(), scene.Pickup()}, rows);
+    WaitForEnd(scene, task);
+    pool.WaitForDone();
+    return told;
+}
+
+Told Tolerate(FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+    ThreadWorkPool pool;
+    MessageListModel model;
+    MemorySettingsStore store;
+    store.SetValue(QStringLiteral("Tolerate"), QStringLiteral("@tolerated.example"), QStringLiteral("0"));
+    const FixedClock clock(QDateTime::currentDateTime());
+    AppState state;
+    state.ArchiveDir = scene.Archive();
+    state.PickupDir = scene.Pickup();
+    state.TolerationLevel = 2;
+    Told told;
+    RefreshTask task({files, store, clock, pool}, state, model);
+    QObject::connect(&task, &RefreshTask::Ended, [&told](const RefreshResult& result) {
+        AddFailures(told, result.failures);
+        told.wasComplete = result.outcome == RefreshOutcome::Completed;
+    });
+    begin();
+    task.Start(false, false);
+    WaitForEnd(scene, task);
+    pool.WaitForDone();
+    for (const QString& key : KeysOf(model)) {
+        told.listed.insert(key);
+    }
+    return told;
+}
+
+Told Cleanse(FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+    ThreadWorkPool pool;
+    CleansingTask task(files, pool);
+    Told told;
+    QObject::connect(&task, &CleansingTask::Ended, [&told](const CleansingResult& result) {
+        AddFailures(told, result.failures);
+        // What could not be listed is told of as a failure of the folder.
+        told.wasComplete = told.failed.erase(QString()) == 0;
+    });
+    begin();
+    task.Start(scene.Archive(), daysToKeep, QDate::currentDate());
+    WaitForEnd(scene, task);
+    pool.WaitForDone();
+    return told;
+}
+
+} // namespace
+
+const std::vector<FaultAction>& FaultActions() {
+    static const std::vector<FaultAction> actions{
+        {"unblock", true,
+         [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+             return Dispose(Action::unblock, scene, files, begin);
+         }},
+        {"delete", false,
+         [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+             return Dispose(Action::remove, scene, files, begin);
+         }},
+        {"toleration", true, Tolerate},
+        {"cleansing", false, Cleanse}};
+    return actions;
+}
+
+} // namespace quellbox
+
+#endif
