@@ -1,6 +1,7 @@
 #pragma once
 
 #include "messages/SelectionStatus.h"
+#include "messages/SortState.h"
 
 #include <QTreeView>
 
@@ -12,12 +13,19 @@ class MessageListView : public QTreeView {
     Q_OBJECT
 
 public:
-    explicit MessageListView(QWidget* parent);
-
-    void setModel(QAbstractItemModel* model) override;
+    /// Shows this model, which outlives it.
+    explicit MessageListView(MessageListModel& messages, QWidget* parent = nullptr);
 
     /// The selected rows as ascending ranges without overlap.
     std::vector<RowRange> SelectedRanges() const;
+
+    /// The row that a command for one message works on; -1 when there is none.
+    int SelectedRow() const;
+
+    bool IsSelected(int row) const { return selectionModel()->isRowSelected(row); }
+
+    /// Sorts the rows as the arrow in the header says.
+    void SortList();
 
     /// Selects one row alone and makes it the current one.
     void SelectOnly(int row);
@@ -54,6 +62,13 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void lvwMessages_ColumnClick(int column);
+    void ShowSortArrow();
+
+    MessageListModel& messages_;
+    SortState sort_;
 };
 
 } // namespace quellbox

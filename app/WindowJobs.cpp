@@ -24,14 +24,14 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     connect(&refresh_, &RefreshTask::Ended, this, [this](const RefreshResult& result) {
         End();
         Q_EMIT RefreshEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
     connect(&disposal_, &DisposalTask::Progress, this, &WindowJobs::Progress);
     connect(&disposal_, &DisposalTask::RowsLeft, this, &WindowJobs::RowsLeft);
     connect(&disposal_, &DisposalTask::Ended, this, [this](const DisposalResult& result) {
         End();
         Q_EMIT DisposalEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
     connect(&cleansing_, &CleansingTask::Counted, this, &WindowJobs::SetMaximum);
     connect(&cleansing_, &CleansingTask::Progress, this, &WindowJobs::Progress);
@@ -39,7 +39,7 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     connect(&cleansing_, &CleansingTask::Ended, this, [this](const CleansingResult& result) {
         End();
         Q_EMIT CleansingEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
 }
 
@@ -84,7 +84,13 @@ void WindowJobs::EndCall(SeriesEnd how) {
     if (how != SeriesEnd::Cancelled) {
         done(callError_);
     }
-    Q_EMIT JobEnded();
+    TellEnd();
+}
+
+void WindowJobs::TellEnd() {
+    if (!IsAtWork()) {
+        Q_EMIT JobEnded();
+    }
 }
 
 void WindowJobs::Stop() {
@@ -108,8 +114,20 @@ void WindowJobs::GiveUp() {
     }
 }
 
-void WindowJobs::GiveWay() {
-    refresh_.GiveWay();
+bool WindowJobs::MakeWay() {
+    if (GivesWay()) {
+        isMakingWay_ = true;
+        refresh_.GiveWay();
+        isMakingWay_ = false;
+    }
+    return IsIdle();
+}
+
+bool WindowJobs::EndRefresh() {
+    isMakingWay_ = true;
+    GiveUp();
+    isMakingWay_ = false;
+    return MakeWay();
 }
 
 void WindowJobs::Close() {

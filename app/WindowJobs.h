@@ -40,8 +40,16 @@ public:
     /// True while a tick looks for new messages and nothing shows it yet: whoever wants to do something goes first.
     bool GivesWay() const { return refresh_.IsIncremental() && isByTick_ && !isShown_; }
 
-    /// Ends that look. What it has found and not shown is found again.
-    void GiveWay();
+    /// Whatever the user does goes before such a look, which ends; what it has found and not shown is found again. True
+    /// when no job runs then, and one may begin.
+    bool MakeWay();
+
+    /// The same for what was confirmed in a dialog: it is not dropped for a refresh that a tick began behind that, but
+    /// ends it.
+    bool EndRefresh();
+
+    /// True while a refresh ends in favour of the user: its end is not to be seen.
+    bool IsMakingWay() const { return isMakingWay_; }
 
     /// Escape: what has not begun does not begin. Said once more, what is under way is not waited for either. A refresh
     /// ends at once.
@@ -52,6 +60,7 @@ public:
 
     /// No job begins any more.
     void Close();
+    bool IsClosed() const { return isClosed_; }
 
     /// True when GiveUp() or Close() may have left calls under way that change files.
     bool LeftChangesUnderWay() const { return leftChanges_; }
@@ -74,7 +83,7 @@ Q_SIGNALS:
     void DisposalEnded(const DisposalResult& result);
     void CleansingEnded(const CleansingResult& result);
 
-    /// The last that is told of any job.
+    /// The last that is told of any job, unless its end has begun another one.
     void JobEnded();
 
 private:
@@ -83,6 +92,7 @@ private:
     void SetMaximum(int maximum);
     void ShowBusy();
     void EndCall(SeriesEnd how);
+    void TellEnd();
 
     RefreshPorts ports_;
     const AppState& state_;
@@ -97,6 +107,7 @@ private:
     int maximum_ = 0;
     bool isShown_ = false;
     bool isByTick_ = false; // the refresh
+    bool isMakingWay_ = false;
     bool isClosed_ = false;
     bool leftChanges_ = false;
 };

@@ -723,6 +723,27 @@
     </message>
 </context>
 <context>
+    <name>quellbox::ActionDesk</name>
+    <message numerus="yes">
+        <source>%n messages</source>
+        <translation>
+            <numerusform>%n Nachricht</numerusform>
+            <numerusform>%n Nachrichten</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::BusyDisplay</name>
+    <message>
+        <source>Please wait till operation completes...</source>
+        <translation>Bitte warten Sie, bis der Vorgang abgeschlossen ist...</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::ContentsPane</name>
     <message>
         <source>Message format layout</source>
@@ -756,133 +777,7 @@
     </message>
 </context>
 <context>
-    <name>quellbox::RawPane</name>
-    <message>
-        <source>[The rest is not shown: %1 of %2 characters]</source>
-        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::StatusBarView</name>
-    <message>
-        <source>Progress</source>
-        <translation>Fortschritt</translation>
-    </message>
-    <message>
-        <source>Last screen update</source>
-        <translation>Letzte Aktualisierung der Anzeige</translation>
-    </message>
-    <message>
-        <source>Number of archived files</source>
-        <translation>Anzahl der archivierten Dateien</translation>
-    </message>
-    <message>
-        <source>State</source>
-        <translation>Status</translation>
-    </message>
-    <message>
-        <source>Size or time</source>
-        <translation>Größe oder Zeitpunkt</translation>
-    </message>
-    <message>
-        <source>Number of messages</source>
-        <translation>Anzahl der Nachrichten</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>Anhalten</translation>
-    </message>
-    <message>
-        <source>Leave alone what has not begun yet (Esc)</source>
-        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::StatusPanelView</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::TrayPresence</name>
-    <message>
-        <source>This desktop has no notification area, so the window is only minimized</source>
-        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmAbout</name>
-    <message>
-        <source>About %1</source>
-        <translation>Info über %1</translation>
-    </message>
-    <message>
-        <source>%1 by %2
-
-%3</source>
-        <translation>%1 von %2
-
-%3</translation>
-    </message>
-    <message>
-        <source>Version %1 - Build %2
-
-%3
-%4</source>
-        <translation>Version %1 - Build %2
-
-%3
-%4</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmFind</name>
-    <message>
-        <source>Find All</source>
-        <translation>Alle suchen</translation>
-    </message>
-    <message>
-        <source>Find</source>
-        <translation>Suchen</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmFolders</name>
-    <message>
-        <source>Cannot use drive %1</source>
-        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmHelp</name>
-    <message>
-        <source>The help of this program has no topic &quot;%1&quot;.</source>
-        <translation>Die Hilfe zu diesem Programm hat kein Thema „%1“.</translation>
-    </message>
-    <message>
-        <source>The help of this program has no topic number %1.</source>
-        <translation>Die Hilfe zu diesem Programm hat kein Thema Nummer %1.</translation>
-    </message>
-    <message>
-        <source>Quellbox Help</source>
-        <translation>Quellbox-Hilfe</translation>
-    </message>
-    <message>
-        <source>%1 - Quellbox Help</source>
-        <translation>%1 - Quellbox-Hilfe</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmMain</name>
-    <message>
-        <source>Messages</source>
-        <translation>Nachrichten</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
+    <name>quellbox::MainMenus</name>
     <message>
         <source>Folder</source>
         <translation>Verzeichnis</translation>
@@ -894,6 +789,10 @@
     <message>
         <source>Pickup...</source>
         <translation>Pickup...</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
     </message>
     <message>
         <source>E&amp;xit</source>
@@ -1028,6 +927,11 @@
         <translation>Nachricht</translation>
     </message>
     <message>
+        <source>&amp;View</source>
+        <comment>what to do with a message</comment>
+        <translation>&amp;Anzeigen</translation>
+    </message>
+    <message>
         <source>Tray</source>
         <translation>Infobereich</translation>
     </message>
@@ -1038,10 +942,6 @@
     <message>
         <source>Exit</source>
         <translation>Beenden</translation>
-    </message>
-    <message>
-        <source>Contents</source>
-        <translation>Inhalt</translation>
     </message>
     <message>
         <source>Delete selected message(s) permanently</source>
@@ -1080,29 +980,23 @@
         <translation>Anhang anzeigen</translation>
     </message>
     <message>
-        <source>Time of last screen update</source>
-        <translation>Zeitpunkt der letzten Aktualisierung der Anzeige</translation>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
     </message>
     <message>
-        <source>Please wait till operation completes...</source>
-        <translation>Bitte warten Sie, bis der Vorgang abgeschlossen ist...</translation>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::MessageListView</name>
     <message>
-        <source>Done</source>
-        <translation>Fertig</translation>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
     </message>
-    <message numerus="yes">
-        <source>%n messages</source>
-        <translation>
-            <numerusform>%n Nachricht</numerusform>
-            <numerusform>%n Nachrichten</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <comment>what to do with a message</comment>
-        <translation>&amp;Anzeigen</translation>
-    </message>
+</context>
+<context>
+    <name>quellbox::PanesLayout</name>
     <message>
         <source>Divider between list and contents</source>
         <translation>Trennleiste zwischen Liste und Inhalt</translation>
@@ -1111,10 +1005,38 @@
         <source>Divider between layout and raw contents</source>
         <translation>Trennleiste zwischen Aufbau und Quelltext</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::RawPane</name>
     <message>
-        <source>Removing %1</source>
-        <translation>%1 wird entfernt</translation>
+        <source>[The rest is not shown: %1 of %2 characters]</source>
+        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::RefreshDesk</name>
+    <message numerus="yes">
+        <source>%n Messages removed !</source>
+        <translation>
+            <numerusform>%n Nachricht entfernt!</numerusform>
+            <numerusform>%n Nachrichten entfernt!</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Time of last screen update</source>
+        <translation>Zeitpunkt der letzten Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
+        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::SetupDesk</name>
     <message>
         <source>Select Archive Directory</source>
         <translation>Archivverzeichnis auswählen</translation>
@@ -1122,6 +1044,55 @@
     <message>
         <source>Select Pickup Directory</source>
         <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusBarView</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Last screen update</source>
+        <translation>Letzte Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Number of archived files</source>
+        <translation>Anzahl der archivierten Dateien</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Size or time</source>
+        <translation>Größe oder Zeitpunkt</translation>
+    </message>
+    <message>
+        <source>Number of messages</source>
+        <translation>Anzahl der Nachrichten</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leave alone what has not begun yet (Esc)</source>
+        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusPanelView</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::ToolsDesk</name>
+    <message>
+        <source>Removing %1</source>
+        <translation>%1 wird entfernt</translation>
     </message>
     <message>
         <source>Exchange Pickup Directory not setup yet.</source>
@@ -1131,16 +1102,74 @@
         <source>Testmessage send. Verify postmaster mailbox now!</source>
         <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
     </message>
-    <message numerus="yes">
-        <source>%n Messages removed !</source>
-        <translation>
-            <numerusform>%n Nachricht entfernt!</numerusform>
-            <numerusform>%n Nachrichten entfernt!</numerusform>
-        </translation>
+</context>
+<context>
+    <name>quellbox::TrayPresence</name>
+    <message>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmAbout</name>
+    <message>
+        <source>About %1</source>
+        <translation>Info über %1</translation>
     </message>
     <message>
-        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
-        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
+        <source>%1 by %2
+
+%3</source>
+        <translation>%1 von %2
+
+%3</translation>
+    </message>
+    <message>
+        <source>Version %1 - Build %2
+
+%3
+%4</source>
+        <translation>Version %1 - Build %2
+
+%3
+%4</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFind</name>
+    <message>
+        <source>Find All</source>
+        <translation>Alle suchen</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFolders</name>
+    <message>
+        <source>Cannot use drive %1</source>
+        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmHelp</name>
+    <message>
+        <source>The help of this program has no topic &quot;%1&quot;.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema „%1“.</translation>
+    </message>
+    <message>
+        <source>The help of this program has no topic number %1.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema Nummer %1.</translation>
+    </message>
+    <message>
+        <source>Quellbox Help</source>
+        <translation>Quellbox-Hilfe</translation>
+    </message>
+    <message>
+        <source>%1 - Quellbox Help</source>
+        <translation>%1 - Quellbox-Hilfe</translation>
     </message>
 </context>
 <context>
