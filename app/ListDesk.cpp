@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <numeric>
 
 namespace quellbox {
@@ -211,10 +212,21 @@ void ListDesk::mnuMessageView_Click() {
         return;
     }
     if (UsesExternalViewer(parts_.state)) {
-        ShowInExternalViewer(parts_.ports.shell, parts_.ports.volumes.Resolve(MessagePath(row)));
+        ShowElsewhere(MessagePath(row));
     } else {
         parts_.contents.ShowInViewer(MessagePath(row));
     }
+}
+
+// To find out where a share is mounted may take its time.
+void ListDesk::ShowElsewhere(const QString& path) {
+    const auto mounted = std::make_shared<QString>();
+    const auto resolve = [&volumes = parts_.ports.volumes, path, mounted]() -> WindowJobs::Error {
+        *mounted = volumes.Resolve(path);
+        return std::nullopt;
+    };
+    const auto show = [this, mounted] { ShowInExternalViewer(parts_.ports.shell, *mounted); };
+    parts_.jobs.Call(resolve, [this, show](const WindowJobs::Error&) { parts_.errors.Guard(show); });
 }
 
 void ListDesk::MarkAsRead(const QString& path) {

@@ -74,6 +74,7 @@ private:
     void OfferView();
     void ShowMessage(int row);
     void ShowWholeText();
+    void ShowElsewhere(const QString& path);
     void MarkAsRead(const QString& path);
     void MarkItemBold(int row, bool bold);
     void MarkSelected(bool unread);

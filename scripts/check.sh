@@ -34,7 +34,9 @@ count_tests() {
 
 sources() { git ls-files -z -- "$@"; }
 
-format() { sources '*.h' '*.cpp' | xargs -0 -r clang-format --dry-run -Werror; }
+format() {
+  ! git grep -nE '^(<<<<<<<|>>>>>>>) ' && sources '*.h' '*.cpp' | xargs -0 -r clang-format --dry-run -Werror
+}
 
 includes() { python3 scripts/check_includes_test.py && python3 scripts/check_includes.py; }
 
