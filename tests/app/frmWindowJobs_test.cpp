@@ -1,5 +1,6 @@
 // What the window does while a job runs, and when one is stopped.
 #include "tests/messages/ListRows.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QDialog>
@@ -150,6 +151,23 @@ TEST_F(MainJobs, TheButtonStopsAJobToo) {
     Settle();
     EXPECT_GT(window_->Messages().Count(), 0);
     EXPECT_EQ(FilesLeft(), window_->Messages().Count());
+}
+
+TEST_F(MainJobs, ADialogHasNoHourglassOverIt) {
+    BeginToDelete(60);
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    const auto hourglassIsGone = [] { return QApplication::overrideCursor() == nullptr; };
+    bool wasAtWork = false;
+    DialogVisit visit("frmAbout", [&](const QDialog&) {
+        EXPECT_TRUE(QTest::qWaitFor(hourglassIsGone, patience));
+        wasAtWork = window_->Jobs().IsAtWork();
+    });
+    Action("mnuHelpAbout")->trigger();
+    EXPECT_TRUE(visit.Happened());
+    EXPECT_TRUE(wasAtWork) << "the job ended too soon to show anything";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !hourglassIsGone() || !window_->Jobs().IsAtWork(); }, patience));
+    Settle();
+    EXPECT_TRUE(hourglassIsGone());
 }
 
 TEST_F(MainJobs, KeysAndClicksDuringAJobAreDropped) {
