@@ -7,7 +7,9 @@
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "mail/DisplayText.h"
+#include "messages/FailureList.h"
 #include "messages/FormatSize.h"
+#include "messages/frmFailures.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QApplication>
@@ -42,7 +44,7 @@ void ActionDesk::ProcessSelectedMessages(qint16 action) {
 }
 
 void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
-    LogFailures(result.failures);
+    parts_.failures.TakeAction(result.failures, parts_.ports.clock.Now());
     if (parts_.jobs.IsClosed()) {
         return;
     }
@@ -120,7 +122,8 @@ void ActionDesk::TolerateSelectedSender() {
         list_.TakeHeaders(path, *read);
         OfferToTolerate(list_.RowOfPath(path));
     };
-    parts_.jobs.Call(readSender, [this, offer](const WindowJobs::Error&) { parts_.errors.Guard(offer); });
+    parts_.jobs.Call(WindowJobs::Effect::Reads, readSender,
+                     [this, offer](const WindowJobs::Error&) { parts_.errors.Guard(offer); });
 }
 
 // The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
@@ -137,6 +140,11 @@ void ActionDesk::OfferToTolerate(int row) {
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
         ProcessSelectedMessages(Action::unblockTolerated);
     }
+}
+
+void ActionDesk::btnFailures_Click() {
+    const RefreshTimer::Hold rest(parts_.timer);
+    frmFailures(parts_.failures, &parts_.window).exec();
 }
 
 void ActionDesk::MaintainWhitelist() {

@@ -24,6 +24,9 @@ public:
 
     void MaintainWhitelist();
 
+    /// Shows what the last action could not do.
+    void btnFailures_Click();
+
     void mnuActionsDelete_Click();
     void mnuActionsUnblock_Click();
     void mnuMessageDelete_Click();

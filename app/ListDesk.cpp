@@ -9,6 +9,8 @@
 #include "contents/ExternalViewer.h"
 #include "messages/CommandStates.h"
 
+#include <QHeaderView>
+
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -34,6 +36,8 @@ ListDesk::ListDesk(const WindowParts& parts, BusyDisplay& busy) : parts_(parts),
 void ListDesk::ConnectList() {
     const MessageListView* list = &parts_.list;
     const ErrorReport& errors = parts_.errors;
+    connect(list->header(), &QHeaderView::sectionClicked, &parts_.list,
+            errors.Guarded(&parts_.list, &MessageListView::lvwMessages_ColumnClick));
     connect(list, &MessageListView::ItemClick, this, errors.Guarded(this, &ListDesk::lvwMessages_ItemClick));
     connect(list, &MessageListView::KeyDown, this, &ListDesk::lvwMessages_KeyDown);
     connect(list, &MessageListView::ViewRequested, this, errors.Guarded(this, &ListDesk::lvwMessages_KeyPress));
@@ -161,11 +165,10 @@ qint16 ListDesk::UpdateSelectionStatus() {
 
 // A short job is not to be seen as one: until it is shown, the commands look as before, and are held back.
 void ListDesk::ShowCommands() {
+    const AppState& state = parts_.state;
     const Activity shown = busy_.IsShown() ? parts_.jobs.Now() : Activity::Idle;
-    CommandStates can =
-        ComputeCommandStates({shown, parts_.model.Count(), selectedRows_, parts_.state.TolerationLevel});
-    can.onOne = can.list && offersView_;
-    parts_.menus.Show(can);
+    parts_.menus.Show(ComputeCommandStates(
+        {shown, parts_.model.Count(), selectedRows_, state.TolerationLevel, state.FilterDays, offersView_}));
 }
 
 void ListDesk::ClearSelection() {
@@ -226,7 +229,8 @@ void ListDesk::ShowElsewhere(const QString& path) {
         return std::nullopt;
     };
     const auto show = [this, mounted] { ShowInExternalViewer(parts_.ports.shell, *mounted); };
-    parts_.jobs.Call(resolve, [this, show](const WindowJobs::Error&) { parts_.errors.Guard(show); });
+    parts_.jobs.Call(WindowJobs::Effect::Reads, resolve,
+                     [this, show](const WindowJobs::Error&) { parts_.errors.Guard(show); });
 }
 
 void ListDesk::MarkAsRead(const QString& path) {

@@ -269,13 +269,13 @@ void MainMenus::Show(const CommandStates& can) {
         entry->setEnabled(can.list);
     }
     Menu("mnuEdit").menuAction()->setEnabled(can.edit);
-    Entry("mnuMessageView").setEnabled(can.onOne);
+    Entry("mnuMessageView").setEnabled(can.view);
     for (const char* key : {"delete", "unblock", "collapse", "attachment"}) {
         Button(key).setEnabled(can.onSelected);
     }
     Button("tolerate").setEnabled(can.tolerate);
     Button("find").setEnabled(can.find);
-    Button("filter").setEnabled(can.refresh);
+    Button("filter").setEnabled(can.filter);
     Button("cleansing").setEnabled(can.list);
     Button("whitelist").setEnabled(can.whitelist);
     for (const char* name : {"mnuActionsDelete", "mnuActionsUnblock"}) {

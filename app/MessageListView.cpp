@@ -45,7 +45,8 @@ std::vector<RowRange> Merged(std::vector<RowRange> ranges) {
 
 } // namespace
 
-MessageListView::MessageListView(MessageListModel& messages, QWidget* parent) : QTreeView(parent), messages_(messages) {
+MessageListView::MessageListView(MessageListModel& messages, QWidget* parent)
+    : QTreeView(parent), messages_(messages), lblHint(new QLabel(this)) {
     setObjectName(QStringLiteral("lvwMessages"));
     setAccessibleName(tr("Messages"));
     setRootIsDecorated(false);
@@ -62,7 +63,15 @@ MessageListView::MessageListView(MessageListModel& messages, QWidget* parent) : 
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
-    connect(header(), &QHeaderView::sectionClicked, this, &MessageListView::lvwMessages_ColumnClick);
+    lblHint->setObjectName(QStringLiteral("lblHint"));
+    lblHint->setTextFormat(Qt::PlainText);
+    lblHint->setWordWrap(true);
+    lblHint->setMargin(8);
+    lblHint->setAutoFillBackground(true);
+    lblHint->setBackgroundRole(QPalette::ToolTipBase);
+    lblHint->setForegroundRole(QPalette::ToolTipText);
+    lblHint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    lblHint->hide();
     setModel(&messages);
     ShowSortArrow();
     FitColumns();
@@ -74,6 +83,24 @@ void MessageListView::ShowSortArrow() {
         const QIcon icon(QStringLiteral(":/icons/%1.svg").arg(picture));
         messages_.setHeaderData(column, Qt::Horizontal, icon, Qt::DecorationRole);
     }
+}
+
+void MessageListView::ShowHint(const QString& text) {
+    lblHint->setText(text);
+    setAccessibleDescription(text);
+    lblHint->setVisible(!text.isEmpty());
+    PlaceHint();
+}
+
+void MessageListView::PlaceHint() {
+    const QRect inside = viewport()->geometry();
+    const int height = std::min(lblHint->heightForWidth(inside.width()), inside.height());
+    lblHint->setGeometry(inside.left(), inside.bottom() + 1 - height, inside.width(), height);
+}
+
+void MessageListView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    PlaceHint();
 }
 
 void MessageListView::SortList() {

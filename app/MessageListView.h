@@ -3,12 +3,13 @@
 #include "messages/SelectionStatus.h"
 #include "messages/SortState.h"
 
+#include <QLabel>
 #include <QTreeView>
 
 namespace quellbox {
 
-/// The message list: full rows, several selectable, unread ones bold. It turns Qt's events into those that the window
-/// handles.
+/// The message list: full rows, several selectable, unread ones bold. It sorts itself when a
+/// header is clicked, and turns Qt's other events into those that the desks handle.
 class MessageListView : public QTreeView {
     Q_OBJECT
 
@@ -23,6 +24,12 @@ public:
     int SelectedRow() const;
 
     bool IsSelected(int row) const { return selectionModel()->isRowSelected(row); }
+
+    /// Says something at the lower end of the list, beside what it lists; an empty text takes it away.
+    void ShowHint(const QString& text);
+
+    /// The header of a column was clicked: the list is sorted by that column, or the other way round.
+    void lvwMessages_ColumnClick(int column);
 
     /// Sorts the rows as the arrow in the header says.
     void SortList();
@@ -62,13 +69,15 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void lvwMessages_ColumnClick(int column);
     void ShowSortArrow();
+    void PlaceHint();
 
     MessageListModel& messages_;
     SortState sort_;
+    QLabel* lblHint;
 };
 
 } // namespace quellbox

@@ -7,6 +7,7 @@
 #include "app/MessageListView.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "messages/FailureList.h"
 
 #include <QLocale>
 
@@ -53,7 +54,7 @@ void RefreshDesk::RefreshCleansed(qint32 removed) {
 }
 
 void RefreshDesk::jobs_RefreshEnded(const RefreshResult& result) {
-    LogFailures(result.failures);
+    parts_.failures.TakeRefresh(result.failures, parts_.ports.clock.Now());
     outcome_ = result.outcome;
     if (parts_.jobs.IsClosed()) {
         return;
@@ -88,7 +89,7 @@ void RefreshDesk::ShowRefreshed(const RefreshResult& result) {
 void RefreshDesk::ShowWhatIsListed(const RefreshResult& result) {
     tooManyIsTold_ = false;
     const bool isTold = std::exchange(cannotFollowIsTold_, result.cannotFollow);
-    if (result.cannotFollow && isTold) {
+    if (result.cannotFollow && isTold && isByTick_) {
         return; // and the text stays until another one takes its place
     }
     if (parts_.window.isVisible()) {

@@ -103,7 +103,7 @@ void SetupDesk::ToggleFilter() {
     QAction& filter = parts_.menus.Button("filter");
     if (filter.isChecked() && parts_.state.FilterDays == 0) {
         if (!parts_.jobs.MakeWay()) {
-            filter.setChecked(false);
+            filter.setChecked(false); // in the moment before it is shown that this cannot be used
             return;
         }
         ShowOptionsOn(filteringTab);

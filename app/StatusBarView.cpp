@@ -3,6 +3,8 @@
 #include "app/PlainToolTip.h"
 #include "settings/Placement.h"
 
+#include <QIcon>
+#include <QLayout>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -50,19 +52,14 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
     : QStatusBar(parent), panels_(panels), info_(new StatusPanelView(QStringLiteral("info"), tr("State"), this)),
       size_(new StatusPanelView(QStringLiteral("size"), tr("Size or time"), this)),
       count_(new StatusPanelView(QStringLiteral("count"), tr("Number of messages"), this)),
-      prbFiles(new QProgressBar(this)), btnStop(new QToolButton(this)) {
+      prbFiles(new QProgressBar(this)), btnStop(new QToolButton(this)), btnFailures(new QToolButton(this)) {
     setObjectName(QStringLiteral("stbBottom"));
     setSizeGripEnabled(true);
     prbFiles->setObjectName(QStringLiteral("prbFiles"));
     prbFiles->setAccessibleName(tr("Progress"));
     prbFiles->setTextVisible(false);
     prbFiles->hide();
-    btnStop->setObjectName(QStringLiteral("btnStop"));
-    btnStop->setText(tr("Stop"));
-    btnStop->setToolTip(tr("Leave alone what has not begun yet (Esc)"));
-    btnStop->setFocusPolicy(Qt::NoFocus);
-    btnStop->hide();
-    connect(btnStop, &QToolButton::clicked, this, &StatusBarView::StopClick);
+    MakeButtons();
     const int sampleWidth = fontMetrics().horizontalAdvance(QStringLiteral("00 messages (just today)XX"));
     info_->setMinimumWidth(ToPixels(narrowWidth));
     for (StatusPanelView* panel : {size_, count_}) {
@@ -71,16 +68,43 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
     addWidget(info_, ToPixels(infoWidth));
     addWidget(size_, ToPixels(narrowWidth));
     addWidget(count_, ToPixels(narrowWidth));
+    addPermanentWidget(btnFailures);
+    btnFailures->hide();
     for (StatusPanelView* panel : {info_, size_, count_}) {
         connect(panel, &StatusPanelView::Clicked, this,
                 [this, panel] { Q_EMIT PanelClick(panel->property("key").toString()); });
     }
-    for (StatusPanelView* panel : {size_, count_}) {
-        panel->setCursor(Qt::PointingHandCursor); // a click on these leads somewhere
-    }
+    ShowStop(false);
     panels_.SetSize({}, tr("Last screen update"));
     connect(&panels_, &StatusPanels::Changed, this, &StatusBarView::ShowLater);
     ShowNow();
+}
+
+void StatusBarView::MakeButtons() {
+    btnStop->setObjectName(QStringLiteral("btnStop"));
+    btnStop->setText(tr("Stop"));
+    btnStop->setToolTip(tr("Leave alone what has not begun yet (Esc)"));
+    btnStop->setFocusPolicy(Qt::NoFocus);
+    btnStop->hide();
+    connect(btnStop, &QToolButton::clicked, this, &StatusBarView::StopClick);
+    btnFailures->setObjectName(QStringLiteral("btnFailures"));
+    btnFailures->setIcon(QIcon(QStringLiteral(":/icons/warning.svg")));
+    btnFailures->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    btnFailures->setToolTip(tr("Messages that could not be dealt with, and why (F8)"));
+    btnFailures->setFocusPolicy(Qt::TabFocus);
+    btnFailures->setAutoRaise(true);
+    btnFailures->setAccessibleName(tr("Messages that could not be dealt with"));
+    connect(btnFailures, &QToolButton::clicked, this, &StatusBarView::FailuresClick);
+}
+
+// The panels make room for the mark, and the progress bar stays over its panel.
+void StatusBarView::ShowFailures(int count) {
+    btnFailures->setText(tr("%n failed", nullptr, count));
+    btnFailures->setAccessibleName(tr("%1: messages that could not be dealt with").arg(btnFailures->text()));
+    btnFailures->setShortcut(QKeySequence(Qt::Key_F8)); // which a new text takes away
+    btnFailures->setVisible(count > 0);
+    layout()->activate();
+    PlaceProgress();
 }
 
 void StatusBarView::ShowFileProgress(bool show, int maximum) {
@@ -110,6 +134,9 @@ void StatusBarView::ShowLater() {
 }
 
 void StatusBarView::ShowStop(bool show) {
+    for (StatusPanelView* panel : {size_, count_}) {
+        panel->setCursor(show ? Qt::ArrowCursor : Qt::PointingHandCursor); // a click on these leads to the options
+    }
     btnStop->setVisible(show);
     btnStop->raise();
     PlaceProgress();

@@ -7,6 +7,7 @@
 #include "dialogs/PickupTest.h"
 #include "dialogs/frmCleansing.h"
 #include "mail/DisplayText.h"
+#include "messages/FailureList.h"
 #include "settings/frmMessageBox.h"
 
 #include <QLocale>
@@ -55,7 +56,7 @@ void ToolsDesk::CleanseArchive() {
 
 // No error of the run is reported but in the log. The list is made anew, and the number is what is left to be read.
 void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
-    LogFailures(result.failures);
+    parts_.failures.TakeAction(result.failures, parts_.ports.clock.Now());
     if (!parts_.jobs.IsClosed()) {
         refresh_.RefreshCleansed(result.count);
     }
@@ -67,12 +68,16 @@ void ToolsDesk::SendPickupTest() {
         parts_.panels.SetInfo(tr("Exchange Pickup Directory not setup yet."));
         setup_.mnuOpenFolderSelect_Click(1);
     }
-    if (parts_.jobs.IsIdle()) {
+    ConfirmWhenIdle();
+}
+
+// The selection of a directory is followed by a refresh, and that by another one if the user has asked for it.
+void ToolsDesk::ConfirmWhenIdle() {
+    if (!parts_.jobs.IsAtWork()) {
         ConfirmAndSend();
         return;
     }
-    // The selection is followed by a refresh.
-    connect(&parts_.jobs, &WindowJobs::JobEnded, this, parts_.errors.Guarded(this, &ToolsDesk::ConfirmAndSend),
+    connect(&parts_.jobs, &WindowJobs::JobEnded, this, parts_.errors.Guarded(this, &ToolsDesk::ConfirmWhenIdle),
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
@@ -95,7 +100,7 @@ void ToolsDesk::ConfirmAndSend() {
     const auto send = [&files = parts_.ports.files, user = parts_.state.UserName,
                        folder = QString(parts_.state.PickupDir),
                        moment] { return TryPickupTest(files, user, folder, moment); };
-    parts_.jobs.Call(send, [this](const WindowJobs::Error& error) {
+    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
         if (error) {
             parts_.errors.Show(*error);
         } else {

@@ -25,6 +25,7 @@ public:
 private:
     void CleanseArchive();
     void jobs_CleansingEnded(const CleansingResult& result);
+    void ConfirmWhenIdle();
     void ConfirmAndSend();
     bool ConfirmPickupTest();
 

@@ -62,10 +62,11 @@ void WindowJobs::Cleanse(const QString& archiveDir, qint16 days) {
     }
 }
 
-void WindowJobs::Call(std::function<Error()> call, std::function<void(const Error&)> done) {
+void WindowJobs::Call(Effect effect, std::function<Error()> call, std::function<void(const Error&)> done) {
     if (!Begin(Activity::Working, 0)) {
         return;
     }
+    callEffect_ = effect;
     callDone_ = std::move(done);
     callError_ = std::nullopt;
     call_.emplace(
@@ -105,7 +106,8 @@ void WindowJobs::Stop() {
 
 void WindowJobs::GiveUp() {
     const bool refreshMoves = refresh_.IsRunning() && state_.TolerationLevel == 2;
-    leftChanges_ = leftChanges_ || refreshMoves || activity_ == Activity::Working;
+    const bool onlyReads = callDone_ && callEffect_ == Effect::Reads;
+    leftChanges_ = leftChanges_ || refreshMoves || (activity_ == Activity::Working && !onlyReads);
     refresh_.Cancel();
     disposal_.GiveUp();
     cleansing_.GiveUp();
@@ -157,6 +159,10 @@ void WindowJobs::End() {
 
 void WindowJobs::SetMaximum(int maximum) {
     maximum_ = maximum;
+    TellBusy();
+}
+
+void WindowJobs::TellBusy() {
     if (isShown_) {
         Q_EMIT BusyDue(maximum_);
     }

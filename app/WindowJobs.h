@@ -14,7 +14,7 @@
 namespace quellbox {
 
 /// The long jobs of the main window, of which one runs at a time: refresh, disposal, cleansing, and single calls that
-/// the user waits for. It knows no widget. The window connects itself to what the jobs tell.
+/// the user waits for. It knows no widget. The parts of the window connect themselves to what the jobs tell.
 class WindowJobs : public QObject {
     Q_OBJECT
 
@@ -30,8 +30,14 @@ public:
     void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
     void Cleanse(const QString& archiveDir, qint16 days);
 
+    /// What a single call may do to files.
+    enum class Effect { Reads, Changes };
+
     /// Runs `call` beside this thread, and then `done` on it; not when the job was stopped.
-    void Call(std::function<Error()> call, std::function<void(const Error&)> done);
+    void Call(Effect effect, std::function<Error()> call, std::function<void(const Error&)> done);
+
+    /// Tells again that a job lasts long enough to be shown, if one does, to those who could not show it.
+    void TellBusy();
 
     Activity Now() const { return activity_; }
     bool IsIdle() const { return activity_ == Activity::Idle; }
@@ -108,6 +114,7 @@ private:
     bool isShown_ = false;
     bool isByTick_ = false; // the refresh
     bool isMakingWay_ = false;
+    Effect callEffect_ = Effect::Reads;
     bool isClosed_ = false;
     bool leftChanges_ = false;
 };

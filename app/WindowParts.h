@@ -20,6 +20,7 @@
 namespace quellbox {
 
 class ContentsPane;
+class FailureList;
 class MainMenus;
 class MessageListView;
 class RefreshTimer;
@@ -52,6 +53,7 @@ struct WindowParts {
     AppState& state;
     MessageListModel& model;
     StatusPanels& panels;
+    FailureList& failures;
     WindowJobs& jobs;
     RefreshTimer& timer;
     const ErrorReport& errors;

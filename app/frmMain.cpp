@@ -36,7 +36,7 @@ frmMain::frmMain(MainPorts ports, const QString& archive)
       stbBottom(new StatusBarView(panels_, this)),
       contents_(std::make_unique<ContentsPane>(ContentsPorts{ports_.files, ports_.store, ports_.pool, ports_.patience},
                                                this)),
-      parts_{ports_,  state_, model_,  panels_,      jobs_,      timer_,
+      parts_{ports_,  state_, model_,  panels_,      failures_,  jobs_,     timer_,
              errors_, *this,  *menus_, *lvwMessages, *contents_, *stbBottom} {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
@@ -54,9 +54,7 @@ frmMain::frmMain(MainPorts ports, const QString& archive)
 }
 
 frmMain::~frmMain() {
-    contents_.reset();
-    help_.reset();
-    qApp->removeEventFilter(this);
+    qApp->removeEventFilter(this); // the windows of the parts go when some parts have gone
 }
 
 void frmMain::LoadSettings(const QString& archive) {
@@ -92,6 +90,9 @@ void frmMain::ConnectParts() {
     connect(setup_.get(), &SetupDesk::ArchiveChosen, this, &frmMain::UpdateMainCaption);
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
     connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
+    connect(&failures_, &FailureList::Changed, this, [this] { stbBottom->ShowFailures(failures_.Count()); });
+    connect(stbBottom, &StatusBarView::FailuresClick, this,
+            errors_.Guarded(actions_.get(), &ActionDesk::btnFailures_Click));
     connect(stbBottom, &StatusBarView::PanelClick, this,
             errors_.Guarded(setup_.get(), &SetupDesk::stbBottom_PanelClick));
 }
@@ -101,9 +102,12 @@ void frmMain::ConnectParts() {
 template <class Handler>
 void frmMain::On(const char* entry, Handler handler) {
     const bool needsIdleness = menus_->NeedsIdleness(entry);
-    connect(&menus_->Entry(entry), &QAction::triggered, this, [this, needsIdleness, handler] {
+    QAction& action = menus_->Entry(entry);
+    connect(&action, &QAction::triggered, this, [this, needsIdleness, handler, &action] {
         if (!needsIdleness || jobs_.MakeWay()) {
             errors_.Guard(handler);
+        } else if (action.isCheckable()) {
+            action.toggle(); // back
         }
     });
 }
@@ -210,6 +214,7 @@ void frmMain::ApplySettings() {
     tray_->FollowEntry();
     panes_->Restore(state_);
     list_->UpdateSelectionStatus();
+    lvwMessages->setFocus();
     if (!loadErrors_.isEmpty()) {
         // The box comes with the first turn of the event loop, above the window.
         QTimer::singleShot(0, this, [this] { ReportError(loadErrors_.join(QStringLiteral("\n\n"))); });
@@ -257,6 +262,17 @@ bool frmMain::IsLoading() const {
 
 void frmMain::UpdateMainCaption() {
     setWindowTitle(QStringLiteral("Quellbox - ") + WindowTitle(state_.ArchiveDir));
+    HintAtDirectories();
+}
+
+// Who starts the program for the first time sees the files of its own folder.
+void frmMain::HintAtDirectories() {
+    const bool isSetUp = state_.ArchiveDir != Folder(ports_.program.Directory);
+    lvwMessages->ShowHint(isSetUp
+                              ? QString()
+                              : tr("These are the files of the program's own folder. Choose the directory with the "
+                                   "blocked messages by File > Folder > Archive..., and the one from which the mail "
+                                   "server delivers by File > Folder > Pickup..."));
 }
 
 void frmMain::ReportError(const QString& text) {
@@ -294,6 +310,7 @@ void frmMain::showEvent(QShowEvent* event) {
         panes_->LayOut();
         panes_->DividePanes();
     }
+    jobs_.TellBusy(); // what began while the window was hidden
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {
@@ -358,19 +375,22 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
         return false;
     }
     // What the focused control leaves alone passes here again on its way up.
-    const bool isHeld = key->key() == Qt::Key_Escape && key->isAutoRepeat();
-    if (!isHeld && (widget.hasFocus() || (&widget == this && focusWidget() == nullptr))) {
-        FormKeyDown(key->key());
+    if (widget.hasFocus() || (&widget == this && focusWidget() == nullptr)) {
+        FormKeyDown(*key);
     }
     return false;
 }
 
 // The window sees keys before its controls do. The split bars never get the focus, so no key can move them.
-void frmMain::FormKeyDown(int key) {
+void frmMain::FormKeyDown(const QKeyEvent& key) {
+    const bool isEscape = key.key() == Qt::Key_Escape;
+    if (isEscape && key.isAutoRepeat()) {
+        return;
+    }
     timer_.PutOff();
-    if (key == Qt::Key_Escape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
+    if (isEscape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
         jobs_.Stop();
-    } else if (key == Qt::Key_Escape) {
+    } else if (isEscape) {
         jobs_.MakeWay();
         state_.FindText.clear();
         errors_.Guard([this] { list_->ClearSelection(); });

@@ -3,6 +3,7 @@
 #include "app/WindowJobs.h"
 #include "app/WindowParts.h"
 #include "archive/RefreshTimer.h"
+#include "messages/FailureList.h"
 
 #include <memory>
 
@@ -82,15 +83,17 @@ private:
     void ConnectToolbars();
     void tlbMessages_ButtonClick(const QString& key);
     void UpdateMainCaption();
+    void HintAtDirectories();
     void ReportError(const QString& text);
     void FormShownOrHidden(const QWidget* form);
     bool WindowKeyDown(QWidget& widget, QEvent* event);
-    void FormKeyDown(int key);
+    void FormKeyDown(const QKeyEvent& key);
 
     MainPorts ports_;
     AppState state_;
     MessageListModel model_;
     StatusPanels panels_;
+    FailureList failures_;
     QStringList loadErrors_; // reported once the window is shown
     ErrorReport errors_;
     RefreshTimer timer_{state_, this};

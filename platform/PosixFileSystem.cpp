@@ -172,7 +172,8 @@ private:
     static void Unlink(const QString& path, const QByteArray& bytes, mode_t mode) {
         // For the system it is enough that the folder may be written.
         if (S_ISREG(mode) && (mode & 0222U) == 0) {
-            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."),
+                            FileProblem::NoRight);
         }
         if (::unlink(bytes.constData()) != 0) {
             ThrowFileError(path, errno);

@@ -72,6 +72,45 @@
     </message>
 </context>
 <context>
+    <name>frmFailures</name>
+    <message>
+        <source>Messages that could not be dealt with</source>
+        <translation>Nicht bearbeitete Nachrichten</translation>
+    </message>
+    <message>
+        <source>They are still where they were, though the list shows them no more. A refresh (F5) lists them again.</source>
+        <translation>Sie sind noch, wo sie waren, auch wenn die Liste sie nicht mehr zeigt. Eine Aktualisierung (F5) listet sie wieder auf.</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was tun</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy the list as text, to pass it on</source>
+        <translation>Die Liste als Text kopieren, um sie weiterzugeben</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
     <name>frmFind</name>
     <message>
         <source>Find</source>
@@ -721,6 +760,58 @@
         <source>The window cannot be shown, because there is no display or it does not answer. The option --print-list works without one.</source>
         <translation>Das Fenster kann nicht angezeigt werden, weil es keine Anzeige gibt oder sie nicht antwortet. Die Option --print-list kommt ohne Anzeige aus.</translation>
     </message>
+    <message>
+        <source>The file or its folder is gone: %1</source>
+        <translation>Die Datei oder ihr Ordner ist nicht mehr da: %1</translation>
+    </message>
+    <message>
+        <source>Nothing, if another program has taken the message.</source>
+        <translation>Nichts, falls ein anderes Programm die Nachricht geholt hat.</translation>
+    </message>
+    <message>
+        <source>The pickup directory holds a message of this name already.</source>
+        <translation>Im Pickup-Verzeichnis liegt schon eine Nachricht dieses Namens.</translation>
+    </message>
+    <message>
+        <source>Wait until the mail server has taken that one, then try again. If it stays there, the server does not deliver.</source>
+        <translation>Warten Sie, bis der Mailserver jene geholt hat, und versuchen Sie es dann wieder. Bleibt sie liegen, so stellt der Server nicht zu.</translation>
+    </message>
+    <message>
+        <source>No right to change or delete in %1</source>
+        <translation>Kein Recht, etwas zu ändern oder zu löschen in %1</translation>
+    </message>
+    <message>
+        <source>Ask whoever manages the server for that right.</source>
+        <translation>Bitten Sie den Verwalter des Servers um dieses Recht.</translation>
+    </message>
+    <message>
+        <source>There is no room left in %1</source>
+        <translation>Kein Platz mehr in %1</translation>
+    </message>
+    <message>
+        <source>Make room there, then try again.</source>
+        <translation>Schaffen Sie dort Platz, und versuchen Sie es dann wieder.</translation>
+    </message>
+    <message>
+        <source>Another program uses the file.</source>
+        <translation>Ein anderes Programm benutzt die Datei.</translation>
+    </message>
+    <message>
+        <source>Try again later.</source>
+        <translation>Versuchen Sie es später wieder.</translation>
+    </message>
+    <message>
+        <source>The server has not answered since %1: %2</source>
+        <translation>Der Server antwortet seit %1 nicht: %2</translation>
+    </message>
+    <message>
+        <source>Try again when the server can be reached.</source>
+        <translation>Versuchen Sie es wieder, wenn der Server zu erreichen ist.</translation>
+    </message>
+    <message>
+        <source>The server of the archive does not answer: %1</source>
+        <translation>Der Server des Archivs antwortet nicht: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1080,6 +1171,25 @@
         <source>Leave alone what has not begun yet (Esc)</source>
         <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
     </message>
+    <message>
+        <source>Messages that could not be dealt with, and why (F8)</source>
+        <translation>Nachrichten, die nicht bearbeitet werden konnten, und warum (F8)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n fehlgeschlagen</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Messages that could not be dealt with</source>
+        <translation>Nicht bearbeitete Nachrichten</translation>
+    </message>
+    <message>
+        <source>%1: messages that could not be dealt with</source>
+        <translation>%1: Nachrichten, die nicht bearbeitet werden konnten</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::StatusPanelView</name>
@@ -1170,6 +1280,13 @@
     <message>
         <source>%1 - Quellbox Help</source>
         <translation>%1 - Quellbox-Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmMain</name>
+    <message>
+        <source>These are the files of the program&apos;s own folder. Choose the directory with the blocked messages by File &gt; Folder &gt; Archive..., and the one from which the mail server delivers by File &gt; Folder &gt; Pickup...</source>
+        <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Ordner &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Ordner &gt; Pickup...</translation>
     </message>
 </context>
 <context>
