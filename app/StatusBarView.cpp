@@ -4,7 +4,6 @@
 #include "settings/Placement.h"
 
 #include <QIcon>
-#include <QLayout>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -16,6 +15,7 @@ namespace {
 
 constexpr int infoWidth = 11906;  // twips
 constexpr int narrowWidth = 2540; // twips
+constexpr int panelMargin = 4;    // pixels
 
 } // namespace
 
@@ -26,7 +26,7 @@ StatusPanelView::StatusPanelView(const QString& key, const QString& subject, QWi
     setTextFormat(Qt::PlainText);
     setFrameShape(QFrame::NoFrame);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    setContentsMargins(4, 1, 4, 1);
+    setContentsMargins(panelMargin, 1, panelMargin, 1);
 }
 
 void StatusPanelView::Show(const StatusPanel& panel) {
@@ -68,8 +68,6 @@ StatusBarView::StatusBarView(StatusPanels& panels, QWidget* parent)
     addWidget(info_, ToPixels(infoWidth));
     addWidget(size_, ToPixels(narrowWidth));
     addWidget(count_, ToPixels(narrowWidth));
-    addPermanentWidget(btnFailures);
-    btnFailures->hide();
     for (StatusPanelView* panel : {info_, size_, count_}) {
         connect(panel, &StatusPanelView::Clicked, this,
                 [this, panel] { Q_EMIT PanelClick(panel->property("key").toString()); });
@@ -93,17 +91,18 @@ void StatusBarView::MakeButtons() {
     btnFailures->setToolTip(tr("Messages that could not be dealt with, and why (F8)"));
     btnFailures->setFocusPolicy(Qt::TabFocus);
     btnFailures->setAutoRaise(true);
+    btnFailures->hide();
     btnFailures->setAccessibleName(tr("Messages that could not be dealt with"));
     connect(btnFailures, &QToolButton::clicked, this, &StatusBarView::FailuresClick);
 }
 
-// The panels make room for the mark, and the progress bar stays over its panel.
+// The text of the first panel makes room for the mark. The panels keep their widths, and so does the window.
 void StatusBarView::ShowFailures(int count) {
     btnFailures->setText(tr("%n failed", nullptr, count));
     btnFailures->setAccessibleName(tr("%1: messages that could not be dealt with").arg(btnFailures->text()));
     btnFailures->setShortcut(QKeySequence(Qt::Key_F8)); // which a new text takes away
     btnFailures->setVisible(count > 0);
-    layout()->activate();
+    btnFailures->raise();
     PlaceProgress();
 }
 
@@ -149,7 +148,7 @@ void StatusBarView::ShowNow() {
     count_->Show({panels_.Count().text, tr("Number of archived files")});
 }
 
-// The button stands at the end of the same panel.
+// The button to stop stands at the end of the same panel, the mark of failures at that of the first.
 void StatusBarView::PlaceProgress() {
     const QRect panel = size_->geometry();
     const int top = ToPixels(40);
@@ -157,6 +156,10 @@ void StatusBarView::PlaceProgress() {
     prbFiles->setGeometry(panel.left() + ToPixels(10), top, panel.width() - ToPixels(20) - stop,
                           height() - ToPixels(60));
     btnStop->setGeometry(panel.right() - stop, top / 2, stop, height() - top / 2);
+    const QRect info = info_->geometry();
+    const int mark = btnFailures->isHidden() ? 0 : btnFailures->sizeHint().width();
+    btnFailures->setGeometry(info.right() - mark, top / 2, mark, height() - top / 2);
+    info_->setContentsMargins(panelMargin, 1, panelMargin + mark, 1);
 }
 
 } // namespace quellbox

@@ -129,7 +129,8 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
     }
     if (listing.isUnanswered) {
         End(RefreshOutcome::Unreadable,
-            QCoreApplication::translate("quellbox", "The server of the archive does not answer: %1").arg(listing.error));
+            QCoreApplication::translate("quellbox", "The server of the archive does not answer: %1")
+                .arg(listing.error));
         return true;
     }
     if (!listing.error.isEmpty()) {

@@ -5,11 +5,13 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QScreen>
 
 namespace quellbox {
 
 frmFailures::frmFailures(const FailureList& failures, QWidget* parent) : QDialog(parent), ui_(new Ui::frmFailures) {
     ui_->setupUi(this);
+    resize(size().boundedTo(screen()->availableSize() * 9 / 10)); // also where everything is twice as large
     ShowTexts(failures.Texts(QLocale()));
     connect(ui_->btnCopy, &QPushButton::clicked, this, &frmFailures::btnCopy_Click);
     connect(ui_->btnClose, &QPushButton::clicked, this, &frmFailures::accept);

@@ -1286,7 +1286,7 @@
     <name>quellbox::frmMain</name>
     <message>
         <source>These are the files of the program&apos;s own folder. Choose the directory with the blocked messages by File &gt; Folder &gt; Archive..., and the one from which the mail server delivers by File &gt; Folder &gt; Pickup...</source>
-        <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Ordner &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Ordner &gt; Pickup...</translation>
+        <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Verzeichnis &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Verzeichnis &gt; Pickup...</translation>
     </message>
 </context>
 <context>

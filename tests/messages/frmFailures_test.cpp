@@ -104,15 +104,19 @@ TEST_F(Failures, CanBeCopiedAsText) {
     EXPECT_EQ(copied.count(QLatin1Char('\n')), 1);
 }
 
-TEST_F(Failures, MoveTheProgressBarWithItsPanel) {
-    UnblockTwoOfWhichOneFails();
-    window_->SetBusy(true, 10);
+TEST_F(Failures, AreMarkedWithoutMovingAnything) {
+    window_->resize(window_->minimumSizeHint());
     QCoreApplication::processEvents();
-    const QRect panel = PanelView("size")->geometry();
-    const QRect bar = Find<QWidget>("prbFiles")->geometry();
-    EXPECT_GE(bar.left(), panel.left());
-    EXPECT_LE(bar.right(), panel.right());
-    window_->SetBusy(false, 0);
+    const QSize window = window_->size();
+    const QRect size = PanelView("size")->geometry();
+    const QRect info = PanelView("info")->geometry();
+    UnblockTwoOfWhichOneFails();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window_->size(), window);
+    EXPECT_EQ(PanelView("size")->geometry(), size);
+    EXPECT_EQ(PanelView("info")->geometry(), info);
+    EXPECT_TRUE(info.contains(Mark()->geometry().center()));
+    EXPECT_LE(PanelView("info")->contentsRect().right() + info.left(), Mark()->geometry().left());
 }
 
 } // namespace
