@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -44,7 +45,10 @@ std::vector<RowRange> Merged(std::vector<RowRange> ranges) {
 
 } // namespace
 
-MessageListView::MessageListView(QWidget* parent) : QTreeView(parent) {
+MessageListView::MessageListView(MessageListModel& messages, QWidget* parent)
+    : QTreeView(parent), messages_(messages), lblHint(new QLabel(this)) {
+    setObjectName(QStringLiteral("lvwMessages"));
+    setAccessibleName(tr("Messages"));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -59,12 +63,70 @@ MessageListView::MessageListView(QWidget* parent) : QTreeView(parent) {
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
+    lblHint->setObjectName(QStringLiteral("lblHint"));
+    lblHint->setTextFormat(Qt::PlainText);
+    lblHint->setWordWrap(true);
+    lblHint->setMargin(8);
+    lblHint->setAutoFillBackground(true);
+    lblHint->setBackgroundRole(QPalette::ToolTipBase);
+    lblHint->setForegroundRole(QPalette::ToolTipText);
+    lblHint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    lblHint->hide();
+    setModel(&messages);
+    ShowSortArrow();
+    FitColumns();
 }
 
-void MessageListView::setModel(QAbstractItemModel* model) {
-    QTreeView::setModel(model);
-    header()->setSectionHidden(ColumnBytes, true);
-    FitColumns();
+void MessageListView::ShowSortArrow() {
+    for (int column = 0; column < ColumnCount; ++column) {
+        const QString picture = column == sort_.SortColumn ? sort_.ArrowKey() : QStringLiteral("blank");
+        const QIcon icon(QStringLiteral(":/icons/%1.svg").arg(picture));
+        messages_.setHeaderData(column, Qt::Horizontal, icon, Qt::DecorationRole);
+    }
+}
+
+void MessageListView::ShowHint(const QString& text) {
+    lblHint->setText(text);
+    setAccessibleDescription(text);
+    lblHint->setVisible(!text.isEmpty());
+    PlaceHint();
+}
+
+void MessageListView::PlaceHint() {
+    const QRect inside = viewport()->geometry();
+    const int height = std::min(lblHint->heightForWidth(inside.width()), inside.height());
+    lblHint->setGeometry(inside.left(), inside.bottom() + 1 - height, inside.width(), height);
+}
+
+void MessageListView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    PlaceHint();
+}
+
+void MessageListView::SortList() {
+    messages_.sort(sort_.SortKey(), sort_.order);
+}
+
+void MessageListView::lvwMessages_ColumnClick(int column) {
+    if (messages_.Count() == 0) {
+        return;
+    }
+    sort_.Click(column);
+    ShowSortArrow();
+    SortList();
+    if (!currentIndex().isValid() || !IsSelected(currentIndex().row())) {
+        selectionModel()->setCurrentIndex(messages_.index(0, 0), QItemSelectionModel::NoUpdate);
+    }
+    scrollTo(currentIndex());
+}
+
+int MessageListView::SelectedRow() const {
+    const QModelIndex current = currentIndex();
+    const std::vector<RowRange> selected = SelectedRanges();
+    if (current.isValid() && (selected.empty() || IsSelected(current.row()))) {
+        return current.row();
+    }
+    return selected.empty() ? -1 : selected.front().first;
 }
 
 std::vector<RowRange> MessageListView::SelectedRanges() const {
@@ -103,9 +165,6 @@ void MessageListView::SelectOnly(int row) {
 }
 
 void MessageListView::FitColumns() {
-    if (model() == nullptr) {
-        return;
-    }
     // The system's icon width, of which half is added to the sample texts.
     constexpr int halfIcon = 32 / 2;
     const QFontMetrics metrics(window()->font());

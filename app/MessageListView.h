@@ -1,23 +1,38 @@
 #pragma once
 
 #include "messages/SelectionStatus.h"
+#include "messages/SortState.h"
 
+#include <QLabel>
 #include <QTreeView>
 
 namespace quellbox {
 
-/// The message list: full rows, several selectable, unread ones bold. It turns Qt's events into those that the window
-/// handles.
+/// The message list: full rows, several selectable, unread ones bold. It sorts itself when a
+/// header is clicked, and turns Qt's other events into those that the desks handle.
 class MessageListView : public QTreeView {
     Q_OBJECT
 
 public:
-    explicit MessageListView(QWidget* parent);
-
-    void setModel(QAbstractItemModel* model) override;
+    /// Shows this model, which outlives it.
+    explicit MessageListView(MessageListModel& messages, QWidget* parent = nullptr);
 
     /// The selected rows as ascending ranges without overlap.
     std::vector<RowRange> SelectedRanges() const;
+
+    /// The row that a command for one message works on; -1 when there is none.
+    int SelectedRow() const;
+
+    bool IsSelected(int row) const { return selectionModel()->isRowSelected(row); }
+
+    /// Says something at the lower end of the list, beside what it lists; an empty text takes it away.
+    void ShowHint(const QString& text);
+
+    /// The header of a column was clicked: the list is sorted by that column, or the other way round.
+    void lvwMessages_ColumnClick(int column);
+
+    /// Sorts the rows as the arrow in the header says.
+    void SortList();
 
     /// Selects one row alone and makes it the current one.
     void SelectOnly(int row);
@@ -54,6 +69,15 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void ShowSortArrow();
+    void PlaceHint();
+
+    MessageListModel& messages_;
+    SortState sort_;
+    QLabel* lblHint;
 };
 
 } // namespace quellbox

@@ -41,6 +41,9 @@ public:
     /// Shows the progress bar from 0 to `maximum`, or hides it.
     void ShowFileProgress(bool show, int maximum);
 
+    /// Marks that so many messages could not be dealt with; none takes the mark away.
+    void ShowFailures(int count);
+
     /// Offers to stop the job that runs, or no longer does.
     void ShowStop(bool show);
 
@@ -53,10 +56,14 @@ Q_SIGNALS:
     /// The job that runs is to be stopped.
     void StopClick();
 
+    /// What could not be dealt with is to be shown.
+    void FailuresClick();
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void MakeButtons();
     void ShowLater();
     void ShowNow();
     void PlaceProgress();
@@ -68,6 +75,7 @@ private:
     StatusPanelView* count_;
     QProgressBar* prbFiles;
     QToolButton* btnStop;
+    QToolButton* btnFailures;
 };
 
 } // namespace quellbox

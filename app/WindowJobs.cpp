@@ -24,14 +24,14 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     connect(&refresh_, &RefreshTask::Ended, this, [this](const RefreshResult& result) {
         End();
         Q_EMIT RefreshEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
     connect(&disposal_, &DisposalTask::Progress, this, &WindowJobs::Progress);
     connect(&disposal_, &DisposalTask::RowsLeft, this, &WindowJobs::RowsLeft);
     connect(&disposal_, &DisposalTask::Ended, this, [this](const DisposalResult& result) {
         End();
         Q_EMIT DisposalEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
     connect(&cleansing_, &CleansingTask::Counted, this, &WindowJobs::SetMaximum);
     connect(&cleansing_, &CleansingTask::Progress, this, &WindowJobs::Progress);
@@ -39,7 +39,7 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     connect(&cleansing_, &CleansingTask::Ended, this, [this](const CleansingResult& result) {
         End();
         Q_EMIT CleansingEnded(result);
-        Q_EMIT JobEnded();
+        TellEnd();
     });
 }
 
@@ -62,10 +62,11 @@ void WindowJobs::Cleanse(const QString& archiveDir, qint16 days) {
     }
 }
 
-void WindowJobs::Call(std::function<Error()> call, std::function<void(const Error&)> done) {
+void WindowJobs::Call(Effect effect, std::function<Error()> call, std::function<void(const Error&)> done) {
     if (!Begin(Activity::Working, 0)) {
         return;
     }
+    callEffect_ = effect;
     callDone_ = std::move(done);
     callError_ = std::nullopt;
     call_.emplace(
@@ -84,7 +85,13 @@ void WindowJobs::EndCall(SeriesEnd how) {
     if (how != SeriesEnd::Cancelled) {
         done(callError_);
     }
-    Q_EMIT JobEnded();
+    TellEnd();
+}
+
+void WindowJobs::TellEnd() {
+    if (!IsAtWork()) {
+        Q_EMIT JobEnded();
+    }
 }
 
 void WindowJobs::Stop() {
@@ -99,7 +106,8 @@ void WindowJobs::Stop() {
 
 void WindowJobs::GiveUp() {
     const bool refreshMoves = refresh_.IsRunning() && state_.TolerationLevel == 2;
-    leftChanges_ = leftChanges_ || refreshMoves || activity_ == Activity::Working;
+    const bool onlyReads = callDone_ && callEffect_ == Effect::Reads;
+    leftChanges_ = leftChanges_ || refreshMoves || (activity_ == Activity::Working && !onlyReads);
     refresh_.Cancel();
     disposal_.GiveUp();
     cleansing_.GiveUp();
@@ -108,8 +116,20 @@ void WindowJobs::GiveUp() {
     }
 }
 
-void WindowJobs::GiveWay() {
-    refresh_.GiveWay();
+bool WindowJobs::MakeWay() {
+    if (GivesWay()) {
+        isMakingWay_ = true;
+        refresh_.GiveWay();
+        isMakingWay_ = false;
+    }
+    return IsIdle();
+}
+
+bool WindowJobs::EndRefresh() {
+    isMakingWay_ = true;
+    GiveUp();
+    isMakingWay_ = false;
+    return MakeWay();
 }
 
 void WindowJobs::Close() {
@@ -139,6 +159,10 @@ void WindowJobs::End() {
 
 void WindowJobs::SetMaximum(int maximum) {
     maximum_ = maximum;
+    TellBusy();
+}
+
+void WindowJobs::TellBusy() {
     if (isShown_) {
         Q_EMIT BusyDue(maximum_);
     }

@@ -14,7 +14,7 @@
 namespace quellbox {
 
 /// The long jobs of the main window, of which one runs at a time: refresh, disposal, cleansing, and single calls that
-/// the user waits for. It knows no widget. The window connects itself to what the jobs tell.
+/// the user waits for. It knows no widget. The parts of the window connect themselves to what the jobs tell.
 class WindowJobs : public QObject {
     Q_OBJECT
 
@@ -30,8 +30,14 @@ public:
     void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
     void Cleanse(const QString& archiveDir, qint16 days);
 
+    /// What a single call may do to files.
+    enum class Effect { Reads, Changes };
+
     /// Runs `call` beside this thread, and then `done` on it; not when the job was stopped.
-    void Call(std::function<Error()> call, std::function<void(const Error&)> done);
+    void Call(Effect effect, std::function<Error()> call, std::function<void(const Error&)> done);
+
+    /// Tells again that a job lasts long enough to be shown, if one does, to those who could not show it.
+    void TellBusy();
 
     Activity Now() const { return activity_; }
     bool IsIdle() const { return activity_ == Activity::Idle; }
@@ -40,8 +46,16 @@ public:
     /// True while a tick looks for new messages and nothing shows it yet: whoever wants to do something goes first.
     bool GivesWay() const { return refresh_.IsIncremental() && isByTick_ && !isShown_; }
 
-    /// Ends that look. What it has found and not shown is found again.
-    void GiveWay();
+    /// Whatever the user does goes before such a look, which ends; what it has found and not shown is found again. True
+    /// when no job runs then, and one may begin.
+    bool MakeWay();
+
+    /// The same for what was confirmed in a dialog: it is not dropped for a refresh that a tick began behind that, but
+    /// ends it.
+    bool EndRefresh();
+
+    /// True while a refresh ends in favour of the user: its end is not to be seen.
+    bool IsMakingWay() const { return isMakingWay_; }
 
     /// Escape: what has not begun does not begin. Said once more, what is under way is not waited for either. A refresh
     /// ends at once.
@@ -52,6 +66,7 @@ public:
 
     /// No job begins any more.
     void Close();
+    bool IsClosed() const { return isClosed_; }
 
     /// True when GiveUp() or Close() may have left calls under way that change files.
     bool LeftChangesUnderWay() const { return leftChanges_; }
@@ -74,7 +89,7 @@ Q_SIGNALS:
     void DisposalEnded(const DisposalResult& result);
     void CleansingEnded(const CleansingResult& result);
 
-    /// The last that is told of any job.
+    /// The last that is told of any job, unless its end has begun another one.
     void JobEnded();
 
 private:
@@ -83,6 +98,7 @@ private:
     void SetMaximum(int maximum);
     void ShowBusy();
     void EndCall(SeriesEnd how);
+    void TellEnd();
 
     RefreshPorts ports_;
     const AppState& state_;
@@ -97,6 +113,8 @@ private:
     int maximum_ = 0;
     bool isShown_ = false;
     bool isByTick_ = false; // the refresh
+    bool isMakingWay_ = false;
+    Effect callEffect_ = Effect::Reads;
     bool isClosed_ = false;
     bool leftChanges_ = false;
 };

@@ -127,6 +127,12 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
             QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.Text().toUpper()));
         return true;
     }
+    if (listing.isUnanswered) {
+        End(RefreshOutcome::Unreadable,
+            QCoreApplication::translate("quellbox", "The server of the archive does not answer: %1")
+                .arg(listing.error));
+        return true;
+    }
     if (!listing.error.isEmpty()) {
         End(RefreshOutcome::Unreadable,
             QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(listing.error));
@@ -213,7 +219,7 @@ void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to
         files.Move(from, to);
         read.wasMoved = true;
     } catch (const FileError& error) {
-        read.failure = FileFailure{error.Path(), error.Reason()};
+        read.failure = FileFailure(error);
     }
 }
 

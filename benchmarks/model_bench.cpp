@@ -39,8 +39,7 @@ std::vector<MessageRow> MakeRows(int count) {
 
 /// A list in a shown view, as the window has it.
 struct List {
-    explicit List(int count) : view(nullptr) {
-        view.setModel(&model);
+    explicit List(int count) : view(model) {
         view.resize(900, 400);
         view.show();
         model.Append(MakeRows(count));
@@ -57,7 +56,7 @@ struct List {
     }
 
     MessageListModel model;
-    MessageListView view;
+    MessageListView view{model};
 };
 
 struct Work {

@@ -71,7 +71,7 @@ CleansingTask::Names CleansingTask::ReadNames(const FileSystem& files, const QSt
         found.names = VisibleFileNames(files, folder);
         found.names.removeIf([](const QString& name) { return !IsMessage(name); });
     } catch (const FileError& error) {
-        found.failure = FileFailure{error.Path(), error.Reason()};
+        found.failure = FileFailure(error);
     }
     return found;
 }
@@ -98,12 +98,12 @@ CleansingTask::Fate CleansingTask::Cleanse(FileSystem& files, const QString& pat
         if (days != QLatin1String("0")) {
             fate.wasKept = !files.RemoveUnless(path, isKept);
         } else if (!files.Remove(path)) {
-            throw FileError(path, QCoreApplication::translate("quellbox", "The file is gone."));
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is gone."), FileProblem::Missing);
         }
     } catch (const FileError& error) {
-        fate.failure = FileFailure{error.Path(), error.Reason()};
+        fate.failure = FileFailure(error);
     } catch (const std::exception& error) {
-        fate.failure = FileFailure{path, QString::fromUtf8(error.what())};
+        fate.failure = FileFailure(path, QString::fromUtf8(error.what()));
     }
     return fate;
 }

@@ -93,6 +93,7 @@ QString HelpTopicOfForm(const QString& formName) {
         {QStringLiteral("frmCleansing"), QStringLiteral("cleansing.html")},
         {QStringLiteral("frmOptions"), QStringLiteral("options.html")},
         {QStringLiteral("frmFolders"), QStringLiteral("folders.html")},
+        {QStringLiteral("frmFailures"), QStringLiteral("failures.html")},
         {QStringLiteral("frmAbout"), QStringLiteral("about.html")},
     };
     return topics.value(formName);

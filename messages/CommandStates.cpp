@@ -6,6 +6,7 @@ CommandStates ComputeCommandStates(const CommandConditions& now) {
     const bool isIdle = now.activity == Activity::Idle;
     CommandStates can;
     can.refresh = isIdle || now.activity == Activity::Refreshing;
+    can.filter = isIdle || (can.refresh && now.filterDays != 0);
     if (!isIdle) {
         return can;
     }
@@ -13,8 +14,8 @@ CommandStates ComputeCommandStates(const CommandConditions& now) {
     can.edit = now.rows > 0;
     can.list = true;
     can.onSelected = now.selected > 0;
-    can.onOne = now.selected == 1;
-    can.tolerate = can.onOne && usesWhitelist;
+    can.view = now.offersView;
+    can.tolerate = now.selected == 1 && usesWhitelist;
     can.tolerateMenu = usesWhitelist;
     can.find = now.rows > 0;
     can.whitelist = usesWhitelist;

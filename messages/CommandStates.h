@@ -10,6 +10,8 @@ struct CommandConditions {
     int rows = 0;            ///< in the list
     int selected = 0;        ///< of them
     int tolerationLevel = 0; ///< as AppState has it
+    int filterDays = 0;      ///< as AppState has it
+    bool offersView = false; ///< exactly one row was selected when the mouse button went down last
 };
 
 /// Which commands can be used.
@@ -17,12 +19,13 @@ struct CommandStates {
     bool edit = false;         ///< the Edit menu
     bool list = false;         ///< what changes the list, its selection or its marks, settings, folders and dialogs
     bool onSelected = false;   ///< what acts on the selected messages: delete, unblock, and the contents' buttons
-    bool onOne = false;        ///< View, which is for one message
+    bool view = false;         ///< View, which is for one message
     bool tolerate = false;     ///< Tolerate, by button or key
     bool tolerateMenu = false; ///< Tolerate in the menu of the list
     bool find = false;         ///< Find, by button
     bool whitelist = false;    ///< the button "whitelist"
-    bool refresh = false;      ///< Refresh, and what leads to one: "filter" and bulk mode. It waits for the present one
+    bool refresh = false;      ///< Refresh, and bulk mode, which leads to one. It waits for the present one
+    bool filter = false;       ///< the button "filter": the same, but without days to filter by it asks for them first
 
     bool operator==(const CommandStates&) const = default;
 };

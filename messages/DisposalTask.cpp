@@ -67,9 +67,9 @@ DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, qint16 action, co
         DisposeOfFile(files, action, folders, key);
         return std::nullopt;
     } catch (const FileError& error) {
-        return FileFailure{error.Path(), error.Reason()};
+        return FileFailure(error);
     } catch (const std::exception& error) {
-        return FileFailure{folders.archive.PathOf(key), QString::fromUtf8(error.what())};
+        return FileFailure(folders.archive.PathOf(key), QString::fromUtf8(error.what()));
     }
 }
 

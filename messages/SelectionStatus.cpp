@@ -34,7 +34,6 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
                                        const AppState& state, bool filtered) {
     SelectionStatus status;
     status.hasRows = model.Count() > 0;
-    status.usesWhitelist = state.TolerationLevel >= 1;
     if (!status.hasRows) {
         return status;
     }
@@ -51,8 +50,6 @@ SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std:
             "quellbox", "Overflow: at most 32,767 messages can be selected. Select fewer messages."));
     }
     status.SelectedCount = static_cast<qint16>(count);
-    status.hasSelection = count > 0;
-    status.canTolerate = count == 1 && state.TolerationLevel > 0;
     status.count = CountText(model, state, filtered);
     if (count == 0) {
         status.info.text = state.ArchiveDir;

@@ -14,16 +14,13 @@ struct RowRange {
     int last = 0;
 };
 
-/// What counting the selection yields: the panel texts and which commands can be used.
+/// What counting the selection yields.
 struct SelectionStatus {
     qint16 SelectedCount = 0;
     StatusPanel info;
     StatusPanel size;
     QString count;
-    bool hasRows = false;       ///< the Edit menu and "find"
-    bool hasSelection = false;  ///< the buttons that act on messages
-    bool canTolerate = false;   ///< the toolbar button "tolerate"
-    bool usesWhitelist = false; ///< the button "whitelist" and the context menu's "Tolerate"
+    bool hasRows = false; ///< the panel texts are to be shown
 };
 
 /// Counts the selected rows and adds up their sizes. `selected` holds ascending ranges without overlap; `filtered`

@@ -44,9 +44,6 @@ void FolderListing::Start() {
 FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& folder) {
     Found found;
     found.listing.exists = files.FolderExists(folder);
-    if (!found.listing.exists) {
-        return found;
-    }
     try {
         found.listing.reader = files.ReadFolder(folder);
         Entries entries = PossibleFiles(files, folder);
@@ -56,6 +53,9 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         entries.erase(complete, entries.end());
         found.incomplete = std::move(entries);
     } catch (const FileError& error) {
+        // A folder on a server that does not answer seems not to exist, but that is no news of the folder.
+        found.listing.isUnanswered = error.Problem() == FileProblem::NoAnswer;
+        found.listing.exists = found.listing.exists || found.listing.isUnanswered;
         found.listing.reader = nullptr;
         found.listing.error = error.Text();
     }

@@ -19,6 +19,7 @@ struct FileEntry {
 /// What a folder was found to hold.
 struct Listing {
     bool exists = false;
+    bool isUnanswered = false;                  ///< the server of the folder does not answer; there is an error then
     QString error;                              ///< why the folder cannot be read; empty when it can
     std::vector<FileEntry> files;               ///< in order of arrival: time of last modification, then name
     std::shared_ptr<const FolderReader> reader; ///< of these files; null where there is an error

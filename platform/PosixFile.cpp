@@ -32,8 +32,41 @@ qint64 PosixInputFile::Read(char* buffer, qint64 capacity) {
     return ReadSome(descriptor_.Number(), buffer, capacity, path_);
 }
 
+FileProblem ProblemOf(int error) {
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return FileProblem::Missing;
+    case EEXIST:
+        return FileProblem::Exists;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return FileProblem::NoRight;
+    case ENOSPC:
+    case EDQUOT:
+        return FileProblem::NoRoom;
+    case EBUSY:
+    case ETXTBSY:
+        return FileProblem::InUse;
+    case ETIMEDOUT:
+    case ENOTCONN:
+    case ECONNABORTED:
+    case ECONNREFUSED:
+    case ECONNRESET:
+    case EHOSTDOWN:
+    case EHOSTUNREACH:
+    case ENETDOWN:
+    case ENETUNREACH:
+    case ESTALE:
+        return FileProblem::NoAnswer;
+    default:
+        return FileProblem::Other;
+    }
+}
+
 void ThrowFileError(const QString& path, int error) {
-    throw FileError(path, qt_error_string(error));
+    throw FileError(path, qt_error_string(error), ProblemOf(error));
 }
 
 QByteArray SystemPath(const QString& path) {

@@ -3,6 +3,7 @@
 #ifndef _WIN32
 
 #include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
 
 #include <QByteArray>
 #include <QString>
@@ -38,6 +39,9 @@ private:
     Descriptor descriptor_;
     QString path_;
 };
+
+/// What is the matter with a call that failed with `error`, an errno value.
+FileProblem ProblemOf(int error);
 
 /// Throws the FileError for `path` with the system's text for `error`, an errno value.
 [[noreturn]] void ThrowFileError(const QString& path, int error);

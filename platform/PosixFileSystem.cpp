@@ -180,7 +180,8 @@ private:
     static void Unlink(const QString& path, const QByteArray& bytes, const struct stat& status) {
         // For the system it is enough that the folder may be written.
         if (S_ISREG(status.st_mode) && (status.st_mode & 0222U) == 0) {
-            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."),
+                            FileProblem::NoRight);
         }
         if (const int error = RemoveForGood(bytes, status.st_dev); error != 0) {
             ThrowFileError(path, error);

@@ -31,18 +31,31 @@ public:
     using RuntimeError::RuntimeError;
 };
 
+/// What is the matter when a call of the file system fails, as far as the user can do something about it.
+enum class FileProblem {
+    Other,
+    Missing,  ///< there is no such file
+    Exists,   ///< the name is taken
+    NoRight,  ///< this user may not
+    NoRoom,   ///< the disk is full
+    InUse,    ///< another program holds the file
+    NoAnswer, ///< the server does not answer, or is connected no more
+};
+
 /// A call of the file system failed; the path and the system's reason are part of the text.
 class FileError : public RuntimeError {
 public:
-    FileError(const QString& path, const QString& reason)
-        : RuntimeError(path + QStringLiteral(": ") + reason), path_(path), reason_(reason) {}
+    FileError(const QString& path, const QString& reason, FileProblem problem = FileProblem::Other)
+        : RuntimeError(path + QStringLiteral(": ") + reason), path_(path), reason_(reason), problem_(problem) {}
 
     const QString& Path() const { return path_; }
     const QString& Reason() const { return reason_; }
+    FileProblem Problem() const { return problem_; }
 
 private:
     QString path_;
     QString reason_;
+    FileProblem problem_;
 };
 
 /// What the user reads of something that was thrown.

@@ -76,7 +76,8 @@ QString ShareFileSystem::ChangeablePath(const QString& path) const {
 QString ShareFileSystem::LocalOrThrow(const QString& path, Place place) const {
     QString local = LocalPath(path, place);
     if (local.isEmpty() && IsShareText(path)) {
-        throw FileError(path, QCoreApplication::translate("quellbox", "The share is not mounted on this computer."));
+        throw FileError(path, QCoreApplication::translate("quellbox", "The share is not mounted on this computer."),
+                        FileProblem::NoAnswer);
     }
     return local;
 }

@@ -72,8 +72,42 @@ Handle::~Handle() {
     }
 }
 
+FileProblem ProblemOf(DWORD error) {
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+        return FileProblem::Missing;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+        return FileProblem::Exists;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_NETWORK_ACCESS_DENIED:
+    case ERROR_WRITE_PROTECT:
+        return FileProblem::NoRight;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return FileProblem::NoRoom;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_BUSY:
+        return FileProblem::InUse;
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_NETNAME_DELETED:
+    case ERROR_UNEXP_NET_ERR:
+    case ERROR_NETWORK_UNREACHABLE:
+    case ERROR_HOST_UNREACHABLE:
+    case ERROR_CONNECTION_REFUSED:
+    case ERROR_CONNECTION_ABORTED:
+    case ERROR_SEM_TIMEOUT:
+        return FileProblem::NoAnswer;
+    default:
+        return FileProblem::Other;
+    }
+}
+
 void ThrowFileError(const QString& path, DWORD error) {
-    throw FileError(path, qt_error_string(static_cast<int>(error)));
+    throw FileError(path, qt_error_string(static_cast<int>(error)), ProblemOf(error));
 }
 
 std::wstring SystemPath(const QString& path) {

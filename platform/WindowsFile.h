@@ -2,6 +2,8 @@
 
 #ifdef _WIN32
 
+#include "platform/RuntimeError.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -26,6 +28,9 @@ public:
 private:
     HANDLE value_;
 };
+
+/// What is the matter with a call that failed with `error`, an error number of the system.
+FileProblem ProblemOf(DWORD error);
 
 /// Throws the FileError for `path` with the system's text for `error`.
 [[noreturn]] void ThrowFileError(const QString& path, DWORD error);

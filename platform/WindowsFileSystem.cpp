@@ -156,7 +156,8 @@ public:
             return false;
         }
         if (isKnown && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."));
+            throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."),
+                            FileProblem::NoRight);
         }
         ThrowFileError(path, error);
     }

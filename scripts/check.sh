@@ -37,7 +37,9 @@ show_faults() { grep -h '^faults: ' "build/$1/Testing/Temporary/LastTest.log" ||
 
 sources() { git ls-files -z -- "$@"; }
 
-format() { sources '*.h' '*.cpp' | xargs -0 -r clang-format --dry-run -Werror; }
+format() {
+  ! git grep -nE '^(<<<<<<<|>>>>>>>) ' && sources '*.h' '*.cpp' | xargs -0 -r clang-format --dry-run -Werror
+}
 
 includes() { python3 scripts/check_includes_test.py && python3 scripts/check_includes.py; }
 

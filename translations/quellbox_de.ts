@@ -72,6 +72,45 @@
     </message>
 </context>
 <context>
+    <name>frmFailures</name>
+    <message>
+        <source>Messages that could not be dealt with</source>
+        <translation>Nicht bearbeitete Nachrichten</translation>
+    </message>
+    <message>
+        <source>They are still where they were, though the list shows them no more. A refresh (F5) lists them again.</source>
+        <translation>Sie sind noch, wo sie waren, auch wenn die Liste sie nicht mehr zeigt. Eine Aktualisierung (F5) listet sie wieder auf.</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was tun</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy the list as text, to pass it on</source>
+        <translation>Die Liste als Text kopieren, um sie weiterzugeben</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
     <name>frmFind</name>
     <message>
         <source>Find</source>
@@ -721,6 +760,79 @@
         <source>The window cannot be shown, because there is no display or it does not answer. The option --print-list works without one.</source>
         <translation>Das Fenster kann nicht angezeigt werden, weil es keine Anzeige gibt oder sie nicht antwortet. Die Option --print-list kommt ohne Anzeige aus.</translation>
     </message>
+    <message>
+        <source>The file or its folder is gone: %1</source>
+        <translation>Die Datei oder ihr Ordner ist nicht mehr da: %1</translation>
+    </message>
+    <message>
+        <source>Nothing, if another program has taken the message.</source>
+        <translation>Nichts, falls ein anderes Programm die Nachricht geholt hat.</translation>
+    </message>
+    <message>
+        <source>The pickup directory holds a message of this name already.</source>
+        <translation>Im Pickup-Verzeichnis liegt schon eine Nachricht dieses Namens.</translation>
+    </message>
+    <message>
+        <source>Wait until the mail server has taken that one, then try again. If it stays there, the server does not deliver.</source>
+        <translation>Warten Sie, bis der Mailserver jene geholt hat, und versuchen Sie es dann wieder. Bleibt sie liegen, so stellt der Server nicht zu.</translation>
+    </message>
+    <message>
+        <source>No right to change or delete in %1</source>
+        <translation>Kein Recht, etwas zu ändern oder zu löschen in %1</translation>
+    </message>
+    <message>
+        <source>Ask whoever manages the server for that right.</source>
+        <translation>Bitten Sie den Verwalter des Servers um dieses Recht.</translation>
+    </message>
+    <message>
+        <source>There is no room left in %1</source>
+        <translation>Kein Platz mehr in %1</translation>
+    </message>
+    <message>
+        <source>Make room there, then try again.</source>
+        <translation>Schaffen Sie dort Platz, und versuchen Sie es dann wieder.</translation>
+    </message>
+    <message>
+        <source>Another program uses the file.</source>
+        <translation>Ein anderes Programm benutzt die Datei.</translation>
+    </message>
+    <message>
+        <source>Try again later.</source>
+        <translation>Versuchen Sie es später wieder.</translation>
+    </message>
+    <message>
+        <source>The server has not answered since %1: %2</source>
+        <translation>Der Server antwortet seit %1 nicht: %2</translation>
+    </message>
+    <message>
+        <source>Try again when the server can be reached.</source>
+        <translation>Versuchen Sie es wieder, wenn der Server zu erreichen ist.</translation>
+    </message>
+    <message>
+        <source>The server of the archive does not answer: %1</source>
+        <translation>Der Server des Archivs antwortet nicht: %1</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::ActionDesk</name>
+    <message numerus="yes">
+        <source>%n messages</source>
+        <translation>
+            <numerusform>%n Nachricht</numerusform>
+            <numerusform>%n Nachrichten</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::BusyDisplay</name>
+    <message>
+        <source>Please wait till operation completes...</source>
+        <translation>Bitte warten Sie, bis der Vorgang abgeschlossen ist...</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ContentsPane</name>
@@ -756,133 +868,7 @@
     </message>
 </context>
 <context>
-    <name>quellbox::RawPane</name>
-    <message>
-        <source>[The rest is not shown: %1 of %2 characters]</source>
-        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::StatusBarView</name>
-    <message>
-        <source>Progress</source>
-        <translation>Fortschritt</translation>
-    </message>
-    <message>
-        <source>Last screen update</source>
-        <translation>Letzte Aktualisierung der Anzeige</translation>
-    </message>
-    <message>
-        <source>Number of archived files</source>
-        <translation>Anzahl der archivierten Dateien</translation>
-    </message>
-    <message>
-        <source>State</source>
-        <translation>Status</translation>
-    </message>
-    <message>
-        <source>Size or time</source>
-        <translation>Größe oder Zeitpunkt</translation>
-    </message>
-    <message>
-        <source>Number of messages</source>
-        <translation>Anzahl der Nachrichten</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>Anhalten</translation>
-    </message>
-    <message>
-        <source>Leave alone what has not begun yet (Esc)</source>
-        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::StatusPanelView</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::TrayPresence</name>
-    <message>
-        <source>This desktop has no notification area, so the window is only minimized</source>
-        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmAbout</name>
-    <message>
-        <source>About %1</source>
-        <translation>Info über %1</translation>
-    </message>
-    <message>
-        <source>%1 by %2
-
-%3</source>
-        <translation>%1 von %2
-
-%3</translation>
-    </message>
-    <message>
-        <source>Version %1 - Build %2
-
-%3
-%4</source>
-        <translation>Version %1 - Build %2
-
-%3
-%4</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmFind</name>
-    <message>
-        <source>Find All</source>
-        <translation>Alle suchen</translation>
-    </message>
-    <message>
-        <source>Find</source>
-        <translation>Suchen</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmFolders</name>
-    <message>
-        <source>Cannot use drive %1</source>
-        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmHelp</name>
-    <message>
-        <source>The help of this program has no topic &quot;%1&quot;.</source>
-        <translation>Die Hilfe zu diesem Programm hat kein Thema „%1“.</translation>
-    </message>
-    <message>
-        <source>The help of this program has no topic number %1.</source>
-        <translation>Die Hilfe zu diesem Programm hat kein Thema Nummer %1.</translation>
-    </message>
-    <message>
-        <source>Quellbox Help</source>
-        <translation>Quellbox-Hilfe</translation>
-    </message>
-    <message>
-        <source>%1 - Quellbox Help</source>
-        <translation>%1 - Quellbox-Hilfe</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::frmMain</name>
-    <message>
-        <source>Messages</source>
-        <translation>Nachrichten</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
+    <name>quellbox::MainMenus</name>
     <message>
         <source>Folder</source>
         <translation>Verzeichnis</translation>
@@ -894,6 +880,10 @@
     <message>
         <source>Pickup...</source>
         <translation>Pickup...</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
     </message>
     <message>
         <source>E&amp;xit</source>
@@ -1028,6 +1018,11 @@
         <translation>Nachricht</translation>
     </message>
     <message>
+        <source>&amp;View</source>
+        <comment>what to do with a message</comment>
+        <translation>&amp;Anzeigen</translation>
+    </message>
+    <message>
         <source>Tray</source>
         <translation>Infobereich</translation>
     </message>
@@ -1038,10 +1033,6 @@
     <message>
         <source>Exit</source>
         <translation>Beenden</translation>
-    </message>
-    <message>
-        <source>Contents</source>
-        <translation>Inhalt</translation>
     </message>
     <message>
         <source>Delete selected message(s) permanently</source>
@@ -1080,29 +1071,23 @@
         <translation>Anhang anzeigen</translation>
     </message>
     <message>
-        <source>Time of last screen update</source>
-        <translation>Zeitpunkt der letzten Aktualisierung der Anzeige</translation>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
     </message>
     <message>
-        <source>Please wait till operation completes...</source>
-        <translation>Bitte warten Sie, bis der Vorgang abgeschlossen ist...</translation>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::MessageListView</name>
     <message>
-        <source>Done</source>
-        <translation>Fertig</translation>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
     </message>
-    <message numerus="yes">
-        <source>%n messages</source>
-        <translation>
-            <numerusform>%n Nachricht</numerusform>
-            <numerusform>%n Nachrichten</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <comment>what to do with a message</comment>
-        <translation>&amp;Anzeigen</translation>
-    </message>
+</context>
+<context>
+    <name>quellbox::PanesLayout</name>
     <message>
         <source>Divider between list and contents</source>
         <translation>Trennleiste zwischen Liste und Inhalt</translation>
@@ -1111,10 +1096,38 @@
         <source>Divider between layout and raw contents</source>
         <translation>Trennleiste zwischen Aufbau und Quelltext</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::RawPane</name>
     <message>
-        <source>Removing %1</source>
-        <translation>%1 wird entfernt</translation>
+        <source>[The rest is not shown: %1 of %2 characters]</source>
+        <translation>[Der Rest wird nicht angezeigt: %1 von %2 Zeichen]</translation>
     </message>
+</context>
+<context>
+    <name>quellbox::RefreshDesk</name>
+    <message numerus="yes">
+        <source>%n Messages removed !</source>
+        <translation>
+            <numerusform>%n Nachricht entfernt!</numerusform>
+            <numerusform>%n Nachrichten entfernt!</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Time of last screen update</source>
+        <translation>Zeitpunkt der letzten Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
+        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::SetupDesk</name>
     <message>
         <source>Select Archive Directory</source>
         <translation>Archivverzeichnis auswählen</translation>
@@ -1122,6 +1135,74 @@
     <message>
         <source>Select Pickup Directory</source>
         <translation>Pickup-Verzeichnis auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusBarView</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Last screen update</source>
+        <translation>Letzte Aktualisierung der Anzeige</translation>
+    </message>
+    <message>
+        <source>Number of archived files</source>
+        <translation>Anzahl der archivierten Dateien</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Size or time</source>
+        <translation>Größe oder Zeitpunkt</translation>
+    </message>
+    <message>
+        <source>Number of messages</source>
+        <translation>Anzahl der Nachrichten</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leave alone what has not begun yet (Esc)</source>
+        <translation>Nicht mehr anfangen, was noch nicht begonnen hat (Esc)</translation>
+    </message>
+    <message>
+        <source>Messages that could not be dealt with, and why (F8)</source>
+        <translation>Nachrichten, die nicht bearbeitet werden konnten, und warum (F8)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n fehlgeschlagen</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Messages that could not be dealt with</source>
+        <translation>Nicht bearbeitete Nachrichten</translation>
+    </message>
+    <message>
+        <source>%1: messages that could not be dealt with</source>
+        <translation>%1: Nachrichten, die nicht bearbeitet werden konnten</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::StatusPanelView</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::ToolsDesk</name>
+    <message>
+        <source>Removing %1</source>
+        <translation>%1 wird entfernt</translation>
     </message>
     <message>
         <source>Exchange Pickup Directory not setup yet.</source>
@@ -1131,16 +1212,81 @@
         <source>Testmessage send. Verify postmaster mailbox now!</source>
         <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
     </message>
-    <message numerus="yes">
-        <source>%n Messages removed !</source>
-        <translation>
-            <numerusform>%n Nachricht entfernt!</numerusform>
-            <numerusform>%n Nachrichten entfernt!</numerusform>
-        </translation>
+</context>
+<context>
+    <name>quellbox::TrayPresence</name>
+    <message>
+        <source>This desktop has no notification area, so the window is only minimized</source>
+        <translation>Dieser Desktop hat keinen Infobereich, daher wird das Fenster nur minimiert</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmAbout</name>
+    <message>
+        <source>About %1</source>
+        <translation>Info über %1</translation>
     </message>
     <message>
-        <source>New messages are not listed, because the message that was listed last has gone. Press F5 to list them.</source>
-        <translation>Neue Nachrichten werden nicht aufgelistet, weil es die zuletzt aufgelistete nicht mehr gibt. F5 listet sie auf.</translation>
+        <source>%1 by %2
+
+%3</source>
+        <translation>%1 von %2
+
+%3</translation>
+    </message>
+    <message>
+        <source>Version %1 - Build %2
+
+%3
+%4</source>
+        <translation>Version %1 - Build %2
+
+%3
+%4</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFind</name>
+    <message>
+        <source>Find All</source>
+        <translation>Alle suchen</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmFolders</name>
+    <message>
+        <source>Cannot use drive %1</source>
+        <translation>Laufwerk %1 kann nicht verwendet werden</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmHelp</name>
+    <message>
+        <source>The help of this program has no topic &quot;%1&quot;.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema „%1“.</translation>
+    </message>
+    <message>
+        <source>The help of this program has no topic number %1.</source>
+        <translation>Die Hilfe zu diesem Programm hat kein Thema Nummer %1.</translation>
+    </message>
+    <message>
+        <source>Quellbox Help</source>
+        <translation>Quellbox-Hilfe</translation>
+    </message>
+    <message>
+        <source>%1 - Quellbox Help</source>
+        <translation>%1 - Quellbox-Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmMain</name>
+    <message>
+        <source>These are the files of the program&apos;s own folder. Choose the directory with the blocked messages by File &gt; Folder &gt; Archive..., and the one from which the mail server delivers by File &gt; Folder &gt; Pickup...</source>
+        <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Verzeichnis &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Verzeichnis &gt; Pickup...</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "messages/frmFailures.h"
 #include "tests/support/AccessibleNames.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
@@ -141,6 +142,16 @@ TEST_F(MainAccessible, TheFindDialogIsNamed) {
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
     EXPECT_GE(focusable, 8) << "the text, the fields and three buttons";
+}
+
+TEST_F(MainAccessible, TheWindowOfFailuresIsNamed) {
+    FailureList failures;
+    failures.TakeAction({FileFailure(QStringLiteral("/archive/a.eml"), QStringLiteral("for some reason"))}, noon_);
+    frmFailures dialog(failures, nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 4) << "the list and three buttons";
 }
 
 TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {

@@ -6,6 +6,7 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "messages/frmFailures.h"
 #include "tests/support/InstalledTexts.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
@@ -177,6 +178,17 @@ TEST_F(MainGerman, TheFindDialogIsGerman) {
     dialog.Prepare();
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Suchen");
     EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+}
+
+TEST_F(MainGerman, TheWindowOfFailuresIsGerman) {
+    FailureList failures;
+    failures.TakeAction({FileFailure(FileError(QStringLiteral("/p/a.eml"), {}, FileProblem::Exists))}, noon_);
+    const frmFailures dialog(failures, nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Nicht bearbeitete Nachrichten");
+    EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+    const auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("lvwFailures"));
+    EXPECT_EQ(list->topLevelItem(0)->text(1).toStdString(),
+              "Im Pickup-Verzeichnis liegt schon eine Nachricht dieses Namens.");
 }
 
 TEST_F(MainGerman, TheDirectoryDialogIsGerman) {

@@ -1,5 +1,6 @@
 // Messages that take longer to read than a click waits for them.
 #include "app/MessageListView.h"
+#include "contents/frmView.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QSemaphore>

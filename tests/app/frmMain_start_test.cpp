@@ -161,6 +161,30 @@ TEST_F(MainStart, TheFirstTickSelectsTheFirstMessage) {
     EXPECT_EQ(tree->topLevelItem(0)->text(0).toStdString(), "MESSAGE");
 }
 
+TEST_F(MainStart, TheFirstOneSaysWhereToChooseTheDirectories) {
+    Set("ArchiveDir", qPrintable(program_.Directory));
+    files_.Add(program_.Directory + QStringLiteral("quellbox"), "a program");
+    OpenRefreshed();
+    const auto* hint = Find<QLabel>("lblHint");
+    EXPECT_TRUE(hint->isVisible());
+    EXPECT_TRUE(hint->text().contains(QStringLiteral("File > Folder > Archive...")));
+    EXPECT_EQ(List()->accessibleDescription(), hint->text());
+    EXPECT_TRUE(List()->rect().contains(hint->geometry()));
+    EXPECT_EQ(Keys(), "quellbox") << "the folder is listed all the same";
+}
+
+TEST_F(MainStart, TheKeyboardBeginsInTheList) {
+    Set("ArchiveDir", "/missing/");
+    OpenRefreshed();
+    EXPECT_EQ(window_->focusWidget(), List());
+}
+
+TEST_F(MainStart, LaterOnesDoNot) {
+    AddThree();
+    OpenRefreshed();
+    EXPECT_FALSE(Find<QLabel>("lblHint")->isVisible());
+}
+
 TEST_F(MainStart, FourMenuEntriesHavePictures) {
     Open();
     QStringList pictured;

@@ -11,25 +11,44 @@ CommandStates Can(Activity activity, int rows, int selected, int level = 1) {
 
 TEST(CommandStates, AnEmptyListLeavesWhatNeedsNoMessage) {
     const CommandStates can = Can(Activity::Idle, 0, 0);
-    EXPECT_FALSE(can.edit || can.onSelected || can.onOne || can.tolerate || can.find);
+    EXPECT_FALSE(can.edit || can.onSelected || can.tolerate || can.find);
     EXPECT_TRUE(can.list && can.whitelist && can.refresh && can.tolerateMenu);
 }
 
 TEST(CommandStates, RowsWithoutSelectionCanBeSearched) {
     const CommandStates can = Can(Activity::Idle, 3, 0);
     EXPECT_TRUE(can.edit && can.find);
-    EXPECT_FALSE(can.onSelected || can.onOne || can.tolerate);
+    EXPECT_FALSE(can.onSelected || can.tolerate);
 }
 
-TEST(CommandStates, OneSelectedRowCanBeViewedAndTolerated) {
+TEST(CommandStates, OneSelectedRowCanBeDisposedOfAndTolerated) {
     const CommandStates can = Can(Activity::Idle, 3, 1);
-    EXPECT_TRUE(can.onSelected && can.onOne && can.tolerate);
+    EXPECT_TRUE(can.onSelected && can.tolerate);
 }
 
-TEST(CommandStates, TwoSelectedRowsCanBeDisposedOfButNeitherViewedNorTolerated) {
+TEST(CommandStates, TwoSelectedRowsCanBeDisposedOfButNotTolerated) {
     const CommandStates can = Can(Activity::Idle, 3, 2);
     EXPECT_TRUE(can.onSelected);
-    EXPECT_FALSE(can.onOne || can.tolerate);
+    EXPECT_FALSE(can.tolerate);
+}
+
+TEST(CommandStates, ViewIsDecidedByThePressOfTheMouseButton) {
+    CommandConditions now{Activity::Idle, 3, 2, 1};
+    EXPECT_FALSE(ComputeCommandStates(now).view);
+    now.offersView = true;
+    EXPECT_TRUE(ComputeCommandStates(now).view);
+    now.activity = Activity::Working;
+    EXPECT_FALSE(ComputeCommandStates(now).view);
+}
+
+TEST(CommandStates, TheFilterWaitsForARefreshUnlessItHasToAskForTheDays) {
+    CommandConditions now{Activity::Refreshing, 3, 0, 1};
+    EXPECT_FALSE(ComputeCommandStates(now).filter);
+    now.filterDays = 7;
+    EXPECT_TRUE(ComputeCommandStates(now).filter);
+    now.activity = Activity::Working;
+    EXPECT_FALSE(ComputeCommandStates(now).filter);
+    EXPECT_TRUE(Can(Activity::Idle, 3, 0).filter);
 }
 
 TEST(CommandStates, LevelZeroSwitchesTheWhitelistOff) {

@@ -40,14 +40,10 @@ protected:
 
 } // namespace
 
-TEST_F(SelectionStatusTest, OfAnEmptyListDisablesAllButTheWhitelist) {
-    state.TolerationLevel = 1;
+TEST_F(SelectionStatusTest, OfAnEmptyListHasNoTexts) {
     const SelectionStatus status = Status({});
     EXPECT_EQ(status.SelectedCount, 0);
     EXPECT_FALSE(status.hasRows);
-    EXPECT_FALSE(status.hasSelection);
-    EXPECT_FALSE(status.canTolerate);
-    EXPECT_TRUE(status.usesWhitelist);
     EXPECT_EQ(status.count, QString());
     EXPECT_EQ(status.info, StatusPanel());
 }
@@ -59,7 +55,6 @@ TEST_F(SelectionStatusTest, WithoutSelectionShowsTheArchive) {
     EXPECT_EQ(status.info.text, u"/archive/"_s);
     EXPECT_EQ(status.size, StatusPanel());
     EXPECT_TRUE(status.hasRows);
-    EXPECT_FALSE(status.hasSelection);
 }
 
 TEST_F(SelectionStatusTest, OfOneRowShowsItsFile) {
@@ -68,7 +63,6 @@ TEST_F(SelectionStatusTest, OfOneRowShowsItsFile) {
     EXPECT_EQ(status.SelectedCount, 1);
     EXPECT_EQ(status.info.text, u"1"_s);
     EXPECT_EQ(status.size, (StatusPanel{u"1.5 KB"_s, u"Size of selected messages"_s}));
-    EXPECT_TRUE(status.hasSelection);
 }
 
 TEST_F(SelectionStatusTest, OfSeveralRowsAddsUpAllRanges) {
@@ -92,17 +86,6 @@ TEST_F(SelectionStatusTest, CountsPlainlyUnderAFilterWithoutACaption) {
     for (const qint16 days : {qint16{-1}, qint16{8}}) {
         state.FilterDays = days;
         EXPECT_EQ(Status({}, true).count, u"1"_s);
-    }
-}
-
-TEST_F(SelectionStatusTest, ToleratesExactlyOneRowAndOnlyWithAWhitelist) {
-    AddSizes({1, 2});
-    for (const qint16 level : {qint16{0}, qint16{1}, qint16{2}}) {
-        state.TolerationLevel = level;
-        EXPECT_FALSE(Status({}).canTolerate) << level;
-        EXPECT_EQ(Status({{0, 0}}).canTolerate, level > 0) << level;
-        EXPECT_FALSE(Status({{0, 1}}).canTolerate) << level;
-        EXPECT_EQ(Status({}).usesWhitelist, level > 0) << level;
     }
 }
 

@@ -73,6 +73,20 @@ TEST_F(FolderListingTest, UnreadableFolderSaysWhy) {
     EXPECT_EQ(listing.error, Text("/mail/: Permission denied"));
 }
 
+TEST_F(FolderListingTest, AFolderWhoseServerDoesNotAnswerIsNotSaidToBeMissing) {
+    class Dead : public MemoryFileSystem {
+    public:
+        bool FolderExists(const QString&) const override { return false; }
+        std::vector<FolderEntry> Entries(const QString& folder) const override {
+            throw FileError(folder, Text("Transport endpoint is not connected"), FileProblem::NoAnswer);
+        }
+    } files;
+    const Listing listing = ListedFolder(files, Text("/mail/"), pool_);
+    EXPECT_TRUE(listing.exists);
+    EXPECT_TRUE(listing.isUnanswered);
+    EXPECT_EQ(listing.error, Text("/mail/: Transport endpoint is not connected"));
+}
+
 TEST_F(FolderListingTest, StatusComesWithTheName) {
     files_.Add(Text("/mail/a.EML"), "four", 99);
     const std::vector<FileEntry> entries = Entries();

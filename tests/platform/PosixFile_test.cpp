@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <limits>
 
 namespace quellbox {
@@ -18,6 +19,19 @@ qint64 Modified(time_t seconds, long nanoseconds) {
     status.st_mtim.tv_sec = seconds;
     status.st_mtim.tv_nsec = nanoseconds;
     return ModifiedNs(status);
+}
+
+TEST(ProblemOf, NamesWhatTheUserCanDoSomethingAbout) {
+    EXPECT_EQ(ProblemOf(ENOENT), FileProblem::Missing);
+    EXPECT_EQ(ProblemOf(EEXIST), FileProblem::Exists);
+    EXPECT_EQ(ProblemOf(EACCES), FileProblem::NoRight);
+    EXPECT_EQ(ProblemOf(EROFS), FileProblem::NoRight);
+    EXPECT_EQ(ProblemOf(ENOSPC), FileProblem::NoRoom);
+    EXPECT_EQ(ProblemOf(EBUSY), FileProblem::InUse);
+    EXPECT_EQ(ProblemOf(ENOTCONN), FileProblem::NoAnswer);
+    EXPECT_EQ(ProblemOf(ETIMEDOUT), FileProblem::NoAnswer);
+    EXPECT_EQ(ProblemOf(ESTALE), FileProblem::NoAnswer);
+    EXPECT_EQ(ProblemOf(EIO), FileProblem::Other);
 }
 
 TEST(ModifiedNs, CountsFrom1970) {

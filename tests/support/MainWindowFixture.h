@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/frmMain.h"
+#include "contents/frmRawPane.h"
 #include "messages/MessageRow.h"
 #include "tests/support/FakeShell.h"
 #include "tests/support/FakeVolumes.h"
@@ -18,7 +19,9 @@
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTimer>
+#include <QToolBar>
 #include <QTreeView>
+#include <QTreeWidget>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>

@@ -157,7 +157,7 @@ bool MemoryFileSystem::FileExists(const QString& path) const {
 QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     const QString wanted = WithoutSeparator(folder);
     if (!folders_.contains(wanted)) {
-        throw FileError(folder, QStringLiteral("No such file or directory"));
+        throw FileError(folder, QStringLiteral("No such file or directory"), FileProblem::Missing);
     }
     return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
 }
@@ -215,7 +215,7 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
         throw FileError(to, failure->second);
     }
     if (files_.contains(Plain(to))) {
-        throw FileError(to, QStringLiteral("File exists"));
+        throw FileError(to, QStringLiteral("File exists"), FileProblem::Exists);
     }
     files_.erase(Plain(from));
     files_[Plain(to)] = file;
@@ -229,7 +229,7 @@ bool MemoryFileSystem::Remove(const QString& path) {
         return false;
     }
     if (file->second.readOnly) {
-        throw FileError(path, QStringLiteral("The file is read-only."));
+        throw FileError(path, QStringLiteral("The file is read-only."), FileProblem::NoRight);
     }
     files_.erase(file);
     return true;
@@ -249,7 +249,7 @@ bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<boo
         return false;
     }
     if (readOnly) {
-        throw FileError(path, QStringLiteral("The file is read-only."));
+        throw FileError(path, QStringLiteral("The file is read-only."), FileProblem::NoRight);
     }
     const std::lock_guard lock(mutex_);
     files_.erase(Plain(path));
@@ -298,14 +298,14 @@ void MemoryFileSystem::EnterChange(const QString& path) const {
 
 void MemoryFileSystem::RequireFolderOf(const QString& path) const {
     if (!folders_.contains(FolderOf(path))) {
-        throw FileError(path, QStringLiteral("No such file or directory"));
+        throw FileError(path, QStringLiteral("No such file or directory"), FileProblem::Missing);
     }
 }
 
 std::map<QString, MemoryFileSystem::File>::const_iterator MemoryFileSystem::Find(const QString& path) const {
     const auto file = files_.find(Plain(path));
     if (file == files_.end()) {
-        throw FileError(path, QStringLiteral("No such file or directory"));
+        throw FileError(path, QStringLiteral("No such file or directory"), FileProblem::Missing);
     }
     return file;
 }

@@ -2,6 +2,7 @@
 
 #include "app/MessageListView.h"
 #include "app/frmMain.h"
+#include "contents/frmRawPane.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FakeShell.h"
 #include "tests/support/FakeVolumes.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 

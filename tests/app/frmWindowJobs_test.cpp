@@ -1,5 +1,7 @@
 // What the window does while a job runs, and when one is stopped.
 #include "tests/messages/ListRows.h"
+#include "tests/support/CallGate.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/MainWindowFixture.h"
 
 #include <QDialog>
@@ -132,6 +134,63 @@ TEST_F(MainJobs, AShortJobShowsNothingOfBeingBusy) {
     EXPECT_EQ(Keys(), "b.eml c.eml");
 }
 
+TEST_F(MainJobs, AJobThatBeganWhileTheWindowWasHiddenIsShownWithTheWindow) {
+    AddThree();
+    OpenRefreshed();
+    window_->hide();
+    files_.SetLatency(300ms);
+    window_->mnuAcRefresh_Click();
+    QTest::qWait(200);
+    EXPECT_TRUE(List()->isEnabled()) << "nobody sees it";
+    window_->show();
+    ASSERT_TRUE(window_->Jobs().IsAtWork());
+    EXPECT_FALSE(List()->isEnabled());
+    EXPECT_FALSE(Action("mnuActionsDelete")->isEnabled());
+    EXPECT_TRUE(Find<QToolButton>("btnStop")->isVisible());
+    files_.SetLatency(0ms);
+    Settle();
+    EXPECT_TRUE(List()->isEnabled());
+}
+
+TEST_F(MainJobs, AnEntryThatCannotRunNowKeepsItsMark) {
+    AddThree();
+    OpenRefreshed();
+    window_->Jobs().disconnect(SIGNAL(BusyDue(int))); // as in the moment before a job is shown
+    files_.SetLatency(100ms);
+    window_->mnuAcRefresh_Click();
+    ASSERT_TRUE(window_->Jobs().IsAtWork());
+    Action("mnuViewContents")->trigger();
+    EXPECT_TRUE(Action("mnuViewContents")->isChecked());
+    files_.SetLatency(0ms);
+    Settle();
+}
+
+TEST_F(MainJobs, AStoppedLookIntoAMessageLeavesNoChangesUnderWay) {
+    AddThree();
+    OpenRefreshed();
+    CallGate gate;
+    window_->Jobs().Call(
+        WindowJobs::Effect::Reads,
+        [&gate]() -> WindowJobs::Error {
+            gate.Pass(0);
+            return {};
+        },
+        [](const WindowJobs::Error&) {});
+    window_->Jobs().GiveUp();
+    EXPECT_FALSE(window_->Jobs().LeftChangesUnderWay());
+    window_->Jobs().Call(
+        WindowJobs::Effect::Changes,
+        [&gate]() -> WindowJobs::Error {
+            gate.Pass(0);
+            return {};
+        },
+        [](const WindowJobs::Error&) {});
+    window_->Jobs().GiveUp();
+    EXPECT_TRUE(window_->Jobs().LeftChangesUnderWay());
+    gate.LetAll();
+    pool_.WaitForDone();
+}
+
 TEST_F(MainJobs, EscapeStopsADeleteAndTheRestOfTheRowsStay) {
     BeginToDelete(20);
     Escape();
@@ -150,6 +209,23 @@ TEST_F(MainJobs, TheButtonStopsAJobToo) {
     Settle();
     EXPECT_GT(window_->Messages().Count(), 0);
     EXPECT_EQ(FilesLeft(), window_->Messages().Count());
+}
+
+TEST_F(MainJobs, ADialogHasNoHourglassOverIt) {
+    BeginToDelete(60);
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    const auto hourglassIsGone = [] { return QApplication::overrideCursor() == nullptr; };
+    bool wasAtWork = false;
+    DialogVisit visit("frmAbout", [&](const QDialog&) {
+        EXPECT_TRUE(QTest::qWaitFor(hourglassIsGone, patience));
+        wasAtWork = window_->Jobs().IsAtWork();
+    });
+    Action("mnuHelpAbout")->trigger();
+    EXPECT_TRUE(visit.Happened());
+    EXPECT_TRUE(wasAtWork) << "the job ended too soon to show anything";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !hourglassIsGone() || !window_->Jobs().IsAtWork(); }, patience));
+    Settle();
+    EXPECT_TRUE(hourglassIsGone());
 }
 
 TEST_F(MainJobs, KeysAndClicksDuringAJobAreDropped) {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/WindowParts.h"
+#include "messages/DisposalTask.h"
+
+#include <QObject>
+
+namespace quellbox {
+
+class ListDesk;
+
+/// What is done with the selected messages: delete, unblock, tolerate; and the whitelist.
+class ActionDesk : public QObject {
+    Q_OBJECT
+
+public:
+    ActionDesk(const WindowParts& parts, ListDesk& list);
+
+    /// Unblocks or deletes the selected messages; `action` is one of Action.
+    void ProcessSelectedMessages(qint16 action);
+
+    /// Offers to put the sender of the message on the whitelist, and unblocks it then.
+    void TolerateSelectedSender();
+
+    void MaintainWhitelist();
+
+    /// Shows what the last action could not do.
+    void btnFailures_Click();
+
+    void mnuActionsDelete_Click();
+    void mnuActionsUnblock_Click();
+    void mnuMessageDelete_Click();
+    void mnuMessageUnblock_Click();
+
+private:
+    void jobs_DisposalEnded(const DisposalResult& result);
+    void ShowNextMessage(int row);
+    void ShowNoMessage();
+    void OfferToTolerate(int row);
+
+    WindowParts parts_;
+    ListDesk& list_;
+};
+
+} // namespace quellbox

@@ -1,0 +1,112 @@
+#include "app/ToolsDesk.h"
+
+#include "app/RefreshDesk.h"
+#include "app/SetupDesk.h"
+#include "app/WindowJobs.h"
+#include "archive/RefreshTimer.h"
+#include "dialogs/PickupTest.h"
+#include "dialogs/frmCleansing.h"
+#include "mail/DisplayText.h"
+#include "messages/FailureList.h"
+#include "settings/frmMessageBox.h"
+
+#include <QLocale>
+
+namespace quellbox {
+
+namespace {
+
+WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
+                                const QString& moment) {
+    try {
+        WritePickupTest(files, userName, pickupDir, moment);
+        return std::nullopt;
+    } catch (const RuntimeError& error) {
+        return error.Text();
+    }
+}
+
+} // namespace
+
+ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup)
+    : parts_(parts), refresh_(refresh), setup_(setup) {
+    connect(&parts_.jobs, &WindowJobs::Removing, this,
+            [this](const QString& name) { parts_.panels.SetInfo(tr("Removing %1").arg(CleanseForDisplay(name))); });
+    connect(&parts_.jobs, &WindowJobs::CleansingEnded, this,
+            parts_.errors.Guarded(this, &ToolsDesk::jobs_CleansingEnded));
+}
+
+void ToolsDesk::mnuToolsCleansing_Click() {
+    CleanseArchive();
+}
+
+// Only a confirmation of this dialog counts, whatever an earlier one has left behind, and only for the archive that it
+// named.
+void ToolsDesk::CleanseArchive() {
+    AppState& state = parts_.state;
+    const QString archive = state.ArchiveDir;
+    const bool confirmed = frmCleansing(state, &parts_.window).exec() == QDialog::Accepted && state.CleansingConfirmed;
+    if (!confirmed || !parts_.jobs.EndRefresh() || state.ArchiveDir != archive) {
+        return;
+    }
+    parts_.timer.Stop();
+    state.LastAddedFile.clear();
+    parts_.jobs.Cleanse(archive, state.CleansingDays);
+}
+
+// No error of the run is reported but in the log. The list is made anew, and the number is what is left to be read.
+void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
+    parts_.failures.TakeAction(result.failures, parts_.ports.clock.Now());
+    if (!parts_.jobs.IsClosed()) {
+        refresh_.RefreshCleansed(result.count);
+    }
+}
+
+// The test goes on whatever became of the selection; the question shows the folder that is then in force.
+void ToolsDesk::SendPickupTest() {
+    if (!IsPickupSetUp(parts_.state.PickupDir, parts_.ports.program.Directory)) {
+        parts_.panels.SetInfo(tr("Exchange Pickup Directory not setup yet."));
+        setup_.mnuOpenFolderSelect_Click(1);
+    }
+    ConfirmWhenIdle();
+}
+
+// The selection of a directory is followed by a refresh, and that by another one if the user has asked for it.
+void ToolsDesk::ConfirmWhenIdle() {
+    if (!parts_.jobs.IsAtWork()) {
+        ConfirmAndSend();
+        return;
+    }
+    connect(&parts_.jobs, &WindowJobs::JobEnded, this, parts_.errors.Guarded(this, &ToolsDesk::ConfirmWhenIdle),
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+bool ToolsDesk::ConfirmPickupTest() {
+    const RefreshTimer::Hold rest(parts_.timer);
+    return AskInMessageBox(QMessageBox::Warning,
+                           {QStringLiteral("msgConfirm"), WindowTitle(parts_.state.PickupDir), PickupTestQuestion()},
+                           &parts_.window);
+}
+
+void ToolsDesk::ConfirmAndSend() {
+    if (parts_.jobs.IsClosed()) {
+        return;
+    }
+    parts_.panels.SetInfo({});
+    if (!ConfirmPickupTest() || !parts_.jobs.EndRefresh()) {
+        return;
+    }
+    const QString moment = GeneralDate(parts_.ports.clock.Now(), QLocale());
+    const auto send = [&files = parts_.ports.files, user = parts_.state.UserName,
+                       folder = QString(parts_.state.PickupDir),
+                       moment] { return TryPickupTest(files, user, folder, moment); };
+    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
+        if (error) {
+            parts_.errors.Show(*error);
+        } else {
+            parts_.panels.SetInfo(tr("Testmessage send. Verify postmaster mailbox now!"));
+        }
+    });
+}
+
+} // namespace quellbox
