@@ -6,10 +6,11 @@
 # make windows       builds the program for Windows, a portable zip and an installer, in build/windows/
 # make windows-test  the same, and runs the tests of that program under Wine
 # make fuzz          feeds deviant input to what reads mail and settings, SECONDS=60 for each target
+# make soak MINUTES=60  lets the program run over a share that goes wrong, with messages, keys and clicks at random
 JOBS ?= $(shell nproc)
 
 .NOTPARALLEL:
-.PHONY: run test fuzz translations package check-package windows windows-test
+.PHONY: run test soak fuzz translations package check-package windows windows-test
 run:
 	scripts/install-packages.sh run
 	cmake --preset release -DQUELLBOX_TESTS=OFF -DQUELLBOX_BENCHMARKS=OFF
@@ -19,6 +20,12 @@ run:
 test:
 	scripts/install-packages.sh test
 	scripts/check.sh
+
+soak:
+	scripts/install-packages.sh test
+	cmake --preset soak
+	cmake --build --preset soak -j$(JOBS) --target quellbox_soak
+	QT_QPA_PLATFORM=offscreen build/soak/quellbox_soak $(or $(MINUTES),10) $(SEED)
 
 windows:
 	scripts/install-packages.sh windows

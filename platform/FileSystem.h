@@ -56,7 +56,7 @@ class FolderReader {
 public:
     virtual ~FolderReader() = default;
 
-    /// As FileSystem::Status(), for a name in the folder.
+    /// As FileSystem::Status(), for a name in the folder. Throws FileError where the server does not answer.
     virtual std::optional<FileStatus> Status(const QString& name) const = 0;
 
     /// Opens a file for reading that Status() has confirmed, which is not checked again. Should there be something else

@@ -18,6 +18,16 @@ std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const Folder& fo
     return entries;
 }
 
+bool IsUnanswered(const std::exception_ptr& thrown) {
+    try {
+        std::rethrow_exception(thrown);
+    } catch (const FileError& error) {
+        return error.Problem() == FileProblem::NoAnswer;
+    } catch (...) {
+        return false;
+    }
+}
+
 } // namespace
 
 FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder,
@@ -106,6 +116,7 @@ void FolderListing::Fail(const std::exception_ptr& thrown) {
     Listing listing;
     listing.exists = true;
     listing.error = TextOf(thrown);
+    listing.isUnanswered = IsUnanswered(thrown);
     End(std::move(listing));
 }
 

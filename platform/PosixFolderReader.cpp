@@ -26,9 +26,18 @@ public:
     std::optional<FileStatus> Status(const QString& name) const override {
         struct stat status {};
         const QByteArray bytes = PathBytes(name);
-        const bool isThere =
-            !bytes.contains('\0') && ::fstatat(descriptor_.Number(), bytes.constData(), &status, 0) == 0;
-        if (!isThere || !S_ISREG(status.st_mode)) {
+        if (bytes.contains('\0')) {
+            return std::nullopt;
+        }
+        if (::fstatat(descriptor_.Number(), bytes.constData(), &status, 0) != 0) {
+            // Of a server that does not answer nobody knows whether it has the file.
+            const int error = errno;
+            if (ProblemOf(error) == FileProblem::NoAnswer) {
+                ThrowFileError(folder_ + name, error);
+            }
+            return std::nullopt;
+        }
+        if (!S_ISREG(status.st_mode)) {
             return std::nullopt;
         }
         return FileStatus{status.st_size, ModifiedNs(status)};
