@@ -229,7 +229,7 @@ World::Account World::Look(const std::set<int>& deleted) {
     for (int number = 0; number < next_; ++number) {
         const QString name = NameOf(number);
         int places = 0;
-        for (const char* folder : {"archive/", "aside/", "sent/"}) {
+        for (const char* folder : {"archive/", "aside/", "pickup/", "sent/"}) {
             const QString path = real_ + QLatin1String(folder) + name;
             if (!QFile::exists(path)) {
                 continue;
