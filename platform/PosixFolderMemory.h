@@ -30,6 +30,10 @@ public:
     /// listing counts as a regular one: what arrives in an archive are messages.
     bool IsRegularFile(const QByteArray& path) const;
 
+    /// Whether a rename from the folder of one path into that of the other would be a copy under the final name; see
+    /// LieInTwoDesktopShares(). Found out once after each listing of the first folder.
+    bool IsRenameACopy(const QByteArray& from, const QByteArray& to);
+
     /// The best method that is not known to fail in the folder of `path`.
     RenameMethod MethodFor(const QByteArray& path) const;
 
@@ -40,6 +44,8 @@ private:
     struct Folder {
         std::optional<QSet<QByteArray>> others; // empty when the folder has not been listed
         RenameMethod method = RenameMethod::Atomic;
+        QByteArray target; // a folder for which isRenameACopy has been found out
+        bool isRenameACopy = false;
     };
 
     Folder& At(const QByteArray& folder);

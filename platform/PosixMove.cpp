@@ -131,7 +131,7 @@ void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
             ThrowFileError(from, S_ISDIR(before->st_mode) ? EISDIR : EINVAL);
         }
     }
-    const int error = RenameNoReplace(source, target, memory, before);
+    const int error = memory.IsRenameACopy(source, target) ? EXDEV : RenameNoReplace(source, target, memory, before);
     if (error == EXDEV) {
         return MoveByCopy(from, to, memory);
     }
