@@ -64,7 +64,7 @@ std::vector<Mount> ParseMountTable(const QString& mountTable) {
         if (hyphen >= 0 && hyphen + 2 < fields.size()) {
             mounts.push_back({fields.at(0), fields.at(1), MountField(fields.at(3)), MountField(fields.at(4)),
                               fields.at(hyphen + 1), MountField(fields.at(hyphen + 2)),
-                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3))});
+                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3)), fields.at(2)});
         }
     }
     return mounts;
@@ -90,6 +90,14 @@ bool LieInTwoDesktopShares(const std::vector<Mount>& mounts, const QString& left
         const QString leftShare = FirstBelow(mount, left);
         const QString rightShare = FirstBelow(mount, right);
         return !leftShare.isEmpty() && !rightShare.isEmpty() && leftShare != rightShare;
+    });
+}
+
+bool IsUsersShare(const std::vector<Mount>& mounts, const QString& device) {
+    return std::any_of(mounts.begin(), mounts.end(), [&device](const Mount& mount) {
+        const bool isClient =
+            mount.type == QLatin1String("fuse.smbnetfs") || mount.type == QLatin1String("fuse.gvfsd-fuse");
+        return isClient && mount.device == device;
     });
 }
 

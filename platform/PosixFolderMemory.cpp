@@ -59,21 +59,36 @@ bool FolderMemory::IsRegularFile(const QByteArray& path) const {
     return found != folders_.cend() && found->others && !found->others->contains(path.mid(folder.size()));
 }
 
-bool FolderMemory::IsRenameACopy(const QByteArray& from, const QByteArray& to) {
+bool FolderMemory::MustBeCopied(const QByteArray& from, const QByteArray& to) {
+    const QByteArray source = FolderOf(from);
     const QByteArray target = FolderOf(to);
     {
         const QMutexLocker lock(&mutex_);
-        const auto found = folders_.constFind(FolderOf(from));
+        const auto found = folders_.constFind(source);
         if (found != folders_.cend() && !found->target.isEmpty() && found->target == target) {
-            return found->isRenameACopy;
+            return found->mustBeCopied;
         }
     }
-    const bool isACopy = LieInTwoShares(FolderOf(from), target);
+    const bool must = LieInTwoShares(source, target);
+    SetMustBeCopied(from, to, must);
+    return must;
+}
+
+void FolderMemory::SetMustBeCopied(const QByteArray& from, const QByteArray& to, bool must) {
     const QMutexLocker lock(&mutex_);
     Folder& folder = At(FolderOf(from));
-    folder.target = target;
-    folder.isRenameACopy = isACopy;
-    return isACopy;
+    folder.target = FolderOf(to);
+    folder.mustBeCopied = must;
+}
+
+bool FolderMemory::IsOnUsersShare(const QByteArray& path) const {
+    const QMutexLocker lock(&mutex_);
+    return folders_.value(FolderOf(path)).isOnUsersShare;
+}
+
+void FolderMemory::SetOnUsersShare(const QByteArray& path, bool isShare) {
+    const QMutexLocker lock(&mutex_);
+    At(FolderOf(path)).isOnUsersShare = isShare;
 }
 
 RenameMethod FolderMemory::MethodFor(const QByteArray& path) const {

@@ -10,13 +10,15 @@ QString Text(const char* text) {
     return QString::fromUtf8(text);
 }
 
-/// Of a desktop session, with a folder of this computer beside.
+/// Those of a desktop session.
+std::vector<Mount> Mounts() {
+    return ParseMountTable(Text("20 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                                "21 20 0:5 / /run/user/1000/gvfs rw - fuse.gvfsd-fuse gvfsd-fuse rw\n"
+                                "22 20 0:6 / /home/joe/net rw - fuse.smbnetfs smbnetfs rw\n"));
+}
+
 bool LieInTwo(const char* left, const char* right) {
-    const std::vector<Mount> mounts =
-        ParseMountTable(Text("20 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                             "21 20 0:5 / /run/user/1000/gvfs rw - fuse.gvfsd-fuse gvfsd-fuse rw\n"
-                             "22 20 0:6 / /home/joe/net rw - fuse.smbnetfs smbnetfs rw\n"));
-    return LieInTwoDesktopShares(mounts, Text(left), Text(right));
+    return LieInTwoDesktopShares(Mounts(), Text(left), Text(right));
 }
 
 } // namespace
@@ -36,4 +38,11 @@ TEST(LieInTwoDesktopShares, IsOnlyAboutTheDesktopsMounts) {
     EXPECT_FALSE(LieInTwo("/home/joe/net/nas/archive", "/home/joe/net/nas/pickup"));
     EXPECT_FALSE(LieInTwo("/run/user/1000/gvfs-other/a", "/run/user/1000/gvfs-other/b"));
     EXPECT_FALSE(LieInTwo("/run/user/1000/gvfs", "/run/user/1000/gvfs/smb-share:server=nas,share=archive"));
+}
+
+TEST(IsUsersShare, IsFoundByItsDevice) {
+    EXPECT_TRUE(IsUsersShare(Mounts(), Text("0:5")));
+    EXPECT_TRUE(IsUsersShare(Mounts(), Text("0:6")));
+    EXPECT_FALSE(IsUsersShare(Mounts(), Text("8:1")));
+    EXPECT_FALSE(IsUsersShare(Mounts(), Text("0:7")));
 }
