@@ -2,6 +2,7 @@
 
 #include "platform/PathBytes.h"
 
+#include <QFile>
 #include <QStringList>
 
 #include <algorithm>
@@ -42,7 +43,17 @@ bool StandsOn(const std::vector<Mount>& mounts, const Mount& mount, const QStrin
     return parent == id;
 }
 
+/// What comes first below the mount point in a path; empty when the path lies elsewhere.
+QString FirstBelow(const Mount& mount, const QString& path) {
+    return IsAtOrAbove(mount.point, path) ? path.mid(mount.point.size()).section(QLatin1Char('/'), 1, 1) : QString();
+}
+
 } // namespace
+
+QString MountTableText() {
+    QFile table(QStringLiteral("/proc/self/mountinfo"));
+    return table.open(QIODevice::ReadOnly) ? PathText(table.readAll()) : QString();
+}
 
 std::vector<Mount> ParseMountTable(const QString& mountTable) {
     std::vector<Mount> mounts;
@@ -53,7 +64,7 @@ std::vector<Mount> ParseMountTable(const QString& mountTable) {
         if (hyphen >= 0 && hyphen + 2 < fields.size()) {
             mounts.push_back({fields.at(0), fields.at(1), MountField(fields.at(3)), MountField(fields.at(4)),
                               fields.at(hyphen + 1), MountField(fields.at(hyphen + 2)),
-                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3))});
+                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3)), fields.at(2)});
         }
     }
     return mounts;
@@ -69,6 +80,25 @@ bool IsCovered(const std::vector<Mount>& mounts, size_t index) {
 bool IsAtOrAbove(const QString& folder, const QString& path) {
     const QLatin1Char slash('/');
     return path == folder || path.startsWith(folder.endsWith(slash) ? folder : folder + slash);
+}
+
+bool LieInTwoDesktopShares(const std::vector<Mount>& mounts, const QString& left, const QString& right) {
+    return std::any_of(mounts.begin(), mounts.end(), [&](const Mount& mount) {
+        if (mount.type != QLatin1String("fuse.gvfsd-fuse")) {
+            return false;
+        }
+        const QString leftShare = FirstBelow(mount, left);
+        const QString rightShare = FirstBelow(mount, right);
+        return !leftShare.isEmpty() && !rightShare.isEmpty() && leftShare != rightShare;
+    });
+}
+
+bool IsUsersShare(const std::vector<Mount>& mounts, const QString& device) {
+    return std::any_of(mounts.begin(), mounts.end(), [&device](const Mount& mount) {
+        const bool isClient =
+            mount.type == QLatin1String("fuse.smbnetfs") || mount.type == QLatin1String("fuse.gvfsd-fuse");
+        return isClient && mount.device == device;
+    });
 }
 
 } // namespace quellbox

@@ -15,7 +15,11 @@ struct Mount {
     QString type;
     QString source;
     bool isReadOnly = false;
+    QString device; ///< the numbers of its device, as in "8:1"
 };
+
+/// The text of /proc/self/mountinfo; empty on systems that have no such file.
+QString MountTableText();
 
 /// The mounts in the text of /proc/self/mountinfo, in its order. Lines of another form are left out.
 std::vector<Mount> ParseMountTable(const QString& mountTable);
@@ -27,5 +31,14 @@ bool IsCovered(const std::vector<Mount>& mounts, size_t index);
 
 /// Whether `path` is the folder or lies below it; both without a separator at the end unless they are a root.
 bool IsAtOrAbove(const QString& folder, const QString& path);
+
+/// Whether two absolute paths without links lie in two of the shares that the desktop mounts. These have one mount in
+/// common, so the kernel takes them for one file system: it hands on a rename from one to the other, and the desktop's
+/// client then copies the file, under its new name from the first byte on.
+bool LieInTwoDesktopShares(const std::vector<Mount>& mounts, const QString& left, const QString& right);
+
+/// Whether a device is that of a share whose client a user has started. Such a client knows neither owners nor how to
+/// bring the names in a folder to the disk, and smbnetfs reads the whole folder when it is opened for that.
+bool IsUsersShare(const std::vector<Mount>& mounts, const QString& device);
 
 } // namespace quellbox

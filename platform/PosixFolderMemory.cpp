@@ -2,9 +2,14 @@
 
 #include "platform/PosixFolderMemory.h"
 
+#include "platform/MountTable.h"
+#include "platform/PathBytes.h"
 #include "platform/PosixFile.h"
 
 #include <QMutexLocker>
+
+#include <cstdlib>
+#include <memory>
 
 namespace quellbox {
 
@@ -12,6 +17,28 @@ namespace {
 
 constexpr qsizetype mostFolders = 64;
 constexpr qsizetype mostOthers = 1000;
+
+struct MemoryFreer {
+    void operator()(char* memory) const { std::free(memory); }
+};
+
+/// The path of a folder without links; empty when there is none.
+QString RealPath(const QByteArray& folder) {
+    const std::unique_ptr<char, MemoryFreer> real(::realpath(folder.isEmpty() ? "." : folder.constData(), nullptr));
+    return real ? PathText(real.get()) : QString();
+}
+
+bool LieInTwoShares(const QByteArray& from, const QByteArray& to) {
+    const QString table = MountTableText();
+    // Nearly always the question needs no calls that a server has to answer.
+    if (from == to || !table.contains(QLatin1String(" fuse.gvfsd-fuse "))) {
+        return false;
+    }
+    const QString source = RealPath(from);
+    const QString target = RealPath(to);
+    // Where one does not answer, a copy of our own is the safe way.
+    return source.isEmpty() || target.isEmpty() || LieInTwoDesktopShares(ParseMountTable(table), source, target);
+}
 
 } // namespace
 
@@ -30,6 +57,38 @@ bool FolderMemory::IsRegularFile(const QByteArray& path) const {
     const QMutexLocker lock(&mutex_);
     const auto found = folders_.constFind(folder);
     return found != folders_.cend() && found->others && !found->others->contains(path.mid(folder.size()));
+}
+
+bool FolderMemory::MustBeCopied(const QByteArray& from, const QByteArray& to) {
+    const QByteArray source = FolderOf(from);
+    const QByteArray target = FolderOf(to);
+    {
+        const QMutexLocker lock(&mutex_);
+        const auto found = folders_.constFind(source);
+        if (found != folders_.cend() && !found->target.isEmpty() && found->target == target) {
+            return found->mustBeCopied;
+        }
+    }
+    const bool must = LieInTwoShares(source, target);
+    SetMustBeCopied(from, to, must);
+    return must;
+}
+
+void FolderMemory::SetMustBeCopied(const QByteArray& from, const QByteArray& to, bool must) {
+    const QMutexLocker lock(&mutex_);
+    Folder& folder = At(FolderOf(from));
+    folder.target = FolderOf(to);
+    folder.mustBeCopied = must;
+}
+
+bool FolderMemory::IsOnUsersShare(const QByteArray& path) const {
+    const QMutexLocker lock(&mutex_);
+    return folders_.value(FolderOf(path)).isOnUsersShare;
+}
+
+void FolderMemory::SetOnUsersShare(const QByteArray& path, bool isShare) {
+    const QMutexLocker lock(&mutex_);
+    At(FolderOf(path)).isOnUsersShare = isShare;
 }
 
 RenameMethod FolderMemory::MethodFor(const QByteArray& path) const {

@@ -32,6 +32,17 @@ public:
     /// listing counts as a regular one: what arrives in an archive are messages.
     bool IsRegularFile(const QByteArray& path) const;
 
+    /// Whether a file cannot be renamed from the folder of one path into that of the other: two file systems, or two
+    /// shares between which the rename would be a copy under the final name; see LieInTwoDesktopShares(). The second
+    /// is found out once after each listing of the first folder.
+    bool MustBeCopied(const QByteArray& from, const QByteArray& to);
+    void SetMustBeCopied(const QByteArray& from, const QByteArray& to, bool must);
+
+    /// Whether the last file that was copied into the folder of `path` was found to lie on a share as IsUsersShare()
+    /// means it.
+    bool IsOnUsersShare(const QByteArray& path) const;
+    void SetOnUsersShare(const QByteArray& path, bool isShare);
+
     /// The best method that is not known to fail in the folder of `path`.
     RenameMethod MethodFor(const QByteArray& path) const;
 
@@ -45,6 +56,9 @@ private:
     struct Folder {
         std::optional<QSet<QByteArray>> others; // empty when the folder has not been listed
         RenameMethod method = RenameMethod::Atomic;
+        QByteArray target; // a folder for which mustBeCopied has been found out
+        bool mustBeCopied = false;
+        bool isOnUsersShare = false;
     };
 
     Folder& At(const QByteArray& folder);

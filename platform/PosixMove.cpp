@@ -2,6 +2,7 @@
 
 #include "platform/PosixMove.h"
 
+#include "platform/MountTable.h"
 #include "platform/PosixFile.h"
 #include "platform/PosixRename.h"
 #include "platform/RuntimeError.h"
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <optional>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace quellbox {
@@ -25,10 +27,13 @@ void CopyContents(const Descriptor& source, const QString& from, const Temporary
     }
 }
 
-/// A share may refuse owner, permissions or time; the message itself is what must not be lost.
-void CopyAttributes(const struct stat& status, const TemporaryFile& copy) {
-    [[maybe_unused]] const int owner = ::fchown(copy.Number(), status.st_uid, status.st_gid);
-    [[maybe_unused]] const int mode = ::fchmod(copy.Number(), status.st_mode & 0777U);
+/// A share may refuse owner, permissions or time; the message itself is what must not be lost. Where the server sets
+/// the first two itself, trying costs several of its calls.
+void CopyAttributes(const struct stat& status, const TemporaryFile& copy, bool withPermissions) {
+    if (withPermissions) {
+        [[maybe_unused]] const int owner = ::fchown(copy.Number(), status.st_uid, status.st_gid);
+        [[maybe_unused]] const int mode = ::fchmod(copy.Number(), status.st_mode & 0777U);
+    }
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
     [[maybe_unused]] const int time = ::futimens(copy.Number(), times.data());
 }
@@ -41,7 +46,8 @@ void RefuseChanged(const struct stat& before, const struct stat& after, const QS
 }
 
 /// Copies the file at `from` (links followed) to a new file beside `to`. Both are closed afterwards. Throws FileError.
-void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, Leftovers& leftovers) {
+void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, bool withPermissions,
+              Leftovers& leftovers) {
     struct stat before {};
     const Descriptor source(OpenRegular(from, before));
     copy.emplace(to, 0600, leftovers);
@@ -51,7 +57,7 @@ void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QSt
         ThrowFileError(from, errno);
     }
     RefuseChanged(before, after, from);
-    CopyAttributes(before, *copy);
+    CopyAttributes(before, *copy, withPermissions);
     copy->Close();
 }
 
@@ -77,6 +83,11 @@ void RemoveUnchanged(const QByteArray& source, const struct stat& before, const 
     }
 }
 
+/// The device of a file, as the mount table writes it.
+QString DeviceOf(const struct stat& status) {
+    return QStringLiteral("%1:%2").arg(major(status.st_dev)).arg(minor(status.st_dev));
+}
+
 /// Removes the copy from its place, unless something else is there by now.
 void Withdraw(const QByteArray& target, const struct stat& copied) {
     struct stat present {};
@@ -99,14 +110,18 @@ void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     // By name, as it is compared later: for an open file a share may report other values.
     const struct stat before = StatusOf(source, &::stat, from);
     std::optional<TemporaryFile> copy;
-    MakeCopy(copy, from, to, memory.Left());
+    MakeCopy(copy, from, to, !memory.IsOnUsersShare(target), memory.Left());
     const struct stat copied = StatusOf(copy->Path(), &::lstat, to);
+    const bool isOnUsersShare = IsUsersShare(ParseMountTable(MountTableText()), DeviceOf(copied));
+    memory.SetOnUsersShare(target, isOnUsersShare);
     if (const int error = RenameNoReplace(copy->Path(), target, memory, copied); error != 0) {
         ThrowFileError(to, error);
     }
     copy->Keep();
     try {
-        FlushFolderOf(to);
+        if (!isOnUsersShare) {
+            FlushFolderOf(to);
+        }
         RemoveUnchanged(source, before, from);
     } catch (...) {
         // A message in both folders would be delivered and still be listed as blocked; a message in none is lost.
@@ -131,8 +146,12 @@ void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
             ThrowFileError(from, S_ISDIR(before->st_mode) ? EISDIR : EINVAL);
         }
     }
+    if (memory.MustBeCopied(source, target)) {
+        return MoveByCopy(from, to, memory);
+    }
     const int error = RenameNoReplace(source, target, memory, before);
     if (error == EXDEV) {
+        memory.SetMustBeCopied(source, target, true);
         return MoveByCopy(from, to, memory);
     }
     if (error != 0) {

@@ -1,26 +1,20 @@
 #ifndef _WIN32
 
 #include "platform/FolderPath.h"
+#include "platform/MountTable.h"
 #include "platform/MountedVolumes.h"
-#include "platform/PathBytes.h"
 #include "platform/UncPath.h"
 #include "platform/Volumes.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace quellbox {
 
 namespace {
 
-QString MountTable() {
-    QFile table(QStringLiteral("/proc/self/mountinfo"));
-    return table.open(QIODevice::ReadOnly) ? PathText(table.readAll()) : QString();
-}
-
 class PosixVolumes : public Volumes {
 public:
-    std::vector<Volume> Mounted() const override { return MountedVolumes(MountTable(), SystemQuestions()); }
+    std::vector<Volume> Mounted() const override { return MountedVolumes(MountTableText(), SystemQuestions()); }
 
     QString Resolve(const QString& path) const override {
         if (!IsShareText(path)) {
@@ -29,10 +23,16 @@ public:
         if (!IsUncPath(path)) {
             return {};
         }
-        QString found = FindInMountTable(path, MountTable());
-        if (!found.isEmpty()) {
-            return found;
+        const QString table = MountTableText();
+        QString found = FindInMountTable(path, table);
+        if (found.isEmpty()) {
+            found = FindOnDesktop(path);
         }
+        return found.isEmpty() ? FindInNetworkFolder(path, table) : found;
+    }
+
+private:
+    static QString FindOnDesktop(const QString& path) {
         const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
         if (runtimeFolder.isEmpty()) {
             return {};

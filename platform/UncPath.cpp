@@ -55,6 +55,11 @@ QString Join(const QString& root, const QStringList& path, qsizetype used, bool 
     return asFolder || joined.isEmpty() ? joined + slash : joined;
 }
 
+/// A server or share of such a name would lead out of a folder with all servers.
+bool IsDots(const QString& name) {
+    return name == QLatin1String(".") || name == QLatin1String("..");
+}
+
 bool EndsWithSeparator(const QString& path) {
     return path.endsWith(QLatin1Char('\\')) || path.endsWith(slash);
 }
@@ -123,6 +128,21 @@ QString FindInShareMounts(const QString& uncPath, const QString& folder, const Q
                                   MountPart(mount, QLatin1String("share="))};
         if (BeginsWith(wanted, mounted)) {
             return Join(folder + slash + mount, wanted, mounted.size(), EndsWithSeparator(uncPath));
+        }
+    }
+    return {};
+}
+
+QString FindInNetworkFolder(const QString& uncPath, const QString& mountTable) {
+    const QStringList wanted = WantedComponents(uncPath);
+    if (wanted.size() < 2 || IsDots(wanted.at(0)) || IsDots(wanted.at(1))) {
+        return {};
+    }
+    const std::vector<Mount> mounts = ParseMountTable(mountTable);
+    for (size_t index = 0; index < mounts.size(); ++index) {
+        const Mount& mount = mounts[index];
+        if (mount.type == QLatin1String("fuse.smbnetfs") && mount.root == slash && !IsCovered(mounts, index)) {
+            return Join(mount.point, wanted, 0, EndsWithSeparator(uncPath));
         }
     }
     return {};

@@ -18,4 +18,7 @@ QString FindInMountTable(const QString& uncPath, const QString& mountTable);
 /// `smb-share:server=nas,share=archive`.
 QString FindInShareMounts(const QString& uncPath, const QString& folder, const QStringList& mounts);
 
+/// The same where smbnetfs shows all servers in one folder. Whether it finds the share is not known before it is asked.
+QString FindInNetworkFolder(const QString& uncPath, const QString& mountTable);
+
 } // namespace quellbox

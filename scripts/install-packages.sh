@@ -26,13 +26,17 @@ test_packages=(
   libgtest-dev      # tests
   libbenchmark-dev  # benchmarks
   libfuse3-dev fuse3 # a mounted folder that is as slow as a share, for tests and benchmarks
+  samba             # a file server of the tests' own, for the tests and benchmarks on real shares
+  smbnetfs          # a client that mounts its shares
+  gvfs-backends gvfs-fuse libglib2.0-bin # another one: the desktop's, and the command that connects a share
   qt6-translations-l10n # Qt's own texts in German
   clang-format      # check of the layout
   clang-tidy        # check of the code
   cppcheck          # another one, which finds other things
   python3           # check of the #include lines
   git               # lists the project's files
-  dbus-daemon       # a bus of its own for the test of the tray icon, and the bus under that of assistive tools
+  dbus-daemon       # a bus of its own for the test of the tray icon and for the desktop's client of shares, and the bus
+                    # under that of assistive tools
   python3-dbus      # speaks on that bus
   openbox           # a window manager for that test, which can minimize
   trayer            # a notification area for it
@@ -108,6 +112,17 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || { echo "Please install, as root: ${missing[*]}" >&2; exit 1; }
   as_root=(sudo)
 fi
+# The package samba makes the machine a file server, which nobody has asked for: the tests start one of their own.
+# What hides the services for the time of the installation is gone after a restart at the latest.
+services=()
+if [[ " ${missing[*]} " == *" samba "* ]] && [ -d /run/systemd/system ]; then
+  services=(smbd.service nmbd.service)
+  "${as_root[@]}" systemctl mask --runtime "${services[@]}"
+fi
 echo "Installing ${missing[*]}"
 "${as_root[@]}" apt-get -q update
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install "${missing[@]}" </dev/null
+if [ ${#services[@]} -gt 0 ]; then
+  "${as_root[@]}" systemctl disable "${services[@]}"
+  "${as_root[@]}" systemctl unmask --runtime "${services[@]}"
+fi

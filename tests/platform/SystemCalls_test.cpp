@@ -114,13 +114,6 @@ int SystemCalls::Make(const SystemCall& call, const std::function<int()>& real) 
 
 } // namespace quellbox
 
-namespace {
-
-// Found before a child needs it, see close().
-[[maybe_unused]] const int noFile = ::close(-1);
-
-} // namespace
-
 // These stand before the system's own in this program.
 extern "C" {
 
@@ -152,6 +145,9 @@ int close(int number) {
         return real(number);
     });
 }
+
+// QProcess closes files in a child that shares the memory of its parent, where it is too late to look up a function.
+[[maybe_unused]] static const int lookedUpEarly = close(-1);
 
 int fsync(int number) {
     static const auto real = quellbox::Real("fsync", static_cast<int (*)(int)>(nullptr));

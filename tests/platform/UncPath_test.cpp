@@ -130,6 +130,16 @@ TEST(UncPath, DesktopShareMounts) {
     EXPECT_EQ(FindInShareMounts(Text(R"(\\nas\other)"), Text("/gvfs"), mounts), QString());
 }
 
+TEST(UncPath, FolderWithAllServers) {
+    const QString table = Text(mountTable) + Text("46 22 0:56 / /home/joe/net rw - fuse.smbnetfs smbnetfs rw\n");
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\other\a)"), table), Text("/home/joe/net/nas/other/a"));
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\other\)"), table), Text("/home/joe/net/nas/other/"));
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\other\..\..\..\a)"), table), Text("/home/joe/net/nas/other/a"));
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\..\other\a)"), table), QString());
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\..\a)"), table), QString());
+    EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\other\a)"), Text(mountTable)), QString());
+}
+
 } // namespace
 
 } // namespace quellbox

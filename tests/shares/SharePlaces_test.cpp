@@ -1,0 +1,63 @@
+#include "tests/shares/ShareFixture.h"
+
+#include "dialogs/FolderList.h"
+#include "dialogs/PickupTest.h"
+
+namespace quellbox {
+
+/// How the user comes to a folder on a share.
+class SharePlaces : public ShareTest {
+protected:
+    /// Opens folder after folder in the directory list, from `start` to `folder` below it.
+    static QString GoDown(const FileSystem& files, const QString& start, const QString& folder) {
+        FolderList list = ListFolder(files, start);
+        for (int opened = 0; opened < 20 && list.Path(list.Opened()) + u'/' != folder; ++opened) {
+            int next = -1;
+            for (int entry = list.Opened() + 1; entry < list.Count(); ++entry) {
+                next = folder.startsWith(list.Path(entry) + u'/') ? entry : next;
+            }
+            if (next < 0) {
+                break;
+            }
+            list = ListFolder(files, list.Path(next));
+        }
+        return list.Path(list.Opened()) + u'/';
+    }
+};
+
+TEST_P(SharePlaces, AFolderIsFoundByTheLists) {
+    const std::vector<Volume> volumes = volumes_->Mounted();
+    const int volume = VolumeOf(volumes, Mounted("archive"));
+    ASSERT_GE(volume, 0);
+    EXPECT_EQ(volumes[static_cast<size_t>(volume)].kind, VolumeKind::Network);
+    const FolderList first = ListFirstFolder(*files_, volumes, Mounted("archive"), QStringLiteral("/"));
+    EXPECT_EQ(first.Path(first.Opened()) + u'/', Mounted("archive"));
+    // smbnetfs shows no server before somebody has asked for it by name.
+    const QString share = world_.Mount().Folder(QStringLiteral("archive"));
+    EXPECT_EQ(GoDown(*files_, share, Mounted("archive")), Mounted("archive"));
+}
+
+TEST_P(SharePlaces, AFolderIsFoundByItsNameOnTheNetwork) {
+    EXPECT_EQ(volumes_->Resolve(Unc("archive")).toStdString(), Mounted("archive").toStdString());
+    EXPECT_TRUE(files_->FolderExists(Unc("archive")));
+    EXPECT_FALSE(files_->FolderExists(Unc("archive") + QStringLiteral("missing\\")));
+}
+
+TEST_P(SharePlaces, TheProgramWorksWithNamesOnTheNetwork) {
+    Use(Unc("archive"), Unc("pickup"));
+    ASSERT_NO_FATAL_FAILURE(DeliverMany(Behind("archive"), 4));
+    EXPECT_EQ(Refresh().outcome, RefreshOutcome::Completed);
+    ASSERT_EQ(model_.Count(), 4);
+    EXPECT_EQ(Reasons(Dispose(Action::unblock, {0, 1}).failures), "");
+    EXPECT_EQ(Reasons(Dispose(Action::remove, {0}).failures), "");
+    ExpectExactly(Behind("archive"), {QStringLiteral("00003.EML")});
+    ExpectExactly(Behind("pickup"), {QStringLiteral("00000.EML"), QStringLiteral("00001.EML")});
+    WritePickupTest(*files_, QStringLiteral("joe"), state_.PickupDir, QStringLiteral("now"));
+    EXPECT_TRUE(QFile::exists(Behind("pickup") + QStringLiteral("quellbox.eml")));
+    EXPECT_EQ(Cleanse(0).count, 1);
+    ExpectExactly(Behind("archive"), {});
+}
+
+QUELLBOX_ON_EACH_CLIENT(SharePlaces);
+
+} // namespace quellbox
