@@ -193,11 +193,8 @@ bool IsGone(const QByteArray& path, const std::optional<dev_t>& device) {
 }
 
 int RemoveForGood(const QByteArray& path, const std::optional<dev_t>& device) {
-    if (::unlink(path.constData()) == 0) {
-        return 0;
-    }
-    const int error = errno;
-    return IsGone(path, device) ? 0 : error;
+    const int error = ErrorUnlessInUse([&path] { return ::unlink(path.constData()); });
+    return error == 0 || IsGone(path, device) ? 0 : error;
 }
 
 void FlushFolderOf(const QString& path) {

@@ -8,8 +8,11 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cerrno>
+#include <chrono>
 #include <optional>
 #include <sys/stat.h>
+#include <thread>
 
 namespace quellbox {
 
@@ -42,6 +45,21 @@ private:
 
 /// What is the matter with a call that failed with `error`, an errno value.
 FileProblem ProblemOf(int error);
+
+/// Makes a call of the system that returns 0, or -1 and errno, and gives back 0 or the error. Where it is refused
+/// because the file is in use, it is made again for a quarter of a second: a share hears that a file was closed only a
+/// moment after the program has closed it.
+template <class Call>
+int ErrorUnlessInUse(Call call) {
+    constexpr std::chrono::milliseconds longest(128);
+    for (std::chrono::milliseconds wait(1);; wait *= 2) {
+        const int error = call() == 0 ? 0 : errno;
+        if (error != EBUSY || wait > longest) {
+            return error;
+        }
+        std::this_thread::sleep_for(wait);
+    }
+}
 
 /// Throws the FileError for `path` with the system's text for `error`, an errno value.
 [[noreturn]] void ThrowFileError(const QString& path, int error);

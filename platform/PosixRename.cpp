@@ -94,7 +94,8 @@ bool IsPresent(const QByteArray& path) {
 
 int RenameAtomically([[maybe_unused]] const QByteArray& from, [[maybe_unused]] const QByteArray& to) {
 #ifdef RENAME_NOREPLACE
-    return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0 ? 0 : errno;
+    return ErrorUnlessInUse(
+        [&] { return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE); });
 #else
     return ENOSYS;
 #endif
@@ -123,11 +124,8 @@ int RenameChecked(const QByteArray& from, const QByteArray& to, const std::optio
     if (errno != ENOENT) {
         return errno;
     }
-    if (::rename(from.constData(), to.constData()) == 0) {
-        return 0;
-    }
-    const int error = errno;
-    return HasArrived(from, to, before) ? 0 : error;
+    const int error = ErrorUnlessInUse([&] { return ::rename(from.constData(), to.constData()); });
+    return error == 0 || HasArrived(from, to, before) ? 0 : error;
 }
 
 int RenameNoReplace(const QByteArray& from, const QByteArray& to, FolderMemory& memory,

@@ -56,7 +56,7 @@ build() { cmake --preset "$1" && cmake --build --preset "$1" -j "$jobs"; }
 run_tests() { rm -f "build/$1/Testing/Temporary/LastTest.log"; ctest --preset "$1" -j "$jobs" --timeout 300; }
 
 tidy() {
-  cmake --preset tidy -DCMAKE_GLOBAL_AUTOGEN_TARGET=ON >build/tidy.log 2>&1 &&
+  cmake --preset tidy -DCMAKE_GLOBAL_AUTOGEN_TARGET=ON -DCMAKE_AUTOGEN_ORIGIN_DEPENDS=OFF >build/tidy.log 2>&1 &&
     cmake --build --preset tidy --target autogen -j "$jobs" >>build/tidy.log 2>&1 || { cat build/tidy.log; return 1; }
   local here
   here=$(printf '%s' "$root" | sed 's/[].[^$*+?(){}|\\]/\\&/g')
