@@ -41,7 +41,7 @@ public:
     /// The method of an object as a handler that is guarded; both this and the object outlive it.
     template <class Object, class Method>
     auto Guarded(Object* object, Method method) const {
-        return [this, object, method](auto... arguments) { Guard([&] { (object->*method)(arguments...); }); };
+        return [this, object, method](auto... arguments) { this->Guard([&] { (object->*method)(arguments...); }); };
     }
 
 private:

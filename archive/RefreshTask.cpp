@@ -138,6 +138,12 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
             QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(listing.error));
         return true;
     }
+    if (IsNoLongerMounted(listing)) {
+        End(RefreshOutcome::Unreadable,
+            QCoreApplication::translate("quellbox", "The share of the archive is not mounted any more: %1")
+                .arg(archive_.Text()));
+        return true;
+    }
     if (listing.files.size() >= std::numeric_limits<qint16>::max()) {
         End(RefreshOutcome::TooMany,
             QCoreApplication::translate("quellbox", "Overflow: the archive %1 holds %2 files, and at most 32,766 can "
@@ -147,6 +153,14 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
         return true;
     }
     return false;
+}
+
+// Where a share was mounted, there is an empty folder when it no longer is. That must not pass for an empty archive.
+bool RefreshTask::IsNoLongerMounted(const Listing& listing) {
+    if (listing.isMountPoint) {
+        mounted_ = archive_;
+    }
+    return !listing.isMountPoint && mounted_ == archive_;
 }
 
 // What is to be read again comes first.

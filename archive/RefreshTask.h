@@ -96,6 +96,7 @@ private:
 
     void TakeListing(Listing listing);
     bool RefuseListing(const Listing& listing);
+    bool IsNoLongerMounted(const Listing& listing);
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
     void ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder);
@@ -114,6 +115,7 @@ private:
     std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Read>> reading_;
     std::map<QString, Failed> failed_; // by file name
+    Folder mounted_;                   // the archive, if something was mounted there when it was listed
     Folder archive_;                   // as it was when the refresh began
     RefreshResult result_;
     std::vector<MessageRow> batch_; // not yet in the list

@@ -56,6 +56,9 @@ class FolderReader {
 public:
     virtual ~FolderReader() = default;
 
+    /// Whether something was mounted at the folder when it was opened. False where the system cannot tell.
+    virtual bool IsMountPoint() const { return false; }
+
     /// As FileSystem::Status(), for a name in the folder. Throws FileError where the server does not answer.
     virtual std::optional<FileStatus> Status(const QString& name) const = 0;
 

@@ -56,6 +56,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
     found.listing.exists = files.FolderExists(folder);
     try {
         found.listing.reader = files.ReadFolder(folder);
+        found.listing.isMountPoint = found.listing.reader->IsMountPoint();
         Entries entries = PossibleFiles(files, folder);
         const auto complete = std::stable_partition(entries.begin(), entries.end(),
                                                     [](const FolderEntry& entry) { return !entry.status; });

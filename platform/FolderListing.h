@@ -21,6 +21,7 @@ struct Listing {
     bool exists = false;
     bool isUnanswered = false;                  ///< the server of the folder does not answer; there is an error then
     QString error;                              ///< why the folder cannot be read; empty when it can
+    bool isMountPoint = false;                  ///< something is mounted at the folder
     std::vector<FileEntry> files;               ///< in order of arrival: time of last modification, then name
     std::shared_ptr<const FolderReader> reader; ///< of these files; null where there is an error
 };

@@ -23,6 +23,13 @@ public:
         }
     }
 
+    bool IsMountPoint() const override {
+        struct stat folder {};
+        struct stat parent {};
+        return ::fstat(descriptor_.Number(), &folder) == 0 && ::fstatat(descriptor_.Number(), "..", &parent, 0) == 0 &&
+               folder.st_dev != parent.st_dev;
+    }
+
     std::optional<FileStatus> Status(const QString& name) const override {
         struct stat status {};
         const QByteArray bytes = PathBytes(name);

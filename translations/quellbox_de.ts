@@ -812,6 +812,10 @@
         <source>The server of the archive does not answer: %1</source>
         <translation>Der Server des Archivs antwortet nicht: %1</translation>
     </message>
+    <message>
+        <source>The share of the archive is not mounted any more: %1</source>
+        <translation>Die Freigabe des Archivs ist nicht mehr eingehängt: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -1,7 +1,10 @@
 #include "tests/archive/RefreshFixture.h"
 
+#include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
+#include "tests/support/FaultMount.h"
 
+#include <QProcess>
 #include <QSemaphore>
 
 #include <atomic>
@@ -65,6 +68,41 @@ TEST_F(RefreshFailureTest, SaysWhyAnArchiveCannotBeRead) {
     task.reset();
     pool.WaitForDone();
 }
+
+#ifdef __linux__
+
+TEST_F(RefreshFailureTest, TellsADeadShareAndAnUnmountedOneFromAnEmptyArchiveAndGoesOnWhenItIsBack) {
+    FaultMount mount({});
+    if (!mount.IsMounted()) {
+        GTEST_SKIP() << mount.WhyNot().toStdString();
+    }
+    const std::unique_ptr<FileSystem> local = MakeLocalFileSystem();
+    local->WriteWhole(mount.RealFolder() + u"1.EML"_s, "Subject: one\n\n");
+    state.ArchiveDir = mount.Folder();
+    Make(*local);
+    EXPECT_EQ(Run(), RefreshOutcome::Completed);
+    EXPECT_EQ(model.Count(), 1);
+
+    mount.Kill();
+    EXPECT_EQ(Run(), RefreshOutcome::Unreadable);
+    EXPECT_TRUE(result.reason.startsWith(u"The server of the archive does not answer: "_s));
+    EXPECT_EQ(model.Count(), 1);
+
+    QProcess::execute(u"fusermount3"_s, {u"-uzq"_s, mount.Folder()});
+    state.LastAddedFile.clear();
+    EXPECT_EQ(Run(), RefreshOutcome::Unreadable);
+    EXPECT_EQ(result.reason, u"The share of the archive is not mounted any more: "_s + mount.Folder());
+    EXPECT_EQ(model.Count(), 1) << "the list is no empty one";
+
+    mount.MountAgain();
+    local->WriteWhole(mount.RealFolder() + u"2.EML"_s, "Subject: two\n\n");
+    EXPECT_EQ(Run(), RefreshOutcome::Completed);
+    EXPECT_EQ(model.Count(), 2);
+    task.reset();
+    pool.WaitForDone();
+}
+
+#endif
 
 TEST_F(RefreshFailureTest, ListsAsManyFilesAsA16BitCountHoldsAndNotOneMore) {
     AddEmptyFiles(0, 32'766);

@@ -1,7 +1,7 @@
 // The program over a share for a long time: messages come and go, the server stalls and dies, keys and clicks act at
 // random. Usage: quellbox_soak MINUTES [SEED]
-#include "benchmarks/TurnWatch.h"
 #include "platform/ShareFileSystem.h"
+#include "tests/soak/GapWatch.h"
 #include "tests/soak/Messages.h"
 #include "tests/soak/User.h"
 #include "tests/soak/World.h"
@@ -67,23 +67,28 @@ public:
         user_->GoOn();
         world_.GoOn();
         {
-            const bench::TurnWatch watch;
+            const GapWatch watch;
             QTest::qWait(forMs);
-            longestGapMs_ = std::max(longestGapMs_, watch.LongestMs());
+            gapMs_ = watch.LongestMs();
+            seenGapMs_ = watch.LongestSeenMs();
+            longestGapMs_ = std::max(longestGapMs_, gapMs_);
         }
         user_->Pause();
         world_.Pause();
         return Look();
     }
 
+    double LongestGapMs() const { return longestGapMs_; }
+
     void PrintLine(int minute) {
         const World::Account& seen = account_;
         std::printf("%3d min: %d arrived, %d touched, %d vanished, %d held open, %d delivered (%d of them also kept), "
-                    "%zu deleted, %d stalls, %d deaths, %d actions; %.0f MiB, %d files open, longest gap %.0f ms, "
-                    "%lld errors told\n",
+                    "%zu deleted, %d stalls, %d deaths, %d actions; %.0f MiB, %d files open, longest gap %.0f ms (%.0f "
+                    "ms with the waiting for "
+                    "a processor), %lld errors told\n",
                     minute, seen.arrived, seen.touched, seen.vanished, seen.held, seen.delivered, seen.inBoth,
                     user_->Deleted().size(), seen.stalls, seen.deaths, user_->Actions(), ResidentMiB(), OpenFiles(),
-                    longestGapMs_, static_cast<long long>(errors_.size()));
+                    gapMs_, seenGapMs_, static_cast<long long>(errors_.size()));
         std::fflush(stdout);
     }
 
@@ -137,6 +142,8 @@ private:
     std::unique_ptr<frmMain> window_;
     std::unique_ptr<User> user_;
     World::Account account_;
+    double gapMs_ = 0; // of the last minute
+    double seenGapMs_ = 0;
     double longestGapMs_ = 0;
 };
 
@@ -166,6 +173,7 @@ int Main(int minutes, unsigned seed) {
             firstFiles = OpenFiles();
         }
     }
+    std::printf("longest gap %.0f ms\n", soak.LongestGapMs());
     good = IsFlat(firstMiB, firstFiles) && good;
     std::printf("%s with seed %u\n", good ? "every message accounted for" : "FAILED", seed);
     return good ? 0 : 1;
