@@ -1,6 +1,6 @@
 #include "tests/shares/ShareFixture.h"
 
-#include <algorithm>
+#include <QElapsedTimer>
 
 namespace quellbox {
 
@@ -19,10 +19,10 @@ struct Limits {
 // depend on it at all.
 const QByteArrayList counted{"create", "close", "read", "write", "getinfo", "setinfo", "find"};
 
-// Those by which the client finds out what a name stands for, and how many more of each there may be on a computer that
-// is so busy that the kernel forgets names, which it does after a second, in the middle of an action.
+// Those by which the client finds out what a name stands for. Their number says something only where the kernel has
+// forgotten no name meanwhile.
 const QByteArrayList forNames{"create", "close", "getinfo"};
-constexpr int forgotten = 4;
+constexpr qint64 remembersMs = 1000;
 
 const Limits listing{{{"create", 2}, {"close", 2}, {"getinfo", 1}, {"read", 2}},
                      {{"create", 3}, {"close", 3}, {"getinfo", 2}, {"read", 3}}};
@@ -47,34 +47,42 @@ class ShareCalls : public ShareTest {
 protected:
     static constexpr int count = 50;
 
-    /// Repeats `prepare` and `work` when the server is asked too often, and allows for what the kernel has forgotten in
-    /// the end.
+    /// Judges the requests of `work`. On a computer that is so busy that the kernel forgets names in the middle of it,
+    /// it is repeated after `prepare`, and a test that never was fast enough is skipped in the end.
     template <class Prepare, class Work>
     void ExpectAtMost(const Limits& limits, Prepare prepare, Work work) {
         const Most& most = GetParam() == ShareClient::SmbNetFs ? limits.smbNetFs : limits.desktop;
         constexpr int rounds = 3;
-        for (int round = 1; round <= rounds; ++round) {
+        std::string excess;
+        for (int round = 0; round < rounds; ++round) {
             ASSERT_NO_FATAL_FAILURE(prepare());
             const std::map<QByteArray, int> before = world_.Server().Requests();
+            QElapsedTimer timer;
+            timer.start();
             work();
-            const std::string excess =
-                Excess(before, world_.Server().Requests(), most, round == rounds ? forgotten : 0);
+            const bool isFast = timer.elapsed() < remembersMs;
+            const std::map<QByteArray, int> after = world_.Server().Requests();
+            EXPECT_EQ(Excess(before, after, most, false), "");
+            excess = Excess(before, after, most, true);
             if (excess.empty()) {
                 return;
             }
-            EXPECT_LT(round, rounds) << excess;
+            EXPECT_FALSE(isFast && round == rounds - 1) << excess;
+        }
+        if (!HasFailure()) {
+            GTEST_SKIP() << "This computer is too busy to count for how many names a server is asked: " << excess;
         }
     }
 
-    /// What exceeds the limits.
+    /// What exceeds the limits, among the requests for names or among the others.
     static std::string Excess(const std::map<QByteArray, int>& before, const std::map<QByteArray, int>& after,
-                              const Most& most, int moreForNames) {
+                              const Most& most, bool ofNames) {
         std::string excess;
         for (const QByteArray& kind : counted) {
             const double perMessage = static_cast<double>(after.at(kind) - before.at(kind)) / count;
             const auto found = most.find(kind);
-            const int limit = (found == most.end() ? 0 : found->second) + (forNames.contains(kind) ? moreForNames : 0);
-            if (perMessage >= limit + 0.8) {
+            const int limit = found == most.end() ? 0 : found->second;
+            if (forNames.contains(kind) == ofNames && perMessage >= limit + 0.8) {
                 excess += kind.toStdString() + ' ' + std::to_string(perMessage) + " a message\n";
             }
         }
