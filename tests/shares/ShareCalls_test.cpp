@@ -1,6 +1,6 @@
 #include "tests/shares/ShareFixture.h"
 
-#include <algorithm>
+#include <QElapsedTimer>
 
 namespace quellbox {
 
@@ -18,6 +18,11 @@ struct Limits {
 // Of these no more depend on the number of messages than the action needs. The others, as of a new connection, do not
 // depend on it at all.
 const QByteArrayList counted{"create", "close", "read", "write", "getinfo", "setinfo", "find"};
+
+// Those by which the client finds out what a name stands for. Their number says something only where the kernel has
+// forgotten no name meanwhile.
+const QByteArrayList forNames{"create", "close", "getinfo"};
+constexpr qint64 remembersMs = 1000;
 
 const Limits listing{{{"create", 2}, {"close", 2}, {"getinfo", 1}, {"read", 2}},
                      {{"create", 3}, {"close", 3}, {"getinfo", 2}, {"read", 3}}};
@@ -42,32 +47,42 @@ class ShareCalls : public ShareTest {
 protected:
     static constexpr int count = 50;
 
-    /// Repeats `prepare` and `work` as long as the server is asked too often: after a second the kernel forgets what it
-    /// knows of a file, and asks once more on a computer that has other things to do.
+    /// Judges the requests of `work`. On a computer that is so busy that the kernel forgets names in the middle of it,
+    /// it is repeated after `prepare`, and a test that never was fast enough is skipped in the end.
     template <class Prepare, class Work>
     void ExpectAtMost(const Limits& limits, Prepare prepare, Work work) {
         const Most& most = GetParam() == ShareClient::SmbNetFs ? limits.smbNetFs : limits.desktop;
-        constexpr int rounds = 4;
-        for (int round = 1; round <= rounds; ++round) {
+        constexpr int rounds = 3;
+        std::string excess;
+        for (int round = 0; round < rounds; ++round) {
             ASSERT_NO_FATAL_FAILURE(prepare());
             const std::map<QByteArray, int> before = world_.Server().Requests();
+            QElapsedTimer timer;
+            timer.start();
             work();
-            const std::string excess = Excess(before, world_.Server().Requests(), most);
+            const bool isFast = timer.elapsed() < remembersMs;
+            const std::map<QByteArray, int> after = world_.Server().Requests();
+            EXPECT_EQ(Excess(before, after, most, false), "");
+            excess = Excess(before, after, most, true);
             if (excess.empty()) {
                 return;
             }
-            EXPECT_LT(round, rounds) << excess;
+            EXPECT_FALSE(isFast && round == rounds - 1) << excess;
+        }
+        if (!HasFailure()) {
+            GTEST_SKIP() << "This computer is too busy to count for how many names a server is asked: " << excess;
         }
     }
 
-    /// What exceeds the limits.
+    /// What exceeds the limits, among the requests for names or among the others.
     static std::string Excess(const std::map<QByteArray, int>& before, const std::map<QByteArray, int>& after,
-                              const Most& most) {
+                              const Most& most, bool ofNames) {
         std::string excess;
         for (const QByteArray& kind : counted) {
             const double perMessage = static_cast<double>(after.at(kind) - before.at(kind)) / count;
-            const auto limit = most.find(kind);
-            if (perMessage >= (limit == most.end() ? 0 : limit->second) + 0.8) {
+            const auto found = most.find(kind);
+            const int limit = found == most.end() ? 0 : found->second;
+            if (forNames.contains(kind) == ofNames && perMessage >= limit + 0.8) {
                 excess += kind.toStdString() + ' ' + std::to_string(perMessage) + " a message\n";
             }
         }
