@@ -47,11 +47,11 @@ private:
 FileProblem ProblemOf(int error);
 
 /// Makes a call of the system that returns 0, or -1 and errno, and gives back 0 or the error. Where it is refused
-/// because the file is in use, it is made again for a quarter of a second: a share hears that a file was closed only a
+/// because the file is in use, it is made again for about a second: a share hears that a file was closed only a
 /// moment after the program has closed it.
 template <class Call>
 int ErrorUnlessInUse(Call call) {
-    constexpr std::chrono::milliseconds longest(128);
+    constexpr std::chrono::milliseconds longest(512);
     for (std::chrono::milliseconds wait(1);; wait *= 2) {
         const int error = call() == 0 ? 0 : errno;
         if (error != EBUSY || wait > longest) {

@@ -49,14 +49,27 @@ protected:
 
     const FaultAction& Action() const { return FaultActions()[std::get<1>(GetParam())]; }
 
+    /// How many calls of each kind an action takes. A computer that is very busy may tell the share so late that a file
+    /// was closed that it still refuses it; then the action is done with other messages.
     std::map<QByteArray, int> CallsWithoutFault() {
+        constexpr int rounds = 3;
+        std::map<QByteArray, int> calls;
+        bool went = false;
+        for (int round = 0; round < rounds && !went; ++round) {
+            went = CountCalls(calls);
+        }
+        EXPECT_TRUE(went) << "without a fault everything goes well";
+        return calls;
+    }
+
+    /// False when a message could not be dealt with.
+    bool CountCalls(std::map<QByteArray, int>& calls) {
         FaultScene scene(*mount_);
         const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
         std::map<QByteArray, int> before;
         const Told told = Action().run(scene, *files, [&] { before = mount_->Counts(); });
-        std::map<QByteArray, int> calls = mount_->Counts();
+        calls = mount_->Counts();
         Expect(scene, told);
-        EXPECT_TRUE(told.failed.empty()) << told.failed.begin()->toStdString();
         for (auto& [kind, number] : calls) {
             number -= before[kind];
         }
@@ -64,7 +77,7 @@ protected:
             calls.erase(other);
         }
         std::erase_if(calls, [](const auto& entry) { return entry.second <= 0; });
-        return calls;
+        return told.failed.empty();
     }
 
     Found Expect(const FaultScene& scene, const Told& told) const {
