@@ -1,6 +1,7 @@
 #include "app/ActionDesk.h"
 
 #include "app/ContentsPane.h"
+#include "app/KeepDeleted.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
@@ -39,8 +40,9 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts)
 }
 
 void ActionDesk::ProcessSelectedMessages(qint16 action) {
-    parts_.jobs.Dispose(action, {parts_.state.ArchiveDir, parts_.state.PickupDir},
-                        RowsOf(parts_.list.SelectedRanges()));
+    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
+    parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()),
+                        action == Action::remove ? FolderToKeepIn(parts_) : nullptr);
 }
 
 void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
@@ -54,6 +56,9 @@ void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
         list_.UpdateSelectionStatus();
     }
     parts_.list.SortList();
+    if (result.refused) {
+        TellRefusal(parts_, *result.refused);
+    }
 }
 
 void ActionDesk::ShowNextMessage(int row) {

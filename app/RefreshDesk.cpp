@@ -65,6 +65,9 @@ void RefreshDesk::jobs_RefreshEnded(const RefreshResult& result) {
     }
     parts_.errors.Guard([&] { ShowRefreshed(result); });
     Q_EMIT Refreshed();
+    if (result.outcome == RefreshOutcome::Completed && std::exchange(isDaily_, false)) {
+        Q_EMIT DailyRefreshed(result.mayHoldKept);
+    }
 }
 
 void RefreshDesk::ShowRefreshed(const RefreshResult& result) {
@@ -148,6 +151,7 @@ void RefreshDesk::tmrRefresh_Timer() {
         FirstTick();
         return;
     case TickAction::FullRefresh:
+        isDaily_ = true;
         mnuAcRefresh_Click();
         return;
     case TickAction::RefillEmptyList:

@@ -1,5 +1,6 @@
 #include "app/ToolsDesk.h"
 
+#include "app/KeepDeleted.h"
 #include "app/RefreshDesk.h"
 #include "app/SetupDesk.h"
 #include "app/WindowJobs.h"
@@ -51,7 +52,7 @@ void ToolsDesk::CleanseArchive() {
     }
     parts_.timer.Stop();
     state.LastAddedFile.clear();
-    parts_.jobs.Cleanse(archive, state.CleansingDays);
+    parts_.jobs.Cleanse(archive, state.CleansingDays, FolderToKeepIn(parts_));
 }
 
 // No error of the run is reported but in the log. The list is made anew, and the number is what is left to be read.
@@ -59,6 +60,9 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
     parts_.failures.TakeAction(result.failures, parts_.ports.clock.Now());
     if (!parts_.jobs.IsClosed()) {
         refresh_.RefreshCleansed(result.count);
+    }
+    if (!parts_.jobs.IsClosed() && result.refused) {
+        TellRefusal(parts_, *result.refused);
     }
 }
 

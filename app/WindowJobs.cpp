@@ -15,7 +15,7 @@ constexpr int busyAfterMs = 100;
 
 WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model)
     : ports_(ports), state_(state), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
-      cleansing_(ports.files, ports.pool) {
+      cleansing_(ports.files, ports.pool), putBack_(ports.files, ports.pool) {
     showBusy_.setSingleShot(true);
     showBusy_.setInterval(busyAfterMs);
     showBusy_.callOnTimeout([this] { ShowBusy(); });
@@ -41,6 +41,12 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
         Q_EMIT CleansingEnded(result);
         TellEnd();
     });
+    connect(&putBack_, &PutBackTask::Progress, this, &WindowJobs::Progress);
+    connect(&putBack_, &PutBackTask::Ended, this, [this](const PutBackResult& result) {
+        End();
+        Q_EMIT PutBackEnded(result);
+        TellEnd();
+    });
 }
 
 void WindowJobs::Refresh(bool markNew, bool bulk) {
@@ -50,15 +56,22 @@ void WindowJobs::Refresh(bool markNew, bool bulk) {
     }
 }
 
-void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows) {
+void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
+                         std::shared_ptr<KeptFolder> kept) {
     if (Begin(Activity::Working, static_cast<int>(rows.size()))) {
-        disposal_.Start(action, folders, std::move(rows));
+        disposal_.Start(action, folders, std::move(rows), std::move(kept));
     }
 }
 
-void WindowJobs::Cleanse(const QString& archiveDir, qint16 days) {
+void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept) {
     if (Begin(Activity::Working, 0)) {
-        cleansing_.Start(archiveDir, days, ports_.clock.Now().date());
+        cleansing_.Start(archiveDir, days, ports_.clock.Now().date(), std::move(kept));
+    }
+}
+
+void WindowJobs::PutFilesBack(std::vector<PutBack> items, QStringList emptied) {
+    if (Begin(Activity::Working, static_cast<int>(items.size()))) {
+        putBack_.Start(std::move(items), std::move(emptied));
     }
 }
 
@@ -95,13 +108,14 @@ void WindowJobs::TellEnd() {
 }
 
 void WindowJobs::Stop() {
-    const bool isWaiting = disposal_.IsCancelled() || cleansing_.IsCancelled();
+    const bool isWaiting = disposal_.IsCancelled() || cleansing_.IsCancelled() || putBack_.IsCancelled();
     if (isWaiting || refresh_.IsRunning() || (activity_ == Activity::Working && callDone_)) {
         GiveUp();
         return;
     }
     disposal_.Cancel();
     cleansing_.Cancel();
+    putBack_.Cancel();
 }
 
 void WindowJobs::GiveUp() {
@@ -111,6 +125,7 @@ void WindowJobs::GiveUp() {
     refresh_.Cancel();
     disposal_.GiveUp();
     cleansing_.GiveUp();
+    putBack_.GiveUp();
     if (callDone_) {
         call_->GiveUp();
     }

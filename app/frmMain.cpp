@@ -3,6 +3,7 @@
 #include "app/ActionDesk.h"
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
+#include "app/ExpiryDesk.h"
 #include "app/FindDesk.h"
 #include "app/HelpDesk.h"
 #include "app/ListDesk.h"
@@ -72,6 +73,7 @@ void frmMain::CreateDesks() {
     busy_ = std::make_unique<BusyDisplay>(parts_);
     list_ = std::make_unique<ListDesk>(parts_, *busy_);
     refresh_ = std::make_unique<RefreshDesk>(parts_, *busy_, *list_);
+    expiry_ = std::make_unique<ExpiryDesk>(parts_, *refresh_);
     actions_ = std::make_unique<ActionDesk>(parts_, *list_);
     find_ = std::make_unique<FindDesk>(parts_, *list_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
@@ -287,6 +289,7 @@ void frmMain::ReportError(const QString& text) {
 void frmMain::closeEvent(QCloseEvent* event) {
     timer_.Close();
     jobs_.Close();
+    expiry_->Close();
     contents_->Close();
     help_->Close();
     tray_->Close();

@@ -11,6 +11,7 @@ namespace quellbox {
 
 class ActionDesk;
 class BusyDisplay;
+class ExpiryDesk;
 class FindDesk;
 class HelpDesk;
 class ListDesk;
@@ -107,6 +108,7 @@ private:
     std::unique_ptr<BusyDisplay> busy_;
     std::unique_ptr<ListDesk> list_;
     std::unique_ptr<RefreshDesk> refresh_;
+    std::unique_ptr<ExpiryDesk> expiry_;
     std::unique_ptr<ActionDesk> actions_;
     std::unique_ptr<FindDesk> find_;
     std::unique_ptr<SetupDesk> setup_;

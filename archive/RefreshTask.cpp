@@ -1,6 +1,7 @@
 #include "archive/RefreshTask.h"
 
 #include "archive/DayWindow.h"
+#include "messages/KeptFolder.h"
 #include "platform/RuntimeError.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -107,6 +108,7 @@ void RefreshTask::TakeListing(Listing listing) {
     if (RefuseListing(listing)) {
         return;
     }
+    result_.mayHoldKept = listing.dotFolders.contains(KeptFoldersName());
     const int maximum = static_cast<int>(listing.files.size()) + 1;
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {

@@ -37,9 +37,10 @@ enum class RefreshOutcome {
 
 struct RefreshResult {
     RefreshOutcome outcome = RefreshOutcome::Completed;
-    QString reason;                    ///< what to tell the user; empty when completed or cancelled
-    bool lastMessageWasRead = false;   ///< the last message that was opened has header fields
-    bool cannotFollow = false;         ///< nothing could be added, because the file that was listed last has gone
+    QString reason;                  ///< what to tell the user; empty when completed or cancelled
+    bool lastMessageWasRead = false; ///< the last message that was opened has header fields
+    bool cannotFollow = false;       ///< nothing could be added, because the file that was listed last has gone
+    bool mayHoldKept = false; ///< the archive seems to have a folder with deleted messages; no call was made for that
     std::vector<FileFailure> failures; ///< tolerated messages that could not be moved, and stay in the list
 };
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "messages/KeptFolder.h"
+
+#include <memory>
+
+namespace quellbox {
+
+struct WindowParts;
+
+/// Where the messages that are deleted now are to be kept; null where the user wants none to be kept.
+std::shared_ptr<KeptFolder> FolderToKeepIn(const WindowParts& parts);
+
+/// Tells the user that nothing was deleted, because it could not have been kept.
+void TellRefusal(const WindowParts& parts, const FileFailure& refusal);
+
+} // namespace quellbox
