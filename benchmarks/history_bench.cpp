@@ -47,7 +47,6 @@ void Act(Journal& journal, int first, int count) {
     for (HandledMessage& message : messages) {
         record->Take(std::move(message));
     }
-    record->Finish();
 }
 
 /// Runs events until the window shows what its filter lets through.

@@ -12,7 +12,8 @@ Journal::Journal(WorkPool& pool, const Clock& clock, const Place& place)
         mailbox->Post([text](Journal& journal) { Q_EMIT journal.Troubled(text); });
     };
     const auto written = [mailbox = mailbox_] { mailbox->Post([](Journal& journal) { Q_EMIT journal.Changed(); }); };
-    writer_ = std::make_shared<JournalWriter>(pool, place.file, JournalWriter::Listener{tell, written});
+    writer_ = std::make_shared<JournalWriter>(pool, place.isKept ? place.file : QString(),
+                                              JournalWriter::Listener{tell, written});
 }
 
 Journal::~Journal() {
@@ -21,7 +22,9 @@ Journal::~Journal() {
 }
 
 std::shared_ptr<ActionRecord> Journal::Begin(const HistorySubject& subject) {
-    return std::make_shared<JournalRecord>(writer_, FactsOf(subject));
+    auto record = std::make_shared<JournalRecord>(writer_, FactsOf(subject));
+    JournalRecord* lent = record.get();
+    return {lent, [record = std::move(record)](ActionRecord*) { record->Finish(); }};
 }
 
 void Journal::Note(const HistorySubject& subject, const HistoryEntry& entry) {
@@ -31,6 +34,10 @@ void Journal::Note(const HistorySubject& subject, const HistoryEntry& entry) {
         database.EndAction(action);
     };
     writer_->Write(write, JournalWriter::Pace::Gather);
+}
+
+void Journal::SetKept(bool isKept) {
+    writer_->SetFile(isKept ? place_.file : QString());
 }
 
 void Journal::RemoveBefore(QDate day) {

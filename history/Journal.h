@@ -34,17 +34,21 @@ public:
         QString file; ///< of the database; empty keeps the history in memory, until the program ends
         QString account{};
         QString computer{};
+        bool isKept = true; ///< false keeps the history in memory as well
     };
 
     /// What is lent has to outlive this object, and the pool what it does for it.
     Journal(WorkPool& pool, const Clock& clock, const Place& place);
     ~Journal() override;
 
-    /// The record of an action that begins now.
+    /// The record of an action that begins now, and ends when the last who holds the record has let it go.
     std::shared_ptr<ActionRecord> Begin(const HistorySubject& subject);
 
     /// Something was done that has one entry and no message.
     void Note(const HistorySubject& subject, const HistoryEntry& entry);
+
+    /// Whether the history outlives the program.
+    void SetKept(bool isKept);
 
     /// Removes what happened before that day.
     void RemoveBefore(QDate day);

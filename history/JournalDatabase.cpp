@@ -341,17 +341,13 @@ std::vector<UndoItem> JournalDatabase::ItemsToUndo(const HistoryIds& entries) {
 }
 
 std::vector<UndoItem> JournalDatabase::SelectItems(const QString& condition) {
-    QSqlQuery query =
-        Prepared(QStringLiteral("SELECT entry.id, action.id, file, detail, time, kind, account, computer, "
-                                "archive, pickup, kept, undoes "
-                                "FROM entry JOIN action ON action.id = entry.action WHERE %1 AND %2 "
-                                "ORDER BY entry.action DESC, entry.id")
-                     .arg(condition, CanBeUndone()));
+    QSqlQuery query = Prepared(QStringLiteral("SELECT %1 FROM entry JOIN action ON action.id = entry.action "
+                                              "WHERE %2 AND %3 ORDER BY entry.action DESC, entry.id")
+                                   .arg(QLatin1String(lineColumns), condition, CanBeUndone()));
     Run(query);
     std::vector<UndoItem> items;
     while (query.next()) {
-        items.push_back({query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 4),
-                         query.value(2).toString(), query.value(3).toString()});
+        items.push_back({query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 10)});
     }
     return items;
 }

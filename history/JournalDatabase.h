@@ -16,11 +16,9 @@ using HistoryIds = std::vector<qint64>;
 
 /// One message that can be put back where it was.
 struct UndoItem {
-    qint64 entry = 0;
     qint64 action = 0;
     HistoryActionFacts facts; ///< of the action that is taken back
-    QString file;
-    QString detail;
+    HistoryEntry entry;
 };
 
 /// The database of the history: what was done, to which messages, and with what result. Several programs may have it

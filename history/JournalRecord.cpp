@@ -46,6 +46,9 @@ void JournalRecord::Announce(const QStringList& files) {
 }
 
 void JournalRecord::AwaitAnnounced() {
+    if (onRecord_ >= announced_) {
+        return;
+    }
     QMutexLocker lock(&mutex_);
     const int awaited = announced_;
     const QDeadlineTimer patience(patienceMs);

@@ -6,6 +6,7 @@
 #include <QMutex>
 #include <QWaitCondition>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -21,7 +22,9 @@ public:
     void Announce(const QStringList& files) override;
     void AwaitAnnounced() override;
     void Take(HandledMessage handled) override;
-    void Finish() override;
+
+    /// Nothing that was announced will be touched any more.
+    void Finish();
 
 private:
     using Messages = std::vector<HandledMessage>;
@@ -36,8 +39,8 @@ private:
 
     QMutex mutex_; // of what follows
     QWaitCondition written_;
-    int announced_ = 0; // calls of Announce()
-    int onRecord_ = 0;  // those of them that are written down
+    std::atomic<int> announced_ = 0; // calls of Announce()
+    std::atomic<int> onRecord_ = 0;  // those of them that are written down
     bool waitsNoMore_ = false;
     bool hasTaken_ = false;
     Messages taken_; // which the writer will come for

@@ -86,9 +86,25 @@ void JournalWriter::Close() {
     }
 }
 
+void JournalWriter::SetFile(const QString& file) {
+    const QMutexLocker lock(&mutex_);
+    nextFile_ = file;
+}
+
 void JournalWriter::Drain() {
     for (Tasks tasks = TakeTasks(); !tasks.empty(); tasks = TakeTasks()) {
+        ChangeFile();
         Run(tasks);
+    }
+}
+
+void JournalWriter::ChangeFile() {
+    const QMutexLocker lock(&mutex_);
+    const std::optional<QString> file = std::exchange(nextFile_, std::nullopt);
+    if (file && *file != file_) {
+        database_.reset();
+        sessionLock_.reset();
+        file_ = *file;
     }
 }
 

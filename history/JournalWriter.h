@@ -50,6 +50,9 @@ public:
     /// `job` only reads. When it fails, `failed` is called instead, as it is when the writer is closed.
     void Read(Job job, std::function<void()> failed);
 
+    /// What comes from now on is kept in that file; an empty one keeps it in memory.
+    void SetFile(const QString& file);
+
     /// Nothing more is accepted. What is there is written, if that is possible now.
     void Close();
 
@@ -77,6 +80,7 @@ private:
     void TryWrites(const Tasks& tasks, size_t count);
     void PutBack(Tasks tasks);
     JournalDatabase& Database();
+    void ChangeFile();
     void Open();
     void OpenInMemory();
     void PutAside();
@@ -96,6 +100,7 @@ private:
     bool isRunning_ = false;
     bool isClosed_ = false;
     bool mustWait_ = false; // before the next attempt
+    std::optional<QString> nextFile_;
 
     // Used by the running work only.
     QString file_;

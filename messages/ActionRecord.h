@@ -19,6 +19,9 @@ struct HandledMessage {
 /// Writes down what an action does with messages, so that it can be looked up and, where a program ends in the middle,
 /// found out what had been done. Every method may be called from several threads at once. None fails: an action goes on
 /// whatever becomes of its record.
+///
+/// A record is shared by those who touch files. When the last of them has let it go, what was announced and not taken
+/// has not been touched. A program that ends before finds out at its next start what became of it.
 class ActionRecord {
 public:
     virtual ~ActionRecord() = default;
@@ -32,10 +35,6 @@ public:
 
     /// A message has been dealt with, whether that failed or not.
     virtual void Take(HandledMessage handled) = 0;
-
-    /// Everything that was announced has been dealt with, or will not be touched any more. Without it, what became of
-    /// the rest is found out when the program starts next.
-    virtual void Finish() = 0;
 };
 
 } // namespace quellbox

@@ -75,7 +75,6 @@ protected:
         for (const QString& file : files) {
             record->Take(Handled(file));
         }
-        record->Finish();
     }
 
     QTemporaryDir folder_;

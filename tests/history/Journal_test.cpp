@@ -10,7 +10,7 @@ namespace {
 
 TEST_F(JournalTest, GivesBackEverythingThatIsKnownOfAMessage) {
     Open();
-    const auto record = journal_->Begin({HistoryAction::Unblock, theArchive, thePickup});
+    auto record = journal_->Begin({HistoryAction::Unblock, theArchive, thePickup});
     record->Announce({QStringLiteral("a.eml")});
     MessageTexts texts;
     texts.to = QStringLiteral("To");
@@ -19,7 +19,7 @@ TEST_F(JournalTest, GivesBackEverythingThatIsKnownOfAMessage) {
     texts.scl = QStringLiteral("7 53.21");
     texts.tag = QStringLiteral("env@example.com");
     record->Take({MessageRow(QStringLiteral("a.eml"), 1234, 0, texts), std::nullopt});
-    record->Finish();
+    record.reset();
     const std::vector<HistoryLine> lines = Lines();
     ASSERT_EQ(lines.size(), 1U);
     const HistoryLine& line = lines.front();
@@ -41,9 +41,9 @@ TEST_F(JournalTest, GivesBackEverythingThatIsKnownOfAMessage) {
 
 TEST_F(JournalTest, KeepsTheReasonOfAFailure) {
     Open();
-    const auto record = journal_->Begin({HistoryAction::Delete, theArchive});
+    auto record = journal_->Begin({HistoryAction::Delete, theArchive});
     record->Take(FailedMessage(QStringLiteral("a.eml"), QStringLiteral("Permission denied")));
-    record->Finish();
+    record.reset();
     const std::vector<HistoryLine> lines = Lines();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines.front().entry.result, HistoryResult::Failed);
@@ -73,7 +73,7 @@ TEST_F(JournalTest, IsReadableForItsUserOnly) {
 
 TEST_F(JournalTest, WritesNothingOfAnActionThatDealtWithNothing) {
     Open();
-    journal_->Begin({HistoryAction::AutoTolerate, theArchive, thePickup})->Finish();
+    journal_->Begin({HistoryAction::AutoTolerate, theArchive, thePickup}).reset();
     EXPECT_EQ(Answer([](JournalDatabase& database) { return database.SessionsWithOpenActions(); }), QStringList());
     EXPECT_EQ(Files(), QStringList());
 }
@@ -87,11 +87,11 @@ TEST_F(JournalTest, GivesTheNewestFirst) {
 
 TEST_F(JournalTest, FindsTextInAnyCaseAndScript) {
     Open();
-    const auto record = journal_->Begin({HistoryAction::Delete, theArchive});
+    auto record = journal_->Begin({HistoryAction::Delete, theArchive});
     record->Take(Handled(QStringLiteral("a"), QStringLiteral("Größe und ÄPFEL")));
     record->Take(Handled(QStringLiteral("b"), QStringLiteral("100% _off_")));
     record->Take(Handled(QStringLiteral("c"), QStringLiteral("Привет")));
-    record->Finish();
+    record.reset();
     EXPECT_EQ(Files({QStringLiteral("äpfel"), {}, {}}), QStringList({QStringLiteral("a")}));
     EXPECT_EQ(Files({QStringLiteral("GRÖßE"), {}, {}}), QStringList({QStringLiteral("a")}));
     EXPECT_EQ(Files({QStringLiteral("% _"), {}, {}}), QStringList({QStringLiteral("b")}));
@@ -104,9 +104,9 @@ TEST_F(JournalTest, FindsByActionAndResult) {
     Open();
     Act(HistoryAction::Delete, {QStringLiteral("a")});
     Act(HistoryAction::Unblock, {QStringLiteral("b")});
-    const auto record = journal_->Begin({HistoryAction::Unblock, theArchive});
+    auto record = journal_->Begin({HistoryAction::Unblock, theArchive});
     record->Take(FailedMessage(QStringLiteral("c"), QStringLiteral("no")));
-    record->Finish();
+    record.reset();
     EXPECT_EQ(Files({{}, HistoryAction::Unblock, {}}), QStringList({QStringLiteral("c"), QStringLiteral("b")}));
     EXPECT_EQ(Files({{}, {}, HistoryResult::Failed}), QStringList({QStringLiteral("c")}));
     EXPECT_EQ(Files({{}, HistoryAction::Unblock, HistoryResult::Done}), QStringList({QStringLiteral("b")}));
@@ -123,7 +123,7 @@ TEST_F(JournalTest, ForgetsWhatIsOlderThanADay) {
 
 TEST_F(JournalTest, NamesTheFilesThatAnInterruptedActionMayHaveTouched) {
     Open();
-    const auto record = journal_->Begin({HistoryAction::Delete, theArchive});
+    auto record = journal_->Begin({HistoryAction::Delete, theArchive});
     record->Announce({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
     record->AwaitAnnounced();
     record->Take(Handled(QStringLiteral("b")));
@@ -280,11 +280,11 @@ TEST_F(JournalTest, WritesLaterWhatALockedDatabaseDoesNotTake) {
         database.setDatabaseName(File());
         ASSERT_TRUE(database.open());
         ASSERT_TRUE(QSqlQuery(database).exec(QStringLiteral("BEGIN EXCLUSIVE")));
-        const auto record = journal_->Begin({HistoryAction::Delete, theArchive});
+        auto record = journal_->Begin({HistoryAction::Delete, theArchive});
         record->Announce({QStringLiteral("b")});
         record->AwaitAnnounced(); // which gives up
         record->Take(Handled(QStringLiteral("b")));
-        record->Finish();
+        record.reset();
         ASSERT_TRUE(RunUntil([this] { return !told_.isEmpty(); }));
         ASSERT_TRUE(QSqlQuery(database).exec(QStringLiteral("COMMIT")));
     }
@@ -317,13 +317,13 @@ TEST_F(JournalTest, TakesBackNoMoreThanOnce) {
     ASSERT_TRUE(latest);
     const auto items = [action = *latest](JournalDatabase& database) { return database.ItemsToUndo(action); };
     EXPECT_EQ(Answer(items).size(), 2U);
-    const auto undo = journal_->Begin({HistoryAction::Undo, theArchive, thePickup, {}, *latest});
+    auto undo = journal_->Begin({HistoryAction::Undo, theArchive, thePickup, {}, *latest});
     undo->Take(Handled(QStringLiteral("a")));
     undo->Take(FailedMessage(QStringLiteral("b"), QStringLiteral("no")));
-    undo->Finish();
+    undo.reset();
     const std::vector<UndoItem> left = Answer(items);
     ASSERT_EQ(left.size(), 1U);
-    EXPECT_EQ(left.front().file, QStringLiteral("b"));
+    EXPECT_EQ(left.front().entry.file, QStringLiteral("b"));
     EXPECT_EQ(Files({{}, HistoryAction::Unblock, HistoryResult::Undone}), QStringList({QStringLiteral("a")}));
 }
 
