@@ -63,8 +63,12 @@ void PutBackTask::Start(std::vector<PutBack> items, QStringList emptied, std::sh
     moving_.reset();
     removing_.reset();
     const QStringList folders = FoldersOfMany(*items_);
+    if (folders.isEmpty()) {
+        MoveFiles();
+        return;
+    }
     listing_.emplace(
-        pool_, folders.isEmpty() ? 0 : 1,
+        pool_, 1,
         [&files = files_, folders](size_t) {
             ListFolders(files, folders);
             return true;

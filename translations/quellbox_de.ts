@@ -397,6 +397,34 @@
         <source>Help</source>
         <translation>Hilfe</translation>
     </message>
+    <message>
+        <source>&amp;History</source>
+        <translation>Ver&amp;lauf</translation>
+    </message>
+    <message>
+        <source>&amp;Keep deleted messages, so that deleting can be undone</source>
+        <translation>&amp;Gelöschte Nachrichten aufbewahren, damit sie zurückgeholt werden können</translation>
+    </message>
+    <message>
+        <source>D&amp;ays to keep them (1 to 999)</source>
+        <translation>Tage, die sie auf&amp;bewahrt werden (1 bis 999)</translation>
+    </message>
+    <message>
+        <source>Days to keep deleted messages</source>
+        <translation>Tage, die gelöschte Nachrichten aufbewahrt werden</translation>
+    </message>
+    <message>
+        <source>Da&amp;ys to keep the history of actions (0 to 9999)</source>
+        <translation>Tage, die &amp;der Verlauf der Aktionen aufbewahrt wird (0 bis 9999)</translation>
+    </message>
+    <message>
+        <source>Days to keep the history of actions</source>
+        <translation>Tage, die der Verlauf der Aktionen aufbewahrt wird</translation>
+    </message>
+    <message>
+        <source>With 0 days, no history is written.</source>
+        <translation>Bei 0 Tagen wird kein Verlauf geschrieben.</translation>
+    </message>
 </context>
 <context>
     <name>frmTolerate</name>
@@ -815,6 +843,18 @@
     <message>
         <source>The share of the archive is not mounted any more: %1</source>
         <translation>Die Freigabe des Archivs ist nicht mehr eingehängt: %1</translation>
+    </message>
+    <message>
+        <source>A file or a link has the name of the folder.</source>
+        <translation>Eine Datei oder ein Link hat den Namen des Ordners.</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the folder for deleted messages cannot be made in %1
+
+%2</source>
+        <translation>Nichts wurde gelöscht: Der Ordner für gelöschte Nachrichten kann nicht angelegt werden in %1
+
+%2</translation>
     </message>
 </context>
 <context>

@@ -31,6 +31,17 @@ protected:
     }
 
 #ifndef _WIN32
+    /// The permissions that new files do not get, while it lives.
+    class Mask {
+    public:
+        explicit Mask(mode_t mask) : before_(::umask(mask)) {}
+        ~Mask() { ::umask(before_); }
+        Q_DISABLE_COPY_MOVE(Mask)
+
+    private:
+        mode_t before_;
+    };
+
     mode_t ModeOf(const char* name) const {
         struct stat status {};
         EXPECT_EQ(::lstat(Native(name).constData(), &status), 0);
@@ -153,7 +164,7 @@ TEST_F(FoldersTest, ALinkIsNoFolderOfItsOwn) {
 }
 
 TEST_F(FoldersTest, WhoeverMayUseTheFolderAboveMayUseIt) {
-    const mode_t mask = ::umask(077);
+    const Mask mask(077);
     int number = 0;
     for (const mode_t mode : {0700U, 0750U, 0770U, 0777U, 02775U, 01777U}) {
         const QByteArray above = "above" + QByteArray::number(++number);
@@ -163,7 +174,6 @@ TEST_F(FoldersTest, WhoeverMayUseTheFolderAboveMayUseIt) {
         files_->MakeFolder(Path(made.constData()));
         EXPECT_EQ(ModeOf(made.constData()), mode);
     }
-    ::umask(mask);
 }
 
 TEST_F(FoldersTest, AFolderThatIsThereKeepsItsPermissions) {
