@@ -8,6 +8,7 @@
 #include "history/Journal.h"
 #include "history/frmHistory.h"
 #include "messages/FailureList.h"
+#include "messages/KeptFolder.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -132,7 +133,8 @@ void HistoryDesk::UndoNext() {
     for (const UndoItem& item : part.items) {
         files.push_back({place.PathOf(item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry)});
     }
-    const QStringList emptied = part.facts.kept.isEmpty() ? QStringList() : QStringList{part.facts.kept};
+    const bool isKept = !part.facts.kept.isEmpty();
+    const QStringList emptied = isKept ? QStringList{part.facts.kept, KeptFoldersOf(archive)} : QStringList();
     const qint64 action = part.items.front().action;
     parts_.timer.Stop();
     parts_.jobs.PutFilesBack(

@@ -54,25 +54,32 @@ void HistoryModel::Ask() {
 // Where new lines have come above the others, what is selected stays so.
 void HistoryModel::TakeIds(HistoryIds ids) {
     isAsking_ = false;
-    ++pagesOf_;
-    pages_.clear();
-    awaited_.clear();
     const bool isGrown =
         !ids_.empty() && ids.size() >= ids_.size() && std::equal(ids_.rbegin(), ids_.rend(), ids.rbegin());
+    const int added = static_cast<int>(ids.size()) - static_cast<int>(ids_.size());
     if (!isGrown) {
         beginResetModel();
-        ids_ = std::move(ids);
+        Replace(std::move(ids));
         endResetModel();
+    } else if (added > 0) {
+        beginInsertRows({}, 0, added - 1);
+        Replace(std::move(ids));
+        endInsertRows();
     } else {
-        const int added = static_cast<int>(ids.size() - ids_.size());
-        if (added > 0) {
-            beginInsertRows({}, 0, added - 1);
-            ids_ = std::move(ids);
-            endInsertRows();
-        }
+        Replace(std::move(ids));
+    }
+    if (!ids_.empty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1)); // results may be other ones
     }
     Q_EMIT Found();
+}
+
+/// The lines that are there or on their way belong to other rows now.
+void HistoryModel::Replace(HistoryIds ids) {
+    ids_ = std::move(ids);
+    ++pagesOf_;
+    pages_.clear();
+    awaited_.clear();
 }
 
 const HistoryLine* HistoryModel::Line(int row) const {

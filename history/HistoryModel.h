@@ -55,6 +55,7 @@ private:
 
     void Ask();
     void TakeIds(HistoryIds ids);
+    void Replace(HistoryIds ids);
     void AskForPage(int page) const;
     void TakePage(int page, const Page& lines);
 

@@ -36,14 +36,14 @@ protected:
     QString File() const { return folder_.filePath(QStringLiteral("quellbox/history.sqlite")); }
 
     void Open() {
-        journal_.emplace(pool_, clock_, Journal::Place{File(), QStringLiteral("Jo"), QStringLiteral("pc")});
+        journal_.emplace(*pool_, clock_, Journal::Place{File(), QStringLiteral("Jo"), QStringLiteral("pc")});
         QObject::connect(&*journal_, &Journal::Troubled, [this](const QString& text) { told_.append(text); });
     }
 
     /// Ends the journal as the end of the program does.
     void Close() {
         journal_.reset();
-        pool_.WaitForDone();
+        pool_->WaitForDone();
     }
 
     template <class Ask>
@@ -79,7 +79,7 @@ protected:
 
     QTemporaryDir folder_;
     FixedClock clock_{QDateTime(QDate(2026, 11, 22), QTime(12, 0))};
-    ThreadWorkPool pool_;
+    std::unique_ptr<ThreadWorkPool> pool_ = std::make_unique<ThreadWorkPool>();
     std::optional<Journal> journal_;
     QStringList told_;
 };

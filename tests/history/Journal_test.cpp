@@ -148,7 +148,7 @@ TEST_F(JournalTest, TellsAProgramThatRunsFromOneThatHasEnded) {
     const QString mine = journal_->Writer()->Session();
     Files();
     EXPECT_FALSE(journal_->Writer()->IsAbandoned(mine));
-    Journal other(pool_, clock_, {File()});
+    Journal other(*pool_, clock_, {File()});
     std::optional<bool> isAbandoned;
     const auto ask = [&other, mine](JournalDatabase& /*database*/) { return other.Writer()->IsAbandoned(mine); };
     const auto take = [&isAbandoned](bool answer) { isAbandoned = answer; };
@@ -265,7 +265,7 @@ TEST_F(JournalTest, KeepsItInMemoryWhereNoFileCanBeMade) {
 }
 
 TEST_F(JournalTest, WritesNoFileWithoutAName) {
-    journal_.emplace(pool_, clock_, Journal::Place{});
+    journal_.emplace(*pool_, clock_, Journal::Place{});
     Act(HistoryAction::Delete, {QStringLiteral("a")});
     EXPECT_EQ(Files(), QStringList({QStringLiteral("a")}));
     EXPECT_TRUE(QDir(folder_.path()).isEmpty());
