@@ -816,6 +816,10 @@
         <source>The share of the archive is not mounted any more: %1</source>
         <translation>Die Freigabe des Archivs ist nicht mehr eingehängt: %1</translation>
     </message>
+    <message>
+        <source>Shares opened in the file manager</source>
+        <translation>In der Dateiverwaltung geöffnete Freigaben</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -37,6 +37,19 @@ TEST_P(SharePlaces, AFolderIsFoundByTheLists) {
     EXPECT_EQ(GoDown(*files_, share, Mounted("archive")), Mounted("archive"));
 }
 
+TEST_P(SharePlaces, TheSharesOfTheDesktopAreADrive) {
+    if (world_.Mount().RuntimeFolder().isEmpty()) {
+        GTEST_SKIP() << "only the desktop's client shows its shares in the folder of a session";
+    }
+    const std::vector<Volume> volumes = volumes_->Mounted();
+    const int index = VolumeOf(volumes, Mounted("archive"));
+    ASSERT_GE(index, 0);
+    const Volume& volume = volumes[static_cast<size_t>(index)];
+    EXPECT_EQ(volume.root, world_.Mount().RuntimeFolder() + QStringLiteral("/gvfs"));
+    EXPECT_EQ(volume.name, QStringLiteral("Shares opened in the file manager"));
+    EXPECT_EQ(GoDown(*files_, volume.root, Mounted("archive")), Mounted("archive"));
+}
+
 TEST_P(SharePlaces, AFolderIsFoundByItsNameOnTheNetwork) {
     EXPECT_EQ(volumes_->Resolve(Unc("archive")).toStdString(), Mounted("archive").toStdString());
     EXPECT_TRUE(files_->FolderExists(Unc("archive")));
