@@ -133,8 +133,10 @@ void HistoryDesk::UndoNext() {
     for (const UndoItem& item : part.items) {
         files.push_back({place.PathOf(item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry)});
     }
-    const bool isKept = !part.facts.kept.isEmpty();
-    const QStringList emptied = isKept ? QStringList{part.facts.kept, KeptFoldersOf(archive)} : QStringList();
+    QStringList emptied;
+    if (!part.facts.kept.isEmpty()) {
+        emptied << part.facts.kept << KeptFoldersOf(archive);
+    }
     const qint64 action = part.items.front().action;
     parts_.timer.Stop();
     parts_.jobs.PutFilesBack(
@@ -176,7 +178,7 @@ void HistoryDesk::StopTolerating(const QStringList& senders) {
     const QStringList before = LoadWhitelist(parts_.ports.store);
     QStringList entries = before;
     entries.removeIf([&senders](const QString& entry) {
-        const WhitelistMatcher matcher({entry});
+        const WhitelistMatcher matcher{QStringList(entry)};
         return std::any_of(senders.begin(), senders.end(),
                            [&matcher](const QString& sender) { return matcher.TolerableSender(sender); });
     });

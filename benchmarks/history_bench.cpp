@@ -2,16 +2,21 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/TurnWatch.h"
 #include "history/frmHistory.h"
+#include "messages/DisposalTask.h"
 #include "platform/Clock.h"
+#include "platform/LocalFileSystem.h"
 
 #include <QApplication>
-#include <QComboBox>
+#include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
+
+#include <numeric>
 
 using namespace quellbox;
 using namespace quellbox::bench;
@@ -20,6 +25,7 @@ namespace {
 
 constexpr int entries = 100'000;
 constexpr int ofOneAction = 1000;
+constexpr int fullArchive = 32'000;
 
 HandledMessage Message(int number) {
     const QString text = QString::number(number);
@@ -96,10 +102,65 @@ double NarrowGapMs(frmHistory& window) {
     return watch.LongestMs();
 }
 
+/// Writes files with the names of messages, and lists them.
+void Fill(const QString& folder, MessageListModel& model) {
+    std::vector<MessageRow> rows;
+    for (int number = 0; number < fullArchive; ++number) {
+        HandledMessage message = Message(number);
+        QFile file(folder + message.message.Key());
+        Require(file.open(QIODevice::WriteOnly) && file.write("Subject: x\n\nx\n") > 0, "a message cannot be written");
+        rows.push_back(std::move(message.message));
+    }
+    model.Clear();
+    model.Append(std::move(rows));
+}
+
+/// The time from the beginning to the end of the action that the user sees. Afterwards everything is written.
+double TimeDeleting(FileSystem& files, Journal* journal, const QString& archive) {
+    ThreadWorkPool pool;
+    MessageListModel model;
+    Fill(archive, model);
+    std::vector<int> rows(fullArchive);
+    std::iota(rows.begin(), rows.end(), 0);
+    DisposalTask task(files, pool, model);
+    QEventLoop ended;
+    QObject::connect(&task, &DisposalTask::Ended, &ended, &QEventLoop::quit);
+    const double seconds = Time([&] {
+        task.Start(Action::remove, {archive, archive}, rows, nullptr,
+                   journal == nullptr ? nullptr : journal->Begin({HistoryAction::Delete, archive}));
+        ended.exec();
+    });
+    Require(QDir(archive).isEmpty(), "a message was not deleted");
+    return seconds;
+}
+
+void MeasureDeleting() {
+    const QTemporaryDir folder;
+    const QString archive = folder.filePath(QStringLiteral("archive/"));
+    QDir().mkpath(archive);
+    const std::unique_ptr<Clock> clock = MakeClock();
+    const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
+    Best with;
+    Best without;
+    for (int round = 0; round < 5; ++round) {
+        without.Add(TimeDeleting(*files, nullptr, archive));
+        ThreadWorkPool pool;
+        {
+            Journal journal(pool, *clock, {folder.filePath(QStringLiteral("history.sqlite"))});
+            with.Add(TimeDeleting(*files, &journal, archive));
+        }
+        pool.WaitForDone();
+    }
+    Report("deleting 32,000, without a history", without.seconds * 1e3, "ms");
+    Report("deleting 32,000, with a history", with.seconds * 1e3, "ms");
+    Report("with / without", with.seconds / without.seconds, "", "<= 1.1");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
+    MeasureDeleting();
     const QTemporaryDir folder;
     const std::unique_ptr<Clock> clock = MakeClock();
     ThreadWorkPool pool;

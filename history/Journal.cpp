@@ -33,7 +33,7 @@ void Journal::Note(const HistorySubject& subject, const HistoryEntry& entry) {
         database.AddEntry(action, entry);
         database.EndAction(action);
     };
-    writer_->Write(write, JournalWriter::Pace::Gather);
+    writer_->Write(write, JournalWriter::Pace::AtOnce);
 }
 
 void Journal::SetKept(bool isKept) {

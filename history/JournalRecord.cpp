@@ -83,7 +83,7 @@ void JournalRecord::Finish() {
             return; // nothing was done
         }
     }
-    Write(end, JournalWriter::Pace::Gather);
+    Write(end, JournalWriter::Pace::AtOnce);
 }
 
 /// `job` gets the number of the action, and does not outlive this object.

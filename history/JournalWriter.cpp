@@ -16,7 +16,8 @@ namespace quellbox {
 
 namespace {
 
-constexpr unsigned long gatherMs = 100;
+// An action on local files needs both processors for itself, and most have ended by then.
+constexpr unsigned long gatherMs = 1000;
 constexpr unsigned long retryMs = 5000;
 
 // So long another program may take to put the same database aside.
