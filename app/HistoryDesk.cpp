@@ -79,23 +79,24 @@ void HistoryDesk::LookForUndo() {
         return database.LatestToUndo(archive);
     };
     parts_.journal.AskFor(Journal::Question::Reads, this, look, [this](std::optional<qint64> latest) {
-        latest_ = latest;
+        isUndoable_ = latest.has_value();
         TellUndoable();
     });
 }
 
 void HistoryDesk::TellUndoable() {
-    list_.SetUndoable(latest_.has_value());
+    list_.SetUndoable(isUndoable_);
     if (window_) {
         window_->SetUndoAllowed(parts_.jobs.IsIdle() || parts_.jobs.GivesWay());
     }
 }
 
+// What is the latest action is asked when all that was done before the key was pressed is written down.
 void HistoryDesk::mnuEditUndo_Click() {
-    if (!latest_) {
-        return;
-    }
-    const auto find = [action = *latest_](JournalDatabase& database) { return database.ItemsToUndo(action); };
+    const auto find = [archive = QString(parts_.state.ArchiveDir)](JournalDatabase& database) {
+        const std::optional<qint64> latest = database.LatestToUndo(archive);
+        return latest ? database.ItemsToUndo(*latest) : std::vector<UndoItem>();
+    };
     parts_.journal.AskFor(Journal::Question::Reads, this, find,
                           [this](const std::vector<UndoItem>& items) { Undo(items); });
 }

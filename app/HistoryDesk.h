@@ -58,8 +58,8 @@ private:
     RefreshDesk& refresh_;
     JournalRecovery recovery_;
     std::unique_ptr<frmHistory> window_;
-    std::optional<qint64> latest_; // action that can be taken back
-    std::deque<Part> left_;        // to be taken back; the first of them is under way
+    bool isUndoable_ = false; // the latest action
+    std::deque<Part> left_;   // to be taken back; the first of them is under way
     std::vector<FileFailure> failures_;
     bool isUndoing_ = false;
     bool mustRefresh_ = false;

@@ -2,6 +2,7 @@
 
 #include "ui_frmHistory.h"
 
+#include <QAbstractItemView>
 #include <QHeaderView>
 #include <QScreen>
 
@@ -16,6 +17,7 @@ constexpr int mostLookedAt = 200;
 
 template <class Value>
 void AddChoices(QComboBox& box, const QString& all, const std::vector<Value>& values) {
+    box.view()->setAccessibleName(all);
     box.addItem(all);
     for (const Value value : values) {
         box.addItem(NameOf(value), static_cast<int>(value));

@@ -13,6 +13,7 @@
 #include "whitelist/frmTolerate.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenuBar>
