@@ -54,6 +54,7 @@ void frmHistory::PrepareList() {
     list.setModel(&model_);
     list.header()->setStretchLastSection(false);
     list.header()->setSectionsMovable(false);
+    list.header()->setSectionResizeMode(HistorySubjectText, QHeaderView::Stretch);
     ui_->splHistory->setStretchFactor(0, 3);
     ui_->splHistory->setStretchFactor(1, 1);
     SizeColumns();
@@ -72,12 +73,11 @@ void frmHistory::SizeColumns() {
         const QString name = NameOf(action);
         longestAction = name.size() > longestAction.size() ? name : longestAction;
     }
-    const QString address = QStringLiteral("somebody.there@example.com");
+    const QString address = QStringLiteral("someone@example.com");
     width(HistoryTime, QStringLiteral("2026-12-28 20:40:48"));
     width(HistoryActionName, longestAction);
     width(HistorySender, address);
     width(HistoryTo, address);
-    width(HistorySubjectText, address + address);
     width(HistoryScl, QStringLiteral("9 99.99"));
     width(HistoryResultName, NameOf(HistoryResult::Undone));
 }
