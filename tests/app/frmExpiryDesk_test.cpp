@@ -1,6 +1,8 @@
 #include "tests/support/CallGate.h"
 #include "tests/support/MainWindowFixture.h"
 
+#include <atomic>
+
 namespace quellbox {
 
 namespace {
@@ -11,6 +13,7 @@ class MainExpiry : public MainWindowTest {
 protected:
     MainExpiry() { Set("RefreshInterval", "60"); }
     ~MainExpiry() override {
+        gate_.LetAll();
         window_.reset();
         pool_.WaitForDone();
     }
@@ -24,9 +27,26 @@ protected:
         return folder + QStringLiteral("/old.eml");
     }
 
+    /// Holds the deletion of a file, or of any when the path is empty.
+    void Hold(const QString& path) {
+        files_.SetChangeHook([this, path](const QString& changed) {
+            if (path.isEmpty() || changed == path) {
+                isHeld_ = true;
+                gate_.Pass(0);
+            }
+        });
+    }
+
+    bool WaitUntilHeld() {
+        return QTest::qWaitFor([this] { return isHeld_.load(); }, patience);
+    }
+
     bool WaitUntilGone(const QString& path) {
         return QTest::qWaitFor([&] { return !files_.FileExists(path); }, patience);
     }
+
+    CallGate gate_;
+    std::atomic<bool> isHeld_ = false;
 };
 
 } // namespace
@@ -72,20 +92,15 @@ TEST_F(MainExpiry, WithoutSuchAFolderNotASingleCallIsMade) {
 TEST_F(MainExpiry, TheUserGoesOnWhileItDeletes) {
     AddThree();
     const QString old = AddKept(10, 9);
-    CallGate gate;
-    files_.SetChangeHook([&](const QString& path) {
-        if (path == old) {
-            gate.Pass(0);
-        }
-    });
+    Hold(old);
     OpenRefreshed();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return gate.WaitForInside(1); }, patience));
+    ASSERT_TRUE(WaitUntilHeld());
     EXPECT_TRUE(List()->isEnabled());
     ClickRow(0);
     Action("mnuActionsDelete")->trigger();
     Settle();
     EXPECT_EQ(window_->Messages().Count(), 2);
-    gate.LetAll();
+    gate_.LetAll();
     EXPECT_TRUE(WaitUntilGone(old));
 }
 
@@ -93,13 +108,12 @@ TEST_F(MainExpiry, ClosingTheWindowGivesItUp) {
     AddKept(10, 9);
     AddKept(11, 9);
     AddKept(12, 9);
-    CallGate gate;
-    files_.SetChangeHook([&](const QString&) { gate.Pass(0); });
+    Hold({});
     pool_.SetMost(1);
     OpenRefreshed();
-    ASSERT_TRUE(gate.WaitForInside(1));
+    ASSERT_TRUE(WaitUntilHeld());
     window_->close();
-    gate.LetAll();
+    gate_.LetAll();
     pool_.WaitForDone();
     QCoreApplication::processEvents();
     pool_.WaitForDone();

@@ -115,14 +115,11 @@ Told Cleanse(FaultScene& scene, FileSystem& files, const std::function<void()>& 
     return told;
 }
 
-/// Puts back what was deleted before, which goes well.
+/// Puts back what was deleted in another session.
 Told PutBackAll(FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
     const std::shared_ptr<KeptFolder> kept = NewKept(scene, files);
-    if (!Dispose(
-             Action::remove, scene, files, [] {}, kept)
-             .failed.empty()) {
-        throw std::runtime_error("the messages cannot be deleted");
-    }
+    kept->Make();
+    scene.MoveAllTo(kept->Path());
     ThreadWorkPool pool;
     PutBackTask task(files, pool);
     std::vector<PutBack> items;

@@ -159,6 +159,15 @@ QString FaultScene::FolderToClear(Wanted wanted) const {
     return mount_.Folder() + Target(wanted).mid(mount_.RealFolder().size());
 }
 
+void FaultScene::MoveAllTo(const QString& folder) const {
+    const QString real = mount_.RealFolder() + folder.mid(mount_.Folder().size());
+    for (const QString& name : Names()) {
+        if (!QFile::rename(Real("archive") + name, real + name)) {
+            throw std::runtime_error("a message cannot be moved");
+        }
+    }
+}
+
 QString FaultScene::AddMessage() const {
     const QString name = QStringLiteral("more.EML");
     WriteOld(Real("archive") + name, MessageBytes(name));

@@ -61,6 +61,9 @@ public:
     /// The folder to which they were to be moved, as the program names it.
     QString FolderToClear(Wanted wanted) const;
 
+    /// Has all messages moved into a folder, which is named as the program does, by another program.
+    void MoveAllTo(const QString& folder) const;
+
     /// Another message, which the program has not met yet.
     QString AddMessage() const;
 

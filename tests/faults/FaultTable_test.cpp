@@ -124,9 +124,8 @@ protected:
     /// What the next move has not cleared away.
     int LeftBehindByNext(const FaultScene& scene, FileSystem& files) const {
         const QString name = scene.AddMessage();
-        const QString folder = scene.FolderToClear(Action().wanted);
-        EXPECT_NO_THROW(
-            files.Move(scene.Archive() + name, folder + (folder == scene.Archive() ? "again-" : "") + name));
+        const QString place = scene.FolderToClear(Action().wanted) + QStringLiteral("moved-") + name;
+        EXPECT_NO_THROW(files.Move(scene.Archive() + name, place));
         return scene.LeftBehind(Action().wanted);
     }
 
