@@ -27,7 +27,7 @@ QByteArray Message(const QString& name, qsizetype size, const QByteArray& sender
 
 } // namespace
 
-ShareTest::ShareTest() : world_(ShareWorld::Of(GetParam())), name_(NextName()) {}
+ShareTest::ShareTest(ShareWorld& world) : world_(world), name_(NextName()) {}
 
 // The readers of a test must not outlive its file system.
 ShareTest::~ShareTest() {

@@ -20,7 +20,10 @@ namespace quellbox {
 /// Messages are laid into the folders behind the client's back, as a mail server does.
 class ShareTest : public testing::TestWithParam<ShareClient> {
 protected:
-    ShareTest();
+    ShareTest() : ShareTest(ShareWorld::Of(GetParam())) {}
+
+    /// For a test that needs a server of its own.
+    explicit ShareTest(ShareWorld& world);
     ~ShareTest() override;
     void SetUp() override;
 

@@ -22,6 +22,9 @@ public:
     /// Why there are no shares; empty when there are.
     QString WhyNot() const;
 
+    /// Ends the client, so that every call that waits for it fails. Only WhyNot() may be called afterwards.
+    void EndClient() { mount_.reset(); }
+
     SambaServer& Server() { return server_; }
     ShareMount& Mount() { return *mount_; }
 

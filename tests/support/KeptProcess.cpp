@@ -14,7 +14,8 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestEndMs = 30'000;
+constexpr int longestEndMs = 120'000;
+constexpr int longestWaitMs = 120'000;
 constexpr qsizetype mostWords = 500;
 
 } // namespace
@@ -54,7 +55,7 @@ QString KeptProcess::LastWords() {
 }
 
 bool WaitUntil(const std::function<bool()>& holds) {
-    for (const QDeadlineTimer deadline(20'000); !holds();) {
+    for (const QDeadlineTimer deadline(longestWaitMs); !holds();) {
         if (deadline.hasExpired()) {
             return false;
         }

@@ -19,7 +19,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestAnswerMs = 30'000;
+constexpr int longestAnswerMs = 120'000;
 
 // The processes of the server tell what they have counted about a second afterwards.
 constexpr std::chrono::milliseconds untilCounted(1600);

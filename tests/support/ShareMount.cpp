@@ -12,7 +12,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestAnswerMs = 30'000;
+constexpr int longestAnswerMs = 120'000;
 
 const QStringList shares{QStringLiteral("archive"), QStringLiteral("pickup")};
 
@@ -57,8 +57,10 @@ private:
         const bool hasGuests = server_.AccessKind() == SambaServer::Access::Guest;
         const QString user = hasGuests ? QStringLiteral("guest") : server_.User();
         const QString password = hasGuests ? QString() : SambaServer::Password();
+        // Each further attempt to reach a server that is dead would take seconds.
         const QString text = QStringLiteral("smb_query_browsers \"false\"\n"
                                             "use_libsecret \"false\"\n"
+                                            "max_retry_count \"1\"\n"
                                             "auth \"%1\" \"%2\"\n")
                                  .arg(user, password);
         return Write("smbnetfs.conf", text.toUtf8());
