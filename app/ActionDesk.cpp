@@ -5,12 +5,15 @@
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
+#include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
 #include "messages/frmFailures.h"
+#include "whitelist/WhitelistStore.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QApplication>
@@ -21,6 +24,13 @@
 namespace quellbox {
 
 namespace {
+
+HistoryAction HistoryActionOf(qint16 action) {
+    if (action == Action::remove) {
+        return HistoryAction::Delete;
+    }
+    return action == Action::unblockTolerated ? HistoryAction::Tolerate : HistoryAction::Unblock;
+}
 
 std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
     std::vector<int> rows;
@@ -41,8 +51,10 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts)
 
 void ActionDesk::ProcessSelectedMessages(qint16 action) {
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
-    parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()),
-                        action == Action::remove ? FolderToKeepIn(parts_) : nullptr);
+    const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
+    const auto record = parts_.journal.Begin(
+        {HistoryActionOf(action), folders.archive, folders.pickup, kept ? QString(kept->Path()) : QString()});
+    parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()), kept, record);
 }
 
 void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
@@ -135,12 +147,14 @@ void ActionDesk::TolerateSelectedSender() {
 void ActionDesk::OfferToTolerate(int row) {
     {
         const MessageRow& message = parts_.model.Row(row);
+        const QStringList before = LoadWhitelist(parts_.ports.store);
         const RefreshTimer::Hold rest(parts_.timer);
         frmTolerate dialog(parts_.ports.store, parts_.state, &parts_.window);
         dialog.SetMode(ToleranceWord::tolerate);
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
+        NoteWhitelistChanges(parts_, before);
     }
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
         ProcessSelectedMessages(Action::unblockTolerated);
@@ -154,10 +168,12 @@ void ActionDesk::btnFailures_Click() {
 
 void ActionDesk::MaintainWhitelist() {
     QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
+    const QStringList before = LoadWhitelist(parts_.ports.store);
     const RefreshTimer::Hold rest(parts_.timer);
     frmTolerate dialog(parts_.ports.store, parts_.state, above != nullptr ? above : &parts_.window);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
+    NoteWhitelistChanges(parts_, before);
 }
 
 } // namespace quellbox

@@ -7,6 +7,7 @@
 #include "app/MessageListView.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "history/Journal.h"
 #include "messages/FailureList.h"
 
 #include <QLocale>
@@ -40,7 +41,11 @@ void RefreshDesk::RefreshArchive(bool markNew) {
     if (parts_.state.LastAddedFile.isEmpty()) {
         parts_.panels.SetCount({});
     }
-    parts_.jobs.Refresh(markNew, IsInBulkMode());
+    const AppState& state = parts_.state;
+    const bool tolerates = state.TolerationLevel == 2;
+    parts_.jobs.Refresh(
+        markNew, IsInBulkMode(),
+        tolerates ? parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, state.PickupDir}) : nullptr);
 }
 
 void RefreshDesk::RefreshCleansed(qint32 removed) {

@@ -7,6 +7,7 @@
 #include "archive/RefreshTimer.h"
 #include "dialogs/PickupTest.h"
 #include "dialogs/frmCleansing.h"
+#include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "settings/frmMessageBox.h"
@@ -52,7 +53,10 @@ void ToolsDesk::CleanseArchive() {
     }
     parts_.timer.Stop();
     state.LastAddedFile.clear();
-    parts_.jobs.Cleanse(archive, state.CleansingDays, FolderToKeepIn(parts_));
+    const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(parts_);
+    const auto record =
+        parts_.journal.Begin({HistoryAction::Cleanse, archive, {}, kept ? QString(kept->Path()) : QString()});
+    parts_.jobs.Cleanse(archive, state.CleansingDays, kept, record);
 }
 
 // No error of the run is reported but in the log. The list is made anew, and the number is what is left to be read.
@@ -92,6 +96,13 @@ bool ToolsDesk::ConfirmPickupTest() {
                            &parts_.window);
 }
 
+void ToolsDesk::NotePickupTest(const WindowJobs::Error& error) {
+    HistoryEntry entry;
+    entry.result = error ? HistoryResult::Failed : HistoryResult::Done;
+    entry.reason = error.value_or(QString());
+    parts_.journal.Note({HistoryAction::PickupTest, {}, parts_.state.PickupDir}, entry);
+}
+
 void ToolsDesk::ConfirmAndSend() {
     if (parts_.jobs.IsClosed()) {
         return;
@@ -105,6 +116,7 @@ void ToolsDesk::ConfirmAndSend() {
                        folder = QString(parts_.state.PickupDir),
                        moment] { return TryPickupTest(files, user, folder, moment); };
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
+        NotePickupTest(error);
         if (error) {
             parts_.errors.Show(*error);
         } else {

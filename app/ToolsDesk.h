@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 namespace quellbox {
 
 class RefreshDesk;
@@ -27,6 +29,7 @@ private:
     void jobs_CleansingEnded(const CleansingResult& result);
     void ConfirmWhenIdle();
     void ConfirmAndSend();
+    void NotePickupTest(const std::optional<QString>& error);
     bool ConfirmPickupTest();
 
     WindowParts parts_;

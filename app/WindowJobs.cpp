@@ -14,8 +14,9 @@ constexpr int busyAfterMs = 100;
 } // namespace
 
 WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model)
-    : ports_(ports), state_(state), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
-      cleansing_(ports.files, ports.pool), putBack_(ports.files, ports.pool) {
+    : ports_(ports), state_(state), model_(model), refresh_(ports, state, model),
+      disposal_(ports.files, ports.pool, model), cleansing_(ports.files, ports.pool),
+      putBack_(ports.files, ports.pool) {
     showBusy_.setSingleShot(true);
     showBusy_.setInterval(busyAfterMs);
     showBusy_.callOnTimeout([this] { ShowBusy(); });
@@ -49,29 +50,37 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     });
 }
 
-void WindowJobs::Refresh(bool markNew, bool bulk) {
+void WindowJobs::Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Refreshing, 0)) {
         isByTick_ = markNew;
-        refresh_.Start(markNew, bulk);
+        refresh_.Start(markNew, bulk, std::move(record));
     }
 }
 
 void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
-                         std::shared_ptr<KeptFolder> kept) {
+                         std::shared_ptr<KeptFolder> kept, std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, static_cast<int>(rows.size()))) {
-        disposal_.Start(action, folders, std::move(rows), std::move(kept));
+        disposal_.Start(action, folders, std::move(rows), std::move(kept), std::move(record));
     }
 }
 
-void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept) {
+void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept,
+                         std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, 0)) {
-        cleansing_.Start(archiveDir, days, ports_.clock.Now().date(), std::move(kept));
+        cleansing_.Start(archiveDir, days, ports_.clock.Now().date(), std::move(kept), std::move(record),
+                         [this](const QString& name) { return KnownRow(name); });
     }
 }
 
-void WindowJobs::PutFilesBack(std::vector<PutBack> items, QStringList emptied) {
+/// What the list knows of a message, which it need not have.
+MessageRow WindowJobs::KnownRow(const QString& name) const {
+    const int row = model_.RowOfKey(name);
+    return row < 0 ? MessageRow(name, -1, 0, {}) : model_.Row(row);
+}
+
+void WindowJobs::PutFilesBack(std::vector<PutBack> items, QStringList emptied, std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, static_cast<int>(items.size()))) {
-        putBack_.Start(std::move(items), std::move(emptied));
+        putBack_.Start(std::move(items), std::move(emptied), std::move(record));
     }
 }
 

@@ -28,15 +28,18 @@ public:
     WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model);
 
     /// A job that is started while another one runs is not begun. `markNew` says that it is a tick that refreshes.
-    void Refresh(bool markNew, bool bulk);
+    /// What is done is written into `record` where that is given.
+    void Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr);
 
     /// What is deleted goes into `kept` where that is given.
     void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
-                 std::shared_ptr<KeptFolder> kept = nullptr);
-    void Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept = nullptr);
+                 std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
+    void Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept = nullptr,
+                 std::shared_ptr<ActionRecord> record = nullptr);
 
     /// Puts deleted messages back; see PutBackTask::Start().
-    void PutFilesBack(std::vector<PutBack> items, QStringList emptied = {});
+    void PutFilesBack(std::vector<PutBack> items, QStringList emptied = {},
+                      std::shared_ptr<ActionRecord> record = nullptr);
 
     /// What a single call may do to files.
     enum class Effect { Reads, Changes };
@@ -102,6 +105,7 @@ Q_SIGNALS:
     void JobEnded();
 
 private:
+    MessageRow KnownRow(const QString& name) const;
     bool Begin(Activity activity, int maximum);
     void End();
     void SetMaximum(int maximum);
@@ -111,6 +115,7 @@ private:
 
     RefreshPorts ports_;
     const AppState& state_;
+    const MessageListModel& model_;
     Activity activity_ = Activity::Idle;
     RefreshTask refresh_;
     DisposalTask disposal_;

@@ -53,7 +53,7 @@ RefreshTask::RefreshTask(RefreshPorts ports, AppState& state, MessageListModel& 
     flush_.callOnTimeout([this] { Flush(); });
 }
 
-void RefreshTask::Start(bool markNew, bool bulk) {
+void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
     if (isRunning_) {
         return;
     }
@@ -65,6 +65,7 @@ void RefreshTask::Start(bool markNew, bool bulk) {
     shownLast_ = {state_.LastAddedFile, state_.LastArrival.modifiedNs};
     markNew_ = markNew;
     bulk_ = bulk;
+    record_ = std::move(record);
     archive_ = state_.ArchiveDir;
     result_ = {};
     again_ = 0;
@@ -206,11 +207,11 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
     reading_.emplace(
         ports_.pool, count,
         [&fileSystem = ports_.files, folder = std::move(folder), archive = archive_, pickup = state_.PickupDir,
-         bulk = bulk_, entries, tolerated](size_t item) {
+         bulk = bulk_, entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk), false, std::nullopt};
             if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
                 const QString key = (*entries)[item].name;
-                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), read);
+                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), record.get(), read);
             }
             return read;
         },
@@ -230,7 +231,18 @@ void RefreshTask::EndReading(SeriesEnd how) {
 
 // The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
 // to be under way at the same time.
-void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, Read& read) {
+void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, ActionRecord* record, Read& read) {
+    if (record == nullptr) {
+        TryToMove(files, from, to, read);
+        return;
+    }
+    record->Announce({read.row.row.Key()});
+    record->AwaitAnnounced();
+    TryToMove(files, from, to, read);
+    record->Take({read.row.row, read.failure});
+}
+
+void RefreshTask::TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read) {
     try {
         files.Move(from, to);
         read.wasMoved = true;
@@ -312,6 +324,8 @@ void RefreshTask::End(RefreshOutcome outcome, const QString& reason) {
     flush_.stop();
     Flush();
     isRunning_ = false;
+    reading_.reset(); // which holds the record as well
+    record_.reset();
     result_.outcome = outcome;
     result_.reason = reason;
     const RefreshResult result = std::move(result_);

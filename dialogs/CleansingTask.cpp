@@ -21,13 +21,15 @@ bool IsMessage(const QString& name) {
 CleansingTask::CleansingTask(FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
 
 // A run that goes on past midnight keeps what it was to keep when it began.
-void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept) {
+void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept,
+                          std::shared_ptr<ActionRecord> record, std::function<MessageRow(const QString& name)> known) {
     if (isRunning_) {
         return;
     }
     isRunning_ = true;
     isCancelled_ = false;
-    order_ = {archiveDir, QString::number(days), today, std::move(kept)};
+    order_ = {archiveDir, QString::number(days), today, std::move(kept), std::move(record)};
+    known_ = std::move(known);
     names_ = std::make_shared<QStringList>();
     result_ = {};
     removing_.reset();
@@ -80,13 +82,40 @@ void CleansingTask::RemoveFiles() {
         End();
         return;
     }
+    if (order_.record) {
+        order_.record->Announce(*names_);
+    }
     removing_.emplace(
         pool_, static_cast<size_t>(names_->size()),
-        [&files = files_, names = names_, order = order_](size_t item) {
-            return Cleanse(files, names->at(static_cast<qsizetype>(item)), order);
+        [&files = files_, names = names_, messages = Messages(), order = order_](size_t item) {
+            return order.record ? CleanseOnRecord(files, (*messages)[item], order)
+                                : Cleanse(files, names->at(static_cast<qsizetype>(item)), order);
         },
         [this](size_t item, Fate fate) { Take(item, std::move(fate)); }, [this](SeriesEnd) { End(); });
     removing_->Start();
+}
+
+/// What is known of the messages, for the record; null without one.
+std::shared_ptr<const std::vector<MessageRow>> CleansingTask::Messages() const {
+    if (!order_.record) {
+        return nullptr;
+    }
+    auto messages = std::make_shared<std::vector<MessageRow>>();
+    messages->reserve(static_cast<size_t>(names_->size()));
+    for (const QString& name : *names_) {
+        messages->push_back(known_ ? known_(name) : MessageRow(name, -1, 0, {}));
+    }
+    return messages;
+}
+
+CleansingTask::Fate CleansingTask::CleanseOnRecord(FileSystem& files, const MessageRow& message, const Order& order) {
+    order.record->AwaitAnnounced();
+    Fate fate = Cleanse(files, message.Key(), order);
+    const bool isRefused = fate.failure && order.kept && order.kept->Refusal();
+    if (!fate.wasKept && !isRefused) {
+        order.record->Take({message, fate.failure});
+    }
+    return fate;
 }
 
 bool CleansingTask::Order::IsKept(const FileStatus& status) const {
@@ -153,6 +182,8 @@ void CleansingTask::Take(size_t item, Fate fate) {
 
 void CleansingTask::End() {
     isRunning_ = false;
+    removing_.reset(); // which holds the record of the run
+    order_.record.reset();
     const CleansingResult result = std::move(result_);
     Q_EMIT Ended(result);
 }

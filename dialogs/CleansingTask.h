@@ -1,5 +1,6 @@
 #pragma once
 
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/KeptFolder.h"
 #include "platform/FileSystem.h"
@@ -10,6 +11,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -40,7 +42,11 @@ public:
     /// Keeps what was modified on one of the `days` calendar days that end with `today`; 0 keeps nothing, and a
     /// negative number, which stands for no choice, everything. What is deleted goes into `kept` where that is given.
     /// Does nothing while a run is under way.
-    void Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept = nullptr);
+    ///
+    /// What is done is written into `record` where that is given; `known` tells what is known of a message.
+    void Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept = nullptr,
+               std::shared_ptr<ActionRecord> record = nullptr,
+               std::function<MessageRow(const QString& name)> known = {});
 
     /// No further file is touched. The run ends when those that have begun have ended.
     void Cancel();
@@ -76,6 +82,7 @@ private:
         QString days; // as IsRecentFile() takes it
         QDate today;
         std::shared_ptr<KeptFolder> kept;
+        std::shared_ptr<ActionRecord> record;
 
         bool IsKept(const FileStatus& status) const;
     };
@@ -89,6 +96,8 @@ private:
     static bool Remove(FileSystem& files, const QString& path, const Order& order);
     static bool Keep(FileSystem& files, const QString& name, const Order& order);
     static Fate Cleanse(FileSystem& files, const QString& name, const Order& order);
+    static Fate CleanseOnRecord(FileSystem& files, const MessageRow& message, const Order& order);
+    std::shared_ptr<const std::vector<MessageRow>> Messages() const;
     void RemoveFiles();
     void Take(size_t item, Fate fate);
     void End();
@@ -96,6 +105,7 @@ private:
     FileSystem& files_;
     WorkPool& pool_;
     Order order_;
+    std::function<MessageRow(const QString& name)> known_;
     std::shared_ptr<QStringList> names_;
     std::optional<OrderedWork<Names>> listing_;
     std::optional<OrderedWork<Fate>> removing_;

@@ -13,6 +13,15 @@ namespace {
 
 constexpr int progressStep = 100;
 
+QStringList KeysOf(const std::vector<MessageRow>& messages) {
+    QStringList keys;
+    keys.reserve(static_cast<qsizetype>(messages.size()));
+    for (const MessageRow& message : messages) {
+        keys.append(message.Key());
+    }
+    return keys;
+}
+
 /// Moves a file to where it is kept; one that has gone is as good as deleted.
 void Keep(FileSystem& files, const QString& path, KeptFolder& kept, const QString& key) {
     kept.Make();
@@ -33,7 +42,7 @@ DisposalTask::DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& 
     : files_(files), pool_(pool), model_(model) {}
 
 void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
-                         std::shared_ptr<KeptFolder> kept) {
+                         std::shared_ptr<KeptFolder> kept, std::shared_ptr<ActionRecord> record) {
     if (isRunning_) {
         return;
     }
@@ -43,14 +52,18 @@ void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vec
     result_ = {};
     isRunning_ = true;
     kept_ = action == Action::remove ? kept : nullptr;
-    const auto keys = std::make_shared<QStringList>();
+    const auto messages = std::make_shared<std::vector<MessageRow>>();
+    messages->reserve(rows_.size());
     for (const int row : rows_) {
-        keys->append(model_.Row(row).Key());
+        messages->push_back(model_.Row(row));
+    }
+    if (record) {
+        record->Announce(KeysOf(*messages));
     }
     work_.emplace(
         pool_, rows_.size(),
-        [&files = files_, order = Order{action, folders, std::move(kept)}, keys](size_t item) {
-            return Dispose(files, order, keys->at(static_cast<qsizetype>(item)));
+        [&files = files_, order = Order{action, folders, std::move(kept), std::move(record), messages}](size_t item) {
+            return Dispose(files, order, (*order.messages)[item]);
         },
         [this](size_t item, Failure failure) { Take(item, std::move(failure)); }, [this](SeriesEnd) { End(); });
     work_->Start();
@@ -79,7 +92,19 @@ void DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QS
     }
 }
 
-DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, const Order& order, const QString& key) {
+DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, const Order& order, const MessageRow& message) {
+    if (!order.record) {
+        return TryToDispose(files, order, message.Key());
+    }
+    order.record->AwaitAnnounced();
+    Failure failure = TryToDispose(files, order, message.Key());
+    if (!failure || !order.kept || !order.kept->Refusal()) {
+        order.record->Take({message, failure});
+    }
+    return failure;
+}
+
+DisposalTask::Failure DisposalTask::TryToDispose(FileSystem& files, const Order& order, const QString& key) {
     try {
         DisposeOfFile(files, order, key);
         return std::nullopt;
@@ -107,6 +132,7 @@ void DisposalTask::Take(size_t item, Failure failure) {
 }
 
 void DisposalTask::End() {
+    work_.reset(); // it holds the record of the action
     result_.rowsGone = static_cast<int>(gone_.size());
     // The rows above the last one have gone as well, so what followed it is now that much further up.
     const int following = gone_.empty() ? -1 : gone_.back() - (result_.rowsGone - 1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/KeptFolder.h"
 #include "messages/MessageListModel.h"
@@ -54,7 +55,7 @@ public:
     /// Begins with `rows`, which are ascending. What is deleted goes into `kept` where that is given. Does nothing
     /// while rows are disposed of.
     void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
-               std::shared_ptr<KeptFolder> kept = nullptr);
+               std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
 
     /// No further message is touched. The rows of those that have begun go when their calls have ended.
     void Cancel();
@@ -84,10 +85,13 @@ private:
         qint16 action = 0;
         DisposalFolders folders;
         std::shared_ptr<KeptFolder> kept;
+        std::shared_ptr<ActionRecord> record;
+        std::shared_ptr<const std::vector<MessageRow>> messages;
     };
 
     static void DisposeOfFile(FileSystem& files, const Order& order, const QString& key);
-    static Failure Dispose(FileSystem& files, const Order& order, const QString& key);
+    static Failure TryToDispose(FileSystem& files, const Order& order, const QString& key);
+    static Failure Dispose(FileSystem& files, const Order& order, const MessageRow& message);
     void Take(size_t item, Failure failure);
     void End();
 

@@ -19,6 +19,14 @@ QString FolderOf(const QString& path) {
     return path.left(path.lastIndexOf(SeparatorOf(path)) + 1);
 }
 
+QStringList KeysOf(const std::vector<PutBack>& items) {
+    QStringList keys;
+    for (const PutBack& item : items) {
+        keys.append(item.message.Key());
+    }
+    return keys;
+}
+
 /// The folders that more than a few of the files are in.
 QStringList FoldersOfMany(const std::vector<PutBack>& items) {
     QHash<QString, int> counts;
@@ -38,7 +46,7 @@ QStringList FoldersOfMany(const std::vector<PutBack>& items) {
 
 PutBackTask::PutBackTask(FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
 
-void PutBackTask::Start(std::vector<PutBack> items, QStringList emptied) {
+void PutBackTask::Start(std::vector<PutBack> items, QStringList emptied, std::shared_ptr<ActionRecord> record) {
     if (isRunning_) {
         return;
     }
@@ -48,6 +56,10 @@ void PutBackTask::Start(std::vector<PutBack> items, QStringList emptied) {
     result_ = {std::vector<PutBackFate>(items.size())};
     items_ = std::make_shared<const Items>(std::move(items));
     emptied_ = std::move(emptied);
+    record_ = std::move(record);
+    if (record_) {
+        record_->Announce(KeysOf(*items_));
+    }
     moving_.reset();
     removing_.reset();
     const QStringList folders = FoldersOfMany(*items_);
@@ -82,12 +94,25 @@ void PutBackTask::MoveFiles() {
         return;
     }
     moving_.emplace(
-        pool_, items_->size(), [&files = files_, items = items_](size_t item) { return Move(files, (*items)[item]); },
+        pool_, items_->size(),
+        [&files = files_, items = items_, record = record_](size_t item) {
+            return Move(files, (*items)[item], record.get());
+        },
         [this](size_t item, PutBackFate fate) { Take(item, std::move(fate)); }, [this](SeriesEnd) { EndMoving(); });
     moving_->Start();
 }
 
-PutBackFate PutBackTask::Move(FileSystem& files, const PutBack& item) {
+PutBackFate PutBackTask::Move(FileSystem& files, const PutBack& item, ActionRecord* record) {
+    if (record == nullptr) {
+        return TryToMove(files, item);
+    }
+    record->AwaitAnnounced();
+    PutBackFate fate = TryToMove(files, item);
+    record->Take({item.message, fate.failure});
+    return fate;
+}
+
+PutBackFate PutBackTask::TryToMove(FileSystem& files, const PutBack& item) {
     try {
         files.Move(item.from, item.to);
         return {true, std::nullopt};
@@ -160,6 +185,8 @@ void PutBackTask::GiveUp() {
 
 void PutBackTask::End() {
     isRunning_ = false;
+    moving_.reset(); // which holds the record as well
+    record_.reset();
     const PutBackResult result = std::move(result_);
     Q_EMIT Ended(result);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "platform/FileSystem.h"
 #include "platform/OrderedWork.h"
@@ -17,6 +18,7 @@ namespace quellbox {
 struct PutBack {
     QString from;
     QString to;
+    MessageRow message{}; ///< what is known of it, for the record
 };
 
 /// What became of it. Neither done nor failed is what was cancelled or given up before.
@@ -40,7 +42,8 @@ public:
 
     /// Begins with `items`. Afterwards the folders in `emptied` are removed, in their order and as far as they are
     /// empty then; what goes wrong with them is written to the log. Does nothing while files are put back.
-    void Start(std::vector<PutBack> items, QStringList emptied = {});
+    /// What is done is written into `record` where that is given.
+    void Start(std::vector<PutBack> items, QStringList emptied = {}, std::shared_ptr<ActionRecord> record = nullptr);
 
     /// No further file is touched. It ends when the calls that have begun have ended; no folder is removed.
     void Cancel();
@@ -61,7 +64,8 @@ private:
     using Items = std::vector<PutBack>;
 
     static void ListFolders(const FileSystem& files, const QStringList& folders);
-    static PutBackFate Move(FileSystem& files, const PutBack& item);
+    static PutBackFate Move(FileSystem& files, const PutBack& item, ActionRecord* record);
+    static PutBackFate TryToMove(FileSystem& files, const PutBack& item);
     static void RemoveFolders(FileSystem& files, const QStringList& folders);
     void MoveFiles();
     void Take(size_t item, PutBackFate fate);
@@ -72,6 +76,7 @@ private:
     WorkPool& pool_;
     std::shared_ptr<const Items> items_;
     QStringList emptied_;
+    std::shared_ptr<ActionRecord> record_;
     std::optional<OrderedWork<bool>> listing_;
     std::optional<OrderedWork<PutBackFate>> moving_;
     std::optional<OrderedWork<bool>> removing_;

@@ -29,6 +29,21 @@ bool SaysReadOnly(const QString& options) {
     return options.split(QLatin1Char(',')).contains(QLatin1String("ro"));
 }
 
+/// Whom alone the kernel lets into a file system that a program provides; empty when the options say nothing of it.
+QString OnlyUser(const QString& options) {
+    const QLatin1String user("user_id=");
+    QString number;
+    for (const QString& option : options.split(QLatin1Char(','))) {
+        if (option == QLatin1String("allow_other")) {
+            return {};
+        }
+        if (option.startsWith(user)) {
+            number = option.mid(user.size());
+        }
+    }
+    return number;
+}
+
 /// Whether the mount stands directly or indirectly on the one with this id.
 bool StandsOn(const std::vector<Mount>& mounts, const Mount& mount, const QString& id) {
     QString parent = mount.parent;
@@ -64,7 +79,8 @@ std::vector<Mount> ParseMountTable(const QString& mountTable) {
         if (hyphen >= 0 && hyphen + 2 < fields.size()) {
             mounts.push_back({fields.at(0), fields.at(1), MountField(fields.at(3)), MountField(fields.at(4)),
                               fields.at(hyphen + 1), MountField(fields.at(hyphen + 2)),
-                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3)), fields.at(2)});
+                              SaysReadOnly(fields.at(5)) || SaysReadOnly(fields.value(hyphen + 3)), fields.at(2),
+                              OnlyUser(fields.value(hyphen + 3))});
         }
     }
     return mounts;
@@ -82,9 +98,13 @@ bool IsAtOrAbove(const QString& folder, const QString& path) {
     return path == folder || path.startsWith(folder.endsWith(slash) ? folder : folder + slash);
 }
 
+bool IsOfDesktop(const Mount& mount) {
+    return mount.type == QLatin1String("fuse.gvfsd-fuse");
+}
+
 bool LieInTwoDesktopShares(const std::vector<Mount>& mounts, const QString& left, const QString& right) {
     return std::any_of(mounts.begin(), mounts.end(), [&](const Mount& mount) {
-        if (mount.type != QLatin1String("fuse.gvfsd-fuse")) {
+        if (!IsOfDesktop(mount)) {
             return false;
         }
         const QString leftShare = FirstBelow(mount, left);
@@ -95,8 +115,7 @@ bool LieInTwoDesktopShares(const std::vector<Mount>& mounts, const QString& left
 
 bool IsUsersShare(const std::vector<Mount>& mounts, const QString& device) {
     return std::any_of(mounts.begin(), mounts.end(), [&device](const Mount& mount) {
-        const bool isClient =
-            mount.type == QLatin1String("fuse.smbnetfs") || mount.type == QLatin1String("fuse.gvfsd-fuse");
+        const bool isClient = mount.type == QLatin1String("fuse.smbnetfs") || IsOfDesktop(mount);
         return isClient && mount.device == device;
     });
 }

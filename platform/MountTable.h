@@ -16,6 +16,7 @@ struct Mount {
     QString source;
     bool isReadOnly = false;
     QString device; ///< the numbers of its device, as in "8:1"
+    QString user;   ///< the number of the only user who gets at it, as in "1000"; empty when everybody does
 };
 
 /// The text of /proc/self/mountinfo; empty on systems that have no such file.
@@ -31,6 +32,9 @@ bool IsCovered(const std::vector<Mount>& mounts, size_t index);
 
 /// Whether `path` is the folder or lies below it; both without a separator at the end unless they are a root.
 bool IsAtOrAbove(const QString& folder, const QString& path);
+
+/// Whether a mount is the folder in which the desktop shows the shares that its file manager has opened.
+bool IsOfDesktop(const Mount& mount);
 
 /// Whether two absolute paths without links lie in two of the shares that the desktop mounts. These have one mount in
 /// common, so the kernel takes them for one file system: it hands on a rename from one to the other, and the desktop's

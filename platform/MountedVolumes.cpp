@@ -5,12 +5,15 @@
 #include "platform/AskInTurn.h"
 #include "platform/MountTable.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <iterator>
+
+#include <unistd.h>
 
 namespace quellbox {
 
@@ -78,11 +81,20 @@ bool IsCover(const Mount& mount) {
     return mount.isReadOnly && mount.type == QLatin1String("tmpfs");
 }
 
-std::vector<Mount> MountsOfUser(const std::vector<Mount>& mounts) {
+/// The shares of the desktop lie where the system mounts for itself, and only their own user may look at them, not even
+/// root. Whether some have been opened does not matter: their folder shows the next one as well.
+bool IsOfUser(const Mount& mount, const QString& user) {
+    if (IsOfDesktop(mount)) {
+        return mount.user.isEmpty() || mount.user == user;
+    }
+    return IsUserVolume(mount.point, mount.type);
+}
+
+std::vector<Mount> MountsOfUser(const std::vector<Mount>& mounts, const QString& user) {
     std::vector<Mount> found;
     for (size_t index = 0; index < mounts.size(); ++index) {
         const Mount& mount = mounts[index];
-        if (IsUserVolume(mount.point, mount.type) && !IsCover(mount) && !IsCovered(mounts, index)) {
+        if (IsOfUser(mount, user) && !IsCover(mount) && !IsCovered(mounts, index)) {
             found.push_back(mount);
         }
     }
@@ -108,7 +120,14 @@ void KeepFolders(std::vector<Mount>& mounts, const std::vector<Mount>& all,
     }
 }
 
+QString NameOfDesktop() {
+    return QCoreApplication::translate("quellbox", "Shares opened in the file manager");
+}
+
 Volume AsVolume(const Mount& mount, const MountQuestions& ask) {
+    if (IsOfDesktop(mount)) {
+        return {NameOfDesktop(), mount.point, VolumeKind::Network};
+    }
     // The source of other mounts is no path, or one on a server.
     const bool isDevice = mount.source.startsWith(QLatin1String("/dev/"));
     const QString label = isDevice ? ask.label(mount.source) : QString();
@@ -119,12 +138,13 @@ Volume AsVolume(const Mount& mount, const MountQuestions& ask) {
 } // namespace
 
 MountQuestions SystemQuestions() {
-    return {[](const QString& root) { return QFileInfo(root).isDir(); }, LabelOf, IsRemovable};
+    return {[](const QString& root) { return QFileInfo(root).isDir(); }, LabelOf, IsRemovable,
+            QString::number(::geteuid())};
 }
 
 std::vector<Volume> MountedVolumes(const QString& mountTable, const MountQuestions& ask) {
     const std::vector<Mount> all = ParseMountTable(mountTable);
-    std::vector<Mount> mounts = MountsOfUser(all);
+    std::vector<Mount> mounts = MountsOfUser(all, ask.user);
     KeepFolders(mounts, all, ask.isFolder);
     std::vector<Volume> volumes;
     std::transform(mounts.begin(), mounts.end(), std::back_inserter(volumes),

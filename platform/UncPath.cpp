@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace quellbox {
@@ -60,8 +61,29 @@ bool IsDots(const QString& name) {
     return name == QLatin1String(".") || name == QLatin1String("..");
 }
 
+bool IsSeparator(QChar character) {
+    return character == QLatin1Char('\\') || character == slash;
+}
+
 bool EndsWithSeparator(const QString& path) {
-    return path.endsWith(QLatin1Char('\\')) || path.endsWith(slash);
+    return !path.isEmpty() && IsSeparator(path.back());
+}
+
+/// Whether something follows the last separator that is a name.
+bool EndsWithName(const QString& path) {
+    const auto separator = std::find_if(path.rbegin(), path.rend(), IsSeparator);
+    const QString end = path.right(std::distance(path.rbegin(), separator));
+    return !end.isEmpty() && !IsDots(end);
+}
+
+/// A name as smbnetfs shows it, and wants it to be called: it takes names for parts of a URL.
+QString InNetworkFolder(QString name) {
+    return name.replace(QLatin1Char('%'), QLatin1String("%25")).replace(QLatin1Char('@'), QLatin1String("%40"));
+}
+
+/// The same for what is no server. Behind the colon of a server stands its port.
+QString BelowServer(const QString& name) {
+    return InNetworkFolder(name).replace(QLatin1Char(':'), QLatin1String("%3A"));
 }
 
 bool IsShareType(const QString& type) {
@@ -134,10 +156,14 @@ QString FindInShareMounts(const QString& uncPath, const QString& folder, const Q
 }
 
 QString FindInNetworkFolder(const QString& uncPath, const QString& mountTable) {
-    const QStringList wanted = WantedComponents(uncPath);
+    QStringList wanted = WantedComponents(uncPath);
     if (wanted.size() < 2 || IsDots(wanted.at(0)) || IsDots(wanted.at(1))) {
         return {};
     }
+    wanted[0] = InNetworkFolder(wanted.at(0));
+    // The name of a file comes from its folder, which shows it so already.
+    const qsizetype asShown = wanted.size() > 2 && EndsWithName(uncPath) ? 1 : 0;
+    std::transform(wanted.begin() + 1, wanted.end() - asShown, wanted.begin() + 1, BelowServer);
     const std::vector<Mount> mounts = ParseMountTable(mountTable);
     for (size_t index = 0; index < mounts.size(); ++index) {
         const Mount& mount = mounts[index];

@@ -19,6 +19,8 @@ QString FindInMountTable(const QString& uncPath, const QString& mountTable);
 QString FindInShareMounts(const QString& uncPath, const QString& folder, const QStringList& mounts);
 
 /// The same where smbnetfs shows all servers in one folder. Whether it finds the share is not known before it is asked.
+/// Share and folders have the names that they have on the server, and become what smbnetfs calls them; what follows the
+/// last separator is the name of a file as its folder is listed here, and stays.
 QString FindInNetworkFolder(const QString& uncPath, const QString& mountTable);
 
 } // namespace quellbox

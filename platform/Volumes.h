@@ -25,7 +25,8 @@ public:
     virtual std::vector<Volume> Mounted() const = 0;
 
     /// The local form of a path. On Windows, and for every path but a UNC one, that is the path itself. A UNC path
-    /// becomes the place where its share is mounted, and an empty text when the share is not mounted.
+    /// becomes the place where its share is mounted, and an empty text when the share is not mounted. A folder ends
+    /// with a backslash; what follows the last one is the name of a file as its folder is listed.
     virtual QString Resolve(const QString& path) const = 0;
 };
 

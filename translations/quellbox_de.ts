@@ -256,6 +256,61 @@
     </message>
 </context>
 <context>
+    <name>frmHistory</name>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Part of a sender, To, subject or file name</source>
+        <translation>Teil von Absender, An, Betreff oder Dateiname</translation>
+    </message>
+    <message>
+        <source>&amp;Action:</source>
+        <translation>&amp;Aktion:</translation>
+    </message>
+    <message>
+        <source>&amp;Result:</source>
+        <translation>E&amp;rgebnis:</translation>
+    </message>
+    <message>
+        <source>What was done, the newest first</source>
+        <translation>Was getan wurde, das Neueste zuerst</translation>
+    </message>
+    <message>
+        <source>Details of the selected entry</source>
+        <translation>Einzelheiten des markierten Eintrags</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Put the messages of the selected entries back into the archive</source>
+        <translation>Die Nachrichten der markierten Einträge ins Archiv zurücklegen</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>E&amp;xportieren...</translation>
+    </message>
+    <message>
+        <source>Write the list that is shown into a file</source>
+        <translation>Die angezeigte Liste in eine Datei schreiben</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>frmOptions</name>
     <message>
         <source>Options</source>
@@ -856,6 +911,134 @@
 
 %2</translation>
     </message>
+    <message>
+        <source>Shares opened in the file manager</source>
+        <translation>In der Dateiverwaltung geöffnete Freigaben</translation>
+    </message>
+    <message>
+        <source>Unblock</source>
+        <translation>Freigeben</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Tolerate</source>
+        <translation>Tolerieren</translation>
+    </message>
+    <message>
+        <source>Automatic toleration</source>
+        <translation>Automatische Tolerierung</translation>
+    </message>
+    <message>
+        <source>Cleansing</source>
+        <translation>Bereinigung</translation>
+    </message>
+    <message>
+        <source>Added to whitelist</source>
+        <translation>In Whitelist aufgenommen</translation>
+    </message>
+    <message>
+        <source>Removed from whitelist</source>
+        <translation>Aus Whitelist entfernt</translation>
+    </message>
+    <message>
+        <source>Pickup test</source>
+        <translation>Pickup-Test</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Erledigt</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Undone</source>
+        <translation>Rückgängig gemacht</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Sender</source>
+        <translation>Absender</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>Whitelist entry</source>
+        <translation>Whitelist-Eintrag</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archiv</translation>
+    </message>
+    <message>
+        <source>Pickup directory</source>
+        <translation>Pickup-Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Kept in</source>
+        <translation>Aufbewahrt in</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Konto</translation>
+    </message>
+    <message>
+        <source>Computer</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>A newer version of the program has made it.</source>
+        <translation>Eine neuere Version des Programms hat ihn angelegt.</translation>
+    </message>
+    <message>
+        <source>The program ended in the middle. The message is in both folders.</source>
+        <translation>Das Programm endete mittendrin. Die Nachricht liegt in beiden Ordnern.</translation>
+    </message>
+    <message>
+        <source>The program ended before it had dealt with the message.</source>
+        <translation>Das Programm endete, bevor es die Nachricht bearbeitet hatte.</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment, because another program keeps it locked. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden, weil ein anderes Programm ihn gesperrt hält. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment, because the disk is full. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden, weil der Datenträger voll ist. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
+    </message>
+    <message>
+        <source>The history %1 is damaged. It was put aside as %2, and a new one has been begun.</source>
+        <translation>Der Verlauf %1 ist beschädigt. Er wurde als %2 beiseite gelegt und ein neuer begonnen.</translation>
+    </message>
+    <message>
+        <source>The history cannot be used, and is left alone. What is done now can be looked up until the program ends. %1: %2</source>
+        <translation>Der Verlauf kann nicht benutzt werden und bleibt unberührt. Was jetzt getan wird, kann bis zum Ende des Programms nachgesehen werden. %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -909,6 +1092,17 @@
         <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
 
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::HistoryDesk</name>
+    <message>
+        <source>The mail server has taken the message out of the pickup directory.</source>
+        <translation>Der Mailserver hat die Nachricht aus dem Pickup-Verzeichnis geholt.</translation>
+    </message>
+    <message>
+        <source>The message is not kept any more.</source>
+        <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
     </message>
 </context>
 <context>
@@ -1122,6 +1316,14 @@
         <source>Contents</source>
         <translation>Inhalt</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;History...</source>
+        <translation>&amp;Verlauf...</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
@@ -1324,6 +1526,28 @@
     <message>
         <source>%1 - Quellbox Help</source>
         <translation>%1 - Quellbox-Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmHistory</name>
+    <message>
+        <source>All actions</source>
+        <translation>Alle Aktionen</translation>
+    </message>
+    <message>
+        <source>All results</source>
+        <translation>Alle Ergebnisse</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries</source>
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>

@@ -6,12 +6,14 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "history/frmHistory.h"
 #include "messages/frmFailures.h"
 #include "tests/support/InstalledTexts.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -189,6 +191,16 @@ TEST_F(MainGerman, TheWindowOfFailuresIsGerman) {
     const auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("lvwFailures"));
     EXPECT_EQ(list->topLevelItem(0)->text(1).toStdString(),
               "Im Pickup-Verzeichnis liegt schon eine Nachricht dieses Namens.");
+}
+
+TEST_F(MainGerman, TheWindowOfTheHistoryIsGerman) {
+    Journal journal(pool_, clock_, {});
+    const frmHistory window(journal, nullptr);
+    EXPECT_EQ(window.windowTitle().toStdString(), "Verlauf");
+    EXPECT_EQ(Ambiguous(Mnemonics(window)), "");
+    const auto* actions = window.findChild<QComboBox*>(QStringLiteral("cboAction"));
+    EXPECT_EQ(actions->itemText(1).toStdString(), "Freigeben");
+    EXPECT_EQ(window.Model().headerData(HistorySender, Qt::Horizontal).toString().toStdString(), "Absender");
 }
 
 TEST_F(MainGerman, TheDirectoryDialogIsGerman) {

@@ -55,6 +55,7 @@ protected:
             return device == Text("/dev/sdb1") ? Text("STICK") : QString();
         };
         questions.isRemovable = [](const QString& device) { return device.startsWith(Text("/dev/sdb")); };
+        questions.user = user_;
         return questions;
     }
 
@@ -70,6 +71,7 @@ protected:
     std::string AskedAbout() const { return asked_->about.join(QLatin1Char(' ')).toStdString(); }
 
     QStringList files_;
+    QString user_ = Text("1000");
     std::shared_ptr<Asked> asked_ = std::make_shared<Asked>();
 };
 
@@ -117,6 +119,36 @@ TEST_F(MountedVolumesTest, OnlyWhatIsInSightIsListed) {
     EXPECT_EQ(Listed({Text("/ ext4 /dev/sda1"), Text("/mnt/a ext4 /dev/sda2"), Text("/mnt/b/c ext4 /dev/sda3"),
                       Text("/mnt/a vfat /dev/sdb1"), Text("/mnt/b ext4 /dev/sda4")}),
               "/=/ /mnt/a=STICK /mnt/b=/mnt/b");
+}
+
+TEST_F(MountedVolumesTest, TheSharesOfTheDesktopAreListedForTheirUserWithoutBeingAsked) {
+    const auto isListed = [this](const char* user, const char* mount) {
+        user_ = Text(user);
+        return Listed({Text("/ ext4 /dev/sda1"), Text("/run tmpfs tmpfs"), Text(mount)}) != "/=/";
+    };
+    EXPECT_TRUE(isListed("1000", "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,nosuid,user_id=1000,group_id=7"));
+    EXPECT_TRUE(isListed("1000", "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1001,allow_other"));
+    EXPECT_TRUE(isListed("1000", "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw"));
+    EXPECT_TRUE(isListed("1000", "/home/joe/.gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1000"));
+    EXPECT_FALSE(isListed("1000", "/run/user/1001/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1001"));
+    EXPECT_FALSE(isListed("1000", "/home/ann/.gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1001"));
+    EXPECT_FALSE(isListed("100", "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1000"));
+    EXPECT_FALSE(isListed("0", "/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1000"));
+    EXPECT_FALSE(isListed("1000", "/run/user/1000/doc fuse.portal portal rw,user_id=1000"));
+    EXPECT_FALSE(isListed("1000", "/run/user/1000/net fuse.sshfs joe@nas:/ rw,user_id=1000"));
+    EXPECT_FALSE(isListed("1000", "/run/user/1000 tmpfs tmpfs rw"));
+    EXPECT_FALSE(AskedAbout().find("gvfs") != std::string::npos) << AskedAbout();
+}
+
+TEST_F(MountedVolumesTest, TheSharesOfTheDesktopHaveANameForUsers) {
+    const QString shares = Text("/run/user/1000/gvfs fuse.gvfsd-fuse gvfsd-fuse rw,user_id=1000");
+    const std::vector<Volume> volumes = MountedVolumes(Table({Text("/ ext4 /dev/sda1"), shares}), Questions());
+    ASSERT_EQ(volumes.size(), 2U);
+    EXPECT_EQ(volumes[1].root, Text("/run/user/1000/gvfs"));
+    EXPECT_EQ(volumes[1].name, Text("Shares opened in the file manager"));
+    EXPECT_EQ(volumes[1].kind, VolumeKind::Network);
+    EXPECT_EQ(Listed({Text("/ ext4 /dev/sda1"), shares, Text("/run/user/1000 tmpfs tmpfs rw")}), "/=/")
+        << "what is out of sight is listed";
 }
 
 TEST_F(MountedVolumesTest, BlanksInAPlaceAreRead) {

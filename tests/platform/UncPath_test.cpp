@@ -140,6 +140,23 @@ TEST(UncPath, FolderWithAllServers) {
     EXPECT_EQ(FindInNetworkFolder(Text(R"(\\nas\other\a)"), Text(mountTable)), QString());
 }
 
+TEST(UncPath, AFolderWithAllServersHasNamesAsInAUrl) {
+    const QString table = Text("46 22 0:56 / /net rw - fuse.smbnetfs smbnetfs rw\n");
+    const auto found = [&table](const char* path) { return FindInNetworkFolder(Text(path), table).toStdString(); };
+    EXPECT_EQ(found(R"(\\nas\mail\100 % spam\)"), "/net/nas/mail/100 %25 spam/");
+    EXPECT_EQ(found(R"(\\nas\m%il\joe@home\x%40y\)"), "/net/nas/m%25il/joe%40home/x%2540y/");
+    EXPECT_EQ(found(R"(\\nas:1445\m:l\a:b\)"), "/net/nas:1445/m%3Al/a%3Ab/");
+    EXPECT_EQ(found(R"(\\joe@nas%\mail\)"), "/net/joe%40nas%25/mail/");
+    EXPECT_EQ(found(R"(\\nas\m@il)"), "/net/nas/m%40il");
+    // A file is called what its folder shows.
+    EXPECT_EQ(found(R"(\\nas\mail\a@b\x%40y.EML)"), "/net/nas/mail/a%40b/x%40y.EML");
+    EXPECT_EQ(found(R"(\\nas\mail\a@b\../c@d/x%40y.EML)"), "/net/nas/mail/c%40d/x%40y.EML");
+    EXPECT_EQ(found(R"(\\nas\mail\a@b\c\..)"), "/net/nas/mail/a%40b");
+    EXPECT_EQ(found(R"(\\nas\mail\a@b\.)"), "/net/nas/mail/a%40b");
+    // Where the kernel mounts shares, every name is its own.
+    EXPECT_EQ(FindInMountTable(Text(R"(\\nas\mail\a@b\100%\)"), Text(mountTable)), Text("/mnt/mail/a@b/100%/"));
+}
+
 } // namespace
 
 } // namespace quellbox

@@ -85,16 +85,9 @@ TEST_P(ShareActions, WritesThePickupTestAgainAndAgain) {
 
 // Each character in a name of its own, so that one that fails does not hide the others.
 TEST_P(ShareActions, TakesEveryCharacterThatTheServerAllows) {
-    const QString refused = QStringLiteral("\\/:*?\"<>|");
-    QString characters = QStringLiteral("\u00e4\u00df\u00e9\u0142\u044f\u03b1\u05d0\u0639\u6f22\u3042\uac00\u20ac");
-    for (ushort code = ' '; code < 127; ++code) {
-        if (!refused.contains(QChar(code))) {
-            characters += QChar(code);
-        }
-    }
     QStringList names{QStringLiteral("\U0001F600.EML"), QStringLiteral("%41%00%zz.EML"), QStringLiteral(".hidden.EML"),
                       QString(200, QLatin1Char('n')) + QStringLiteral(".EML")};
-    for (const QChar character : characters) {
+    for (const QChar character : NameCharacters()) {
         names += QStringLiteral("x%1%2y.EML").arg(names.size()).arg(character);
     }
     for (const QString& name : names) {

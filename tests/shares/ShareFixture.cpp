@@ -145,6 +145,17 @@ std::string ShareTest::Reasons(const std::vector<FileFailure>& failures) {
     return reasons;
 }
 
+QString ShareTest::NameCharacters() {
+    const QString refused = QStringLiteral("\\/:*?\"<>|");
+    QString characters = QStringLiteral("\u00e4\u00df\u00e9\u0142\u044f\u03b1\u05d0\u0639\u6f22\u3042\uac00\u20ac");
+    for (ushort code = ' '; code < 127; ++code) {
+        if (!refused.contains(QChar(code))) {
+            characters += QChar(code);
+        }
+    }
+    return characters;
+}
+
 bool ShareTest::WaitLong(const std::function<bool()>& holds) {
     const QDeadlineTimer deadline(240'000);
     while (!holds() && !deadline.hasExpired()) {

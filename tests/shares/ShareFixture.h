@@ -53,6 +53,9 @@ protected:
 
     static std::string Reasons(const std::vector<FileFailure>& failures);
 
+    /// The characters that a server allows in names: of ASCII all that Windows allows, of others some.
+    static QString NameCharacters();
+
     /// Runs events until `holds`, which may take its time on a share.
     static bool WaitLong(const std::function<bool()>& holds);
 

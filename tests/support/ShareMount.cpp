@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -20,9 +21,22 @@ bool AllExist(const ShareMount& mount) {
                        [&mount](const QString& share) { return QFile::exists(mount.Folder(share)); });
 }
 
+const QString placeName = QStringLiteral("quellbox-share-XXXXXX");
+
+/// Where a session has its runtime folder, if this process may make a folder there.
+QString PlaceOfSession() {
+    for (const QString& folder : {qEnvironmentVariable("XDG_RUNTIME_DIR"), QStringLiteral("/run")}) {
+        const QFileInfo info(folder);
+        if (info.isDir() && info.isWritable()) {
+            return QDir(folder).filePath(placeName);
+        }
+    }
+    return QDir::temp().filePath(placeName);
+}
+
 class SmbNetFsMount : public ShareMount {
 public:
-    explicit SmbNetFsMount(const SambaServer& server) : server_(server) {
+    explicit SmbNetFsMount(const SambaServer& server) : ShareMount(QDir::temp().filePath(placeName)), server_(server) {
         if (ProgramPath("smbnetfs").isEmpty()) {
             whyNot_ = QStringLiteral("No share can be mounted here: smbnetfs is missing (package smbnetfs).");
         } else if (!MakeFolders({QStringLiteral("mounted")}) || !WriteConfiguration() || !Start()) {
@@ -75,7 +89,7 @@ constexpr const char* busConfiguration = "<busconfig>\n"
 
 class DesktopMount : public ShareMount {
 public:
-    explicit DesktopMount(const SambaServer& server) : server_(server) {
+    explicit DesktopMount(const SambaServer& server) : ShareMount(PlaceOfSession()), server_(server) {
         const QString service = QStringLiteral("/usr/share/dbus-1/services/org.gtk.vfs.Daemon.service");
         if (ProgramPath("gio").isEmpty() || ProgramPath("dbus-daemon").isEmpty() || !QFile::exists(service)) {
             whyNot_ = QStringLiteral("No share can be mounted here: the desktop's client is missing (packages "
@@ -169,7 +183,7 @@ private:
 
 } // namespace
 
-ShareMount::ShareMount() : process_(place_.path()) {}
+ShareMount::ShareMount(const QString& place) : place_(place), process_(place_.path()) {}
 
 std::unique_ptr<ShareMount> ShareMount::Make(ShareClient client, const SambaServer& server) {
     if (client == ShareClient::Desktop) {

@@ -43,7 +43,8 @@ public:
     virtual bool Reconnect() { return true; }
 
 protected:
-    ShareMount();
+    /// `place` is a template as QTemporaryDir takes it.
+    explicit ShareMount(const QString& place);
 
     QString Path(const char* name) const { return place_.filePath(QLatin1String(name)); }
     bool MakeFolders(const QStringList& names) const;
