@@ -168,10 +168,11 @@ void FaultScene::MoveAllTo(const QString& folder) const {
     }
 }
 
-QString FaultScene::AddMessage() const {
+QString FaultScene::AddMessage(Wanted wanted) const {
+    const bool isFromArchive = wanted != Wanted::PutBack;
     const QString name = QStringLiteral("more.EML");
-    WriteOld(Real("archive") + name, MessageBytes(name));
-    return name;
+    WriteOld(Real(isFromArchive ? "archive" : "pickup") + name, MessageBytes(name));
+    return (isFromArchive ? Archive() : Pickup()) + name;
 }
 
 } // namespace quellbox

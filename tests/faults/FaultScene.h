@@ -64,8 +64,8 @@ public:
     /// Has all messages moved into a folder, which is named as the program does, by another program.
     void MoveAllTo(const QString& folder) const;
 
-    /// Another message, which the program has not met yet.
-    QString AddMessage() const;
+    /// Another message, which the program has not met yet, in a folder from which it could be moved there.
+    QString AddMessage(Wanted wanted) const;
 
 private:
     enum class State { Missing, Whole, Damaged };

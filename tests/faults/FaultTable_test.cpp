@@ -123,9 +123,8 @@ protected:
 
     /// What the next move has not cleared away.
     int LeftBehindByNext(const FaultScene& scene, FileSystem& files) const {
-        const QString name = scene.AddMessage();
-        const QString place = scene.FolderToClear(Action().wanted) + QStringLiteral("moved-") + name;
-        EXPECT_NO_THROW(files.Move(scene.Archive() + name, place));
+        const QString more = scene.AddMessage(Action().wanted);
+        EXPECT_NO_THROW(files.Move(more, scene.FolderToClear(Action().wanted) + QStringLiteral("more.EML")));
         return scene.LeftBehind(Action().wanted);
     }
 
