@@ -132,7 +132,7 @@ void HistoryDesk::UndoNext() {
     std::vector<PutBack> files;
     files.reserve(part.items.size());
     for (const UndoItem& item : part.items) {
-        files.push_back({place.PathOf(item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry)});
+        files.push_back({place.PathOf(item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry), item.id});
     }
     QStringList emptied;
     if (!part.facts.kept.isEmpty()) {

@@ -247,14 +247,26 @@ void JournalDatabase::EndAction(qint64 action) {
     Execute(QStringLiteral("UPDATE action SET session = NULL WHERE id = %1").arg(action));
 }
 
-void JournalDatabase::MarkUndone(qint64 action, const QString& file) {
-    QSqlQuery query =
-        Prepared(QStringLiteral("UPDATE entry SET result = ? WHERE action = ? AND result = ? AND file = ?"));
-    query.addBindValue(static_cast<int>(HistoryResult::Undone));
-    query.addBindValue(action);
-    query.addBindValue(static_cast<int>(HistoryResult::Done));
-    query.addBindValue(file);
+void JournalDatabase::MarkUndone(qint64 entry) {
+    Execute(QStringLiteral("UPDATE entry SET result = %1 WHERE id = %2 AND result = %3")
+                .arg(static_cast<int>(HistoryResult::Undone))
+                .arg(entry)
+                .arg(static_cast<int>(HistoryResult::Done)));
+}
+
+void JournalDatabase::MarkUndone(qint64 action, const QStringList& files) {
+    const QSet<QString> undone(files.begin(), files.end());
+    QSqlQuery query = Prepared(QStringLiteral("SELECT id, file FROM entry WHERE action = %1").arg(action));
     Run(query);
+    HistoryIds entries;
+    while (query.next()) {
+        if (undone.contains(query.value(1).toString())) {
+            entries.push_back(query.value(0).toLongLong());
+        }
+    }
+    for (const qint64 entry : entries) {
+        MarkUndone(entry);
+    }
 }
 
 void JournalDatabase::RemoveBefore(qint64 timeMs) {
@@ -347,7 +359,8 @@ std::vector<UndoItem> JournalDatabase::SelectItems(const QString& condition) {
     Run(query);
     std::vector<UndoItem> items;
     while (query.next()) {
-        items.push_back({query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 10)});
+        items.push_back(
+            {query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 10)});
     }
     return items;
 }

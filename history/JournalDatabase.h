@@ -16,6 +16,7 @@ using HistoryIds = std::vector<qint64>;
 
 /// One message that can be put back where it was.
 struct UndoItem {
+    qint64 id = 0; ///< of the entry
     qint64 action = 0;
     HistoryActionFacts facts; ///< of the action that is taken back
     HistoryEntry entry;
@@ -53,8 +54,11 @@ public:
 
     void EndAction(qint64 action);
 
-    /// A message of an action was put back.
-    void MarkUndone(qint64 action, const QString& file);
+    /// A message was put back.
+    void MarkUndone(qint64 entry);
+
+    /// These messages of an action were.
+    void MarkUndone(qint64 action, const QStringList& files);
 
     /// Removes what is older.
     void RemoveBefore(qint64 timeMs);

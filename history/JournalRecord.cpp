@@ -115,7 +115,7 @@ void JournalRecord::WriteTaken(JournalDatabase& database, qint64 action, Message
     for (const HandledMessage& handled : messages) {
         database.AddEntry(action, EntryOf(handled));
         if (facts_.action == HistoryAction::Undo && !handled.failure) {
-            database.MarkUndone(facts_.undoes, handled.message.Key());
+            database.MarkUndone(handled.entry);
         }
     }
 }

@@ -115,11 +115,15 @@ void JournalRecovery::Look(std::vector<InterruptedAction> actions) {
 void JournalRecovery::Complete(const InterruptedAction& action, std::vector<HistoryEntry> entries) {
     ++completed_;
     const auto write = [action, entries = std::move(entries)](JournalDatabase& database) {
+        QStringList done;
         for (const HistoryEntry& entry : entries) {
             database.AddEntry(action.id, entry);
-            if (action.facts.action == HistoryAction::Undo && entry.result == HistoryResult::Done) {
-                database.MarkUndone(action.facts.undoes, entry.file);
+            if (entry.result == HistoryResult::Done) {
+                done.append(entry.file);
             }
+        }
+        if (action.facts.action == HistoryAction::Undo) {
+            database.MarkUndone(action.facts.undoes, done);
         }
         database.EndAction(action.id);
         return true;

@@ -13,6 +13,7 @@ namespace quellbox {
 struct HandledMessage {
     MessageRow message; ///< only its key is certain; a size below 0 is unknown
     std::optional<FileFailure> failure;
+    qint64 entry = 0; ///< number by which the record knows what is taken back; 0 for all else
     QString detail{}; ///< what else belongs to it, as the entry of the whitelist that its sender matched
 };
 

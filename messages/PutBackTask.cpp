@@ -108,7 +108,7 @@ PutBackFate PutBackTask::Move(FileSystem& files, const PutBack& item, ActionReco
     }
     record->AwaitAnnounced();
     PutBackFate fate = TryToMove(files, item);
-    record->Take({item.message, fate.failure});
+    record->Take({item.message, fate.failure, item.entry});
     return fate;
 }
 

@@ -19,6 +19,7 @@ struct PutBack {
     QString from;
     QString to;
     MessageRow message{}; ///< what is known of it, for the record
+    qint64 entry = 0;     ///< as HandledMessage has it
 };
 
 /// What became of it. Neither done nor failed is what was cancelled or given up before.

@@ -138,7 +138,7 @@ protected:
         std::vector<PutBack> back;
         for (const UndoItem& item : items) {
             back.push_back({place + item.entry.file, archive + item.entry.file,
-                            MessageRow(item.entry.file, 10, 0, MessageTexts())});
+                            MessageRow(item.entry.file, 10, 0, MessageTexts()), item.id});
         }
         PutBackTask task(files, *pool_);
         task.Start(std::move(back), facts.kept.isEmpty() ? QStringList() : QStringList{facts.kept},

@@ -318,7 +318,9 @@ TEST_F(JournalTest, TakesBackNoMoreThanOnce) {
     const auto items = [action = *latest](JournalDatabase& database) { return database.ItemsToUndo(action); };
     EXPECT_EQ(Answer(items).size(), 2U);
     auto undo = journal_->Begin({HistoryAction::Undo, theArchive, thePickup, {}, *latest});
-    undo->Take(Handled(QStringLiteral("a")));
+    HandledMessage first = Handled(QStringLiteral("a"));
+    first.entry = Answer(items).front().id;
+    undo->Take(std::move(first));
     undo->Take(FailedMessage(QStringLiteral("b"), QStringLiteral("no")));
     undo.reset();
     const std::vector<UndoItem> left = Answer(items);
