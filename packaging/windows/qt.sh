@@ -3,11 +3,11 @@
 . "$(dirname "$0")/common.sh"
 prefix=$1
 # Every format and font library is Qt's own copy, since Debian has none for Windows.
-off=(pkg_config dbus sql network printsupport xml vulkan direct2d1_1 tabletevent icu glib zstd system_zlib system_png
-  system_pcre2 system_doubleconversion system_harfbuzz)
+off=(pkg_config dbus network printsupport xml vulkan direct2d1_1 tabletevent icu glib zstd system_zlib system_png
+  system_pcre2 system_doubleconversion system_harfbuzz system_sqlite)
 # What the program does not use, and what only takes time to build.
 off+=(jpeg gif pdf freetype graphicsview textodfwriter textmarkdownreader textmarkdownwriter syntaxhighlighter
-  splashscreen mdiarea wizard calendarwidget columnview fontcombobox lcdnumber dial keysequenceedit undocommand)
+  sql_db2 sql_ibase sql_mimer sql_mysql sql_oci sql_odbc sql_psql sqlmodel splashscreen mdiarea wizard calendarwidget columnview fontcombobox lcdnumber dial keysequenceedit undocommand)
 features=()
 for feature in "${off[@]}"; do
   features+=("-DFEATURE_$feature=OFF")
