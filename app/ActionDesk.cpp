@@ -49,11 +49,12 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts)
             parts_.errors.Guarded(this, &ActionDesk::jobs_DisposalEnded));
 }
 
-void ActionDesk::ProcessSelectedMessages(qint16 action) {
+void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
-    const auto record = parts_.journal.Begin(
-        {HistoryActionOf(action), folders.archive, folders.pickup, kept ? QString(kept->Path()) : QString()});
+    const auto record =
+        parts_.journal.Begin({HistoryActionOf(action), folders.archive, folders.pickup,
+                              kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
     parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()), kept, record);
 }
 
@@ -69,7 +70,7 @@ void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
     }
     parts_.list.SortList();
     if (result.refused) {
-        TellRefusal(parts_, *result.refused);
+        TellRefusal(parts_, HistoryAction::Delete, *result.refused);
     }
 }
 
@@ -145,6 +146,7 @@ void ActionDesk::TolerateSelectedSender() {
 
 // The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
 void ActionDesk::OfferToTolerate(int row) {
+    QStringList added;
     {
         const MessageRow& message = parts_.model.Row(row);
         const QStringList before = LoadWhitelist(parts_.ports.store);
@@ -154,10 +156,10 @@ void ActionDesk::OfferToTolerate(int row) {
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
-        NoteWhitelistChanges(parts_, before);
+        added = NoteWhitelistChanges(parts_, before);
     }
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
-        ProcessSelectedMessages(Action::unblockTolerated);
+        ProcessSelectedMessages(Action::unblockTolerated, added);
     }
 }
 

@@ -12,6 +12,8 @@
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
 
+#include <QApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -19,18 +21,17 @@ namespace quellbox {
 
 namespace {
 
-bool Tolerates(HistoryAction action) {
-    return action == HistoryAction::Tolerate || action == HistoryAction::AutoTolerate;
-}
-
 /// Where the messages of an action are now.
 QString PlaceOf(const HistoryActionFacts& facts) {
     return facts.kept.isEmpty() ? facts.pickup : facts.kept;
 }
 
-/// What is not where the action has put it will not come back; why, depends on where that was.
+/// What the user reads, who has only put a message back.
 FileFailure Explain(const FileFailure& failure, const HistoryActionFacts& facts) {
-    if (failure.problem != FileProblem::Missing) {
+    if (failure.problem == FileProblem::Exists) {
+        return {failure.path, HistoryDesk::tr("The archive holds a message of this name already.")};
+    }
+    if (failure.problem != FileProblem::Missing || !failure.path.startsWith(PlaceOf(facts))) {
         return failure;
     }
     return {failure.path, facts.kept.isEmpty()
@@ -51,6 +52,8 @@ HistoryDesk::HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& 
     connect(&parts_.jobs, &WindowJobs::ActivityChanged, this, &HistoryDesk::TellUndoable);
     connect(&parts_.journal, &Journal::Changed, this, &HistoryDesk::LookForUndo);
     connect(&parts_.journal, &Journal::Troubled, this, [this](const QString& text) { parts_.errors.Show(text); });
+    connect(&refresh_, &RefreshDesk::Refreshed, this, &HistoryDesk::MaintainDaily);
+    LookForUndo();
 }
 
 HistoryDesk::~HistoryDesk() = default;
@@ -66,10 +69,15 @@ void HistoryDesk::mnuToolsHistory_Click() {
     window_->activateWindow();
 }
 
-void HistoryDesk::Maintain() {
-    const int days = parts_.state.HistoryDays;
-    if (days > 0) {
-        parts_.journal.RemoveBefore(parts_.ports.clock.Now().date().addDays(-days));
+// As long as deleted messages are kept, it is known how to put them back.
+void HistoryDesk::MaintainDaily() {
+    const QDate today = parts_.ports.clock.Now().date();
+    if (std::exchange(maintained_, today) == today) {
+        return;
+    }
+    const int days = std::max(parts_.state.HistoryDays, parts_.state.KeepDeletedDays);
+    if (parts_.state.HistoryDays > 0) {
+        parts_.journal.RemoveBefore(today.addDays(-days));
     }
     recovery_.Start();
 }
@@ -97,19 +105,20 @@ void HistoryDesk::mnuEditUndo_Click() {
         const std::optional<qint64> latest = database.LatestToUndo(archive);
         return latest ? database.ItemsToUndo(*latest) : std::vector<UndoItem>();
     };
-    parts_.journal.AskFor(Journal::Question::Reads, this, find,
+    parts_.journal.AskFor(Journal::Question::ReadsAll, this, find,
                           [this](const std::vector<UndoItem>& items) { Undo(items); });
 }
 
 void HistoryDesk::UndoEntries(const HistoryIds& entries) {
     const auto find = [entries](JournalDatabase& database) { return database.ItemsToUndo(entries); };
-    parts_.journal.AskFor(Journal::Question::Reads, this, find,
+    parts_.journal.AskFor(Journal::Question::ReadsAll, this, find,
                           [this](const std::vector<UndoItem>& items) { Undo(items); });
 }
 
-// One action after the other, so that each has a record of its own.
+// One action after the other, so that each has a record of its own. What the user has begun since goes first.
 void HistoryDesk::Undo(const std::vector<UndoItem>& items) {
-    if (items.empty() || isUndoing_ || parts_.jobs.IsClosed() || !parts_.jobs.EndRefresh()) {
+    const bool isElsewhere = QApplication::activeModalWidget() != nullptr;
+    if (items.empty() || isUndoing_ || isElsewhere || !parts_.jobs.MakeWay()) {
         return;
     }
     for (const UndoItem& item : items) {
@@ -161,28 +170,37 @@ void HistoryDesk::jobs_PutBackEnded(const PutBackResult& result) {
 }
 
 void HistoryDesk::TakeFates(const Part& part, const PutBackResult& result) {
-    QStringList senders;
+    QSet<QString> senders;
     for (size_t item = 0; item < result.fates.size(); ++item) {
         const PutBackFate& fate = result.fates[item];
         if (fate.failure) {
             failures_.push_back(Explain(*fate.failure, part.facts));
-        } else if (fate.isDone && Tolerates(part.facts.action)) {
-            senders.append(part.items[item].entry.sender.toLower());
+        } else if (fate.isDone) {
+            senders.insert(part.items[item].entry.sender.toLower());
         }
     }
     mustRefresh_ = mustRefresh_ || parts_.state.ArchiveDir == part.facts.archive;
-    parts_.errors.Guard([&] { StopTolerating(senders); });
+    if (!senders.isEmpty()) {
+        parts_.errors.Guard([&] { StopTolerating(part.facts, senders); });
+    }
 }
 
-// Left on the whitelist, a sender would be tolerated again by the next refresh.
-void HistoryDesk::StopTolerating(const QStringList& senders) {
-    const QStringList before = LoadWhitelist(parts_.ports.store);
-    QStringList entries = before;
-    entries.removeIf([&senders](const QString& entry) {
+// Left on the whitelist, a sender would be tolerated again by the next refresh. What the user has added goes as it
+// came; of what a refresh has tolerated, whatever had matched.
+void HistoryDesk::StopTolerating(const HistoryActionFacts& facts, const QSet<QString>& senders) {
+    const QStringList added = facts.detail.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const auto matches = [&senders](const QString& entry) {
         const WhitelistMatcher matcher{QStringList(entry)};
         return std::any_of(senders.begin(), senders.end(),
                            [&matcher](const QString& sender) { return matcher.TolerableSender(sender); });
-    });
+    };
+    const QStringList before = LoadWhitelist(parts_.ports.store);
+    QStringList entries = before;
+    if (facts.action == HistoryAction::Tolerate) {
+        entries.removeIf([&added](const QString& entry) { return added.contains(entry); });
+    } else if (facts.action == HistoryAction::AutoTolerate) {
+        entries.removeIf(matches);
+    }
     if (entries != before) {
         [[maybe_unused]] const QStringList leftOut = SaveWhitelist(parts_.ports.store, entries);
         NoteWhitelistChanges(parts_, before);

@@ -6,7 +6,9 @@
 #include "history/JournalRecovery.h"
 #include "messages/PutBackTask.h"
 
+#include <QDate>
 #include <QObject>
+#include <QSet>
 
 #include <deque>
 #include <memory>
@@ -32,9 +34,6 @@ public:
     /// Finds out what can be taken back in the archive that is shown now.
     void LookForUndo();
 
-    /// Forgets what is older than the setting says, and completes what a program that ended has left open. Once a day.
-    void Maintain();
-
     void Close();
 
 private:
@@ -49,7 +48,8 @@ private:
     void UndoNext();
     void jobs_PutBackEnded(const PutBackResult& result);
     void TakeFates(const Part& part, const PutBackResult& result);
-    void StopTolerating(const QStringList& senders);
+    void StopTolerating(const HistoryActionFacts& facts, const QSet<QString>& senders);
+    void MaintainDaily();
     void EndUndo();
     void TellUndoable();
 
@@ -61,6 +61,7 @@ private:
     bool isUndoable_ = false; // the latest action
     std::deque<Part> left_;   // to be taken back; the first of them is under way
     std::vector<FileFailure> failures_;
+    QDate maintained_; // forgot what is old, and completed what a program that ended has left open
     bool isUndoing_ = false;
     bool mustRefresh_ = false;
 };

@@ -1,6 +1,7 @@
 #include "app/KeepDeleted.h"
 
 #include "app/WindowParts.h"
+#include "history/Journal.h"
 
 namespace quellbox {
 
@@ -13,9 +14,13 @@ std::shared_ptr<KeptFolder> FolderToKeepIn(const WindowParts& parts) {
                                         parts.ports.clock.Now());
 }
 
-void TellRefusal(const WindowParts& parts, const FileFailure& refusal) {
+void TellRefusal(const WindowParts& parts, HistoryAction action, const FileFailure& refusal) {
+    HistoryEntry entry;
+    entry.result = HistoryResult::Failed;
+    entry.reason = TextOfRefusal(parts.state.ArchiveDir, refusal);
+    parts.journal.Note({action, parts.state.ArchiveDir}, entry);
     LogFailures({refusal});
-    parts.errors.Show(TextOfRefusal(parts.state.ArchiveDir, refusal));
+    parts.errors.Show(entry.reason);
 }
 
 } // namespace quellbox

@@ -18,12 +18,17 @@ namespace quellbox {
 
 namespace {
 
+/// What becomes of it is written into `record`, also when nobody waits for it any more.
 WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
-                                const QString& moment) {
+                                const QString& moment, ActionRecord& record) {
+    const QString path = PickupTestPath(pickupDir);
+    const MessageRow message(QStringLiteral("quellbox.eml"), -1, 0, {});
     try {
         WritePickupTest(files, userName, pickupDir, moment);
+        record.Take({message, std::nullopt});
         return std::nullopt;
     } catch (const RuntimeError& error) {
+        record.Take({message, FileFailure(path, error.Text())});
         return error.Text();
     }
 }
@@ -66,7 +71,7 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
         refresh_.RefreshCleansed(result.count);
     }
     if (!parts_.jobs.IsClosed() && result.refused) {
-        TellRefusal(parts_, *result.refused);
+        TellRefusal(parts_, HistoryAction::Cleanse, *result.refused);
     }
 }
 
@@ -96,13 +101,6 @@ bool ToolsDesk::ConfirmPickupTest() {
                            &parts_.window);
 }
 
-void ToolsDesk::NotePickupTest(const WindowJobs::Error& error) {
-    HistoryEntry entry;
-    entry.result = error ? HistoryResult::Failed : HistoryResult::Done;
-    entry.reason = error.value_or(QString());
-    parts_.journal.Note({HistoryAction::PickupTest, {}, parts_.state.PickupDir}, entry);
-}
-
 void ToolsDesk::ConfirmAndSend() {
     if (parts_.jobs.IsClosed()) {
         return;
@@ -112,11 +110,12 @@ void ToolsDesk::ConfirmAndSend() {
         return;
     }
     const QString moment = GeneralDate(parts_.ports.clock.Now(), QLocale());
+    const std::shared_ptr<ActionRecord> record =
+        parts_.journal.Begin({HistoryAction::PickupTest, {}, parts_.state.PickupDir});
     const auto send = [&files = parts_.ports.files, user = parts_.state.UserName,
-                       folder = QString(parts_.state.PickupDir),
-                       moment] { return TryPickupTest(files, user, folder, moment); };
+                       folder = QString(parts_.state.PickupDir), moment,
+                       record] { return TryPickupTest(files, user, folder, moment, *record); };
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
-        NotePickupTest(error);
         if (error) {
             parts_.errors.Show(*error);
         } else {

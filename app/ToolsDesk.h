@@ -5,8 +5,6 @@
 
 #include <QObject>
 
-#include <optional>
-
 namespace quellbox {
 
 class RefreshDesk;
@@ -29,7 +27,6 @@ private:
     void jobs_CleansingEnded(const CleansingResult& result);
     void ConfirmWhenIdle();
     void ConfirmAndSend();
-    void NotePickupTest(const std::optional<QString>& error);
     bool ConfirmPickupTest();
 
     WindowParts parts_;

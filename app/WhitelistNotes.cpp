@@ -10,23 +10,28 @@ namespace quellbox {
 
 namespace {
 
-void Note(const WindowParts& parts, HistoryAction action, const QStringList& entries, const QStringList& others) {
+QStringList Without(QStringList entries, const QStringList& others) {
     const QSet<QString> known(others.begin(), others.end());
+    entries.removeIf([&known](const QString& entry) { return known.contains(entry); });
+    return entries;
+}
+
+void Note(const WindowParts& parts, HistoryAction action, const QStringList& entries) {
     for (const QString& entry : entries) {
-        if (!known.contains(entry)) {
-            HistoryEntry noted;
-            noted.detail = entry;
-            parts.journal.Note({action, parts.state.ArchiveDir}, noted);
-        }
+        HistoryEntry noted;
+        noted.detail = entry;
+        parts.journal.Note({action, parts.state.ArchiveDir}, noted);
     }
 }
 
 } // namespace
 
-void NoteWhitelistChanges(const WindowParts& parts, const QStringList& before) {
+QStringList NoteWhitelistChanges(const WindowParts& parts, const QStringList& before) {
     const QStringList now = LoadWhitelist(parts.ports.store);
-    Note(parts, HistoryAction::WhitelistRemove, before, now);
-    Note(parts, HistoryAction::WhitelistAdd, now, before);
+    const QStringList added = Without(now, before);
+    Note(parts, HistoryAction::WhitelistRemove, Without(before, now));
+    Note(parts, HistoryAction::WhitelistAdd, added);
+    return added;
 }
 
 } // namespace quellbox

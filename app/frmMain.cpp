@@ -101,7 +101,6 @@ void frmMain::ConnectParts() {
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, this, &frmMain::UpdateMainCaption);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, history_.get(), &HistoryDesk::LookForUndo);
-    connect(refresh_.get(), &RefreshDesk::DailyRefreshed, history_.get(), &HistoryDesk::Maintain);
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
     connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
     connect(&failures_, &FailureList::Changed, this, [this] { stbBottom->ShowFailures(failures_.Count()); });
@@ -305,6 +304,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     jobs_.Close();
     expiry_->Close();
     history_->Close();
+    journal_.Hurry();
     contents_->Close();
     help_->Close();
     tray_->Close();

@@ -111,8 +111,7 @@ std::shared_ptr<const std::vector<MessageRow>> CleansingTask::Messages() const {
 CleansingTask::Fate CleansingTask::CleanseOnRecord(FileSystem& files, const MessageRow& message, const Order& order) {
     order.record->AwaitAnnounced();
     Fate fate = Cleanse(files, message.Key(), order);
-    const bool isRefused = fate.failure && order.kept && order.kept->Refusal();
-    if (!fate.wasKept && !isRefused) {
+    if (!fate.wasKept && !fate.isRefused) {
         order.record->Take({message, fate.failure});
     }
     return fate;
@@ -160,12 +159,16 @@ CleansingTask::Fate CleansingTask::Cleanse(FileSystem& files, const QString& nam
     } catch (const std::exception& error) {
         fate.failure = FileFailure(path, QString::fromUtf8(error.what()));
     }
+    if (const auto refusal = fate.failure && order.kept ? order.kept->Refusal() : std::nullopt) {
+        fate.failure = refusal;
+        fate.isRefused = true;
+    }
     return fate;
 }
 
 void CleansingTask::Take(size_t item, Fate fate) {
-    if (fate.failure && order_.kept && order_.kept->Refusal()) {
-        result_.refused = order_.kept->Refusal();
+    if (fate.isRefused) {
+        result_.refused = std::move(fate.failure);
         return;
     }
     if (!fate.wasKept) {

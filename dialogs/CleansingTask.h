@@ -73,6 +73,7 @@ private:
     /// What became of a file.
     struct Fate {
         bool wasKept = false;
+        bool isRefused = false; ///< the folder to keep it in cannot be made, as the failure says
         std::optional<FileFailure> failure;
     };
 

@@ -77,7 +77,7 @@ const std::vector<HistoryResult>& HistoryResults() {
 }
 
 bool CanBeUndone(const HistoryLine& line) {
-    if (line.entry.result != HistoryResult::Done) {
+    if (line.entry.result != HistoryResult::Done || line.entry.isFinal) {
         return false;
     }
     switch (line.facts.action) {

@@ -38,6 +38,7 @@ struct HistoryActionFacts {
     QString pickup{};  ///< the same
     QString kept{};    ///< folder in which deleted messages are kept; empty when they are gone for good
     qint64 undoes = 0; ///< number of the action that this one takes back, else 0
+    QString detail{};  ///< entries that the action has added to the whitelist, one in a line
 };
 
 /// What is known of one message that was dealt with, or of one entry of the whitelist.
@@ -50,8 +51,9 @@ struct HistoryEntry {
     qint64 size = -1; ///< bytes; -1 when unknown
     QString rating;
     HistoryResult result = HistoryResult::Done;
-    QString reason; ///< of a failure, in the system's words
-    QString detail; ///< entry of the whitelist
+    QString reason;       ///< of a failure, in the system's words
+    QString detail;       ///< entry of the whitelist
+    bool isFinal = false; ///< it can never be taken back, as an attempt has shown
 };
 
 /// One line of the history: an entry with the action that it belongs to.

@@ -37,7 +37,12 @@ void Journal::Note(const HistorySubject& subject, const HistoryEntry& entry) {
 }
 
 void Journal::SetKept(bool isKept) {
+    if (isKept == place_.isKept) {
+        return;
+    }
+    place_.isKept = isKept;
     writer_->SetFile(isKept ? place_.file : QString());
+    writer_->Write([](JournalDatabase&) {}, JournalWriter::Pace::AtOnce); // which tells that the history is another one
 }
 
 void Journal::RemoveBefore(QDate day) {
@@ -49,7 +54,8 @@ HistoryActionFacts Journal::FactsOf(const HistorySubject& subject) const {
     return {subject.action,  clock_.Now().toMSecsSinceEpoch(),
             place_.account,  place_.computer,
             subject.archive, subject.pickup,
-            subject.kept,    subject.undoes};
+            subject.kept,    subject.undoes,
+            subject.detail};
 }
 
 } // namespace quellbox

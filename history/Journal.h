@@ -21,6 +21,7 @@ struct HistorySubject {
     QString pickup{};
     QString kept{};
     qint64 undoes = 0;
+    QString detail{}; ///< entries that it has added to the whitelist, one in a line
 };
 
 /// The history as the rest of the program knows it: what is done is handed over and written down beside the window, and
@@ -50,13 +51,19 @@ public:
     /// Whether the history outlives the program.
     void SetKept(bool isKept);
 
+    /// The program ends: what cannot be written now is not tried again.
+    void Hurry() { writer_->Hurry(); }
+
     /// Removes what happened before that day.
     void RemoveBefore(QDate day);
 
     /// Asks the database, and hands the answer to `take`, on the thread of this object, unless `receiver` has gone.
-    /// When the database cannot answer, it gets a default answer. A question that changes the database has
-    /// Question::Writes.
-    enum class Question { Reads, Writes };
+    /// When the database cannot answer, it gets a default answer.
+    enum class Question {
+        Reads,    ///< what is written
+        ReadsAll, ///< what was done before the question was asked; while that cannot be written, there is no answer
+        Writes,   ///< and changes the database
+    };
     template <class Ask, class Take>
     void AskFor(Question question, const QObject* receiver, Ask ask, Take take);
 
@@ -76,7 +83,7 @@ private:
     HistoryActionFacts FactsOf(const HistorySubject& subject) const;
 
     const Clock& clock_;
-    const Place place_;
+    Place place_;
     std::shared_ptr<Mailbox> mailbox_;
     std::shared_ptr<JournalWriter> writer_;
 };
@@ -126,7 +133,8 @@ void Journal::AskFor(Question question, const QObject* receiver, Ask ask, Take t
         *answer = ask(database);
         deliver();
     };
-    writer_->Read(read, deliver);
+    writer_->Read(read, question == Question::ReadsAll ? JournalWriter::Sight::All : JournalWriter::Sight::Present,
+                  deliver);
 }
 
 } // namespace quellbox

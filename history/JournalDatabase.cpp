@@ -22,19 +22,21 @@ constexpr QLatin1Char between('/');
 // What is done with the rows of one action needs only the index; newer actions have higher numbers. "folded" is what a
 // search looks through, because SQLite knows upper and lower case of ASCII only.
 constexpr std::array tables{
-    "CREATE TABLE action (id INTEGER PRIMARY KEY, time INTEGER NOT NULL, kind INTEGER NOT NULL, account TEXT, "
-    "computer TEXT, archive TEXT, pickup TEXT, kept TEXT, undoes INTEGER, session TEXT)",
-    "CREATE TABLE entry (id INTEGER PRIMARY KEY, action INTEGER NOT NULL, result INTEGER NOT NULL, file TEXT, "
+    "CREATE TABLE action (id INTEGER PRIMARY KEY AUTOINCREMENT, time INTEGER NOT NULL, kind INTEGER NOT NULL, account "
+    "TEXT, "
+    "computer TEXT, archive TEXT, pickup TEXT, kept TEXT, undoes INTEGER, detail TEXT, session TEXT)",
+    "CREATE TABLE entry (id INTEGER PRIMARY KEY AUTOINCREMENT, action INTEGER NOT NULL, result INTEGER NOT NULL, "
+    "final INTEGER NOT NULL DEFAULT 0, file TEXT, "
     "sender TEXT, author TEXT, recipient TEXT, subject TEXT, size INTEGER, rating TEXT, reason TEXT, detail TEXT, "
     "folded TEXT)",
-    "CREATE INDEX entry_action ON entry (action, result)",
+    "CREATE INDEX entry_action ON entry (action, result, final)",
     "CREATE TABLE intent (action INTEGER NOT NULL, files TEXT)",
     "CREATE INDEX action_session ON action (session) WHERE session IS NOT NULL",
 };
 
 constexpr const char* lineColumns =
-    "entry.id, action.id, time, kind, account, computer, archive, pickup, kept, undoes, "
-    "file, sender, author, recipient, subject, size, rating, result, reason, detail";
+    "entry.id, action.id, time, kind, account, computer, archive, pickup, kept, undoes, action.detail, file, sender, "
+    "author, recipient, subject, size, rating, result, reason, entry.detail, final";
 
 /// Of SQLite's result codes, extended or not.
 JournalProblem ProblemOf(int code) {
@@ -67,6 +69,7 @@ HistoryActionFacts FactsOf(const QSqlQuery& query, int first) {
     facts.pickup = query.value(first + 5).toString();
     facts.kept = query.value(first + 6).toString();
     facts.undoes = query.value(first + 7).toLongLong();
+    facts.detail = query.value(first + 8).toString();
     return facts;
 }
 
@@ -82,6 +85,7 @@ HistoryEntry EntryOf(const QSqlQuery& query, int first) {
     entry.result = static_cast<HistoryResult>(query.value(first + 7).toInt());
     entry.reason = query.value(first + 8).toString();
     entry.detail = query.value(first + 9).toString();
+    entry.isFinal = query.value(first + 10).toBool();
     return entry;
 }
 
@@ -101,7 +105,7 @@ QString List(const HistoryIds& ids) {
 
 /// What an action can be taken back of at all.
 QString CanBeUndone() {
-    return QStringLiteral("result = %1 AND (kind IN (%2, %3, %4) OR (kind IN (%5, %6) AND kept != ''))")
+    return QStringLiteral("result = %1 AND final = 0 AND (kind IN (%2, %3, %4) OR (kind IN (%5, %6) AND kept != ''))")
         .arg(static_cast<int>(HistoryResult::Done))
         .arg(static_cast<int>(HistoryAction::Unblock))
         .arg(static_cast<int>(HistoryAction::Tolerate))
@@ -193,7 +197,7 @@ void JournalDatabase::Rollback() noexcept {
 qint64 JournalDatabase::AddAction(const HistoryActionFacts& facts, const QString& session) {
     QSqlQuery query =
         Prepared(QStringLiteral("INSERT INTO action (time, kind, account, computer, archive, pickup, kept, "
-                                "undoes, session) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+                                "undoes, detail, session) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     query.addBindValue(facts.timeMs);
     query.addBindValue(static_cast<int>(facts.action));
     query.addBindValue(facts.account);
@@ -202,6 +206,7 @@ qint64 JournalDatabase::AddAction(const HistoryActionFacts& facts, const QString
     query.addBindValue(facts.pickup);
     query.addBindValue(facts.kept.isNull() ? QStringLiteral("") : facts.kept);
     query.addBindValue(facts.undoes);
+    query.addBindValue(facts.detail);
     query.addBindValue(session);
     Run(query);
     return query.lastInsertId().toLongLong();
@@ -235,13 +240,6 @@ void JournalDatabase::AddEntry(qint64 action, const HistoryEntry& entry) {
     Run(*addEntry_);
 }
 
-void JournalDatabase::SetKept(qint64 action, const QString& folder) {
-    QSqlQuery query = Prepared(QStringLiteral("UPDATE action SET kept = ? WHERE id = ?"));
-    query.addBindValue(folder);
-    query.addBindValue(action);
-    Run(query);
-}
-
 void JournalDatabase::EndAction(qint64 action) {
     Execute(QStringLiteral("DELETE FROM intent WHERE action = %1").arg(action));
     Execute(QStringLiteral("UPDATE action SET session = NULL WHERE id = %1").arg(action));
@@ -269,12 +267,17 @@ void JournalDatabase::MarkUndone(qint64 action, const QStringList& files) {
     }
 }
 
+void JournalDatabase::MarkFinal(qint64 entry) {
+    Execute(QStringLiteral("UPDATE entry SET final = 1 WHERE id = %1").arg(entry));
+}
+
 void JournalDatabase::RemoveBefore(qint64 timeMs) {
     const QString old = QStringLiteral("SELECT id FROM action WHERE time < %1").arg(timeMs);
     for (const char* table : {"entry", "intent"}) {
         Execute(QStringLiteral("DELETE FROM %1 WHERE action IN (%2)").arg(QString::fromLatin1(table), old));
     }
     Execute(QStringLiteral("DELETE FROM action WHERE time < %1").arg(timeMs));
+    Execute(QStringLiteral("PRAGMA incremental_vacuum"));
 }
 
 HistoryIds JournalDatabase::Find(const HistoryFilter& filter) {
@@ -313,7 +316,7 @@ std::vector<HistoryLine> JournalDatabase::Lines(const HistoryIds& ids) {
     lines.reserve(ids.size());
     while (query.next()) {
         lines.push_back(
-            {query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 10)});
+            {query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 11)});
     }
     return lines;
 }
@@ -327,7 +330,7 @@ std::optional<qint64> JournalDatabase::LatestToUndo(const QString& archive) {
     // Of an action that cannot be taken back, none before it can be either: it would not be what the user expects.
     QSqlQuery query =
         Prepared(QStringLiteral("SELECT id, kind, kept FROM action WHERE archive = ? AND kind IN (%1) AND EXISTS "
-                                "(SELECT 1 FROM entry WHERE entry.action = action.id AND result = %2) "
+                                "(SELECT 1 FROM entry WHERE entry.action = action.id AND result = %2 AND final = 0) "
                                 "ORDER BY id DESC LIMIT 1")
                      .arg(kinds)
                      .arg(static_cast<int>(HistoryResult::Done)));
@@ -360,7 +363,7 @@ std::vector<UndoItem> JournalDatabase::SelectItems(const QString& condition) {
     std::vector<UndoItem> items;
     while (query.next()) {
         items.push_back(
-            {query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 10)});
+            {query.value(0).toLongLong(), query.value(1).toLongLong(), FactsOf(query, 2), EntryOf(query, 11)});
     }
     return items;
 }
@@ -376,8 +379,9 @@ QStringList JournalDatabase::SessionsWithOpenActions() {
 }
 
 std::vector<InterruptedAction> JournalDatabase::OpenActions(const QString& session) {
-    QSqlQuery query = Prepared(QStringLiteral("SELECT id, time, kind, account, computer, archive, pickup, kept, undoes "
-                                              "FROM action WHERE session = ? ORDER BY id"));
+    QSqlQuery query =
+        Prepared(QStringLiteral("SELECT id, time, kind, account, computer, archive, pickup, kept, undoes, detail "
+                                "FROM action WHERE session = ? ORDER BY id"));
     query.addBindValue(session);
     Run(query);
     std::vector<InterruptedAction> actions;

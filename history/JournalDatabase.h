@@ -49,15 +49,15 @@ public:
 
     void AddEntry(qint64 action, const HistoryEntry& entry);
 
-    /// Where the deleted messages of an action are kept.
-    void SetKept(qint64 action, const QString& folder);
-
     void EndAction(qint64 action);
 
     /// A message was put back.
     void MarkUndone(qint64 entry);
 
-    /// These messages of an action were.
+    /// A message will never come back.
+    void MarkFinal(qint64 entry);
+
+    /// These messages of an action were put back.
     void MarkUndone(qint64 action, const QStringList& files);
 
     /// Removes what is older.

@@ -9,7 +9,7 @@ enum class JournalProblem {
     Busy,    ///< another program writes to it, and does not end
     Full,    ///< there is no room on the disk
     Damaged, ///< it is no such database, or a part of it cannot be read
-    Newer,   ///< a newer version of the program has made it
+    Newer,   ///< a newer version of the program has made it, or it cannot be used for another lasting reason
     Other,
 };
 

@@ -114,9 +114,19 @@ void JournalRecord::WriteTaken(JournalDatabase& database, qint64 action, Message
     }
     for (const HandledMessage& handled : messages) {
         database.AddEntry(action, EntryOf(handled));
-        if (facts_.action == HistoryAction::Undo && !handled.failure) {
-            database.MarkUndone(handled.entry);
+        if (facts_.action == HistoryAction::Undo) {
+            MarkEntry(database, handled);
         }
+    }
+}
+
+/// What is not where the action had put it cannot be taken back by another attempt either.
+void JournalRecord::MarkEntry(JournalDatabase& database, const HandledMessage& handled) const {
+    const QString place = facts_.kept.isEmpty() ? facts_.pickup : facts_.kept;
+    if (!handled.failure) {
+        database.MarkUndone(handled.entry);
+    } else if (handled.failure->problem == FileProblem::Missing && handled.failure->path.startsWith(place)) {
+        database.MarkFinal(handled.entry);
     }
 }
 

@@ -32,6 +32,7 @@ private:
     void Write(const std::function<void(JournalDatabase&, qint64 action)>& job, JournalWriter::Pace pace,
                std::function<void()> done = {});
     void WriteTaken(JournalDatabase& database, qint64 action, Messages& messages);
+    void MarkEntry(JournalDatabase& database, const HandledMessage& handled) const;
     qint64 Number(JournalDatabase& database);
 
     const std::shared_ptr<JournalWriter> writer_;

@@ -32,16 +32,21 @@ QSet<QString> NamesIn(const FileSystem& files, const QString& folder) {
     return names;
 }
 
-/// Empty when the archive cannot be looked at.
+/// Empty when the archive cannot be looked at. Where a share is not mounted there is an empty folder in its place.
 std::optional<std::vector<HistoryEntry>> LookFor(const FileSystem& files, const InterruptedAction& action) {
     try {
         if (!files.FolderExists(action.facts.archive)) {
             return std::nullopt;
         }
         const FoundFiles found{NamesIn(files, action.facts.archive), NamesIn(files, OtherFolder(action.facts))};
+        if (found.archive.isEmpty()) {
+            return std::nullopt;
+        }
         std::vector<HistoryEntry> entries;
         for (const QString& file : action.files) {
-            entries.push_back(OutcomeOf(action, file, found));
+            if (const std::optional<HistoryEntry> entry = OutcomeOf(action, file, found)) {
+                entries.push_back(*entry);
+            }
         }
         return entries;
     } catch (const FileError&) {
@@ -57,7 +62,7 @@ HistoryEntry Failed(HistoryEntry entry, const QString& reason) {
 
 } // namespace
 
-HistoryEntry OutcomeOf(const InterruptedAction& action, const QString& file, const FoundFiles& found) {
+std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QString& file, const FoundFiles& found) {
     HistoryEntry entry;
     entry.file = file;
     const bool isInArchive = found.archive.contains(file);
@@ -66,6 +71,9 @@ HistoryEntry OutcomeOf(const InterruptedAction& action, const QString& file, con
     if (isInArchive && isInOther) {
         return Failed(entry, QCoreApplication::translate(
                                  "quellbox", "The program ended in the middle. The message is in both folders."));
+    }
+    if (isInArchive && action.facts.action == HistoryAction::Cleanse) {
+        return std::nullopt;
     }
     if (isInArchive != shouldBeInArchive) {
         return Failed(
@@ -83,6 +91,10 @@ JournalRecovery::JournalRecovery(const FileSystem& files, WorkPool& pool, Journa
 
 // Two programs that start at once do not both complete the same action: whoever comes first adopts it.
 void JournalRecovery::Start() {
+    if (std::exchange(isLooking_, true)) {
+        return;
+    }
+    completed_ = 0;
     const auto adopt = [writer = journal_.Writer()](JournalDatabase& database) {
         std::vector<InterruptedAction> adopted;
         for (const QString& session : database.SessionsWithOpenActions()) {
@@ -108,7 +120,11 @@ void JournalRecovery::Look(std::vector<InterruptedAction> actions) {
                 Complete((*all)[item], std::move(*entries));
             }
         },
-        [this](SeriesEnd) { Q_EMIT Ended(completed_); }, oneAtATime);
+        [this](SeriesEnd) {
+            isLooking_ = false;
+            Q_EMIT Ended(completed_);
+        },
+        oneAtATime);
     looking_->Start();
 }
 

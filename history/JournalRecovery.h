@@ -19,8 +19,8 @@ struct FoundFiles {
     QSet<QString> other; ///< pickup folder, or the one in which deleted messages are kept
 };
 
-/// What became of a file of an interrupted action, by where it is now.
-HistoryEntry OutcomeOf(const InterruptedAction& action, const QString& file, const FoundFiles& found);
+/// What became of a file of an interrupted action, by where it is now. Empty for what a cleansing may have left alone.
+std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QString& file, const FoundFiles& found);
 
 /// Completes the history of programs that ended in the middle of an action: looks where the messages are, and writes it
 /// down. What cannot be found out now, because a share is not mounted, is left for the next start.
@@ -48,6 +48,7 @@ private:
     Journal& journal_;
     std::optional<OrderedWork<Outcome>> looking_;
     int completed_ = 0;
+    bool isLooking_ = false;
 };
 
 } // namespace quellbox

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -17,8 +18,8 @@ namespace quellbox {
 namespace {
 
 // An action on local files needs both processors for itself, and most have ended by then.
-constexpr unsigned long gatherMs = 1000;
-constexpr unsigned long retryMs = 5000;
+constexpr qint64 gatherMs = 1000;
+constexpr qint64 retryMs = 5000;
 
 // So long another program may take to put the same database aside.
 constexpr int putAsideTimeoutMs = 3000;
@@ -27,7 +28,7 @@ constexpr int putAsideTimeoutMs = 3000;
 constexpr int mostDamaged = 3;
 
 /// SQLite keeps what was written last in files beside the database.
-const std::array besideDatabase{QLatin1String(""), QLatin1String("-wal"), QLatin1String("-shm")};
+const std::array besideDatabase{QLatin1String("-wal"), QLatin1String("-shm")};
 
 /// The folder is this user's alone: who wrote to whom is nobody else's business.
 void MakeFolderOf(const QString& file) {
@@ -54,11 +55,17 @@ JournalWriter::JournalWriter(WorkPool& pool, QString file, Listener listener)
 JournalWriter::~JournalWriter() = default;
 
 void JournalWriter::Write(Job job, Pace pace, std::function<void()> done) {
-    Add({std::move(job), std::move(done), {}, true}, pace);
+    Add({std::move(job), std::move(done), {}, true, false}, pace);
 }
 
-void JournalWriter::Read(Job job, std::function<void()> failed) {
-    Add({std::move(job), {}, std::move(failed), false}, Pace::AtOnce);
+void JournalWriter::Read(Job job, Sight sight, std::function<void()> failed) {
+    Add({std::move(job), {}, std::move(failed), false, sight == Sight::All}, Pace::AtOnce);
+}
+
+void JournalWriter::Hurry() {
+    const QMutexLocker lock(&mutex_);
+    isHurried_ = true;
+    changed_.wakeAll();
 }
 
 void JournalWriter::Add(Task task, Pace pace) {
@@ -100,9 +107,10 @@ void JournalWriter::Drain() {
 }
 
 void JournalWriter::ChangeFile() {
-    const QMutexLocker lock(&mutex_);
+    QMutexLocker lock(&mutex_);
     const std::optional<QString> file = std::exchange(nextFile_, std::nullopt);
-    if (file && *file != file_) {
+    lock.unlock();
+    if (file) {
         database_.reset();
         sessionLock_.reset();
         file_ = *file;
@@ -113,14 +121,14 @@ void JournalWriter::ChangeFile() {
 /// then.
 JournalWriter::Tasks JournalWriter::TakeTasks() {
     QMutexLocker lock(&mutex_);
-    const unsigned long pauseMs = mustWait_ ? retryMs : gatherMs;
-    if (!waiting_.empty() && !isUrgent_ && !isClosed_) {
-        changed_.wait(&mutex_, pauseMs);
+    const QDeadlineTimer pause(mustWait_ ? retryMs : gatherMs);
+    const auto isDue = [this] { return waiting_.empty() || isClosed_ || isHurried_ || (isUrgent_ && !mustWait_); };
+    while (!isDue() && changed_.wait(&mutex_, pause)) {
     }
     isUrgent_ = false;
     mustWait_ = false;
     isRunning_ = !waiting_.empty();
-    if (!isRunning_ && isClosed_) {
+    if (!isRunning_ && (isClosed_ || isHurried_)) {
         database_.reset();
         sessionLock_.reset();
     }
@@ -135,7 +143,7 @@ void JournalWriter::Run(Tasks& tasks) {
             tasks.pop_front();
             RunRead(task);
         } else if (!RunWrites(tasks)) {
-            PutBack(std::move(tasks));
+            PutOff(std::move(tasks));
             return;
         }
     }
@@ -161,6 +169,8 @@ bool JournalWriter::RunWrites(Tasks& tasks) {
         if (Recover(error)) {
             return false;
         }
+        tasks.erase(tasks.begin(), tasks.begin() + static_cast<std::ptrdiff_t>(count));
+        return true;
     }
     for (size_t task = 0; task < count; ++task) {
         if (tasks.front().done) {
@@ -183,14 +193,25 @@ void JournalWriter::TryWrites(const Tasks& tasks, size_t count) {
     }
 }
 
-// What has come meanwhile comes behind it. A program that ends does not try again.
-void JournalWriter::PutBack(Tasks tasks) {
+// What only looks at what is there need not wait until something can be written. What has come meanwhile comes behind
+// the rest. A program that ends does not try again.
+void JournalWriter::PutOff(Tasks tasks) {
+    Tasks left;
+    for (Task& task : tasks) {
+        if (task.writes) {
+            left.push_back(std::move(task));
+        } else if (task.seesAll) {
+            task.failed();
+        } else {
+            RunRead(task);
+        }
+    }
     const QMutexLocker lock(&mutex_);
-    if (isClosed_) {
+    if (isClosed_ || isHurried_) {
         return;
     }
-    std::move(waiting_.begin(), waiting_.end(), std::back_inserter(tasks));
-    waiting_ = std::move(tasks);
+    std::move(waiting_.begin(), waiting_.end(), std::back_inserter(left));
+    waiting_ = std::move(left);
 }
 
 JournalDatabase& JournalWriter::Database() {
@@ -213,28 +234,26 @@ void JournalWriter::Open() {
 
 /// What the user is told of an error, and what is done about it. Returns true when it is worth trying again.
 bool JournalWriter::Recover(const JournalError& error) {
-    switch (error.Problem()) {
-    case JournalProblem::Busy:
-    case JournalProblem::Full: {
-        Tell(error.Problem(), error.Text());
-        const QMutexLocker lock(&mutex_);
-        mustWait_ = true;
-        isUrgent_ = false;
-        return true;
-    }
-    case JournalProblem::Damaged:
+    if (error.Problem() == JournalProblem::Damaged) {
         PutAside();
         return true;
-    case JournalProblem::Newer:
-    case JournalProblem::Other:
-        break;
+    }
+    const bool isInMemory = file_.isEmpty();
+    const bool isOpen = database_.has_value();
+    const bool isBusy = error.Problem() == JournalProblem::Busy || error.Problem() == JournalProblem::Full;
+    if (isInMemory) {
+        return false;
+    }
+    if (!isOpen && !isBusy) {
+        Tell(JournalProblem::Newer, error.Text());
+        file_.clear();
+        return true;
     }
     Tell(error.Problem(), error.Text());
-    const bool wasOpen = database_.has_value();
-    if (!wasOpen) {
-        file_.clear();
-    }
-    return !wasOpen;
+    const QMutexLocker lock(&mutex_);
+    mustWait_ = true;
+    isUrgent_ = false;
+    return true;
 }
 
 // Another program may have put it aside already, and begun a new one. Where it stays where it is, the history is kept
@@ -244,22 +263,20 @@ void JournalWriter::PutAside() {
     sessionLock_.reset();
     QLockFile lock(file_ + QStringLiteral(".lock"));
     lock.tryLock(putAsideTimeoutMs);
-    if (++timesDamaged_ > mostDamaged) {
-        file_.clear();
-        return;
-    }
-    if (IsWhole(file_)) {
+    if (++timesDamaged_ <= mostDamaged && IsWhole(file_)) {
         return;
     }
     const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
     const QString aside = file_ + QStringLiteral(".damaged-") + stamp;
+    if (timesDamaged_ > mostDamaged || !QFile::rename(file_, aside)) {
+        Tell(JournalProblem::Newer, QCoreApplication::translate("quellbox", "It is damaged, and cannot be put aside."));
+        file_.clear();
+        return;
+    }
     for (const QLatin1String ending : besideDatabase) {
         QFile::rename(file_ + ending, aside + ending);
     }
     Tell(JournalProblem::Damaged, aside);
-    if (!IsWhole(file_)) {
-        file_.clear();
-    }
 }
 
 void JournalWriter::HoldSession() {
@@ -305,8 +322,11 @@ void JournalWriter::Tell(JournalProblem problem, const QString& reason) {
             return QCoreApplication::translate("quellbox",
                                                "The history %1 is damaged. It was put aside as %2, and a new "
                                                "one has been begun.");
-        case JournalProblem::Newer:
         case JournalProblem::Other:
+            return QCoreApplication::translate("quellbox",
+                                               "What is done cannot be written into the history at the moment. It is "
+                                               "tried again while this program runs. %1: %2");
+        case JournalProblem::Newer:
             return QCoreApplication::translate("quellbox",
                                                "The history cannot be used, and is left alone. What is done now "
                                                "can be looked up until the program ends. %1: %2");

@@ -47,8 +47,17 @@ public:
     /// is done again after a failure finds the database as it was before.
     void Write(Job job, Pace pace, std::function<void()> done = {});
 
+    /// What a job has to find in the database.
+    enum class Sight {
+        Present, ///< what is there
+        All,     ///< everything that was to be written before, or the job fails
+    };
+
     /// `job` only reads. When it fails, `failed` is called instead, as it is when the writer is closed.
-    void Read(Job job, std::function<void()> failed);
+    void Read(Job job, Sight sight, std::function<void()> failed);
+
+    /// The program ends: what cannot be written now is not tried again.
+    void Hurry();
 
     /// What comes from now on is kept in that file; an empty one keeps it in memory.
     void SetFile(const QString& file);
@@ -68,6 +77,7 @@ private:
         std::function<void()> done;
         std::function<void()> failed;
         bool writes = false;
+        bool seesAll = false;
     };
     using Tasks = std::deque<Task>;
 
@@ -78,11 +88,10 @@ private:
     void RunRead(Task& task);
     bool RunWrites(Tasks& tasks);
     void TryWrites(const Tasks& tasks, size_t count);
-    void PutBack(Tasks tasks);
+    void PutOff(Tasks tasks);
     JournalDatabase& Database();
     void ChangeFile();
     void Open();
-    void OpenInMemory();
     void PutAside();
     void HoldSession();
     bool Recover(const JournalError& error);
@@ -99,6 +108,7 @@ private:
     bool isUrgent_ = false;
     bool isRunning_ = false;
     bool isClosed_ = false;
+    bool isHurried_ = false;
     bool mustWait_ = false; // before the next attempt
     std::optional<QString> nextFile_;
 

@@ -2,6 +2,7 @@
 // the history agrees with the folders after the next start.
 #ifndef _WIN32
 
+#include "dialogs/CleansingTask.h"
 #include "history/JournalRecovery.h"
 #include "messages/DisposalTask.h"
 #include "messages/PutBackTask.h"
@@ -41,7 +42,9 @@ public:
     }
     bool MoveUnless(const QString& from, const QString& to,
                     const std::function<bool(const FileStatus&)>& keep) override {
-        return files_->MoveUnless(from, to, keep);
+        bool isGone = false;
+        Change([&] { isGone = files_->MoveUnless(from, to, keep); });
+        return isGone;
     }
     bool Remove(const QString& path) override {
         bool wasThere = false;
@@ -50,7 +53,9 @@ public:
     }
     bool RemoveEvenReadOnly(const QString& path) override { return files_->RemoveEvenReadOnly(path); }
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
-        return files_->RemoveUnless(path, keep);
+        bool isGone = false;
+        Change([&] { isGone = files_->RemoveUnless(path, keep); });
+        return isGone;
     }
     void MakeFolder(const QString& folder) override {
         Change([&] { files_->MakeFolder(folder); });
@@ -100,6 +105,8 @@ protected:
             QDir().mkpath(folder);
         }
         QDir(QFileInfo(File()).absolutePath()).removeRecursively();
+        QFile other(Archive() + QStringLiteral("note.txt")); // an empty folder may be one where nothing is mounted
+        ASSERT_TRUE(other.open(QIODevice::WriteOnly));
         for (int number = 0; number < messages; ++number) {
             QFile file(Archive() + Name(number));
             ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -111,7 +118,19 @@ protected:
         return GetParam().keeps ? std::make_shared<KeptFolder>(files, Archive(), 30, clock_.Now()) : nullptr;
     }
 
+    void Cleanse(FileSystem& files) {
+        CleansingTask task(files, *pool_);
+        const std::shared_ptr<KeptFolder> kept = Kept(files);
+        task.Start(Archive(), 1, clock_.Now().date().addDays(100), kept,
+                   journal_->Begin({HistoryAction::Cleanse, Archive(), {}, kept ? QString(kept->Path()) : QString()}));
+        ASSERT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
+    }
+
     void Act(FileSystem& files) {
+        if (GetParam().action == HistoryAction::Cleanse) {
+            Cleanse(files);
+            return;
+        }
         MessageListModel model;
         std::vector<MessageRow> rows;
         std::vector<int> numbers;
@@ -191,7 +210,7 @@ protected:
         ASSERT_TRUE(RunUntil([&hasEnded] { return hasEnded; }));
         const QStringList archive = FilesIn(Archive());
         const QStringList elsewhere = GetParam().keeps ? KeptFiles() : FilesIn(Pickup());
-        const bool isForGood = GetParam().action == HistoryAction::Delete && !GetParam().keeps;
+        const bool isForGood = GetParam().action != HistoryAction::Unblock && !GetParam().keeps;
         const QStringList done = Files({{}, GetParam().action, HistoryResult::Done});
         for (int number = 0; number < messages; ++number) {
             const QString name = Name(number);
@@ -230,6 +249,9 @@ TEST_P(CrashTest, LeavesEachMessageInOnePlaceAndAHistoryThatSaysWhere) {
 INSTANTIATE_TEST_SUITE_P(, CrashTest,
                          testing::Values(Trial{"Unblock", HistoryAction::Unblock, false, false},
                                          Trial{"DeleteForGood", HistoryAction::Delete, false, false},
+                                         Trial{"CleanseForGood", HistoryAction::Cleanse, false, false},
+                                         Trial{"CleanseAndKeep", HistoryAction::Cleanse, true, false},
+                                         Trial{"UndoOfCleanse", HistoryAction::Cleanse, true, true},
                                          Trial{"DeleteAndKeep", HistoryAction::Delete, true, false},
                                          Trial{"UndoOfUnblock", HistoryAction::Unblock, false, true},
                                          Trial{"UndoOfDelete", HistoryAction::Delete, true, true}),
