@@ -6,12 +6,17 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+#include <numeric>
+
 namespace quellbox::soak {
 
 namespace {
 
 constexpr std::chrono::milliseconds stepLength(20);
 constexpr int mostInArchive = 2'000;
+constexpr int betweenTroubles = 150; // steps, on average
+constexpr int kindsOfTrouble = 8;
 
 QByteArray BytesOf(const QString& path) {
     QFile file(path);
@@ -135,14 +140,26 @@ void World::Step() {
     }
     if (troubleFor_ > 0 && --troubleFor_ == 0) {
         EndTrouble();
-    } else if (troubleFor_ == 0 && Random(500) == 0) {
+    } else if (troubleFor_ == 0 && Random(betweenTroubles) == 0) {
         Trouble();
     }
 }
 
+/// The next kind of trouble. Each comes before any comes again, so that a minute has nearly all of them.
+int World::NextTrouble() {
+    if (troubles_.empty()) {
+        troubles_.resize(kindsOfTrouble);
+        std::iota(troubles_.begin(), troubles_.end(), 0);
+        std::shuffle(troubles_.begin(), troubles_.end(), random_);
+    }
+    const int next = troubles_.back();
+    troubles_.pop_back();
+    return next;
+}
+
 void World::Trouble() {
     troubleFor_ = 25 + Random(150);
-    switch (Random(8)) {
+    switch (NextTrouble()) {
     case 0:
         mount_->Kill();
         isDead_ = true;

@@ -67,6 +67,7 @@ private:
     void Run(unsigned seed);
     FaultMount::Traits ChooseTraits(unsigned seed);
     void Step();
+    int NextTrouble();
     void Trouble();
     void EndTrouble();
     void Arrive();
@@ -91,7 +92,8 @@ private:
     const char* kind_ = "";
     std::vector<std::unique_ptr<class QFile>> held_;
     int next_ = 0;
-    int troubleFor_ = 0; // steps
+    std::vector<int> troubles_; // of those to come
+    int troubleFor_ = 0;        // steps
     bool isDead_ = false;
     std::mutex mutex_;
     std::condition_variable changed_;
