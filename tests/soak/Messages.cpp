@@ -26,4 +26,12 @@ int NumberOf(const QString& name) {
     return isNumber && name == NameOf(number) ? number : -1;
 }
 
+bool IsOfToleratedSender(int number) {
+    return number % 10 == 7;
+}
+
+QString ToleratedSender() {
+    return QStringLiteral("7@example.org");
+}
+
 } // namespace quellbox::soak

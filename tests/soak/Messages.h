@@ -14,4 +14,10 @@ QString NameOf(int number);
 /// The number of the message whose file has that name; -1 when it is the name of none.
 int NumberOf(const QString& name);
 
+/// Whether the sender of that message is one of those that ToleratedSender() stands for: one of ten is.
+bool IsOfToleratedSender(int number);
+
+/// An entry of the whitelist.
+QString ToleratedSender();
+
 } // namespace quellbox::soak

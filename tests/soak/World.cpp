@@ -6,12 +6,17 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+#include <numeric>
+
 namespace quellbox::soak {
 
 namespace {
 
 constexpr std::chrono::milliseconds stepLength(20);
 constexpr int mostInArchive = 2'000;
+constexpr int betweenTroubles = 150; // steps, on average
+constexpr int kindsOfTrouble = 8;
 
 QByteArray BytesOf(const QString& path) {
     QFile file(path);
@@ -24,7 +29,7 @@ QStringList NamesIn(const QString& folder) {
 
 } // namespace
 
-World::World(unsigned seed) : random_(seed), thread_([this] { Run(); }) {
+World::World(unsigned seed) : random_(seed), thread_([this, seed] { Run(seed); }) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return isStarted_; });
 }
@@ -38,11 +43,29 @@ World::~World() {
     thread_.join();
 }
 
-// The mount belongs to the thread that has made it.
-void World::Run() {
+/// The seed decides the kind of share: one in which messages are renamed, or two between which they are copied.
+FaultMount::Traits World::ChooseTraits(unsigned seed) {
     FaultMount::Traits traits = FaultMount::LikeKernelClient();
+    switch (seed % 3) {
+    case 0:
+        kind_ = "one share";
+        break;
+    case 1:
+        kind_ = "two shares";
+        traits.separate = true;
+        break;
+    default:
+        kind_ = "two poor shares";
+        traits = FaultMount::TwoShares();
+        break;
+    }
     traits.delay = std::chrono::milliseconds(2);
-    mount_ = std::make_unique<FaultMount>(traits);
+    return traits;
+}
+
+// The mount belongs to the thread that has made it.
+void World::Run(unsigned seed) {
+    mount_ = std::make_unique<FaultMount>(ChooseTraits(seed));
     whyNot_ = mount_->WhyNot();
     if (whyNot_.isEmpty()) {
         real_ = mount_->RealFolder();
@@ -117,14 +140,26 @@ void World::Step() {
     }
     if (troubleFor_ > 0 && --troubleFor_ == 0) {
         EndTrouble();
-    } else if (troubleFor_ == 0 && Random(500) == 0) {
+    } else if (troubleFor_ == 0 && Random(betweenTroubles) == 0) {
         Trouble();
     }
 }
 
+/// The next kind of trouble. Each comes before any comes again, so that a minute has nearly all of them.
+int World::NextTrouble() {
+    if (troubles_.empty()) {
+        troubles_.resize(kindsOfTrouble);
+        std::iota(troubles_.begin(), troubles_.end(), 0);
+        std::shuffle(troubles_.begin(), troubles_.end(), random_);
+    }
+    const int next = troubles_.back();
+    troubles_.pop_back();
+    return next;
+}
+
 void World::Trouble() {
     troubleFor_ = 25 + Random(150);
-    switch (Random(4)) {
+    switch (NextTrouble()) {
     case 0:
         mount_->Kill();
         isDead_ = true;
@@ -138,9 +173,25 @@ void World::Trouble() {
         mount_->SetRules("hang rename *");
         ++account_.stalls;
         break;
-    default:
+    case 3:
         mount_->SetRules("hang readdir *\nhang open *");
         ++account_.stalls;
+        break;
+    case 4:
+        mount_->SetRules("cut write *");
+        ++account_.writeFaults;
+        break;
+    case 5:
+        mount_->SetRules("fail write,create,flush,fsync * error=ENOSPC");
+        ++account_.writeFaults;
+        break;
+    case 6:
+        mount_->SetRules("lose rename,unlink * error=EIO");
+        ++account_.lostAnswers;
+        break;
+    default:
+        mount_->SetRules("lose rename,unlink * error=ENOENT");
+        ++account_.lostAnswers;
         break;
     }
 }
@@ -182,6 +233,7 @@ void World::Vanish() {
     const QString name = AnyOf(real_ + QStringLiteral("archive"));
     if (!name.isEmpty() &&
         QFile::rename(real_ + QStringLiteral("archive/") + name, real_ + QStringLiteral("aside/") + name)) {
+        vanished_.insert(NumberOf(name));
         ++account_.vanished;
     }
 }

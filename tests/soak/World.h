@@ -28,6 +28,8 @@ public:
         int held = 0;
         int delivered = 0;
         int stalls = 0;
+        int writeFaults = 0;
+        int lostAnswers = 0;
         int deaths = 0;
         int inBoth = 0;           ///< messages that were delivered and are still in the archive
         QStringList violations{}; ///< each in a sentence
@@ -55,9 +57,17 @@ public:
     /// The names of the files in the archive, while it is quiet.
     std::set<QString> ArchiveNames() const;
 
+    /// Whether the message was away at any time, while it is quiet.
+    bool HasVanished(int number) const { return vanished_.count(number) > 0; }
+
+    /// What kind of share it is.
+    const char* Kind() const { return kind_; }
+
 private:
-    void Run();
+    void Run(unsigned seed);
+    FaultMount::Traits ChooseTraits(unsigned seed);
     void Step();
+    int NextTrouble();
     void Trouble();
     void EndTrouble();
     void Arrive();
@@ -78,9 +88,12 @@ private:
     QString pickup_;
     Account account_;
     std::set<int> delivered_;
+    std::set<int> vanished_;
+    const char* kind_ = "";
     std::vector<std::unique_ptr<class QFile>> held_;
     int next_ = 0;
-    int troubleFor_ = 0; // steps
+    std::vector<int> troubles_; // of those to come
+    int troubleFor_ = 0;        // steps
     bool isDead_ = false;
     std::mutex mutex_;
     std::condition_variable changed_;

@@ -1,6 +1,7 @@
 // The program over a share for a long time: messages come and go, the server stalls and dies, keys and clicks act at
 // random. Usage: quellbox_soak MINUTES [SEED]
 #include "platform/ShareFileSystem.h"
+#include "tests/soak/Checks.h"
 #include "tests/soak/GapWatch.h"
 #include "tests/soak/Messages.h"
 #include "tests/soak/User.h"
@@ -44,18 +45,19 @@ public:
                                                                     {"TolerationLevel", QStringLiteral("2")}}) {
             store_.SetValue(QStringLiteral("Settings"), QLatin1String(key), value);
         }
-        // One sender of ten is tolerated.
-        store_.SetValue(QStringLiteral("Tolerate"), QStringLiteral("7@example.org"), QStringLiteral("0"));
+        store_.SetValue(QStringLiteral("Tolerate"), ToleratedSender(), QStringLiteral("0"));
         MainPorts ports{*files_, store_, *clock_, *shell_, pool_, *volumes_, program_};
         ports.reportError = [this](const QString& text) { errors_ += text; };
         window_ = std::make_unique<frmMain>(ports);
         window_->show();
+        ledger_ = std::make_unique<Ledger>(*window_);
         user_ = std::make_unique<User>(*window_, seed + 1);
     }
 
     ~Soak() {
         window_->close();
         user_.reset();
+        ledger_.reset();
         window_.reset();
         pool_.WaitForDone();
     }
@@ -82,24 +84,20 @@ public:
 
     void PrintLine(int minute) {
         const World::Account& seen = account_;
-        std::printf("%3d min: %d arrived, %d touched, %d vanished, %d held open, %d delivered (%d of them also kept), "
-                    "%zu deleted, %d stalls, %d deaths, %d actions; %.0f MiB, %d files open, longest gap %.0f ms (%.0f "
-                    "ms with the waiting for "
-                    "a processor), %lld errors told\n",
-                    minute, seen.arrived, seen.touched, seen.vanished, seen.held, seen.delivered, seen.inBoth,
-                    user_->Deleted().size(), seen.stalls, seen.deaths, user_->Actions(), ResidentMiB(), OpenFiles(),
-                    gapMs_, seenGapMs_, static_cast<long long>(errors_.size()));
+        std::printf(
+            "%3d min, %s: %d arrived, %d touched, %d vanished, %d held open, %d delivered (%d of them also kept), "
+            "%zu deleted, %zu dealt with as told, %d stalls, %d write faults, %d lost answers, %d deaths, %d "
+            "actions; %.0f MiB, %d files open, longest gap %.0f ms (%.0f "
+            "ms with the waiting for "
+            "a processor), %lld errors told\n",
+            minute, world_.Kind(), seen.arrived, seen.touched, seen.vanished, seen.held, seen.delivered, seen.inBoth,
+            user_->Deleted().size(), ledger_->Done().size(), seen.stalls, seen.writeFaults, seen.lostAnswers,
+            seen.deaths, user_->Actions(), ResidentMiB(), OpenFiles(), gapMs_, seenGapMs_,
+            static_cast<long long>(errors_.size()));
         std::fflush(stdout);
     }
 
 private:
-    bool Expect(bool holds, const QString& otherwise) {
-        if (!holds) {
-            std::printf("NOT SO: %s\n", qPrintable(otherwise));
-        }
-        return holds;
-    }
-
     bool Look() {
         const bool quiet = QTest::qWaitFor([this] { return world_.IsQuiet(); }, patienceMs) &&
                            QTest::qWaitFor([this] { return window_->Jobs().IsIdle(); }, patienceMs);
@@ -109,25 +107,9 @@ private:
         pool_.WaitForDone(std::chrono::milliseconds(patienceMs));
         account_ = world_.Look(user_->Deleted());
         bool good = Expect(account_.violations.isEmpty(), account_.violations.join(QLatin1Char('\n')));
-        good &= RefreshedListIsTheFolder();
+        const QStringList wrong = Checks(*window_, world_, *ledger_).Make();
+        good &= Expect(wrong.isEmpty(), wrong.join(QLatin1Char('\n')));
         return good;
-    }
-
-    /// The names that the kernel remembers are a second old at most.
-    bool RefreshedListIsTheFolder() {
-        QTest::qWait(1'500);
-        window_->State().TolerationLevel = 0;
-        window_->mnuAcRefresh_Click();
-        const bool ended = QTest::qWaitFor([this] { return window_->Jobs().IsIdle(); }, patienceMs);
-        window_->State().TolerationLevel = 2;
-        std::set<QString> listed;
-        for (int row = 0; row < window_->Messages().Count(); ++row) {
-            listed.insert(window_->Messages().Row(row).Key());
-        }
-        return Expect(ended && listed == world_.ArchiveNames(),
-                      QStringLiteral("after a full refresh the list is what the folder holds: %1 and %2")
-                          .arg(listed.size())
-                          .arg(world_.ArchiveNames().size()));
     }
 
     World world_;
@@ -140,6 +122,7 @@ private:
     ThreadWorkPool pool_;
     QStringList errors_;
     std::unique_ptr<frmMain> window_;
+    std::unique_ptr<Ledger> ledger_;
     std::unique_ptr<User> user_;
     World::Account account_;
     double gapMs_ = 0; // of the last minute
