@@ -71,6 +71,8 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
          nullptr,
          {
              {"mnuOpenFolder"},
+             {"mnuFileExportBar"},
+             {"mnuFileExport", QT_TR_NOOP("&Export List..."), "", Info::List},
              {"mnuFileExitBar"},
              {"mnuFiExit", QT_TR_NOOP("E&xit")},
          }},
@@ -269,6 +271,7 @@ void MainMenus::Show(const CommandStates& can) {
         entry->setEnabled(can.list);
     }
     Menu("mnuEdit").menuAction()->setEnabled(can.edit);
+    Entry("mnuFileExport").setEnabled(can.exportList);
     Entry("mnuMessageView").setEnabled(can.view);
     for (const char* key : {"delete", "unblock", "collapse", "attachment"}) {
         Button(key).setEnabled(can.onSelected);

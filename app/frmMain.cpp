@@ -3,6 +3,7 @@
 #include "app/ActionDesk.h"
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
+#include "app/ExportDesk.h"
 #include "app/FindDesk.h"
 #include "app/HelpDesk.h"
 #include "app/ListDesk.h"
@@ -76,6 +77,7 @@ void frmMain::CreateDesks() {
     find_ = std::make_unique<FindDesk>(parts_, *list_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
     tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_);
+    export_ = std::make_unique<ExportDesk>(parts_);
     tray_ = std::make_unique<TrayPresence>(TrayParts{*this, menus_->Entry("mnuViewHide"), menus_->Menu("mnuTray"),
                                                      ports_.tray, state_, ports_.program.Title});
     help_ =
@@ -115,6 +117,7 @@ void frmMain::On(const char* entry, Handler handler) {
 void frmMain::ConnectFileAndEdit() {
     On("mnuOpenFolderSelect0", [this] { setup_->mnuOpenFolderSelect_Click(0); });
     On("mnuOpenFolderSelect1", [this] { setup_->mnuOpenFolderSelect_Click(1); });
+    On("mnuFileExport", [this] { export_->mnuFileExport_Click(); });
     On("mnuFiExit", [this] { close(); });
     On("mnuEditSelectNone", [this] { list_->mnuEditSelectNone_Click(); });
     On("mnuEditSelectAll", [this] { list_->mnuEditSelectAll_Click(); });

@@ -11,6 +11,7 @@ namespace quellbox {
 
 class ActionDesk;
 class BusyDisplay;
+class ExportDesk;
 class FindDesk;
 class HelpDesk;
 class ListDesk;
@@ -111,6 +112,7 @@ private:
     std::unique_ptr<FindDesk> find_;
     std::unique_ptr<SetupDesk> setup_;
     std::unique_ptr<ToolsDesk> tools_;
+    std::unique_ptr<ExportDesk> export_;
     std::unique_ptr<TrayPresence> tray_;
     std::unique_ptr<HelpDesk> help_;
 };

@@ -12,6 +12,7 @@ CommandStates ComputeCommandStates(const CommandConditions& now) {
     }
     const bool usesWhitelist = now.tolerationLevel >= 1;
     can.edit = now.rows > 0;
+    can.exportList = now.rows > 0;
     can.list = true;
     can.onSelected = now.selected > 0;
     can.view = now.offersView;

@@ -39,7 +39,10 @@ struct MenuCase {
 
 TEST_F(MainMenus, NamesCaptionsAndShortcuts) {
     const std::vector<MenuCase> cases = {
-        {"mnuFile", "&File", {"mnuOpenFolder|Folder|", "mnuFileExitBar", "mnuFiExit|E&xit|"}},
+        {"mnuFile",
+         "&File",
+         {"mnuOpenFolder|Folder|", "mnuFileExportBar", "mnuFileExport|&Export List...|", "mnuFileExitBar",
+          "mnuFiExit|E&xit|"}},
         {"mnuOpenFolder", "Folder", {"mnuOpenFolderSelect0|Archive...|", "mnuOpenFolderSelect1|Pickup...|"}},
         {"mnuEdit",
          "&Edit",
