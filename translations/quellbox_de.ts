@@ -816,6 +816,56 @@
         <source>The share of the archive is not mounted any more: %1</source>
         <translation>Die Freigabe des Archivs ist nicht mehr eingehängt: %1</translation>
     </message>
+    <message>
+        <source>File name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Envelope sender</source>
+        <translation>Umschlagabsender</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There is a file of this name already.</source>
+        <translation>Es gibt schon eine Datei dieses Namens.</translation>
+    </message>
+    <message>
+        <source>The name has to end with .csv or .jsonl.</source>
+        <translation>Der Name muss mit .csv oder .jsonl enden.</translation>
+    </message>
+    <message>
+        <source>Nothing would be removed.</source>
+        <translation>Nichts würde entfernt.</translation>
+    </message>
+    <message>
+        <source>One message (%1) of %2 would be removed.</source>
+        <translation>Eine Nachricht (%1) vom %2 würde entfernt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) of %2 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) from %2 to %3 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 bis %3 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 bis %3 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is a file %1 already. Replace it?</source>
+        <translation>Die Datei %1 gibt es schon. Soll sie ersetzt werden?</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -858,6 +908,24 @@
     <message>
         <source>Tolerated senders</source>
         <translation>Tolerierte Absender</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::ExportDesk</name>
+    <message>
+        <source>Messages of %1</source>
+        <translation>Nachrichten vom %1</translation>
+    </message>
+    <message>
+        <source>One message written to %1</source>
+        <translation>Eine Nachricht in %1 geschrieben</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages written to %1</source>
+        <translation>
+            <numerusform>%n Nachricht in %1 geschrieben</numerusform>
+            <numerusform>%n Nachrichten in %1 geschrieben</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1082,6 +1150,10 @@
         <source>Contents</source>
         <translation>Inhalt</translation>
     </message>
+    <message>
+        <source>&amp;Export List...</source>
+        <translation>Liste &amp;exportieren...</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
@@ -1247,6 +1319,17 @@
 
 %3
 %4</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmCleansing</name>
+    <message>
+        <source>Counting...</source>
+        <translation>Wird gezählt...</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
     </message>
 </context>
 <context>
