@@ -1,18 +1,23 @@
 #include "app/HistoryDesk.h"
 
+#include "app/ExportDesk.h"
+#include "app/ExportFile.h"
 #include "app/ListDesk.h"
 #include "app/RefreshDesk.h"
 #include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "history/HistoryTable.h"
 #include "history/Journal.h"
 #include "history/frmHistory.h"
+#include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/KeptFolder.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QApplication>
+#include <QDir>
 
 #include <algorithm>
 #include <utility>
@@ -43,10 +48,26 @@ MessageRow RowOf(const HistoryEntry& entry) {
     return {entry.file, entry.size, 0, {entry.to, entry.from, entry.subject, entry.rating, entry.sender}};
 }
 
+/// The lines that a filter lets through, so many at a time: the length of a question has a limit.
+std::vector<HistoryLine> AllLines(JournalDatabase& database, const HistoryFilter& filter) {
+    constexpr size_t step = 1000;
+    const HistoryIds ids = database.Find(filter);
+    std::vector<HistoryLine> lines;
+    lines.reserve(ids.size());
+    for (size_t first = 0; first < ids.size(); first += step) {
+        const auto begin = ids.begin() + static_cast<std::ptrdiff_t>(first);
+        const auto count = static_cast<std::ptrdiff_t>(std::min(step, ids.size() - first));
+        std::vector<HistoryLine> some = database.Lines(HistoryIds(begin, begin + count));
+        std::move(some.begin(), some.end(), std::back_inserter(lines));
+    }
+    return lines;
+}
+
 } // namespace
 
-HistoryDesk::HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& refresh)
-    : parts_(parts), list_(list), refresh_(refresh), recovery_(parts.ports.files, parts.ports.pool, parts.journal) {
+HistoryDesk::HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& refresh, ExportDesk& exporting)
+    : parts_(parts), list_(list), refresh_(refresh), exporting_(exporting),
+      recovery_(parts.ports.files, parts.ports.pool, parts.journal) {
     connect(&parts_.jobs, &WindowJobs::PutBackEnded, this,
             parts_.errors.Guarded(this, &HistoryDesk::jobs_PutBackEnded));
     connect(&parts_.jobs, &WindowJobs::ActivityChanged, this, &HistoryDesk::TellUndoable);
@@ -62,6 +83,7 @@ void HistoryDesk::mnuToolsHistory_Click() {
     if (!window_) {
         window_ = std::make_unique<frmHistory>(parts_.journal, &parts_.window);
         connect(window_.get(), &frmHistory::UndoClick, this, &HistoryDesk::UndoEntries);
+        connect(window_.get(), &frmHistory::ExportClick, this, parts_.errors.Guarded(this, &HistoryDesk::Export));
         TellUndoable();
     }
     window_->show();
@@ -113,6 +135,33 @@ void HistoryDesk::UndoEntries(const HistoryIds& entries) {
     const auto find = [entries](JournalDatabase& database) { return database.ItemsToUndo(entries); };
     parts_.journal.AskFor(Journal::Question::ReadsAll, this, find,
                           [this](const std::vector<UndoItem>& items) { Undo(items); });
+}
+
+void HistoryDesk::Export(const HistoryFilter& filter) {
+    const QString day = parts_.ports.clock.Now().date().toString(Qt::ISODate);
+    const RefreshTimer::Hold rest(parts_.timer);
+    const QString file = AskExportFile(window_.get(), tr("History of %1").arg(day));
+    if (file.isEmpty()) {
+        return;
+    }
+    const auto read = [filter](JournalDatabase& database) { return AllLines(database, filter); };
+    parts_.journal.AskFor(Journal::Question::Reads, this, read, [this, file](std::vector<HistoryLine> lines) {
+        parts_.errors.Guard([&] { WriteLines(file, std::move(lines)); });
+    });
+}
+
+void HistoryDesk::WriteLines(const QString& file, std::vector<HistoryLine> lines) {
+    if (!parts_.jobs.MakeWay()) {
+        parts_.errors.Show(
+            tr("Nothing was exported, because something else is being done. Try again when it has ended."));
+        return;
+    }
+    const int count = static_cast<int>(lines.size());
+    const auto rows = std::make_shared<const std::vector<HistoryLine>>(std::move(lines));
+    exporting_.Write(file, HistoryTableColumns(), CellsOf(rows), [this, file, count] {
+        const QString name = CleanseForDisplay(QDir::toNativeSeparators(file));
+        parts_.panels.SetInfo(tr("%n entries written to %1", nullptr, count).arg(name));
+    });
 }
 
 // One action after the other, so that each has a record of its own. What the user has begun since goes first.

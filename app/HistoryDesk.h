@@ -16,6 +16,7 @@
 
 namespace quellbox {
 
+class ExportDesk;
 class ListDesk;
 class RefreshDesk;
 class frmHistory;
@@ -25,7 +26,7 @@ class HistoryDesk : public QObject {
     Q_OBJECT
 
 public:
-    HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& refresh);
+    HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& refresh, ExportDesk& exporting);
     ~HistoryDesk() override;
 
     void mnuToolsHistory_Click();
@@ -44,6 +45,8 @@ private:
     };
 
     void UndoEntries(const HistoryIds& entries);
+    void Export(const HistoryFilter& filter);
+    void WriteLines(const QString& file, std::vector<HistoryLine> lines);
     void Undo(const std::vector<UndoItem>& items);
     void UndoNext();
     void jobs_PutBackEnded(const PutBackResult& result);
@@ -56,6 +59,7 @@ private:
     WindowParts parts_;
     ListDesk& list_;
     RefreshDesk& refresh_;
+    ExportDesk& exporting_;
     JournalRecovery recovery_;
     std::unique_ptr<frmHistory> window_;
     bool isUndoable_ = false; // the latest action

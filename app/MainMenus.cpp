@@ -71,6 +71,8 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
          nullptr,
          {
              {"mnuOpenFolder"},
+             {"mnuFileExportBar"},
+             {"mnuFileExport", QT_TR_NOOP("&Export List..."), "", Info::List},
              {"mnuFileExitBar"},
              {"mnuFiExit", QT_TR_NOOP("E&xit")},
          }},
@@ -275,6 +277,7 @@ void MainMenus::Show(const CommandStates& can) {
     }
     Menu("mnuEdit").menuAction()->setEnabled(can.edit);
     Entry("mnuEditUndo").setEnabled(can.undo);
+    Entry("mnuFileExport").setEnabled(can.exportList);
     Entry("mnuMessageView").setEnabled(can.view);
     for (const char* key : {"delete", "unblock", "collapse", "attachment"}) {
         Button(key).setEnabled(can.onSelected);

@@ -47,13 +47,18 @@ void ToolsDesk::mnuToolsCleansing_Click() {
     CleanseArchive();
 }
 
+bool ToolsDesk::ConfirmCleansing() {
+    const MainPorts& ports = parts_.ports;
+    frmCleansing dialog({ports.files, ports.pool, ports.clock}, parts_.state, &parts_.window);
+    return dialog.exec() == QDialog::Accepted && parts_.state.CleansingConfirmed;
+}
+
 // Only a confirmation of this dialog counts, whatever an earlier one has left behind, and only for the archive that it
 // named.
 void ToolsDesk::CleanseArchive() {
     AppState& state = parts_.state;
     const QString archive = state.ArchiveDir;
-    const bool confirmed = frmCleansing(state, &parts_.window).exec() == QDialog::Accepted && state.CleansingConfirmed;
-    if (!confirmed || !parts_.jobs.EndRefresh() || state.ArchiveDir != archive) {
+    if (!ConfirmCleansing() || !parts_.jobs.EndRefresh() || state.ArchiveDir != archive) {
         return;
     }
     parts_.timer.Stop();

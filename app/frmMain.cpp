@@ -4,6 +4,7 @@
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
 #include "app/ExpiryDesk.h"
+#include "app/ExportDesk.h"
 #include "app/FindDesk.h"
 #include "app/HelpDesk.h"
 #include "app/HistoryDesk.h"
@@ -85,7 +86,8 @@ void frmMain::CreateDesks() {
     expiry_ = std::make_unique<ExpiryDesk>(parts_, *refresh_);
     actions_ = std::make_unique<ActionDesk>(parts_, *list_);
     find_ = std::make_unique<FindDesk>(parts_, *list_);
-    history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_);
+    export_ = std::make_unique<ExportDesk>(parts_);
+    history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_, *export_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
     tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_);
     tray_ = std::make_unique<TrayPresence>(TrayParts{*this, menus_->Entry("mnuViewHide"), menus_->Menu("mnuTray"),
@@ -128,6 +130,7 @@ void frmMain::On(const char* entry, Handler handler) {
 void frmMain::ConnectFileAndEdit() {
     On("mnuOpenFolderSelect0", [this] { setup_->mnuOpenFolderSelect_Click(0); });
     On("mnuOpenFolderSelect1", [this] { setup_->mnuOpenFolderSelect_Click(1); });
+    On("mnuFileExport", [this] { export_->mnuFileExport_Click(); });
     On("mnuFiExit", [this] { close(); });
     On("mnuEditUndo", [this] { history_->mnuEditUndo_Click(); });
     On("mnuEditSelectNone", [this] { list_->mnuEditSelectNone_Click(); });

@@ -13,6 +13,7 @@ namespace quellbox {
 class ActionDesk;
 class BusyDisplay;
 class ExpiryDesk;
+class ExportDesk;
 class FindDesk;
 class HelpDesk;
 class HistoryDesk;
@@ -115,6 +116,7 @@ private:
     std::unique_ptr<ExpiryDesk> expiry_;
     std::unique_ptr<ActionDesk> actions_;
     std::unique_ptr<FindDesk> find_;
+    std::unique_ptr<ExportDesk> export_;
     std::unique_ptr<HistoryDesk> history_;
     std::unique_ptr<SetupDesk> setup_;
     std::unique_ptr<ToolsDesk> tools_;

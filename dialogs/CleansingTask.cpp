@@ -12,13 +12,13 @@ namespace {
 
 constexpr qint32 progressStep = 25;
 
-bool IsMessage(const QString& name) {
-    return name.endsWith(QLatin1String(".EML"), Qt::CaseInsensitive);
-}
-
 } // namespace
 
 CleansingTask::CleansingTask(FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
+
+bool CleansingTask::IsMessage(const QString& name) {
+    return name.endsWith(QLatin1String(".EML"), Qt::CaseInsensitive);
+}
 
 // A run that goes on past midnight keeps what it was to keep when it began.
 void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept,

@@ -57,6 +57,9 @@ public:
     bool IsRunning() const { return isRunning_; }
     bool IsCancelled() const { return isRunning_ && isCancelled_; }
 
+    /// Whether a visible file of that name is a message.
+    static bool IsMessage(const QString& name);
+
 Q_SIGNALS:
     /// So many files are looked at.
     void Counted(int files);

@@ -8,8 +8,9 @@ namespace quellbox {
 
 namespace {
 
-// An action does not wait longer for its record to be written.
-constexpr qint64 patienceMs = 500;
+// An action does not wait longer for its record to be written, and not at all where that cannot be done now.
+constexpr qint64 patienceMs = 4000;
+constexpr qint64 lookMs = 50;
 
 } // namespace
 
@@ -53,9 +54,8 @@ void JournalRecord::AwaitAnnounced() {
     const int awaited = announced_;
     const QDeadlineTimer patience(patienceMs);
     while (onRecord_ < awaited && !waitsNoMore_) {
-        if (!written_.wait(&mutex_, patience)) {
-            waitsNoMore_ = true;
-        }
+        written_.wait(&mutex_, QDeadlineTimer(lookMs));
+        waitsNoMore_ = patience.hasExpired() || writer_->IsInTrouble();
     }
 }
 

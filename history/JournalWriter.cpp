@@ -164,6 +164,7 @@ bool JournalWriter::RunWrites(Tasks& tasks) {
     const auto count = static_cast<size_t>(firstRead - tasks.begin());
     try {
         TryWrites(tasks, count);
+        isInTrouble_ = false;
         listener_.written();
     } catch (const JournalError& error) {
         if (Recover(error)) {
@@ -250,6 +251,7 @@ bool JournalWriter::Recover(const JournalError& error) {
         return true;
     }
     Tell(error.Problem(), error.Text());
+    isInTrouble_ = true;
     const QMutexLocker lock(&mutex_);
     mustWait_ = true;
     isUrgent_ = false;

@@ -6,6 +6,7 @@
 #include <QMutex>
 #include <QWaitCondition>
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -56,6 +57,9 @@ public:
     /// `job` only reads. When it fails, `failed` is called instead, as it is when the writer is closed.
     void Read(Job job, Sight sight, std::function<void()> failed);
 
+    /// True while nothing can be written, which is tried again later.
+    bool IsInTrouble() const { return isInTrouble_; }
+
     /// The program ends: what cannot be written now is not tried again.
     void Hurry();
 
@@ -101,6 +105,8 @@ private:
     WorkPool& pool_;
     const Listener listener_;
     const QString session_;
+
+    std::atomic<bool> isInTrouble_ = false;
 
     QMutex mutex_; // of what follows
     QWaitCondition changed_;

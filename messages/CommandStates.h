@@ -19,6 +19,7 @@ struct CommandConditions {
 /// Which commands can be used.
 struct CommandStates {
     bool edit = false;         ///< the Edit menu
+    bool exportList = false;   ///< Export List
     bool list = false;         ///< what changes the list, its selection or its marks, settings, folders and dialogs
     bool onSelected = false;   ///< what acts on the selected messages: delete, unblock, and the contents' buttons
     bool view = false;         ///< View, which is for one message

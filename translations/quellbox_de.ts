@@ -1039,6 +1039,64 @@
         <source>The history cannot be used, and is left alone. What is done now can be looked up until the program ends. %1: %2</source>
         <translation>Der Verlauf kann nicht benutzt werden und bleibt unberührt. Was jetzt getan wird, kann bis zum Ende des Programms nachgesehen werden. %1: %2</translation>
     </message>
+    <message>
+        <source>File name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Envelope sender</source>
+        <translation>Umschlagabsender</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There is a file of this name already.</source>
+        <translation>Es gibt schon eine Datei dieses Namens.</translation>
+    </message>
+    <message>
+        <source>The name has to end with .csv or .jsonl.</source>
+        <translation>Der Name muss mit .csv oder .jsonl enden.</translation>
+    </message>
+    <message>
+        <source>Nothing would be removed.</source>
+        <translation>Nichts würde entfernt.</translation>
+    </message>
+    <message>
+        <source>One message (%1) of %2 would be removed.</source>
+        <translation>Eine Nachricht (%1) vom %2 würde entfernt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) of %2 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) from %2 to %3 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 bis %3 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 bis %3 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is a file %1 already. Replace it?</source>
+        <translation>Die Datei %1 gibt es schon. Soll sie ersetzt werden?</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>It is damaged, and cannot be put aside.</source>
+        <translation>Er ist beschädigt und kann nicht beiseite gelegt werden.</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1084,6 +1142,24 @@
     </message>
 </context>
 <context>
+    <name>quellbox::ExportDesk</name>
+    <message>
+        <source>Messages of %1</source>
+        <translation>Nachrichten vom %1</translation>
+    </message>
+    <message>
+        <source>One message written to %1</source>
+        <translation>Eine Nachricht in %1 geschrieben</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages written to %1</source>
+        <translation>
+            <numerusform>%n Nachricht in %1 geschrieben</numerusform>
+            <numerusform>%n Nachrichten in %1 geschrieben</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>quellbox::HelpDesk</name>
     <message>
         <source>This system has no viewer for help files:
@@ -1103,6 +1179,25 @@
     <message>
         <source>The message is not kept any more.</source>
         <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>The archive holds a message of this name already.</source>
+        <translation>Im Archiv liegt schon eine Nachricht dieses Namens.</translation>
+    </message>
+    <message>
+        <source>History of %1</source>
+        <translation>Verlauf vom %1</translation>
+    </message>
+    <message>
+        <source>Nothing was exported, because something else is being done. Try again when it has ended.</source>
+        <translation>Es wurde nichts exportiert, weil gerade etwas anderes getan wird. Versuchen Sie es wieder, wenn es beendet ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries written to %1</source>
+        <translation>
+            <numerusform>%n Eintrag nach %1 geschrieben</numerusform>
+            <numerusform>%n Einträge nach %1 geschrieben</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1324,6 +1419,10 @@
         <source>&amp;History...</source>
         <translation>&amp;Verlauf...</translation>
     </message>
+    <message>
+        <source>&amp;Export List...</source>
+        <translation>Liste &amp;exportieren...</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
@@ -1489,6 +1588,17 @@
 
 %3
 %4</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmCleansing</name>
+    <message>
+        <source>Counting...</source>
+        <translation>Wird gezählt...</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
     </message>
 </context>
 <context>

@@ -127,7 +127,7 @@ TEST_F(MainAccessible, TheWhitelistDialogIsNamed) {
 
 TEST_F(MainAccessible, TheCleansingDialogIsNamed) {
     AppState state;
-    frmCleansing dialog(state, nullptr);
+    frmCleansing dialog({files_, pool_, clock_}, state, nullptr);
     dialog.show();
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");

@@ -69,6 +69,7 @@ TEST_F(MainGerman, TheTextsOfTheLibraryAreGermanToo) {
 TEST_F(MainGerman, MenusToolbarsAndColumnsAreGerman) {
     Open();
     EXPECT_EQ(Caption("mnuFile"), "&Datei");
+    EXPECT_EQ(Caption("mnuFileExport"), "Liste &exportieren...");
     EXPECT_EQ(Caption("mnuFiExit"), "&Beenden");
     EXPECT_EQ(Caption("mnuEditFindNext"), "&Weitersuchen");
     EXPECT_EQ(Caption("mnuActionsUnblock"), "&Freigeben");
@@ -168,9 +169,13 @@ QStringList Mnemonics(const QWidget& dialog) {
 TEST_F(MainGerman, TheCleansingDialogIsGerman) {
     AppState state;
     state.ArchiveDir = QStringLiteral("/archive/");
-    const frmCleansing dialog(state, nullptr);
+    const frmCleansing dialog({files_, pool_, clock_}, state, nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Bereinigungs-Assistent");
     EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+    const auto* every = dialog.findChild<QAbstractButton*>(QStringLiteral("optDays0"));
+    EXPECT_EQ(every->accessibleDescription().toStdString(), "Wird gezählt...");
+    const QString nothing = QStringLiteral("Nichts würde entfernt.");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return every->accessibleDescription() == nothing; }, patience));
 }
 
 TEST_F(MainGerman, TheFindDialogIsGerman) {

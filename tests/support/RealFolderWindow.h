@@ -71,9 +71,8 @@ protected:
     }
 
     void Open() {
-        window = std::make_unique<frmMain>(
-            MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr, loadPatience, Teller(), true,
-                      historyFile});
+        window = std::make_unique<frmMain>(MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr,
+                                                     loadPatience, Teller(), true, historyFile});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
