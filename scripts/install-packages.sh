@@ -67,6 +67,7 @@ windows_packages=(
   meson                       # builds glib
   autoconf automake libtool   # for gmime's configure script, which its source package lacks
   gtk-doc-tools               # a macro of that script
+  tcl                         # puts SQLite's source together
   googletest                  # the tests' library, as sources
   librsvg2-bin icoutils       # draw the pictures and put them into icon files
   zip                         # the portable package
