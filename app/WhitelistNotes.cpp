@@ -28,7 +28,7 @@ void Note(const WindowParts& parts, HistoryAction action, const QStringList& ent
 
 QStringList NoteWhitelistChanges(const WindowParts& parts, const QStringList& before) {
     const QStringList now = LoadWhitelist(parts.ports.store);
-    const QStringList added = Without(now, before);
+    QStringList added = Without(now, before);
     Note(parts, HistoryAction::WhitelistRemove, Without(before, now));
     Note(parts, HistoryAction::WhitelistAdd, added);
     return added;

@@ -264,7 +264,7 @@ void JournalWriter::PutAside() {
     database_.reset();
     sessionLock_.reset();
     QLockFile lock(file_ + QStringLiteral(".lock"));
-    lock.tryLock(putAsideTimeoutMs);
+    [[maybe_unused]] const bool isMine = lock.tryLock(putAsideTimeoutMs);
     if (++timesDamaged_ <= mostDamaged && IsWhole(file_)) {
         return;
     }
@@ -286,7 +286,7 @@ void JournalWriter::HoldSession() {
     QDir().mkpath(QFileInfo(file).absolutePath());
     sessionLock_ = std::make_unique<QLockFile>(file);
     sessionLock_->setStaleLockTime(0);
-    sessionLock_->tryLock();
+    [[maybe_unused]] const bool isMine = sessionLock_->tryLock();
 }
 
 // A lock that nobody holds any more can be had; of a program on another computer that is not known.

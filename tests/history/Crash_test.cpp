@@ -246,7 +246,7 @@ TEST_P(CrashTest, LeavesEachMessageInOnePlaceAndAHistoryThatSaysWhere) {
     EXPECT_GE(trials, 2 * messages);
 }
 
-INSTANTIATE_TEST_SUITE_P(, CrashTest,
+INSTANTIATE_TEST_SUITE_P(Each, CrashTest,
                          testing::Values(Trial{"Unblock", HistoryAction::Unblock, false, false},
                                          Trial{"DeleteForGood", HistoryAction::Delete, false, false},
                                          Trial{"CleanseForGood", HistoryAction::Cleanse, false, false},

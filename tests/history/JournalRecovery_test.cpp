@@ -47,7 +47,7 @@ constexpr auto done = HistoryResult::Done;
 constexpr auto failed = HistoryResult::Failed;
 
 INSTANTIATE_TEST_SUITE_P(
-    , Outcome,
+    Each, Outcome,
     testing::Values(Case{"Unblocked", HistoryAction::Unblock, false, false, true, done},
                     Case{"UnblockedAndDelivered", HistoryAction::Unblock, false, false, false, done},
                     Case{"NotUnblocked", HistoryAction::Unblock, false, true, false, failed},
