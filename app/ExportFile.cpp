@@ -19,7 +19,7 @@ bool HasKnownEnding(const QString& name) {
 
 /// The name that was chosen, with the ending of the chosen form where none was typed.
 QString ChosenFile(const QFileDialog& dialog, const QString& csvFilter) {
-    const QString name = dialog.selectedFiles().value(0);
+    QString name = dialog.selectedFiles().value(0);
     if (name.isEmpty() || HasKnownEnding(name)) {
         return name;
     }
@@ -51,7 +51,7 @@ QString AskExportFile(QWidget* parent, const QString& proposedName) {
     dialog.setNameFilters({csvFilter, QStringLiteral("JSON Lines (*.jsonl)")});
     dialog.selectFile(proposedName);
     while (dialog.exec() == QDialog::Accepted) {
-        const QString file = ChosenFile(dialog, csvFilter);
+        QString file = ChosenFile(dialog, csvFilter);
         if (!file.isEmpty() && MayReplace(file, parent)) {
             return file;
         }
