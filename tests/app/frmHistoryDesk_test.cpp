@@ -1,5 +1,6 @@
 #include "history/frmHistory.h"
 #include "messages/FailureList.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/RealFolderWindow.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -279,4 +280,62 @@ TEST_F(HistoryDeskTest, TheWindowIsNotModalAndClosesWithTheProgram) {
     QPointer<frmHistory> history = History();
     window->close();
     EXPECT_FALSE(history && history->isVisible());
+}
+
+TEST_F(HistoryDeskTest, WhatTheWindowShowsIsExported) {
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Open(3);
+    Command("mnuEditSelectAll")->trigger();
+    Command("mnuActionsUnblock")->trigger();
+    Settle();
+    Lines(3);
+    History()->findChild<QLineEdit*>(QStringLiteral("txtFind"))->setText(QStringLiteral("mail 2"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return History()->Model().rowCount() == 1; }));
+    const QString file = root.path() + QStringLiteral("/history.jsonl");
+    const DialogVisit visit("dlgExport", [&file](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+        dialog.accept();
+    });
+    QTest::mouseClick(History()->findChild<QPushButton*>(QStringLiteral("btnExport")), Qt::LeftButton);
+    EXPECT_TRUE(visit.Happened());
+    ASSERT_TRUE(QTest::qWaitFor([&file] { return QFileInfo::exists(file); }));
+    Settle();
+    const QByteArray written = Read(file);
+    EXPECT_EQ(written.count('\n'), 1) << written.toStdString();
+    EXPECT_TRUE(written.contains("\"subject\":\"Mail 2\"")) << written.toStdString();
+    EXPECT_TRUE(window->Panels().Info().text.contains(QStringLiteral("history.jsonl")));
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
+}
+
+TEST_F(HistoryDeskTest, UndoOfATolerationLeavesWhatWasThereBefore) {
+    ASSERT_EQ(SaveWhitelist(store, {QStringLiteral("other@example.com")}), QStringList());
+    Open(2);
+    Click(0);
+    QTimer::singleShot(0, window.get(), [] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QPushButton*>(QStringLiteral("btnAdd"))->click();
+        dialog->findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
+    });
+    Command("mnuActionsTolerate")->trigger();
+    Settle();
+    ASSERT_EQ(LoadWhitelist(store).size(), 2);
+    PressUndo();
+    EXPECT_EQ(LoadWhitelist(store), QStringList({QStringLiteral("other@example.com")}));
+}
+
+TEST_F(HistoryDeskTest, WhatTheServerHasTakenDoesNotHideWhatWasDoneBefore) {
+    KeepDeleted();
+    Open(3);
+    Click(0);
+    Command("mnuActionsDelete")->trigger();
+    Settle();
+    Click(0);
+    Command("mnuActionsUnblock")->trigger();
+    Settle();
+    ASSERT_TRUE(QFile::remove(Pickup(Name(2))));
+    PressUndo();
+    EXPECT_EQ(Archived(), QStringList({Name(3)}));
+    PressUndo();
+    EXPECT_EQ(Archived(), QStringList({Name(1), Name(3)}));
 }
