@@ -13,6 +13,7 @@
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/KeptFolder.h"
+#include "settings/frmMessageBox.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -72,12 +73,21 @@ HistoryDesk::HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& 
             parts_.errors.Guarded(this, &HistoryDesk::jobs_PutBackEnded));
     connect(&parts_.jobs, &WindowJobs::ActivityChanged, this, &HistoryDesk::TellUndoable);
     connect(&parts_.journal, &Journal::Changed, this, &HistoryDesk::LookForUndo);
-    connect(&parts_.journal, &Journal::Troubled, this, [this](const QString& text) { parts_.errors.Show(text); });
+    connect(&parts_.journal, &Journal::Troubled, this, &HistoryDesk::TellTrouble);
     connect(&refresh_, &RefreshDesk::Refreshed, this, &HistoryDesk::MaintainDaily);
     LookForUndo();
 }
 
 HistoryDesk::~HistoryDesk() = default;
+
+// The work goes on without the history, and so without an answer.
+void HistoryDesk::TellTrouble(const QString& text) {
+    if (parts_.ports.reportError) {
+        parts_.ports.reportError(text);
+        return;
+    }
+    ShowBeside(QMessageBox::Warning, {QStringLiteral("msgHistory"), QStringLiteral("Quellbox"), text}, &parts_.window);
+}
 
 void HistoryDesk::mnuToolsHistory_Click() {
     if (!window_) {

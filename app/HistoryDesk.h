@@ -44,6 +44,7 @@ private:
         std::vector<UndoItem> items;
     };
 
+    void TellTrouble(const QString& text);
     void UndoEntries(const HistoryIds& entries);
     void Export(const HistoryFilter& filter);
     void WriteLines(const QString& file, std::vector<HistoryLine> lines);

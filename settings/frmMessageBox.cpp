@@ -6,11 +6,19 @@ namespace quellbox {
 
 namespace {
 
+void Fill(QMessageBox& box, QMessageBox::Icon icon, const MessageBoxTexts& texts) {
+    box.setIcon(icon);
+    box.setObjectName(texts.name);
+    box.setWindowTitle(texts.title);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(WithLineFeeds(texts.text));
+}
+
 int Run(QMessageBox::Icon icon, const MessageBoxTexts& texts, QMessageBox::StandardButtons buttons,
         QMessageBox::StandardButton defaultButton, QWidget* parent) {
-    QMessageBox box(icon, texts.title, WithLineFeeds(texts.text), buttons, parent);
-    box.setObjectName(texts.name);
-    box.setTextFormat(Qt::PlainText);
+    QMessageBox box(parent);
+    Fill(box, icon, texts);
+    box.setStandardButtons(buttons);
     box.setDefaultButton(defaultButton);
     box.setEscapeButton(defaultButton);
     return box.exec();
@@ -20,6 +28,14 @@ int Run(QMessageBox::Icon icon, const MessageBoxTexts& texts, QMessageBox::Stand
 
 void ShowMessageBox(QMessageBox::Icon icon, const MessageBoxTexts& texts, QWidget* parent) {
     Run(icon, texts, QMessageBox::Ok, QMessageBox::Ok, parent);
+}
+
+void ShowBeside(QMessageBox::Icon icon, const MessageBoxTexts& texts, QWidget* parent) {
+    auto* box = new QMessageBox(parent);
+    Fill(*box, icon, texts);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->show();
 }
 
 bool AskInMessageBox(QMessageBox::Icon icon, const MessageBoxTexts& texts, QWidget* parent) {

@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
 #include <QTreeView>
@@ -338,4 +339,20 @@ TEST_F(HistoryDeskTest, WhatTheServerHasTakenDoesNotHideWhatWasDoneBefore) {
     EXPECT_EQ(Archived(), QStringList({Name(3)}));
     PressUndo();
     EXPECT_EQ(Archived(), QStringList({Name(1), Name(3)}));
+}
+
+TEST_F(HistoryDeskTest, TroubleIsToldBesideTheWindowWhichGoesOn) {
+    historyFile = root.path() + QStringLiteral("/history.sqlite");
+    Write(historyFile, QByteArray(5000, 'x'));
+    isToldInBoxes = true;
+    Open(1);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Find<QMessageBox>("msgHistory") != nullptr; }));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_TRUE(Find<QMessageBox>("msgHistory")->text().contains(QStringLiteral("damaged")));
+    Activate();
+    Click(0);
+    Command("mnuActionsUnblock")->trigger();
+    Settle();
+    EXPECT_TRUE(QFileInfo::exists(Pickup(Name(1))));
+    Find<QMessageBox>("msgHistory")->close();
 }

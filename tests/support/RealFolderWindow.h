@@ -122,7 +122,7 @@ protected:
 
     /// What the user is told, where a test looks at that; nothing else is told then.
     std::function<void(const QString&)> Teller() {
-        if (historyFile.isEmpty()) {
+        if (historyFile.isEmpty() || isToldInBoxes) {
             return {};
         }
         return [this](const QString& text) { told.append(text); };
@@ -131,6 +131,7 @@ protected:
     QTemporaryDir root;
     QString historyFile; ///< where a test wants the history to be kept
     QStringList told;
+    bool isToldInBoxes = false;
     std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     MemorySettingsStore store;
     std::unique_ptr<Clock> clock = MakeClock();
