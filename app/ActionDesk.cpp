@@ -1,15 +1,19 @@
 #include "app/ActionDesk.h"
 
 #include "app/ContentsPane.h"
+#include "app/KeepDeleted.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
+#include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
 #include "messages/frmFailures.h"
+#include "whitelist/WhitelistStore.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QApplication>
@@ -20,6 +24,13 @@
 namespace quellbox {
 
 namespace {
+
+HistoryAction HistoryActionOf(qint16 action) {
+    if (action == Action::remove) {
+        return HistoryAction::Delete;
+    }
+    return action == Action::unblockTolerated ? HistoryAction::Tolerate : HistoryAction::Unblock;
+}
 
 std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
     std::vector<int> rows;
@@ -38,9 +49,13 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts)
             parts_.errors.Guarded(this, &ActionDesk::jobs_DisposalEnded));
 }
 
-void ActionDesk::ProcessSelectedMessages(qint16 action) {
-    parts_.jobs.Dispose(action, {parts_.state.ArchiveDir, parts_.state.PickupDir},
-                        RowsOf(parts_.list.SelectedRanges()));
+void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
+    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
+    const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
+    const auto record =
+        parts_.journal.Begin({HistoryActionOf(action), folders.archive, folders.pickup,
+                              kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
+    parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()), kept, record);
 }
 
 void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
@@ -54,6 +69,9 @@ void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
         list_.UpdateSelectionStatus();
     }
     parts_.list.SortList();
+    if (result.refused) {
+        TellRefusal(parts_, HistoryAction::Delete, *result.refused);
+    }
 }
 
 void ActionDesk::ShowNextMessage(int row) {
@@ -128,17 +146,20 @@ void ActionDesk::TolerateSelectedSender() {
 
 // The result of the dialog is deliberately not reset before: closing it by its frame leaves the earlier one in force.
 void ActionDesk::OfferToTolerate(int row) {
+    QStringList added;
     {
         const MessageRow& message = parts_.model.Row(row);
+        const QStringList before = LoadWhitelist(parts_.ports.store);
         const RefreshTimer::Hold rest(parts_.timer);
         frmTolerate dialog(parts_.ports.store, parts_.state, &parts_.window);
         dialog.SetMode(ToleranceWord::tolerate);
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
+        added = NoteWhitelistChanges(parts_, before);
     }
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
-        ProcessSelectedMessages(Action::unblockTolerated);
+        ProcessSelectedMessages(Action::unblockTolerated, added);
     }
 }
 
@@ -149,10 +170,12 @@ void ActionDesk::btnFailures_Click() {
 
 void ActionDesk::MaintainWhitelist() {
     QWidget* above = QApplication::activeModalWidget(); // the options dialog has a button for it
+    const QStringList before = LoadWhitelist(parts_.ports.store);
     const RefreshTimer::Hold rest(parts_.timer);
     frmTolerate dialog(parts_.ports.store, parts_.state, above != nullptr ? above : &parts_.window);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
+    NoteWhitelistChanges(parts_, before);
 }
 
 } // namespace quellbox

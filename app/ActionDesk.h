@@ -4,6 +4,7 @@
 #include "messages/DisposalTask.h"
 
 #include <QObject>
+#include <QStringList>
 
 namespace quellbox {
 
@@ -17,7 +18,7 @@ public:
     ActionDesk(const WindowParts& parts, ListDesk& list);
 
     /// Unblocks or deletes the selected messages; `action` is one of Action.
-    void ProcessSelectedMessages(qint16 action);
+    void ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow = {});
 
     /// Offers to put the sender of the message on the whitelist, and unblocks it then.
     void TolerateSelectedSender();

@@ -29,6 +29,9 @@ public:
     /// Enables what can be used now.
     void ShowCommands();
 
+    /// Whether an action can be taken back.
+    void SetUndoable(bool isUndoable);
+
     /// Selects one row and shows its message, as a plain click does.
     void ClickRow(int row);
 
@@ -83,6 +86,7 @@ private:
     BusyDisplay& busy_;
     int selectedRows_ = 0; // as last counted
     bool offersView_ = true;
+    bool isUndoable_ = false;
     bool LoadOnItemClick = false;
     Qt::MouseButton LastMouseButton = Qt::NoButton;
     int ClickedColumn = 0;

@@ -71,6 +71,8 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
          nullptr,
          {
              {"mnuOpenFolder"},
+             {"mnuFileExportBar"},
+             {"mnuFileExport", QT_TR_NOOP("&Export List..."), "", Info::List},
              {"mnuFileExitBar"},
              {"mnuFiExit", QT_TR_NOOP("E&xit")},
          }},
@@ -79,6 +81,8 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
          true,
          nullptr,
          {
+             {"mnuEditUndo", QT_TR_NOOP("&Undo"), "Ctrl+Z", Info::ListOnce},
+             {"mnuEditUndoBar"},
              {"mnuEditSelectNone", QT_TR_NOOP("Select &None"), "Ctrl+N", Info::List},
              {"mnuEditSelectAll", QT_TR_NOOP("Select &All"), "Ctrl+A", Info::List},
              {"mnuEditMarkBar"},
@@ -122,6 +126,7 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
          {
              {"mnuToolsTest", QT_TR_NOOP("Pickup &Test..."), "", Info::List},
              {"mnuToolsCleansing", QT_TR_NOOP("&Cleansing Wizard..."), "Ctrl+C", Info::List},
+             {"mnuToolsHistory", QT_TR_NOOP("&History...")},
              {"mnuToolsOptionsBar"},
              {"mnuToolsOptions", QT_TR_NOOP("&Options..."), "", Info::List},
          }},
@@ -191,6 +196,8 @@ MainMenus::MainMenus(QMainWindow& window)
     for (const ButtonInfo& info : ButtonTable()) {
         AddButton(info);
     }
+    // The menu is disabled while the list is empty, as it is after the action that is to be taken back.
+    window.addAction(&Entry("mnuEditUndo"));
     // Its key works without the menu having been opened, even with an empty text, which occurs everywhere.
     connect(&Menu("mnuEdit"), &QMenu::aboutToHide, this, [this] { Show(shown_); });
     connect(&Menu("mnuActions"), &QMenu::aboutToHide, this, [this] { Show(shown_); });
@@ -269,6 +276,8 @@ void MainMenus::Show(const CommandStates& can) {
         entry->setEnabled(can.list);
     }
     Menu("mnuEdit").menuAction()->setEnabled(can.edit);
+    Entry("mnuEditUndo").setEnabled(can.undo);
+    Entry("mnuFileExport").setEnabled(can.exportList);
     Entry("mnuMessageView").setEnabled(can.view);
     for (const char* key : {"delete", "unblock", "collapse", "attachment"}) {
         Button(key).setEnabled(can.onSelected);

@@ -7,6 +7,7 @@
 #include "app/MessageListView.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "history/Journal.h"
 #include "messages/FailureList.h"
 
 #include <QLocale>
@@ -40,7 +41,11 @@ void RefreshDesk::RefreshArchive(bool markNew) {
     if (parts_.state.LastAddedFile.isEmpty()) {
         parts_.panels.SetCount({});
     }
-    parts_.jobs.Refresh(markNew, IsInBulkMode());
+    const AppState& state = parts_.state;
+    const bool tolerates = state.TolerationLevel == 2;
+    parts_.jobs.Refresh(
+        markNew, IsInBulkMode(),
+        tolerates ? parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, state.PickupDir}) : nullptr);
 }
 
 void RefreshDesk::RefreshCleansed(qint32 removed) {
@@ -65,6 +70,9 @@ void RefreshDesk::jobs_RefreshEnded(const RefreshResult& result) {
     }
     parts_.errors.Guard([&] { ShowRefreshed(result); });
     Q_EMIT Refreshed();
+    if (result.outcome == RefreshOutcome::Completed && std::exchange(isDaily_, false)) {
+        Q_EMIT DailyRefreshed(result.mayHoldKept);
+    }
 }
 
 void RefreshDesk::ShowRefreshed(const RefreshResult& result) {
@@ -148,6 +156,7 @@ void RefreshDesk::tmrRefresh_Timer() {
         FirstTick();
         return;
     case TickAction::FullRefresh:
+        isDaily_ = true;
         mnuAcRefresh_Click();
         return;
     case TickAction::RefillEmptyList:

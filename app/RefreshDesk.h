@@ -42,6 +42,10 @@ Q_SIGNALS:
     /// A refresh has ended, and is shown. One that has given way to the user is not told.
     void Refreshed();
 
+    /// The first refresh of a session, or the first of a day that the timer has begun, was completed; one that was not
+    /// is made up for by the next. `mayHoldKept` is as in RefreshResult.
+    void DailyRefreshed(bool mayHoldKept);
+
 private:
     void jobs_RefreshEnded(const RefreshResult& result);
     void ShowRefreshed(const RefreshResult& result);
@@ -57,6 +61,7 @@ private:
     ListDesk& list_;
     bool isDue_ = false; // the Refresh command was given while a job ran
     bool isByTick_ = false;
+    bool isDaily_ = true;             // DailyRefreshed() is to be told
     bool cannotFollowIsTold_ = false; // that the message listed last has gone
     bool tooManyIsTold_ = false;
     std::optional<qint32> cleansed_;                     // messages that a run has removed, until its refresh has ended

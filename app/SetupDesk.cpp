@@ -7,6 +7,7 @@
 #include "archive/RefreshTimer.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "history/Journal.h"
 #include "settings/SettingsTable.h"
 
 #include <QApplication>
@@ -135,6 +136,7 @@ void SetupDesk::ShowOptions() {
         const RefreshTimer::Hold rest(parts_.timer);
         frmOptions(ports.files, ports.program, parts_.state, std::move(calls), &parts_.window).exec();
     }
+    parts_.journal.SetKept(parts_.state.HistoryDays > 0);
     if (parts_.state.TolerationLevel != levelBefore) {
         // What is enabled follows the level. A size that cannot be counted must not cost what comes after the dialog.
         parts_.errors.Guard([this] { list_.UpdateSelectionStatus(); });

@@ -1,11 +1,13 @@
 #include "app/ToolsDesk.h"
 
+#include "app/KeepDeleted.h"
 #include "app/RefreshDesk.h"
 #include "app/SetupDesk.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/PickupTest.h"
 #include "dialogs/frmCleansing.h"
+#include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "settings/frmMessageBox.h"
@@ -16,12 +18,17 @@ namespace quellbox {
 
 namespace {
 
+/// What becomes of it is written into `record`, also when nobody waits for it any more.
 WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
-                                const QString& moment) {
+                                const QString& moment, ActionRecord& record) {
+    const QString path = PickupTestPath(pickupDir);
+    const MessageRow message(QStringLiteral("quellbox.eml"), -1, 0, {});
     try {
         WritePickupTest(files, userName, pickupDir, moment);
+        record.Take({message, std::nullopt});
         return std::nullopt;
     } catch (const RuntimeError& error) {
+        record.Take({message, FileFailure(path, error.Text())});
         return error.Text();
     }
 }
@@ -40,18 +47,26 @@ void ToolsDesk::mnuToolsCleansing_Click() {
     CleanseArchive();
 }
 
+bool ToolsDesk::ConfirmCleansing() {
+    const MainPorts& ports = parts_.ports;
+    frmCleansing dialog({ports.files, ports.pool, ports.clock}, parts_.state, &parts_.window);
+    return dialog.exec() == QDialog::Accepted && parts_.state.CleansingConfirmed;
+}
+
 // Only a confirmation of this dialog counts, whatever an earlier one has left behind, and only for the archive that it
 // named.
 void ToolsDesk::CleanseArchive() {
     AppState& state = parts_.state;
     const QString archive = state.ArchiveDir;
-    const bool confirmed = frmCleansing(state, &parts_.window).exec() == QDialog::Accepted && state.CleansingConfirmed;
-    if (!confirmed || !parts_.jobs.EndRefresh() || state.ArchiveDir != archive) {
+    if (!ConfirmCleansing() || !parts_.jobs.EndRefresh() || state.ArchiveDir != archive) {
         return;
     }
     parts_.timer.Stop();
     state.LastAddedFile.clear();
-    parts_.jobs.Cleanse(archive, state.CleansingDays);
+    const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(parts_);
+    const auto record =
+        parts_.journal.Begin({HistoryAction::Cleanse, archive, {}, kept ? QString(kept->Path()) : QString()});
+    parts_.jobs.Cleanse(archive, state.CleansingDays, kept, record);
 }
 
 // No error of the run is reported but in the log. The list is made anew, and the number is what is left to be read.
@@ -59,6 +74,9 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
     parts_.failures.TakeAction(result.failures, parts_.ports.clock.Now());
     if (!parts_.jobs.IsClosed()) {
         refresh_.RefreshCleansed(result.count);
+    }
+    if (!parts_.jobs.IsClosed() && result.refused) {
+        TellRefusal(parts_, HistoryAction::Cleanse, *result.refused);
     }
 }
 
@@ -97,9 +115,11 @@ void ToolsDesk::ConfirmAndSend() {
         return;
     }
     const QString moment = GeneralDate(parts_.ports.clock.Now(), QLocale());
+    const std::shared_ptr<ActionRecord> record =
+        parts_.journal.Begin({HistoryAction::PickupTest, {}, parts_.state.PickupDir});
     const auto send = [&files = parts_.ports.files, user = parts_.state.UserName,
-                       folder = QString(parts_.state.PickupDir),
-                       moment] { return TryPickupTest(files, user, folder, moment); };
+                       folder = QString(parts_.state.PickupDir), moment,
+                       record] { return TryPickupTest(files, user, folder, moment, *record); };
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
         if (error) {
             parts_.errors.Show(*error);

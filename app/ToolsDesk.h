@@ -23,6 +23,7 @@ public:
     void SendPickupTest();
 
 private:
+    bool ConfirmCleansing();
     void CleanseArchive();
     void jobs_CleansingEnded(const CleansingResult& result);
     void ConfirmWhenIdle();

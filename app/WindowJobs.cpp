@@ -14,8 +14,9 @@ constexpr int busyAfterMs = 100;
 } // namespace
 
 WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model)
-    : ports_(ports), state_(state), refresh_(ports, state, model), disposal_(ports.files, ports.pool, model),
-      cleansing_(ports.files, ports.pool) {
+    : ports_(ports), state_(state), model_(model), refresh_(ports, state, model),
+      disposal_(ports.files, ports.pool, model), cleansing_(ports.files, ports.pool),
+      putBack_(ports.files, ports.pool) {
     showBusy_.setSingleShot(true);
     showBusy_.setInterval(busyAfterMs);
     showBusy_.callOnTimeout([this] { ShowBusy(); });
@@ -41,24 +42,45 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
         Q_EMIT CleansingEnded(result);
         TellEnd();
     });
+    connect(&putBack_, &PutBackTask::Progress, this, &WindowJobs::Progress);
+    connect(&putBack_, &PutBackTask::Ended, this, [this](const PutBackResult& result) {
+        End();
+        Q_EMIT PutBackEnded(result);
+        TellEnd();
+    });
 }
 
-void WindowJobs::Refresh(bool markNew, bool bulk) {
+void WindowJobs::Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Refreshing, 0)) {
         isByTick_ = markNew;
-        refresh_.Start(markNew, bulk);
+        refresh_.Start(markNew, bulk, std::move(record));
     }
 }
 
-void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows) {
+void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
+                         std::shared_ptr<KeptFolder> kept, std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, static_cast<int>(rows.size()))) {
-        disposal_.Start(action, folders, std::move(rows));
+        disposal_.Start(action, folders, std::move(rows), std::move(kept), std::move(record));
     }
 }
 
-void WindowJobs::Cleanse(const QString& archiveDir, qint16 days) {
+void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept,
+                         std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, 0)) {
-        cleansing_.Start(archiveDir, days, ports_.clock.Now().date());
+        cleansing_.Start(archiveDir, days, ports_.clock.Now().date(), std::move(kept), std::move(record),
+                         [this](const QString& name) { return KnownRow(name); });
+    }
+}
+
+/// What the list knows of a message, which it need not have.
+MessageRow WindowJobs::KnownRow(const QString& name) const {
+    const int row = model_.RowOfKey(name);
+    return row < 0 ? MessageRow(name, -1, 0, {}) : model_.Row(row);
+}
+
+void WindowJobs::PutFilesBack(std::vector<PutBack> items, QStringList emptied, std::shared_ptr<ActionRecord> record) {
+    if (Begin(Activity::Working, static_cast<int>(items.size()))) {
+        putBack_.Start(std::move(items), std::move(emptied), std::move(record));
     }
 }
 
@@ -95,13 +117,14 @@ void WindowJobs::TellEnd() {
 }
 
 void WindowJobs::Stop() {
-    const bool isWaiting = disposal_.IsCancelled() || cleansing_.IsCancelled();
+    const bool isWaiting = disposal_.IsCancelled() || cleansing_.IsCancelled() || putBack_.IsCancelled();
     if (isWaiting || refresh_.IsRunning() || (activity_ == Activity::Working && callDone_)) {
         GiveUp();
         return;
     }
     disposal_.Cancel();
     cleansing_.Cancel();
+    putBack_.Cancel();
 }
 
 void WindowJobs::GiveUp() {
@@ -111,6 +134,7 @@ void WindowJobs::GiveUp() {
     refresh_.Cancel();
     disposal_.GiveUp();
     cleansing_.GiveUp();
+    putBack_.GiveUp();
     if (callDone_) {
         call_->GiveUp();
     }

@@ -4,6 +4,7 @@
 #include "dialogs/CleansingTask.h"
 #include "messages/Activity.h"
 #include "messages/DisposalTask.h"
+#include "messages/PutBackTask.h"
 
 #include <QObject>
 #include <QTimer>
@@ -13,8 +14,9 @@
 
 namespace quellbox {
 
-/// The long jobs of the main window, of which one runs at a time: refresh, disposal, cleansing, and single calls that
-/// the user waits for. It knows no widget. The parts of the window connect themselves to what the jobs tell.
+/// The long jobs of the main window, of which one runs at a time: refresh, disposal, cleansing, putting back, and
+/// single calls that the user waits for. It knows no widget. The parts of the window connect themselves to what the
+/// jobs tell.
 class WindowJobs : public QObject {
     Q_OBJECT
 
@@ -26,9 +28,18 @@ public:
     WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& model);
 
     /// A job that is started while another one runs is not begun. `markNew` says that it is a tick that refreshes.
-    void Refresh(bool markNew, bool bulk);
-    void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
-    void Cleanse(const QString& archiveDir, qint16 days);
+    /// What is done is written into `record` where that is given.
+    void Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr);
+
+    /// What is deleted goes into `kept` where that is given.
+    void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
+                 std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
+    void Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept = nullptr,
+                 std::shared_ptr<ActionRecord> record = nullptr);
+
+    /// Puts deleted messages back; see PutBackTask::Start().
+    void PutFilesBack(std::vector<PutBack> items, QStringList emptied = {},
+                      std::shared_ptr<ActionRecord> record = nullptr);
 
     /// What a single call may do to files.
     enum class Effect { Reads, Changes };
@@ -88,11 +99,13 @@ Q_SIGNALS:
     void RefreshEnded(const RefreshResult& result);
     void DisposalEnded(const DisposalResult& result);
     void CleansingEnded(const CleansingResult& result);
+    void PutBackEnded(const PutBackResult& result);
 
     /// The last that is told of any job, unless its end has begun another one.
     void JobEnded();
 
 private:
+    MessageRow KnownRow(const QString& name) const;
     bool Begin(Activity activity, int maximum);
     void End();
     void SetMaximum(int maximum);
@@ -102,10 +115,12 @@ private:
 
     RefreshPorts ports_;
     const AppState& state_;
+    const MessageListModel& model_;
     Activity activity_ = Activity::Idle;
     RefreshTask refresh_;
     DisposalTask disposal_;
     CleansingTask cleansing_;
+    PutBackTask putBack_;
     std::optional<OrderedWork<Error>> call_;
     std::function<void(const Error&)> callDone_;
     Error callError_;

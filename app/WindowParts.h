@@ -21,6 +21,7 @@ namespace quellbox {
 
 class ContentsPane;
 class FailureList;
+class Journal;
 class MainMenus;
 class MessageListView;
 class RefreshTimer;
@@ -45,6 +46,8 @@ struct MainPorts {
     std::function<void(const QString& text)> reportError{};
     /// Whether closing the window stores the settings.
     bool savesSettings = true;
+    /// Where the history of actions is kept; empty keeps it until the program ends.
+    QString historyFile{};
 };
 
 /// What the parts of the main window that act on its list share; all of it outlives them.
@@ -55,6 +58,7 @@ struct WindowParts {
     StatusPanels& panels;
     FailureList& failures;
     WindowJobs& jobs;
+    Journal& journal;
     RefreshTimer& timer;
     const ErrorReport& errors;
     QMainWindow& window;

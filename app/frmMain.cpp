@@ -3,8 +3,11 @@
 #include "app/ActionDesk.h"
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
+#include "app/ExpiryDesk.h"
+#include "app/ExportDesk.h"
 #include "app/FindDesk.h"
 #include "app/HelpDesk.h"
+#include "app/HistoryDesk.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
@@ -23,6 +26,7 @@
 #include <QCloseEvent>
 #include <QIcon>
 #include <QMenuBar>
+#include <QSysInfo>
 #include <QTimer>
 
 #include <utility>
@@ -30,17 +34,17 @@
 namespace quellbox {
 
 frmMain::frmMain(MainPorts ports, const QString& archive)
-    : ports_(std::move(ports)), errors_([this](const QString& text) { ReportError(text); }),
+    : ports_(std::move(ports)), loadErrors_(LoadSettings(archive)),
+      errors_([this](const QString& text) { ReportError(text); }), journal_(ports_.pool, ports_.clock, HistoryPlace()),
       jobs_({ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_),
       menus_(std::make_unique<MainMenus>(*this)), lvwMessages(new MessageListView(model_, this)),
       stbBottom(new StatusBarView(panels_, this)),
       contents_(std::make_unique<ContentsPane>(ContentsPorts{ports_.files, ports_.store, ports_.pool, ports_.patience},
                                                this)),
-      parts_{ports_,  state_, model_,  panels_,      failures_,  jobs_,     timer_,
-             errors_, *this,  *menus_, *lvwMessages, *contents_, *stbBottom} {
+      parts_{ports_, state_,  model_, panels_, failures_,    jobs_,      journal_,
+             timer_, errors_, *this,  *menus_, *lvwMessages, *contents_, *stbBottom} {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/quellbox.svg")));
-    LoadSettings(archive);
     CreateDesks();
     ConnectParts();
     ConnectFileAndEdit();
@@ -57,13 +61,20 @@ frmMain::~frmMain() {
     qApp->removeEventFilter(this); // the windows of the parts go when some parts have gone
 }
 
-void frmMain::LoadSettings(const QString& archive) {
+/// Returns what the user is to know about settings that cannot be used.
+QStringList frmMain::LoadSettings(const QString& archive) {
     state_.FilterCaptions = MakeFilterCaptions();
-    loadErrors_ = ports_.store.TakeWarnings() + quellbox::LoadSettings(ports_.store, ports_.program.Directory, state_);
+    QStringList errors =
+        ports_.store.TakeWarnings() + quellbox::LoadSettings(ports_.store, ports_.program.Directory, state_);
     state_.UserName = ports_.shell.UserName();
     if (!archive.isEmpty()) {
         state_.ArchiveDir = archive;
     }
+    return errors;
+}
+
+Journal::Place frmMain::HistoryPlace() const {
+    return {ports_.historyFile, state_.UserName, QSysInfo::machineHostName(), state_.HistoryDays > 0};
 }
 
 // Each is made with those before it that it builds on.
@@ -72,8 +83,11 @@ void frmMain::CreateDesks() {
     busy_ = std::make_unique<BusyDisplay>(parts_);
     list_ = std::make_unique<ListDesk>(parts_, *busy_);
     refresh_ = std::make_unique<RefreshDesk>(parts_, *busy_, *list_);
+    expiry_ = std::make_unique<ExpiryDesk>(parts_, *refresh_);
     actions_ = std::make_unique<ActionDesk>(parts_, *list_);
     find_ = std::make_unique<FindDesk>(parts_, *list_);
+    export_ = std::make_unique<ExportDesk>(parts_);
+    history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_, *export_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
     tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_);
     tray_ = std::make_unique<TrayPresence>(TrayParts{*this, menus_->Entry("mnuViewHide"), menus_->Menu("mnuTray"),
@@ -88,6 +102,7 @@ void frmMain::ConnectParts() {
     connect(find_.get(), &FindDesk::NothingFound, this, &frmMain::NothingFound);
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, this, &frmMain::UpdateMainCaption);
+    connect(setup_.get(), &SetupDesk::ArchiveChosen, history_.get(), &HistoryDesk::LookForUndo);
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
     connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
     connect(&failures_, &FailureList::Changed, this, [this] { stbBottom->ShowFailures(failures_.Count()); });
@@ -115,7 +130,9 @@ void frmMain::On(const char* entry, Handler handler) {
 void frmMain::ConnectFileAndEdit() {
     On("mnuOpenFolderSelect0", [this] { setup_->mnuOpenFolderSelect_Click(0); });
     On("mnuOpenFolderSelect1", [this] { setup_->mnuOpenFolderSelect_Click(1); });
+    On("mnuFileExport", [this] { export_->mnuFileExport_Click(); });
     On("mnuFiExit", [this] { close(); });
+    On("mnuEditUndo", [this] { history_->mnuEditUndo_Click(); });
     On("mnuEditSelectNone", [this] { list_->mnuEditSelectNone_Click(); });
     On("mnuEditSelectAll", [this] { list_->mnuEditSelectAll_Click(); });
     On("mnuEditMarkRead", [this] { list_->mnuEditMarkRead_Click(); });
@@ -151,6 +168,7 @@ void frmMain::ConnectActionsAndTools() {
     connect(&menus_->Menu("mnuActions"), &QMenu::aboutToShow, list_.get(), &ListDesk::mnuActions_Click);
     On("mnuToolsTest", [this] { tools_->SendPickupTest(); });
     On("mnuToolsCleansing", [this] { tools_->mnuToolsCleansing_Click(); });
+    On("mnuToolsHistory", [this] { history_->mnuToolsHistory_Click(); });
     On("mnuToolsOptions", [this] { setup_->mnuToolsOptions_Click(); });
     On("mnuMessageDelete", [this] { actions_->mnuMessageDelete_Click(); });
     On("mnuMessageUnblock", [this] { actions_->mnuMessageUnblock_Click(); });
@@ -287,6 +305,9 @@ void frmMain::ReportError(const QString& text) {
 void frmMain::closeEvent(QCloseEvent* event) {
     timer_.Close();
     jobs_.Close();
+    expiry_->Close();
+    history_->Close();
+    journal_.Hurry();
     contents_->Close();
     help_->Close();
     tray_->Close();

@@ -3,6 +3,7 @@
 #include "app/WindowJobs.h"
 #include "app/WindowParts.h"
 #include "archive/RefreshTimer.h"
+#include "history/Journal.h"
 #include "messages/FailureList.h"
 
 #include <memory>
@@ -11,8 +12,11 @@ namespace quellbox {
 
 class ActionDesk;
 class BusyDisplay;
+class ExpiryDesk;
+class ExportDesk;
 class FindDesk;
 class HelpDesk;
+class HistoryDesk;
 class ListDesk;
 class PanesLayout;
 class RefreshDesk;
@@ -70,7 +74,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void LoadSettings(const QString& archive);
+    QStringList LoadSettings(const QString& archive);
+    Journal::Place HistoryPlace() const;
     void ApplySettings();
     void CreateDesks();
     void ConnectParts();
@@ -97,6 +102,7 @@ private:
     QStringList loadErrors_; // reported once the window is shown
     ErrorReport errors_;
     RefreshTimer timer_{state_, this};
+    Journal journal_;
     WindowJobs jobs_;
     std::unique_ptr<MainMenus> menus_;
     MessageListView* lvwMessages;
@@ -107,8 +113,11 @@ private:
     std::unique_ptr<BusyDisplay> busy_;
     std::unique_ptr<ListDesk> list_;
     std::unique_ptr<RefreshDesk> refresh_;
+    std::unique_ptr<ExpiryDesk> expiry_;
     std::unique_ptr<ActionDesk> actions_;
     std::unique_ptr<FindDesk> find_;
+    std::unique_ptr<ExportDesk> export_;
+    std::unique_ptr<HistoryDesk> history_;
     std::unique_ptr<SetupDesk> setup_;
     std::unique_ptr<ToolsDesk> tools_;
     std::unique_ptr<TrayPresence> tray_;

@@ -92,6 +92,7 @@ int main(int argc, char** argv) {
 
     SystemTrayIcon tray;
     MainPorts ports{*files, *store, *clock, *shell, pool, *volumes, program, &tray};
+    ports.historyFile = program.HistoryFile;
     if (quits) {
         ports.reportError = PrintError; // nobody would answer a box
         ports.savesSettings = false;    // the place of the window may be none of a real screen

@@ -8,10 +8,11 @@
 namespace quellbox {
 
 bool IsRecentFile(const QString& days, qint64 modifiedNs, QDate today) {
-    if (days == QLatin1String("0")) {
-        return true;
-    }
-    return static_cast<double>(std::abs(LocalDay(modifiedNs).daysTo(today))) < LeadingNumber(days);
+    return days == QLatin1String("0") || IsRecentDay(days, LocalDay(modifiedNs), today);
+}
+
+bool IsRecentDay(const QString& days, QDate modified, QDate today) {
+    return days == QLatin1String("0") || static_cast<double>(std::abs(modified.daysTo(today))) < LeadingNumber(days);
 }
 
 } // namespace quellbox

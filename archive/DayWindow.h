@@ -9,4 +9,7 @@ namespace quellbox {
 /// boundaries from today. "0" lets every file pass.
 bool IsRecentFile(const QString& days, qint64 modifiedNs, QDate today);
 
+/// The same for the local calendar day of a file time.
+bool IsRecentDay(const QString& days, QDate modified, QDate today);
+
 } // namespace quellbox

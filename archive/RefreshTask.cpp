@@ -1,6 +1,7 @@
 #include "archive/RefreshTask.h"
 
 #include "archive/DayWindow.h"
+#include "messages/KeptFolder.h"
 #include "platform/RuntimeError.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -52,7 +53,7 @@ RefreshTask::RefreshTask(RefreshPorts ports, AppState& state, MessageListModel& 
     flush_.callOnTimeout([this] { Flush(); });
 }
 
-void RefreshTask::Start(bool markNew, bool bulk) {
+void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
     if (isRunning_) {
         return;
     }
@@ -64,6 +65,7 @@ void RefreshTask::Start(bool markNew, bool bulk) {
     shownLast_ = {state_.LastAddedFile, state_.LastArrival.modifiedNs};
     markNew_ = markNew;
     bulk_ = bulk;
+    record_ = std::move(record);
     archive_ = state_.ArchiveDir;
     result_ = {};
     again_ = 0;
@@ -107,6 +109,7 @@ void RefreshTask::TakeListing(Listing listing) {
     if (RefuseListing(listing)) {
         return;
     }
+    result_.mayHoldKept = listing.dotFolders.contains(KeptFoldersName());
     const int maximum = static_cast<int>(listing.files.size()) + 1;
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {
@@ -204,11 +207,11 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
     reading_.emplace(
         ports_.pool, count,
         [&fileSystem = ports_.files, folder = std::move(folder), archive = archive_, pickup = state_.PickupDir,
-         bulk = bulk_, entries, tolerated](size_t item) {
+         bulk = bulk_, entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk), false, std::nullopt};
             if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
                 const QString key = (*entries)[item].name;
-                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), read);
+                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), record.get(), read);
             }
             return read;
         },
@@ -228,7 +231,18 @@ void RefreshTask::EndReading(SeriesEnd how) {
 
 // The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
 // to be under way at the same time.
-void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, Read& read) {
+void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, ActionRecord* record, Read& read) {
+    if (record == nullptr) {
+        TryToMove(files, from, to, read);
+        return;
+    }
+    record->Announce({read.row.row.Key()});
+    record->AwaitAnnounced();
+    TryToMove(files, from, to, read);
+    record->Take({read.row.row, read.failure});
+}
+
+void RefreshTask::TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read) {
     try {
         files.Move(from, to);
         read.wasMoved = true;
@@ -310,6 +324,8 @@ void RefreshTask::End(RefreshOutcome outcome, const QString& reason) {
     flush_.stop();
     Flush();
     isRunning_ = false;
+    reading_.reset(); // which holds the record as well
+    record_.reset();
     result_.outcome = outcome;
     result_.reason = reason;
     const RefreshResult result = std::move(result_);

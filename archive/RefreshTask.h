@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/MessageReading.h"
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/MessageListModel.h"
 #include "platform/Clock.h"
@@ -37,9 +38,10 @@ enum class RefreshOutcome {
 
 struct RefreshResult {
     RefreshOutcome outcome = RefreshOutcome::Completed;
-    QString reason;                    ///< what to tell the user; empty when completed or cancelled
-    bool lastMessageWasRead = false;   ///< the last message that was opened has header fields
-    bool cannotFollow = false;         ///< nothing could be added, because the file that was listed last has gone
+    QString reason;                  ///< what to tell the user; empty when completed or cancelled
+    bool lastMessageWasRead = false; ///< the last message that was opened has header fields
+    bool cannotFollow = false;       ///< nothing could be added, because the file that was listed last has gone
+    bool mayHoldKept = false; ///< the archive seems to have a folder with deleted messages; no call was made for that
     std::vector<FileFailure> failures; ///< tolerated messages that could not be moved, and stay in the list
 };
 
@@ -57,7 +59,8 @@ public:
 
     /// An empty `LastAddedFile` makes it a full refresh, which empties the list first; another one adds what follows
     /// that file. `markNew` adds rows as unread; in bulk mode no message is opened. Does nothing while a refresh runs.
-    void Start(bool markNew, bool bulk);
+    /// What becomes of the messages of tolerated senders is written into `record` where that is given.
+    void Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr);
 
     /// Ends the refresh before this returns. Messages that are being moved just now do move.
     void Cancel();
@@ -100,7 +103,8 @@ private:
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
     void ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder);
-    static void Move(FileSystem& files, const QString& from, const QString& to, Read& read);
+    static void Move(FileSystem& files, const QString& from, const QString& to, ActionRecord* record, Read& read);
+    static void TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read);
     void EndReading(SeriesEnd how);
     void TakeRow(size_t item, Read read);
     void AddRow(Read read);
@@ -114,6 +118,7 @@ private:
     MessageListModel& model_;
     std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Read>> reading_;
+    std::shared_ptr<ActionRecord> record_;
     std::map<QString, Failed> failed_; // by file name
     Folder mounted_;                   // the archive, if something was mounted there when it was listed
     Folder archive_;                   // as it was when the refresh began

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
+#include "messages/KeptFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
 #include "platform/OrderedWork.h"
@@ -9,6 +11,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -18,11 +22,16 @@ namespace quellbox {
 struct CleansingResult {
     qint32 count = 0; ///< files outside the day window; those that could not be removed count too
     std::vector<FileFailure> failures;
+
+    /// Why nothing could be kept of what was to be deleted. No message was touched then, and the count is 0.
+    std::optional<FileFailure> refused;
 };
 
 /// Deletes the messages of an archive whose last modification lies outside a window of calendar days, many at once
 /// beside the thread of this object. Messages are the visible files named *.EML in any case that were there at the
 /// start; their folder alone is touched. A failure never stops the run.
+///
+/// What is deleted can be kept in a folder, which is made when the first message is to go there.
 class CleansingTask : public QObject {
     Q_OBJECT
 
@@ -31,8 +40,13 @@ public:
     CleansingTask(FileSystem& files, WorkPool& pool);
 
     /// Keeps what was modified on one of the `days` calendar days that end with `today`; 0 keeps nothing, and a
-    /// negative number, which stands for no choice, everything. Does nothing while a run is under way.
-    void Start(const Folder& archiveDir, qint16 days, QDate today);
+    /// negative number, which stands for no choice, everything. What is deleted goes into `kept` where that is given.
+    /// Does nothing while a run is under way.
+    ///
+    /// What is done is written into `record` where that is given; `known` tells what is known of a message.
+    void Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept = nullptr,
+               std::shared_ptr<ActionRecord> record = nullptr,
+               std::function<MessageRow(const QString& name)> known = {});
 
     /// No further file is touched. The run ends when those that have begun have ended.
     void Cancel();
@@ -42,6 +56,9 @@ public:
 
     bool IsRunning() const { return isRunning_; }
     bool IsCancelled() const { return isRunning_ && isCancelled_; }
+
+    /// Whether a visible file of that name is a message.
+    static bool IsMessage(const QString& name);
 
 Q_SIGNALS:
     /// So many files are looked at.
@@ -59,7 +76,19 @@ private:
     /// What became of a file.
     struct Fate {
         bool wasKept = false;
+        bool isRefused = false; ///< the folder to keep it in cannot be made, as the failure says
         std::optional<FileFailure> failure;
+    };
+
+    /// What is done to each file.
+    struct Order {
+        Folder folder;
+        QString days; // as IsRecentFile() takes it
+        QDate today;
+        std::shared_ptr<KeptFolder> kept;
+        std::shared_ptr<ActionRecord> record;
+
+        bool IsKept(const FileStatus& status) const;
     };
 
     struct Names {
@@ -68,16 +97,19 @@ private:
     };
 
     static Names ReadNames(const FileSystem& files, const QString& folder);
-    static Fate Cleanse(FileSystem& files, const QString& path, const QString& days, QDate today);
+    static bool Remove(FileSystem& files, const QString& path, const Order& order);
+    static bool Keep(FileSystem& files, const QString& name, const Order& order);
+    static Fate Cleanse(FileSystem& files, const QString& name, const Order& order);
+    static Fate CleanseOnRecord(FileSystem& files, const MessageRow& message, const Order& order);
+    std::shared_ptr<const std::vector<MessageRow>> Messages() const;
     void RemoveFiles();
     void Take(size_t item, Fate fate);
     void End();
 
     FileSystem& files_;
     WorkPool& pool_;
-    Folder folder_;
-    QString days_; // as IsRecentFile() takes it
-    QDate today_;
+    Order order_;
+    std::function<MessageRow(const QString& name)> known_;
     std::shared_ptr<QStringList> names_;
     std::optional<OrderedWork<Names>> listing_;
     std::optional<OrderedWork<Fate>> removing_;

@@ -94,6 +94,7 @@ QString HelpTopicOfForm(const QString& formName) {
         {QStringLiteral("frmOptions"), QStringLiteral("options.html")},
         {QStringLiteral("frmFolders"), QStringLiteral("folders.html")},
         {QStringLiteral("frmFailures"), QStringLiteral("failures.html")},
+        {QStringLiteral("frmHistory"), QStringLiteral("history.html")},
         {QStringLiteral("frmAbout"), QStringLiteral("about.html")},
     };
     return topics.value(formName);

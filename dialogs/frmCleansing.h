@@ -1,8 +1,11 @@
 #pragma once
 
+#include "dialogs/CleansingPreview.h"
+#include "platform/Clock.h"
 #include "settings/AppState.h"
 
 #include <QDialog>
+#include <QTimer>
 
 #include <memory>
 
@@ -12,13 +15,22 @@ class frmCleansing;
 
 namespace quellbox {
 
+/// What the cleansing wizard counts messages with. What is lent outlives the pool, whose threads may still wait for a
+/// slow archive when the dialog has gone.
+struct CleansingPorts {
+    const FileSystem& files;
+    WorkPool& pool;
+    const Clock& clock;
+};
+
 /// The dialog that asks how much of the archive to preserve. It leaves the answer in `AppState::CleansingConfirmed` and
-/// `AppState::CleansingDays`, and removes nothing itself.
+/// `AppState::CleansingDays`, and removes nothing itself. Meanwhile it counts what each choice would remove, which
+/// holds up neither the user nor what follows.
 class frmCleansing : public QDialog {
     Q_OBJECT
 
 public:
-    frmCleansing(AppState& state, QWidget* parent);
+    frmCleansing(const CleansingPorts& ports, AppState& state, QWidget* parent);
     ~frmCleansing() override;
 
     /// OK.
@@ -29,8 +41,13 @@ public:
 
 private:
     void optDays_Click(qint16 index);
+    QString PreviewOf(qint16 index) const;
+    void ShowPreview();
 
+    const Clock& clock_;
     AppState& state_;
+    CleansingPreview preview_;
+    QTimer midnight_; // other days are meant by the same choice then
     std::unique_ptr<Ui::frmCleansing> ui_;
 };
 

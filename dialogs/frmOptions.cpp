@@ -14,6 +14,8 @@ namespace quellbox {
 
 namespace {
 
+constexpr qint16 proposedDays = 30; // to keep deleted messages
+
 QIcon Symbol(const char* name) {
     return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
 }
@@ -43,7 +45,8 @@ frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppS
     ui_->setupUi(this);
     imlSymbols = {{QStringLiteral("general"), Symbol("info")},     {QStringLiteral("directories"), Symbol("folder")},
                   {QStringLiteral("filter"), Symbol("filter")},    {QStringLiteral("toleration"), Symbol("tolerate")},
-                  {QStringLiteral("settings"), Symbol("options")}, {QStringLiteral("program"), Symbol("quellbox")}};
+                  {QStringLiteral("settings"), Symbol("options")}, {QStringLiteral("history"), Symbol("history")},
+                  {QStringLiteral("program"), Symbol("quellbox")}};
     NumberTheButtons();
     ShowSettings();
     ConnectControls();
@@ -66,8 +69,8 @@ void frmOptions::NumberTheButtons() {
     ui_->grpToleration->setId(ui_->optToleration2, 2);
     ui_->grpToleration->setId(ui_->optToleration1, 1);
     ui_->grpToleration->setId(ui_->optToleration0, 0);
-    const QStringList keys{QStringLiteral("general"), QStringLiteral("directories"), QStringLiteral("filter"),
-                           QStringLiteral("toleration"), QStringLiteral("settings")};
+    const QStringList keys{QStringLiteral("general"),    QStringLiteral("directories"), QStringLiteral("filter"),
+                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history")};
     for (int tab = 0; tab < keys.size(); ++tab) {
         ui_->tbsOptions->tabBar()->setTabData(tab, keys[tab]);
         ui_->tbsOptions->setTabIcon(tab, imlSymbols[keys[tab]]);
@@ -81,6 +84,7 @@ void frmOptions::ShowSettings() {
     ui_->chkAutoRefresh->setChecked(state_.AutoRefresh == 1);
     ui_->chkOutlookExpress->setChecked(state_.OutlookExpress == 1);
     chkAutoRefresh_Click();
+    ShowHistorySettings();
     ui_->txtArchive->setText(CleanseForDisplay(state_.ArchiveDir));
     ui_->txtPickup->setText(CleanseForDisplay(state_.PickupDir));
     // A stored value that no button stands for leaves all of them unselected.
@@ -90,6 +94,17 @@ void frmOptions::ShowSettings() {
     if (QAbstractButton* level = ui_->grpToleration->button(state_.TolerationLevel)) {
         level->setChecked(true);
     }
+}
+
+// Where nothing is kept yet, the box proposes a number.
+void frmOptions::ShowHistorySettings() {
+    const bool keeps = state_.KeepDeletedDays > 0;
+    ui_->txtKeepDeletedDays->SetBounds(1, 999);
+    ui_->txtKeepDeletedDays->SetValue(keeps ? state_.KeepDeletedDays : proposedDays);
+    ui_->chkKeepDeleted->setChecked(keeps);
+    chkKeepDeleted_Click();
+    ui_->txtHistoryDays->SetBounds(0, 9999);
+    ui_->txtHistoryDays->SetValue(state_.HistoryDays);
 }
 
 void frmOptions::ConnectControls() {
@@ -106,6 +121,7 @@ void frmOptions::ConnectControls() {
     connect(ui_->grpToleration, &QButtonGroup::idToggled, this,
             [this](int level, bool on) { ChosenToleration = on ? static_cast<qint16>(level) : ChosenToleration; });
     connect(ui_->chkAutoRefresh, &QCheckBox::toggled, this, &frmOptions::chkAutoRefresh_Click);
+    connect(ui_->chkKeepDeleted, &QCheckBox::toggled, this, &frmOptions::chkKeepDeleted_Click);
     connect(ui_->txtRefreshInterval, &QLineEdit::editingFinished, this, &frmOptions::txtRefreshInterval_Validate);
     connect(ui_->sliRefreshInterval, &QSlider::valueChanged, this, &frmOptions::sliRefreshInterval_Change);
     connect(ui_->btnArchive, &QPushButton::clicked, this, &frmOptions::btnArchive_Click);
@@ -148,6 +164,10 @@ void frmOptions::chkAutoRefresh_Click() {
     ui_->sliRefreshInterval->setEnabled(on);
 }
 
+void frmOptions::chkKeepDeleted_Click() {
+    ui_->txtKeepDeletedDays->setEnabled(ui_->chkKeepDeleted->isChecked());
+}
+
 // The bounds of the slider are the only ones; what the text says beyond them, the slider says from then on.
 void frmOptions::txtRefreshInterval_Validate() {
     ui_->sliRefreshInterval->setValue(WholeSeconds(ui_->txtRefreshInterval->text()));
@@ -185,6 +205,9 @@ void frmOptions::cmdOK_Click() {
     state_.RawBody = ui_->chkRawBody->isChecked() ? 1 : 0;
     state_.AutoRefresh = ui_->chkAutoRefresh->isChecked() ? 1 : 0;
     state_.OutlookExpress = ui_->chkOutlookExpress->isChecked() ? 1 : 0;
+    const int keptDays = ui_->chkKeepDeleted->isChecked() ? ui_->txtKeepDeletedDays->Value() : 0;
+    state_.KeepDeletedDays = static_cast<qint16>(keptDays);
+    state_.HistoryDays = static_cast<qint16>(ui_->txtHistoryDays->Value());
     accept();
 }
 

@@ -45,11 +45,13 @@ protected:
 private:
     void NumberTheButtons();
     void ShowSettings();
+    void ShowHistorySettings();
     void ConnectControls();
     void ShowInformation();
     void tbsOptions_Click(int tab);
     void SelectNextTab();
     void chkAutoRefresh_Click();
+    void chkKeepDeleted_Click();
     void txtRefreshInterval_Validate();
     void sliRefreshInterval_Change(int seconds);
     void btnArchive_Click();

@@ -11,7 +11,9 @@ CommandStates ComputeCommandStates(const CommandConditions& now) {
         return can;
     }
     const bool usesWhitelist = now.tolerationLevel >= 1;
-    can.edit = now.rows > 0;
+    can.undo = now.undoable;
+    can.edit = now.rows > 0 || (can.undo && now.keepsDeleted);
+    can.exportList = now.rows > 0;
     can.list = true;
     can.onSelected = now.selected > 0;
     can.view = now.offersView;

@@ -13,12 +13,26 @@ namespace {
 
 constexpr int progressStep = 100;
 
-void DisposeOfFile(FileSystem& files, qint16 action, const DisposalFolders& folders, const QString& key) {
-    const QString path = folders.archive.PathOf(key);
-    if (action != Action::remove) {
-        files.Move(path, folders.pickup.PathOf(key));
-    } else {
-        files.Remove(path); // which is content with a file that has gone
+QStringList KeysOf(const std::vector<MessageRow>& messages) {
+    QStringList keys;
+    keys.reserve(static_cast<qsizetype>(messages.size()));
+    for (const MessageRow& message : messages) {
+        keys.append(message.Key());
+    }
+    return keys;
+}
+
+/// Moves a file to where it is kept; one that has gone is as good as deleted.
+void Keep(FileSystem& files, const QString& path, KeptFolder& kept, const QString& key) {
+    kept.Make();
+    try {
+        files.Move(path, kept.PathOf(key));
+    } catch (const FileError& error) {
+        // Without the folder that was made in the archive nobody knows: the share may not be mounted any more.
+        const bool isGone = error.Problem() == FileProblem::Missing && !files.FileExists(path);
+        if (!isGone || !files.FolderExists(kept.Path())) {
+            throw;
+        }
     }
 }
 
@@ -27,7 +41,8 @@ void DisposeOfFile(FileSystem& files, qint16 action, const DisposalFolders& fold
 DisposalTask::DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& model)
     : files_(files), pool_(pool), model_(model) {}
 
-void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows) {
+void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
+                         std::shared_ptr<KeptFolder> kept, std::shared_ptr<ActionRecord> record) {
     if (isRunning_) {
         return;
     }
@@ -36,14 +51,19 @@ void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vec
     gone_.clear();
     result_ = {};
     isRunning_ = true;
-    const auto keys = std::make_shared<QStringList>();
+    kept_ = action == Action::remove ? kept : nullptr;
+    const auto messages = std::make_shared<std::vector<MessageRow>>();
+    messages->reserve(rows_.size());
     for (const int row : rows_) {
-        keys->append(model_.Row(row).Key());
+        messages->push_back(model_.Row(row));
+    }
+    if (record) {
+        record->Announce(KeysOf(*messages));
     }
     work_.emplace(
         pool_, rows_.size(),
-        [&files = files_, action, folders, keys](size_t item) {
-            return Dispose(files, action, folders, keys->at(static_cast<qsizetype>(item)));
+        [&files = files_, order = Order{action, folders, std::move(kept), std::move(record), messages}](size_t item) {
+            return Dispose(files, order, (*order.messages)[item]);
         },
         [this](size_t item, Failure failure) { Take(item, std::move(failure)); }, [this](SeriesEnd) { End(); });
     work_->Start();
@@ -61,19 +81,45 @@ void DisposalTask::GiveUp() {
     }
 }
 
-DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, qint16 action, const DisposalFolders& folders,
-                                            const QString& key) {
+void DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QString& key) {
+    const QString path = order.folders.archive.PathOf(key);
+    if (order.action != Action::remove) {
+        files.Move(path, order.folders.pickup.PathOf(key));
+    } else if (order.kept) {
+        Keep(files, path, *order.kept, key);
+    } else {
+        files.Remove(path); // which is content with a file that has gone
+    }
+}
+
+DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, const Order& order, const MessageRow& message) {
+    if (!order.record) {
+        return TryToDispose(files, order, message.Key());
+    }
+    order.record->AwaitAnnounced();
+    Failure failure = TryToDispose(files, order, message.Key());
+    if (!failure || !order.kept || !order.kept->Refusal()) {
+        order.record->Take({message, failure});
+    }
+    return failure;
+}
+
+DisposalTask::Failure DisposalTask::TryToDispose(FileSystem& files, const Order& order, const QString& key) {
     try {
-        DisposeOfFile(files, action, folders, key);
+        DisposeOfFile(files, order, key);
         return std::nullopt;
     } catch (const FileError& error) {
         return FileFailure(error);
     } catch (const std::exception& error) {
-        return FileFailure(folders.archive.PathOf(key), QString::fromUtf8(error.what()));
+        return FileFailure(order.folders.archive.PathOf(key), QString::fromUtf8(error.what()));
     }
 }
 
 void DisposalTask::Take(size_t item, Failure failure) {
+    if (failure && kept_ && kept_->Refusal()) {
+        result_.refused = kept_->Refusal();
+        return;
+    }
     if (failure) {
         result_.failures.push_back(std::move(*failure));
     }
@@ -86,6 +132,7 @@ void DisposalTask::Take(size_t item, Failure failure) {
 }
 
 void DisposalTask::End() {
+    work_.reset(); // it holds the record of the action
     result_.rowsGone = static_cast<int>(gone_.size());
     // The rows above the last one have gone as well, so what followed it is now that much further up.
     const int following = gone_.empty() ? -1 : gone_.back() - (result_.rowsGone - 1);

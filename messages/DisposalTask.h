@@ -1,6 +1,8 @@
 #pragma once
 
+#include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
+#include "messages/KeptFolder.h"
 #include "messages/MessageListModel.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
@@ -8,6 +10,7 @@
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -32,11 +35,16 @@ struct DisposalResult {
     int nextRow = -1; ///< the row to select: the one that followed the removed ones, or the last; -1 when none is left
     QString nextKey;  ///< its file name, by which it is found wherever sorting puts it
     std::vector<FileFailure> failures;
+
+    /// Why nothing could be kept of what was to be deleted. No message was touched then, and the rows stay.
+    std::optional<FileFailure> refused;
 };
 
 /// Deletes the files of selected messages or moves them into the pickup folder, many at once beside the thread of this
 /// object, and then removes the rows. A failure never stops it, and the row goes all the same: the list shows what the
 /// user wants, the next full refresh what is still there. Nothing else may change the list meanwhile.
+///
+/// What is deleted can be kept in a folder, by one call for each message, a read-only one too: that can be undone.
 class DisposalTask : public QObject {
     Q_OBJECT
 
@@ -44,8 +52,10 @@ public:
     /// What is lent has to outlive this object.
     DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& model);
 
-    /// Begins with `rows`, which are ascending. Does nothing while rows are disposed of.
-    void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows);
+    /// Begins with `rows`, which are ascending. What is deleted goes into `kept` where that is given. Does nothing
+    /// while rows are disposed of.
+    void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
+               std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
 
     /// No further message is touched. The rows of those that have begun go when their calls have ended.
     void Cancel();
@@ -70,7 +80,18 @@ Q_SIGNALS:
 private:
     using Failure = std::optional<FileFailure>;
 
-    static Failure Dispose(FileSystem& files, qint16 action, const DisposalFolders& folders, const QString& key);
+    /// What is done to each file.
+    struct Order {
+        qint16 action = 0;
+        DisposalFolders folders;
+        std::shared_ptr<KeptFolder> kept;
+        std::shared_ptr<ActionRecord> record;
+        std::shared_ptr<const std::vector<MessageRow>> messages;
+    };
+
+    static void DisposeOfFile(FileSystem& files, const Order& order, const QString& key);
+    static Failure TryToDispose(FileSystem& files, const Order& order, const QString& key);
+    static Failure Dispose(FileSystem& files, const Order& order, const MessageRow& message);
     void Take(size_t item, Failure failure);
     void End();
 
@@ -78,6 +99,7 @@ private:
     WorkPool& pool_;
     MessageListModel& model_;
     std::optional<OrderedWork<Failure>> work_;
+    std::shared_ptr<const KeptFolder> kept_;
     std::vector<int> rows_;
     std::vector<int> gone_;
     DisposalResult result_;

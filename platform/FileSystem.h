@@ -75,6 +75,9 @@ public:
 
     virtual bool FolderExists(const QString& folder) const = 0;
 
+    /// True for a folder itself, and false for a link to one. Costs one call.
+    virtual bool IsRealFolder(const QString& folder) const = 0;
+
     /// True when `path` names a regular file, or a symbolic link to one.
     virtual bool FileExists(const QString& path) const = 0;
 
@@ -102,13 +105,31 @@ public:
     /// at `to` is, where a share does not answer and it cannot be found out whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
+    /// Moves a regular file (or the contents of the one that a symbolic link names) as Move() does, unless `keep`
+    /// returns true for its status, which is read once. Returns whether the file was moved. Throws FileError, also when
+    /// the status cannot be read, and what `keep` throws.
+    virtual bool MoveUnless(const QString& from, const QString& to,
+                            const std::function<bool(const FileStatus&)>& keep) = 0;
+
     /// Deletes the file at `path`, if FileExists() would say that there is one, but not a read-only one. Returns
     /// whether there was one. Throws FileError, also when its folder is missing: its share may not be mounted any more.
     virtual bool Remove(const QString& path) = 0;
 
+    /// The same for a file that may be read-only.
+    virtual bool RemoveEvenReadOnly(const QString& path) = 0;
+
     /// Deletes a regular file (or a symbolic link to one) as Remove() does, unless `keep` returns true for its status,
     /// which is read once. Returns whether the file was deleted. Throws FileError, also when the status cannot be read.
     virtual bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) = 0;
+
+    /// Makes a folder that users are not shown: on Windows it gets the attribute Hidden, elsewhere its name has to
+    /// begin with a dot. Whoever may use the folder that it is in may use it as well. One that is there already will
+    /// do, but no link to one. Throws FileError.
+    virtual void MakeFolder(const QString& folder) = 0;
+
+    /// Removes an empty folder. Returns false when it is not empty or does not exist. Throws FileError, also for a
+    /// link.
+    virtual bool RemoveFolder(const QString& folder) = 0;
 
     /// Creates a file with these bytes in one step, so that no program ever reads a part of them; replaces an existing
     /// file. Throws FileError.

@@ -9,13 +9,22 @@ namespace quellbox {
 
 namespace {
 
-/// The entries of a folder but those that are certainly no regular files. Throws FileError.
-std::vector<FolderEntry> PossibleFiles(const FileSystem& files, const Folder& folder) {
-    std::vector<FolderEntry> entries = files.Entries(folder);
+QStringList DotFolders(const std::vector<FolderEntry>& entries) {
+    QStringList names;
+    for (const FolderEntry& entry : entries) {
+        const bool mayBeFolder = entry.kind == EntryKind::Folder || entry.kind == EntryKind::Unknown;
+        if (mayBeFolder && entry.name.startsWith(QLatin1Char('.'))) {
+            names.append(entry.name);
+        }
+    }
+    return names;
+}
+
+/// Removes what is certainly no regular file.
+void KeepPossibleFiles(std::vector<FolderEntry>& entries) {
     std::erase_if(entries, [](const FolderEntry& entry) {
         return entry.kind != EntryKind::File && entry.kind != EntryKind::Unknown;
     });
-    return entries;
 }
 
 bool IsUnanswered(const std::exception_ptr& thrown) {
@@ -57,7 +66,9 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
     try {
         found.listing.reader = files.ReadFolder(folder);
         found.listing.isMountPoint = found.listing.reader->IsMountPoint();
-        Entries entries = PossibleFiles(files, folder);
+        Entries entries = files.Entries(folder);
+        found.listing.dotFolders = DotFolders(entries);
+        KeepPossibleFiles(entries);
         const auto complete = std::stable_partition(entries.begin(), entries.end(),
                                                     [](const FolderEntry& entry) { return !entry.status; });
         found.complete.assign(std::make_move_iterator(complete), std::make_move_iterator(entries.end()));

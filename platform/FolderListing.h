@@ -5,6 +5,7 @@
 #include "platform/OrderedWork.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -19,10 +20,11 @@ struct FileEntry {
 /// What a folder was found to hold.
 struct Listing {
     bool exists = false;
-    bool isUnanswered = false;                  ///< the server of the folder does not answer; there is an error then
-    QString error;                              ///< why the folder cannot be read; empty when it can
-    bool isMountPoint = false;                  ///< something is mounted at the folder
-    std::vector<FileEntry> files;               ///< in order of arrival: time of last modification, then name
+    bool isUnanswered = false;    ///< the server of the folder does not answer; there is an error then
+    QString error;                ///< why the folder cannot be read; empty when it can
+    bool isMountPoint = false;    ///< something is mounted at the folder
+    QStringList dotFolders;       ///< names with a dot before them, of what is no file as far as the folder reports
+    std::vector<FileEntry> files; ///< in order of arrival: time of last modification, then name
     std::shared_ptr<const FolderReader> reader; ///< of these files; null where there is an error
 };
 

@@ -3,6 +3,7 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/PathBytes.h"
 #include "platform/PosixFile.h"
+#include "platform/PosixFolder.h"
 #include "platform/PosixFolderReader.h"
 #include "platform/PosixMove.h"
 #include "platform/PosixRename.h"
@@ -57,6 +58,8 @@ public:
         return GetStatus(folder, status) && S_ISDIR(status.st_mode);
     }
 
+    bool IsRealFolder(const QString& folder) const override { return quellbox::IsRealFolder(folder); }
+
     bool FileExists(const QString& path) const override {
         struct stat status {};
         return GetStatus(path, status) && S_ISREG(status.st_mode);
@@ -107,43 +110,37 @@ public:
 
     void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
 
-    bool Remove(const QString& path) override {
-        struct stat status {};
-        const QByteArray bytes = SystemPath(path);
-        if (::lstat(bytes.constData(), &status) != 0) {
-            const int error = errno;
-            // Without its folder nobody knows: the share may not be mounted any more.
-            if (error == ENOTDIR || (error == ENOENT && FolderIsThere(bytes))) {
-                return false;
-            }
-            ThrowFileError(path, error);
+    bool MoveUnless(const QString& from, const QString& to,
+                    const std::function<bool(const FileStatus&)>& keep) override {
+        const std::optional<struct stat> entry = EntryUnless(from, keep);
+        if (entry) {
+            MoveFile(from, to, memory_, entry);
         }
-        if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
-            return false;
-        }
-        Unlink(path, bytes, status);
-        return true;
+        return entry.has_value();
+    }
+
+    bool Remove(const QString& path) override { return RemoveFile(path, &RefuseReadOnly); }
+
+    bool RemoveEvenReadOnly(const QString& path) override {
+        return RemoveFile(path, [](const QString&, const struct stat&) {});
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
-        struct stat status {};
-        const QByteArray bytes = SystemPath(path);
-        if (::lstat(bytes.constData(), &status) != 0) {
-            ThrowFileError(path, errno);
+        const std::optional<struct stat> entry = EntryUnless(path, keep);
+        if (entry) {
+            RefuseReadOnly(path, *entry);
+            Unlink(path, SystemPath(path), *entry);
         }
-        const struct stat entry = status;
-        if (S_ISLNK(entry.st_mode) && ::stat(bytes.constData(), &status) != 0) {
-            ThrowFileError(path, errno);
-        }
-        if (!S_ISREG(status.st_mode)) {
-            ThrowFileError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-        }
-        if (keep({status.st_size, ModifiedNs(status)})) {
-            return false;
-        }
-        Unlink(path, bytes, entry);
-        return true;
+        return entry.has_value();
     }
+
+    void MakeFolder(const QString& folder) override {
+        if (quellbox::MakeFolder(folder)) {
+            memory_.SetListed(SystemPath(folder), {}); // nothing is in it
+        }
+    }
+
+    bool RemoveFolder(const QString& folder) override { return RemoveEmptyFolder(folder); }
 
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
         TemporaryFile fresh(path, 0666, memory_.Left());
@@ -176,13 +173,56 @@ private:
         }
     }
 
-    /// Removes a file of that status, unless it is read-only.
-    static void Unlink(const QString& path, const QByteArray& bytes, const struct stat& status) {
-        // For the system it is enough that the folder may be written.
+    /// The status of a regular file, or of the link to one, unless `keep` returns true for the status of the file.
+    /// Throws FileError.
+    static std::optional<struct stat> EntryUnless(const QString& path,
+                                                  const std::function<bool(const FileStatus&)>& keep) {
+        struct stat status {};
+        const QByteArray bytes = SystemPath(path);
+        if (::lstat(bytes.constData(), &status) != 0) {
+            ThrowFileError(path, errno);
+        }
+        const struct stat entry = status;
+        if (S_ISLNK(entry.st_mode) && ::stat(bytes.constData(), &status) != 0) {
+            ThrowFileError(path, errno);
+        }
+        if (!S_ISREG(status.st_mode)) {
+            ThrowFileError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        }
+        return keep({status.st_size, ModifiedNs(status)}) ? std::nullopt : std::optional(entry);
+    }
+
+    /// Removes a regular file, or a link to one, that `check` does not refuse by throwing. False when there is none.
+    template <class Check>
+    bool RemoveFile(const QString& path, Check check) const {
+        struct stat status {};
+        const QByteArray bytes = SystemPath(path);
+        if (::lstat(bytes.constData(), &status) != 0) {
+            const int error = errno;
+            // Without its folder nobody knows: the share may not be mounted any more.
+            if (error == ENOTDIR || (error == ENOENT && FolderIsThere(bytes))) {
+                return false;
+            }
+            ThrowFileError(path, error);
+        }
+        if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
+            return false;
+        }
+        check(path, status);
+        Unlink(path, bytes, status);
+        return true;
+    }
+
+    // For the system it is enough that the folder may be written.
+    static void RefuseReadOnly(const QString& path, const struct stat& status) {
         if (S_ISREG(status.st_mode) && (status.st_mode & 0222U) == 0) {
             throw FileError(path, QCoreApplication::translate("quellbox", "The file is read-only."),
                             FileProblem::NoRight);
         }
+    }
+
+    /// Removes a file of that status. Throws FileError.
+    static void Unlink(const QString& path, const QByteArray& bytes, const struct stat& status) {
         if (const int error = RemoveForGood(bytes, status.st_dev); error != 0) {
             ThrowFileError(path, error);
         }

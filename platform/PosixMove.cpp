@@ -132,12 +132,13 @@ void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     }
 }
 
-void MoveFile(const QString& from, const QString& to, FolderMemory& memory) {
+void MoveFile(const QString& from, const QString& to, FolderMemory& memory, std::optional<struct stat> before) {
     const QByteArray source = SystemPath(from);
     const QByteArray target = SystemPath(to);
-    std::optional<struct stat> before;
-    if (!memory.IsRegularFile(source)) {
+    if (!before && !memory.IsRegularFile(source)) {
         before = StatusOf(source, &::lstat, from);
+    }
+    if (before) {
         // A relative link would point to another file, or to none, from its new folder.
         if (S_ISLNK(before->st_mode)) {
             return MoveByCopy(from, to, memory);

@@ -23,6 +23,11 @@ bool IsNoNameOnAShare(const QString& name) {
     return name.contains(backslash);
 }
 
+/// A folder named as a file is, so that what is looked up is the folder that it is in: it may not exist itself.
+QString NamedAsAFile(const QString& folder) {
+    return IsShareText(folder) && folder.endsWith(backslash) ? folder.chopped(1) : folder;
+}
+
 } // namespace
 
 ShareFileSystem::ShareFileSystem(std::unique_ptr<FileSystem> files, const Volumes& volumes)
@@ -99,6 +104,10 @@ bool ShareFileSystem::FolderExists(const QString& folder) const {
     return !local.isEmpty() && files_->FolderExists(local);
 }
 
+bool ShareFileSystem::IsRealFolder(const QString& folder) const {
+    return files_->IsRealFolder(LocalPath(NamedAsAFile(folder), &ShareFileSystem::PresentPlace));
+}
+
 bool ShareFileSystem::FileExists(const QString& path) const {
     return files_->FileExists(LocalPath(path, &ShareFileSystem::RememberedPlace));
 }
@@ -127,12 +136,29 @@ void ShareFileSystem::Move(const QString& from, const QString& to) {
     files_->Move(ChangeablePath(from), ChangeablePath(to));
 }
 
+bool ShareFileSystem::MoveUnless(const QString& from, const QString& to,
+                                 const std::function<bool(const FileStatus&)>& keep) {
+    return files_->MoveUnless(ChangeablePath(from), ChangeablePath(to), keep);
+}
+
 bool ShareFileSystem::Remove(const QString& path) {
     return files_->Remove(ChangeablePath(path));
 }
 
+bool ShareFileSystem::RemoveEvenReadOnly(const QString& path) {
+    return files_->RemoveEvenReadOnly(ChangeablePath(path));
+}
+
 bool ShareFileSystem::RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
     return files_->RemoveUnless(ChangeablePath(path), keep);
+}
+
+void ShareFileSystem::MakeFolder(const QString& folder) {
+    files_->MakeFolder(ChangeablePath(NamedAsAFile(folder)));
+}
+
+bool ShareFileSystem::RemoveFolder(const QString& folder) {
+    return files_->RemoveFolder(ChangeablePath(NamedAsAFile(folder)));
 }
 
 void ShareFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {

@@ -22,14 +22,20 @@ public:
     ShareFileSystem(std::unique_ptr<FileSystem> files, const Volumes& volumes);
 
     bool FolderExists(const QString& folder) const override;
+    bool IsRealFolder(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
     std::vector<FolderEntry> Entries(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override;
     void Move(const QString& from, const QString& to) override;
+    bool MoveUnless(const QString& from, const QString& to,
+                    const std::function<bool(const FileStatus&)>& keep) override;
     bool Remove(const QString& path) override;
+    bool RemoveEvenReadOnly(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;
+    void MakeFolder(const QString& folder) override;
+    bool RemoveFolder(const QString& folder) override;
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
 private:

@@ -3,6 +3,7 @@
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
 #include "platform/WindowsFile.h"
+#include "platform/WindowsFolder.h"
 #include "platform/WindowsMove.h"
 
 #include <QCoreApplication>
@@ -62,6 +63,31 @@ bool IsSettled(const FileStatus& status) {
     return status.size > 0 && status.modifiedNs < UnixNs(now) - settledNs;
 }
 
+/// Takes the attribute ReadOnly from a file while it lives, and gives it back to one that is still there.
+class WritableFor {
+public:
+    explicit WritableFor(std::wstring name) : name_(std::move(name)), attributes_(GetFileAttributesW(name_.c_str())) {
+        if (IsReadOnlyFile()) {
+            SetFileAttributesW(name_.c_str(), attributes_ & ~DWORD{FILE_ATTRIBUTE_READONLY});
+        }
+    }
+    ~WritableFor() {
+        if (IsReadOnlyFile()) {
+            SetFileAttributesW(name_.c_str(), attributes_);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(WritableFor)
+
+private:
+    bool IsReadOnlyFile() const {
+        return attributes_ != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes_) &&
+               (attributes_ & FILE_ATTRIBUTE_READONLY) != 0;
+    }
+
+    std::wstring name_;
+    DWORD attributes_;
+};
+
 EntryKind KindOf(const WIN32_FIND_DATAW& entry) {
     if (IsFolder(entry.dwFileAttributes)) {
         return EntryKind::Folder;
@@ -81,6 +107,8 @@ public:
         WIN32_FILE_ATTRIBUTE_DATA data{};
         return GetStatus(folder, data) && IsFolder(data.dwFileAttributes);
     }
+
+    bool IsRealFolder(const QString& folder) const override { return quellbox::IsRealFolder(folder); }
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
@@ -141,6 +169,20 @@ public:
         }
     }
 
+    bool MoveUnless(const QString& from, const QString& to,
+                    const std::function<bool(const FileStatus&)>& keep) override {
+        if (IsKept(from, keep)) {
+            return false;
+        }
+        Move(from, to);
+        return true;
+    }
+
+    bool RemoveEvenReadOnly(const QString& path) override {
+        const WritableFor change(SystemPath(path));
+        return Remove(path);
+    }
+
     bool Remove(const QString& path) override {
         const std::wstring name = SystemPath(path);
         if (DeleteFileW(name.c_str()) != 0) {
@@ -163,14 +205,7 @@ public:
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
-        WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (!GetStatus(path, data)) {
-            ThrowFileError(path, GetLastError());
-        }
-        if (IsFolder(data.dwFileAttributes)) {
-            ThrowFileError(path, ERROR_ACCESS_DENIED);
-        }
-        if (keep(StatusOf(data))) {
+        if (IsKept(path, keep)) {
             return false;
         }
         if (!Remove(path)) {
@@ -179,10 +214,27 @@ public:
         return true;
     }
 
+    void MakeFolder(const QString& folder) override { MakeHiddenFolder(folder); }
+
+    bool RemoveFolder(const QString& folder) override { return RemoveEmptyFolder(folder); }
+
     void WriteWhole(const QString& path, const QByteArray& bytes) override {
         TemporaryFile fresh(path);
         WriteAll(fresh.File(), bytes.constData(), bytes.size(), path);
         fresh.Replace();
+    }
+
+private:
+    /// What `keep` says of the status of a file. Throws FileError.
+    static bool IsKept(const QString& path, const std::function<bool(const FileStatus&)>& keep) {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (!GetStatus(path, data)) {
+            ThrowFileError(path, GetLastError());
+        }
+        if (IsFolder(data.dwFileAttributes)) {
+            ThrowFileError(path, ERROR_ACCESS_DENIED);
+        }
+        return keep(StatusOf(data));
     }
 };
 

@@ -2,6 +2,8 @@
 
 #include <QDeadlineTimer>
 
+#include <algorithm>
+
 namespace quellbox {
 
 namespace {
@@ -18,12 +20,14 @@ constexpr int mostAside = 256;
 } // namespace
 
 ThreadWorkPool::ThreadWorkPool() {
-    single_.setMaxThreadCount(mostSingle);
-    series_.setMaxThreadCount(mostOfSeries);
+    Threads(Kind::Single).setMaxThreadCount(mostSingle);
+    Threads(Kind::Series).setMaxThreadCount(mostOfSeries);
+    Threads(Kind::Journal).setMaxThreadCount(1);
+    Threads(Kind::Journal).setExpiryTimeout(-1); // a database belongs to the thread that has opened it
 }
 
 int ThreadWorkPool::Most(Kind kind) const {
-    return kind == Kind::Single ? single_.maxThreadCount() : series_.maxThreadCount();
+    return threads_[static_cast<size_t>(kind)].maxThreadCount();
 }
 
 void ThreadWorkPool::Start(Kind kind, std::function<void()> work) {
@@ -45,19 +49,21 @@ void ThreadWorkPool::TakeBack(Kind kind) {
 }
 
 void ThreadWorkPool::SetMost(int count) {
-    single_.setMaxThreadCount(count);
-    series_.setMaxThreadCount(count);
+    Threads(Kind::Single).setMaxThreadCount(count);
+    Threads(Kind::Series).setMaxThreadCount(count);
 }
 
 bool ThreadWorkPool::WaitForDone(std::chrono::milliseconds limit) {
     const QDeadlineTimer deadline(limit);
-    return single_.waitForDone(static_cast<int>(deadline.remainingTime())) &&
-           series_.waitForDone(static_cast<int>(deadline.remainingTime()));
+    return std::all_of(threads_.begin(), threads_.end(), [&deadline](QThreadPool& threads) {
+        return threads.waitForDone(static_cast<int>(deadline.remainingTime()));
+    });
 }
 
 void ThreadWorkPool::WaitForDone() {
-    single_.waitForDone();
-    series_.waitForDone();
+    for (QThreadPool& threads : threads_) {
+        threads.waitForDone();
+    }
 }
 
 } // namespace quellbox

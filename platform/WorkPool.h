@@ -2,6 +2,7 @@
 
 #include <QThreadPool>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -14,8 +15,9 @@ class WorkPool {
 public:
     /// What a piece of work is. Each kind has threads of its own, so that none keeps the other waiting.
     enum class Kind {
-        Single, ///< a few calls that the user waits for: a message, the folders in a dialog, the listing of an archive
-        Series, ///< a share of a long series of calls, as one for each message of an archive
+        Single,  ///< a few calls that the user waits for: a message, the folders in a dialog, the listing of an archive
+        Series,  ///< a share of a long series of calls, as one for each message of an archive
+        Journal, ///< what is written down about actions; always the same, single thread
     };
 
     virtual ~WorkPool() = default;
@@ -42,7 +44,7 @@ public:
     bool SetAside(Kind kind) override;
     void TakeBack(Kind kind) override;
 
-    /// Lets that many pieces of work of both kinds run at once, for tests and benchmarks.
+    /// Lets that many single pieces of work and as many of series run at once, for tests and benchmarks.
     void SetMost(int count);
 
     /// Waits until all work has ended, but no longer than `limit`. Returns whether it has.
@@ -52,10 +54,11 @@ public:
     void WaitForDone();
 
 private:
-    QThreadPool& Threads(Kind kind) { return kind == Kind::Single ? single_ : series_; }
+    static constexpr size_t kinds = 3;
 
-    QThreadPool single_;
-    QThreadPool series_;
+    QThreadPool& Threads(Kind kind) { return threads_[static_cast<size_t>(kind)]; }
+
+    std::array<QThreadPool, kinds> threads_;
     std::atomic<int> aside_{0};
 };
 

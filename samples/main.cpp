@@ -1,4 +1,5 @@
 #include "samples/Archive.h"
+#include "samples/History.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -23,6 +24,8 @@ struct Options {
     quint64 seed = 0;
     qint64 days = 0;
     QString folder;
+    QString history;
+    QString archive; ///< as the history names it
 };
 
 qint64 Number(const QCommandLineParser& parser, const QString& name, qint64 lowest, qint64 highest) {
@@ -39,6 +42,8 @@ Options ReadOptions(const QCoreApplication& application) {
     const QString seed = QStringLiteral("seed");
     const QString days = QStringLiteral("days");
     const QString out = QStringLiteral("out");
+    const QString history = QStringLiteral("history");
+    const QString as = QStringLiteral("as");
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Writes an archive of sample messages, the same for the same seed."));
@@ -47,13 +52,21 @@ Options ReadOptions(const QCoreApplication& application) {
         {{count, QStringLiteral("How many files."), QStringLiteral("N"), QStringLiteral("1000")},
          {seed, QStringLiteral("Seed of the random numbers."), QStringLiteral("S"), QStringLiteral("1")},
          {days, QStringLiteral("Files are from the last D days."), QStringLiteral("D"), QStringLiteral("14")},
-         {out, QStringLiteral("Folder to write; new or empty."), QStringLiteral("DIR")}});
+         {out, QStringLiteral("Folder to write; new or empty."), QStringLiteral("DIR")},
+         {history, QStringLiteral("File for a history of what was done with other messages; new."),
+          QStringLiteral("FILE")},
+         {as, QStringLiteral("Folder that the history names as the archive, when not that of --out."),
+          QStringLiteral("DIR")}});
     parser.process(application);
     if (parser.value(out).isEmpty()) {
         throw UsageError(QStringLiteral("Say with --out which folder to write."));
     }
-    return {Number(parser, count, 0, 10'000'000), static_cast<quint64>(Number(parser, seed, 0, 1'000'000'000)),
-            Number(parser, days, 1, 36'500), parser.value(out)};
+    return {Number(parser, count, 0, 10'000'000),
+            static_cast<quint64>(Number(parser, seed, 0, 1'000'000'000)),
+            Number(parser, days, 1, 36'500),
+            parser.value(out),
+            parser.value(history),
+            parser.value(parser.isSet(as) ? as : out)};
 }
 
 void PrepareFolder(const QString& folder) {
@@ -86,6 +99,17 @@ void WriteArchive(const Options& options) {
     }
 }
 
+void WriteHistory(const Options& options) {
+    if (options.history.isEmpty()) {
+        return;
+    }
+    if (QFile::exists(options.history)) {
+        throw std::runtime_error(QStringLiteral("%1 exists; give a new file.").arg(options.history).toStdString());
+    }
+    const QString archive = QDir(options.archive).absolutePath() + QLatin1Char('/');
+    WriteSampleHistory({options.history, QDir::toNativeSeparators(archive), options.seed, options.count, options.days});
+}
+
 } // namespace
 
 } // namespace quellbox::samples
@@ -93,7 +117,9 @@ void WriteArchive(const Options& options) {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     try {
-        quellbox::samples::WriteArchive(quellbox::samples::ReadOptions(application));
+        const quellbox::samples::Options options = quellbox::samples::ReadOptions(application);
+        quellbox::samples::WriteArchive(options);
+        quellbox::samples::WriteHistory(options);
         return 0;
     } catch (const quellbox::samples::UsageError& error) {
         std::fprintf(stderr, "%s Try --help.\n", error.what());

@@ -17,6 +17,7 @@ run_packages=(
   qt6-tools-dev     # how CMake finds what compiles the translations
   qt6-l10n-tools    # compiles them, and extracts the texts to translate
   libqt6svg6        # draws the icons
+  libqt6sql6-sqlite # keeps the history of actions in a database
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
   fonts-dejavu-core # a font, where the machine has none
   fonts-droid-fallback # Chinese, Japanese and Korean, which the font above lacks
@@ -66,6 +67,7 @@ windows_packages=(
   meson                       # builds glib
   autoconf automake libtool   # for gmime's configure script, which its source package lacks
   gtk-doc-tools               # a macro of that script
+  tcl                         # puts SQLite's source together
   googletest                  # the tests' library, as sources
   librsvg2-bin icoutils       # draw the pictures and put them into icon files
   zip                         # the portable package

@@ -8,13 +8,14 @@ home="$PWD/build/run"
 mkdir -p "$home/pickup"
 
 if [ ! -d "$home/archive" ]; then
-  rm -rf "$home/archive.new"
-  "$binaries/quellbox_samples" --count 600 --seed 2003 --days 14 --out "$home/archive.new"
+  rm -rf "$home/archive.new" "$home/data"
+  "$binaries/quellbox_samples" --count 600 --seed 2003 --days 14 --out "$home/archive.new" --as "$home/archive" \
+    --history "$home/data/quellbox-sample/history.sqlite"
   mv "$home/archive.new" "$home/archive"
 fi
 cp -f "$binaries/quellbox" "$home/quellbox-sample"
 
-export XDG_CONFIG_HOME="$home/config"
+export XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data"
 settings="$XDG_CONFIG_HOME/quellbox-sample/settings.ini"
 if [ ! -e "$settings" ]; then
   mkdir -p "${settings%/*}"

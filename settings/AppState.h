@@ -29,6 +29,8 @@ struct AppState {
     qint16 RawBody = 0;            ///< 1 when the viewer of raw text is to start at the end; kept, without effect
     qint16 AutoRefresh = 0;        ///< automatic refresh is on when exactly 1
     qint16 OutlookExpress = 0;     ///< 1 shows messages in the external viewer
+    qint16 KeepDeletedDays = 0;    ///< days for which deleted messages are kept; with 0 or less they go at once
+    qint16 HistoryDays = 0;        ///< days for which the history of actions is kept; with 0 or less none is written
     qint32 FilterMessages = 0;     ///< state of the "filter" button: 0 released, 1 pressed
     qint32 ContentsAttachment = 0; ///< state of the "attachment" button: 0 released, 1 pressed
     qint32 ContentsCollapse = 0;   ///< state of the "collapse" button: 0 released, 1 pressed

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace quellbox {
 
@@ -29,6 +30,9 @@ ProgramInfo MakeProgramInfo(const QString& executablePath) {
     program.ExecutableName = executable.completeBaseName();
     program.ExecutablePath = QDir::toNativeSeparators(executable.absoluteFilePath());
     program.Directory = QDir::toNativeSeparators(executable.absolutePath());
+    program.HistoryFile =
+        QDir::toNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                 QLatin1Char('/') + program.ExecutableName + QStringLiteral("/history.sqlite"));
     program.HelpFile = program.Directory.PathOf(QStringLiteral("Quellbox.chm"));
     return program;
 }

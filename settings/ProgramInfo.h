@@ -26,6 +26,7 @@ struct ProgramInfo {
     QString ExecutablePath; ///< the executable's file
     Folder Directory;       ///< folder of the executable
     QString HelpFile;       ///< the compiled help file's path
+    QString HistoryFile;    ///< where what the program does is written down, in the folder for the user's data
 
     /// "major.minor.revision", in plain decimal.
     QString Version() const { return QStringLiteral("%1.%2.%3").arg(Major).arg(Minor).arg(Revision); }

@@ -87,6 +87,8 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("Bottom"), QLatin1String("2000"), &AppState::Bottom},
         {QLatin1String("Contents"), QLatin1String("1"), &AppState::Contents},
         {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
+        {QLatin1String("KeepDeletedDays"), QLatin1String("0"), &AppState::KeepDeletedDays},
+        {QLatin1String("HistoryDays"), QLatin1String("90"), &AppState::HistoryDays},
     };
     return table;
 }

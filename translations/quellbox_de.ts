@@ -256,6 +256,61 @@
     </message>
 </context>
 <context>
+    <name>frmHistory</name>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Part of a sender, To, subject or file name</source>
+        <translation>Teil von Absender, An, Betreff oder Dateiname</translation>
+    </message>
+    <message>
+        <source>&amp;Action:</source>
+        <translation>&amp;Aktion:</translation>
+    </message>
+    <message>
+        <source>&amp;Result:</source>
+        <translation>E&amp;rgebnis:</translation>
+    </message>
+    <message>
+        <source>What was done, the newest first</source>
+        <translation>Was getan wurde, das Neueste zuerst</translation>
+    </message>
+    <message>
+        <source>Details of the selected entry</source>
+        <translation>Einzelheiten des markierten Eintrags</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Put the messages of the selected entries back into the archive</source>
+        <translation>Die Nachrichten der markierten Einträge ins Archiv zurücklegen</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>E&amp;xportieren...</translation>
+    </message>
+    <message>
+        <source>Write the list that is shown into a file</source>
+        <translation>Die angezeigte Liste in eine Datei schreiben</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>frmOptions</name>
     <message>
         <source>Options</source>
@@ -396,6 +451,34 @@
     <message>
         <source>Help</source>
         <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;History</source>
+        <translation>Ver&amp;lauf</translation>
+    </message>
+    <message>
+        <source>&amp;Keep deleted messages, so that deleting can be undone</source>
+        <translation>&amp;Gelöschte Nachrichten aufbewahren, damit sie zurückgeholt werden können</translation>
+    </message>
+    <message>
+        <source>D&amp;ays to keep them (1 to 999)</source>
+        <translation>Tage, die sie auf&amp;bewahrt werden (1 bis 999)</translation>
+    </message>
+    <message>
+        <source>Days to keep deleted messages</source>
+        <translation>Tage, die gelöschte Nachrichten aufbewahrt werden</translation>
+    </message>
+    <message>
+        <source>Da&amp;ys to keep the history of actions (0 to 9999)</source>
+        <translation>Tage, die &amp;der Verlauf der Aktionen aufbewahrt wird (0 bis 9999)</translation>
+    </message>
+    <message>
+        <source>Days to keep the history of actions</source>
+        <translation>Tage, die der Verlauf der Aktionen aufbewahrt wird</translation>
+    </message>
+    <message>
+        <source>With 0 days, no history is written.</source>
+        <translation>Bei 0 Tagen wird kein Verlauf geschrieben.</translation>
     </message>
 </context>
 <context>
@@ -817,8 +900,202 @@
         <translation>Die Freigabe des Archivs ist nicht mehr eingehängt: %1</translation>
     </message>
     <message>
+        <source>A file or a link has the name of the folder.</source>
+        <translation>Eine Datei oder ein Link hat den Namen des Ordners.</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the folder for deleted messages cannot be made in %1
+
+%2</source>
+        <translation>Nichts wurde gelöscht: Der Ordner für gelöschte Nachrichten kann nicht angelegt werden in %1
+
+%2</translation>
+    </message>
+    <message>
         <source>Shares opened in the file manager</source>
         <translation>In der Dateiverwaltung geöffnete Freigaben</translation>
+    </message>
+    <message>
+        <source>Unblock</source>
+        <translation>Freigeben</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Tolerate</source>
+        <translation>Tolerieren</translation>
+    </message>
+    <message>
+        <source>Automatic toleration</source>
+        <translation>Automatische Tolerierung</translation>
+    </message>
+    <message>
+        <source>Cleansing</source>
+        <translation>Bereinigung</translation>
+    </message>
+    <message>
+        <source>Added to whitelist</source>
+        <translation>In Whitelist aufgenommen</translation>
+    </message>
+    <message>
+        <source>Removed from whitelist</source>
+        <translation>Aus Whitelist entfernt</translation>
+    </message>
+    <message>
+        <source>Pickup test</source>
+        <translation>Pickup-Test</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Erledigt</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Undone</source>
+        <translation>Rückgängig gemacht</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Sender</source>
+        <translation>Absender</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>Whitelist entry</source>
+        <translation>Whitelist-Eintrag</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archiv</translation>
+    </message>
+    <message>
+        <source>Pickup directory</source>
+        <translation>Pickup-Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Kept in</source>
+        <translation>Aufbewahrt in</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Konto</translation>
+    </message>
+    <message>
+        <source>Computer</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>A newer version of the program has made it.</source>
+        <translation>Eine neuere Version des Programms hat ihn angelegt.</translation>
+    </message>
+    <message>
+        <source>The program ended in the middle. The message is in both folders.</source>
+        <translation>Das Programm endete mittendrin. Die Nachricht liegt in beiden Ordnern.</translation>
+    </message>
+    <message>
+        <source>The program ended before it had dealt with the message.</source>
+        <translation>Das Programm endete, bevor es die Nachricht bearbeitet hatte.</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment, because another program keeps it locked. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden, weil ein anderes Programm ihn gesperrt hält. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment, because the disk is full. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden, weil der Datenträger voll ist. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
+    </message>
+    <message>
+        <source>The history %1 is damaged. It was put aside as %2, and a new one has been begun.</source>
+        <translation>Der Verlauf %1 ist beschädigt. Er wurde als %2 beiseite gelegt und ein neuer begonnen.</translation>
+    </message>
+    <message>
+        <source>The history cannot be used, and is left alone. What is done now can be looked up until the program ends. %1: %2</source>
+        <translation>Der Verlauf kann nicht benutzt werden und bleibt unberührt. Was jetzt getan wird, kann bis zum Ende des Programms nachgesehen werden. %1: %2</translation>
+    </message>
+    <message>
+        <source>File name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Envelope sender</source>
+        <translation>Umschlagabsender</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There is a file of this name already.</source>
+        <translation>Es gibt schon eine Datei dieses Namens.</translation>
+    </message>
+    <message>
+        <source>The name has to end with .csv or .jsonl.</source>
+        <translation>Der Name muss mit .csv oder .jsonl enden.</translation>
+    </message>
+    <message>
+        <source>Nothing would be removed.</source>
+        <translation>Nichts würde entfernt.</translation>
+    </message>
+    <message>
+        <source>One message (%1) of %2 would be removed.</source>
+        <translation>Eine Nachricht (%1) vom %2 würde entfernt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) of %2 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln messages (%1) from %2 to %3 would be removed.</source>
+        <translation>
+            <numerusform>%Ln Nachricht (%1) vom %2 bis %3 würde entfernt.</numerusform>
+            <numerusform>%Ln Nachrichten (%1) vom %2 bis %3 würden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is a file %1 already. Replace it?</source>
+        <translation>Die Datei %1 gibt es schon. Soll sie ersetzt werden?</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>It is damaged, and cannot be put aside.</source>
+        <translation>Er ist beschädigt und kann nicht beiseite gelegt werden.</translation>
+    </message>
+    <message>
+        <source>What is done cannot be written into the history at the moment. It is tried again while this program runs. %1: %2</source>
+        <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
     </message>
 </context>
 <context>
@@ -865,6 +1142,24 @@
     </message>
 </context>
 <context>
+    <name>quellbox::ExportDesk</name>
+    <message>
+        <source>Messages of %1</source>
+        <translation>Nachrichten vom %1</translation>
+    </message>
+    <message>
+        <source>One message written to %1</source>
+        <translation>Eine Nachricht in %1 geschrieben</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages written to %1</source>
+        <translation>
+            <numerusform>%n Nachricht in %1 geschrieben</numerusform>
+            <numerusform>%n Nachrichten in %1 geschrieben</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>quellbox::HelpDesk</name>
     <message>
         <source>This system has no viewer for help files:
@@ -873,6 +1168,36 @@
         <translation>Auf diesem System gibt es kein Programm, das Hilfedateien anzeigt:
 
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::HistoryDesk</name>
+    <message>
+        <source>The mail server has taken the message out of the pickup directory.</source>
+        <translation>Der Mailserver hat die Nachricht aus dem Pickup-Verzeichnis geholt.</translation>
+    </message>
+    <message>
+        <source>The message is not kept any more.</source>
+        <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>The archive holds a message of this name already.</source>
+        <translation>Im Archiv liegt schon eine Nachricht dieses Namens.</translation>
+    </message>
+    <message>
+        <source>History of %1</source>
+        <translation>Verlauf vom %1</translation>
+    </message>
+    <message>
+        <source>Nothing was exported, because something else is being done. Try again when it has ended.</source>
+        <translation>Es wurde nichts exportiert, weil gerade etwas anderes getan wird. Versuchen Sie es wieder, wenn es beendet ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries written to %1</source>
+        <translation>
+            <numerusform>%n Eintrag nach %1 geschrieben</numerusform>
+            <numerusform>%n Einträge nach %1 geschrieben</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1086,6 +1411,18 @@
         <source>Contents</source>
         <translation>Inhalt</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;History...</source>
+        <translation>&amp;Verlauf...</translation>
+    </message>
+    <message>
+        <source>&amp;Export List...</source>
+        <translation>Liste &amp;exportieren...</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
@@ -1254,6 +1591,17 @@
     </message>
 </context>
 <context>
+    <name>quellbox::frmCleansing</name>
+    <message>
+        <source>Counting...</source>
+        <translation>Wird gezählt...</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
+    </message>
+</context>
+<context>
     <name>quellbox::frmFind</name>
     <message>
         <source>Find All</source>
@@ -1288,6 +1636,28 @@
     <message>
         <source>%1 - Quellbox Help</source>
         <translation>%1 - Quellbox-Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmHistory</name>
+    <message>
+        <source>All actions</source>
+        <translation>Alle Aktionen</translation>
+    </message>
+    <message>
+        <source>All results</source>
+        <translation>Alle Ergebnisse</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries</source>
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>

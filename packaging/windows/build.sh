@@ -38,7 +38,7 @@ kept() {
   echo "$folder" >"$build/$name.prefix"
 }
 kept mail 'glib2.0 gmime pcre2 libffi' libz-mingw-w64-dev mingw.ini intl/libintl.h intl/intl.c iconv/iconv.h iconv/iconv-detect.h
-kept qt qt6-base qt6-base-dev
+kept qt 'qt6-base sqlite3' qt6-base-dev
 prefixes="$(cat "$build/mail.prefix");$(cat "$build/qt.prefix")"
 if [ $tests = ON ]; then
   kept googletest '' googletest

@@ -6,7 +6,7 @@
 #   sources.sh unpack NAME   unpacks a source package into ./NAME, or copies the one that QUELLBOX_SOURCES has
 #   sources.sh files NAME    prints the files of a source package, or the folder of the one that QUELLBOX_SOURCES has
 . "$(dirname "$0")/common.sh"
-sources=(qt6-base glib2.0 gmime pcre2 libffi)
+sources=(qt6-base sqlite3 glib2.0 gmime pcre2 libffi)
 mirror=${QUELLBOX_DEBIAN_MIRROR:-http://deb.debian.org}
 apt="$cache/apt"
 mkdir -p "$apt/lists/partial" "$apt/archives/partial" "$cache/sources"
@@ -57,6 +57,14 @@ look() {
 
 version_of() { awk -v name="$1" '$1 == name { print $2 }' "$cache/versions"; }
 
+# A source may have been added since the last look.
+knows_all() {
+  local source
+  for source in "${sources[@]}"; do
+    [ -n "$(version_of "$source")" ] || return
+  done
+}
+
 description_of() {
   local version
   version=$(version_of "$1")
@@ -65,7 +73,7 @@ description_of() {
 
 case $1 in
   versions)
-    if [ -n "$(find "$cache/versions" -mtime 0 -newer "$apt/debian.sources" 2>/dev/null)" ]; then
+    if [ -n "$(find "$cache/versions" -mtime 0 -newer "$apt/debian.sources" 2>/dev/null)" ] && knows_all; then
       exit
     fi
     if look; then

@@ -6,6 +6,7 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "history/frmHistory.h"
 #include "messages/frmFailures.h"
 #include "tests/support/AccessibleNames.h"
 #include "tests/support/MainWindowFixture.h"
@@ -126,7 +127,7 @@ TEST_F(MainAccessible, TheWhitelistDialogIsNamed) {
 
 TEST_F(MainAccessible, TheCleansingDialogIsNamed) {
     AppState state;
-    frmCleansing dialog(state, nullptr);
+    frmCleansing dialog({files_, pool_, clock_}, state, nullptr);
     dialog.show();
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
@@ -152,6 +153,15 @@ TEST_F(MainAccessible, TheWindowOfFailuresIsNamed) {
     int focusable = 0;
     EXPECT_EQ(NamelessControls(dialog, &focusable), "");
     EXPECT_GE(focusable, 4) << "the list and three buttons";
+}
+
+TEST_F(MainAccessible, TheWindowOfTheHistoryIsNamed) {
+    Journal journal(pool_, clock_, {});
+    frmHistory window(journal, nullptr);
+    window.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(window, &focusable), "");
+    EXPECT_GE(focusable, 8) << "field, two choices, list, details and buttons";
 }
 
 TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {

@@ -6,12 +6,14 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "history/frmHistory.h"
 #include "messages/frmFailures.h"
 #include "tests/support/InstalledTexts.h"
 #include "tests/support/MainWindowFixture.h"
 #include "whitelist/frmTolerate.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -67,6 +69,7 @@ TEST_F(MainGerman, TheTextsOfTheLibraryAreGermanToo) {
 TEST_F(MainGerman, MenusToolbarsAndColumnsAreGerman) {
     Open();
     EXPECT_EQ(Caption("mnuFile"), "&Datei");
+    EXPECT_EQ(Caption("mnuFileExport"), "Liste &exportieren...");
     EXPECT_EQ(Caption("mnuFiExit"), "&Beenden");
     EXPECT_EQ(Caption("mnuEditFindNext"), "&Weitersuchen");
     EXPECT_EQ(Caption("mnuActionsUnblock"), "&Freigeben");
@@ -166,9 +169,13 @@ QStringList Mnemonics(const QWidget& dialog) {
 TEST_F(MainGerman, TheCleansingDialogIsGerman) {
     AppState state;
     state.ArchiveDir = QStringLiteral("/archive/");
-    const frmCleansing dialog(state, nullptr);
+    const frmCleansing dialog({files_, pool_, clock_}, state, nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Bereinigungs-Assistent");
     EXPECT_EQ(Ambiguous(Mnemonics(dialog)), "");
+    const auto* every = dialog.findChild<QAbstractButton*>(QStringLiteral("optDays0"));
+    EXPECT_EQ(every->accessibleDescription().toStdString(), "Wird gezählt...");
+    const QString nothing = QStringLiteral("Nichts würde entfernt.");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return every->accessibleDescription() == nothing; }, patience));
 }
 
 TEST_F(MainGerman, TheFindDialogIsGerman) {
@@ -189,6 +196,16 @@ TEST_F(MainGerman, TheWindowOfFailuresIsGerman) {
     const auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("lvwFailures"));
     EXPECT_EQ(list->topLevelItem(0)->text(1).toStdString(),
               "Im Pickup-Verzeichnis liegt schon eine Nachricht dieses Namens.");
+}
+
+TEST_F(MainGerman, TheWindowOfTheHistoryIsGerman) {
+    Journal journal(pool_, clock_, {});
+    const frmHistory window(journal, nullptr);
+    EXPECT_EQ(window.windowTitle().toStdString(), "Verlauf");
+    EXPECT_EQ(Ambiguous(Mnemonics(window)), "");
+    const auto* actions = window.findChild<QComboBox*>(QStringLiteral("cboAction"));
+    EXPECT_EQ(actions->itemText(1).toStdString(), "Freigeben");
+    EXPECT_EQ(window.Model().headerData(HistorySender, Qt::Horizontal).toString().toStdString(), "Absender");
 }
 
 TEST_F(MainGerman, TheDirectoryDialogIsGerman) {

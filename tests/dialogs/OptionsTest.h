@@ -67,9 +67,11 @@ protected:
 
     static void Click(QWidget* widget) {
         ASSERT_TRUE(widget->isVisible() && widget->isEnabled()) << widget->objectName().toStdString();
-        // An option button listens at its circle and its text, which begin at its left edge.
+        // An option button or a check box listens at its mark and its text, which begin at its left edge.
         const QPoint left(10, widget->height() / 2);
-        QTest::mouseClick(widget, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(widget) != nullptr ? left : QPoint());
+        const bool hasMark =
+            qobject_cast<QRadioButton*>(widget) != nullptr || qobject_cast<QCheckBox*>(widget) != nullptr;
+        QTest::mouseClick(widget, Qt::LeftButton, {}, hasMark ? left : QPoint());
     }
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(Focus(), key, modifiers); }
 
@@ -86,7 +88,7 @@ protected:
     std::string Frames() const {
         QString shown;
         QString enabled;
-        for (int index = 0; index < 5; ++index) {
+        for (int index = 0; index < 6; ++index) {
             const auto* frame = Find<QWidget>(qPrintable(QStringLiteral("fraOptions%1").arg(index)));
             shown += frame->isVisible() ? QString::number(index) : QString();
             enabled += frame->isEnabled() ? QString::number(index) : QString();

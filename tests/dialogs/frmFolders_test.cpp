@@ -348,7 +348,7 @@ TEST_F(Folders, AFolderThatCannotBeReadStaysSelectedAndSaysWhy) {
     EXPECT_EQ(Listed(), "/ home ann joe");
     EXPECT_EQ(Folder(), "/home/ann");
     EXPECT_EQ(Status(), "/home/ann: Permission denied");
-    files_.RemoveFolder(Text("/home/joe"));
+    files_.LoseFolder(Text("/home/joe"));
     DoubleClick("joe");
     EXPECT_EQ(Status(), "/home/joe: No such file or directory");
     EXPECT_TRUE(texts_.isEmpty());

@@ -5,12 +5,12 @@ using namespace quellbox;
 TEST_F(Options, HasItsTexts) {
     Open();
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Options"));
-    const QStringList tabs{QStringLiteral("&General"), QStringLiteral("&Directories"), QStringLiteral("&Filtering"),
-                           QStringLiteral("&Toleration"), QStringLiteral("&Settings")};
-    const QStringList keys{QStringLiteral("general"), QStringLiteral("directories"), QStringLiteral("filter"),
-                           QStringLiteral("toleration"), QStringLiteral("settings")};
-    ASSERT_EQ(Tabs()->count(), 5);
-    for (int tab = 0; tab < 5; ++tab) {
+    const QStringList tabs{QStringLiteral("&General"),    QStringLiteral("&Directories"), QStringLiteral("&Filtering"),
+                           QStringLiteral("&Toleration"), QStringLiteral("&Settings"),    QStringLiteral("&History")};
+    const QStringList keys{QStringLiteral("general"),    QStringLiteral("directories"), QStringLiteral("filter"),
+                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history")};
+    ASSERT_EQ(Tabs()->count(), 6);
+    for (int tab = 0; tab < 6; ++tab) {
         EXPECT_EQ(Tabs()->tabText(tab), tabs[tab]);
         EXPECT_EQ(Tabs()->tabBar()->tabData(tab).toString(), keys[tab]);
         EXPECT_FALSE(Tabs()->tabIcon(tab).pixmap(16, 16).isNull());
@@ -26,6 +26,7 @@ TEST_F(Options, HasItsTexts) {
         {"chkAutoRefresh", "&Auto Refresh / Action (in seconds)"},
         {"chkRawBody", "&Go to end of message contents in RAW viewer window"},
         {"chkOutlookExpress", "Use OutlookE&xpress as message viewer"},
+        {"chkKeepDeleted", "&Keep deleted messages, so that deleting can be undone"},
         {"btnArchive", "Select"},
         {"btnPickup", "Select"},
         {"btnTolerate", "Select"},
@@ -85,7 +86,7 @@ TEST_F(Options, ABoxIsCheckedByExactlyOne) {
 TEST_F(Options, OnlyTheFrameOfTheSelectedTabIsShownAndEnabled) {
     Open();
     EXPECT_EQ(Frames(), "0/0");
-    for (int tab : {3, 1, 4, 2, 0}) {
+    for (int tab : {3, 1, 4, 5, 2, 0}) {
         Click(Tabs()->tabBar()); // the focus is to stay on a control that is enabled
         QTest::mouseClick(Tabs()->tabBar(), Qt::LeftButton, {}, Tabs()->tabBar()->tabRect(tab).center());
         const std::string number = std::to_string(tab);
@@ -111,20 +112,20 @@ TEST_F(Options, ATabThatDoesNotExistIsTheNearestOne) {
     Open(-1);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
     Open(99);
-    EXPECT_EQ(Tabs()->currentIndex(), 4);
+    EXPECT_EQ(Tabs()->currentIndex(), 5);
 }
 
 TEST_F(Options, CtrlTabGoesRoundFromEveryControl) {
-    Open(4);
+    Open(5);
     Press(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
-    for (const char* name : {"trvOptions", "btnArchive", "optDays0", "btnTolerate", "txtRefreshInterval", "trvOptions",
-                             "cmdOK", "cmdHelp"}) {
+    for (const char* name : {"trvOptions", "btnArchive", "optDays0", "btnTolerate", "txtRefreshInterval",
+                             "txtHistoryDays", "trvOptions", "cmdOK", "cmdHelp"}) {
         const int before = Tabs()->currentIndex();
         Find<QWidget>(name)->setFocus();
         ASSERT_EQ(Focus()->objectName().toStdString(), name);
         Press(Qt::Key_Tab, Qt::ControlModifier);
-        EXPECT_EQ(Tabs()->currentIndex(), (before + 1) % 5) << name;
+        EXPECT_EQ(Tabs()->currentIndex(), (before + 1) % 6) << name;
         ASSERT_NE(Focus(), nullptr);
         EXPECT_TRUE(Focus()->isVisible() && Focus()->isEnabled()) << name;
     }

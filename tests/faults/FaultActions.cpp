@@ -5,6 +5,7 @@
 #include "archive/RefreshTask.h"
 #include "dialogs/CleansingTask.h"
 #include "messages/DisposalTask.h"
+#include "messages/PutBackTask.h"
 #include "tests/messages/ListRows.h"
 #include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
@@ -44,7 +45,12 @@ void WaitForEnd(FaultScene& scene, const Task& task) {
     }
 }
 
-Told Dispose(qint16 action, FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+std::shared_ptr<KeptFolder> NewKept(const FaultScene& scene, FileSystem& files) {
+    return std::make_shared<KeptFolder>(files, scene.Archive(), 30, QDateTime::currentDateTime());
+}
+
+Told Dispose(qint16 action, FaultScene& scene, FileSystem& files, const std::function<void()>& begin,
+             const std::shared_ptr<KeptFolder>& kept = nullptr) {
     ThreadWorkPool pool;
     MessageListModel model;
     for (const QString& name : FaultScene::Names()) {
@@ -60,7 +66,7 @@ Told Dispose(qint16 action, FaultScene& scene, FileSystem& files, const std::fun
         told.wasComplete = result.rowsGone == FaultScene::count;
     });
     begin();
-    task.Start(action, {scene.Archive(), scene.Pickup()}, rows);
+    task.Start(action, {scene.Archive(), scene.Pickup()}, rows, kept);
     WaitForEnd(scene, task);
     pool.WaitForDone();
     return told;
@@ -92,17 +98,43 @@ Told Tolerate(FaultScene& scene, FileSystem& files, const std::function<void()>&
     return told;
 }
 
-Told Cleanse(FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+Told Cleanse(FaultScene& scene, FileSystem& files, const std::function<void()>& begin,
+             const std::shared_ptr<KeptFolder>& kept) {
     ThreadWorkPool pool;
     CleansingTask task(files, pool);
     Told told;
     QObject::connect(&task, &CleansingTask::Ended, [&told](const CleansingResult& result) {
         AddFailures(told, result.failures);
         // What could not be listed is told of as a failure of the folder.
-        told.wasComplete = told.failed.erase(QString()) == 0;
+        told.wasComplete = told.failed.erase(QString()) == 0 && !result.refused;
     });
     begin();
-    task.Start(scene.Archive(), daysToKeep, QDate::currentDate());
+    task.Start(scene.Archive(), daysToKeep, QDate::currentDate(), kept);
+    WaitForEnd(scene, task);
+    pool.WaitForDone();
+    return told;
+}
+
+/// Puts back what was deleted in another session.
+Told PutBackAll(FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+    const std::shared_ptr<KeptFolder> kept = NewKept(scene, files);
+    kept->Make();
+    scene.MoveAllTo(kept->Path());
+    ThreadWorkPool pool;
+    PutBackTask task(files, pool);
+    std::vector<PutBack> items;
+    for (const QString& name : FaultScene::Names()) {
+        items.push_back({kept->PathOf(name), scene.Archive() + name});
+    }
+    Told told;
+    QObject::connect(&task, &PutBackTask::Ended, [&told](const PutBackResult& result) {
+        for (const PutBackFate& fate : result.fates) {
+            told.wasComplete = told.wasComplete && (fate.isDone || fate.failure);
+            AddFailures(told, fate.failure ? std::vector{*fate.failure} : std::vector<FileFailure>());
+        }
+    });
+    begin();
+    task.Start(items, {kept->Path()});
     WaitForEnd(scene, task);
     pool.WaitForDone();
     return told;
@@ -112,16 +144,28 @@ Told Cleanse(FaultScene& scene, FileSystem& files, const std::function<void()>& 
 
 const std::vector<FaultAction>& FaultActions() {
     static const std::vector<FaultAction> actions{
-        {"unblock", true,
+        {"unblock", Wanted::InPickup,
          [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
              return Dispose(Action::unblock, scene, files, begin);
          }},
-        {"delete", false,
+        {"delete", Wanted::Deleted,
          [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
              return Dispose(Action::remove, scene, files, begin);
          }},
-        {"toleration", true, Tolerate},
-        {"cleansing", false, Cleanse}};
+        {"toleration", Wanted::InPickup, Tolerate},
+        {"cleansing", Wanted::Deleted,
+         [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+             return Cleanse(scene, files, begin, nullptr);
+         }},
+        {"delete_keeping", Wanted::Kept,
+         [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+             return Dispose(Action::remove, scene, files, begin, NewKept(scene, files));
+         }},
+        {"cleansing_keeping", Wanted::Kept,
+         [](FaultScene& scene, FileSystem& files, const std::function<void()>& begin) {
+             return Cleanse(scene, files, begin, NewKept(scene, files));
+         }},
+        {"put_back", Wanted::PutBack, PutBackAll}};
     return actions;
 }
 

@@ -17,9 +17,10 @@ using Trials = std::vector<QByteArray>;
 const std::vector<QByteArray> errors{"EIO", "ENOSPC", "EACCES", "EBUSY", "ETIMEDOUT", "ENOTCONN", "ESTALE"};
 
 /// The calls that change something, and with what a client that repeats them by itself finds them done.
-const std::map<QByteArray, QByteArray> changes{{"create", "EEXIST"}, {"link", "EEXIST"}, {"rename", "ENOENT"},
-                                               {"unlink", "ENOENT"}, {"write", ""},      {"setattr", ""},
-                                               {"flush", ""},        {"fsync", ""},      {"release", ""}};
+const std::map<QByteArray, QByteArray> changes{{"create", "EEXIST"}, {"link", "EEXIST"},  {"rename", "ENOENT"},
+                                               {"mkdir", "EEXIST"},  {"rmdir", "ENOENT"}, {"unlink", "ENOENT"},
+                                               {"write", ""},        {"setattr", ""},     {"flush", ""},
+                                               {"fsync", ""},        {"release", ""}};
 
 int CountOf(const Calls& calls, const QByteArray& kinds) {
     int count = 0;
@@ -129,11 +130,11 @@ Trials PlanFullDisk(const Calls& calls) {
 
 /// From some call on nothing may be changed, or nothing at all may be done; or one thing never may.
 Trials PlanRights(const Calls& calls) {
-    const QByteArray kinds = "unlink,rename,create,link,setattr";
+    const QByteArray kinds = "unlink,rename,create,link,setattr,mkdir";
     Trials trials = PlanForEach("fail " + kinds + " * error=EACCES from=", Sample(CountOf(calls, kinds), 6));
     for (const Trials& more :
          {PlanForEach("fail * * error=EACCES from=", Sample(CountOfAll(calls), 8)),
-          PlanForEach("fail ", {"unlink", "create", "rename", "link", "setattr", "open", "opendir"},
+          PlanForEach("fail ", {"unlink", "create", "rename", "link", "setattr", "open", "opendir", "mkdir", "rmdir"},
                       " * error=EACCES\n"),
           PlanForEach("fail ", {"unlink", "create", "rename"}, " * error=EROFS\n")}) {
         trials.insert(trials.end(), more.begin(), more.end());

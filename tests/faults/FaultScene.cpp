@@ -2,6 +2,8 @@
 
 #include "tests/faults/FaultScene.h"
 
+#include "messages/KeptFolder.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -74,19 +76,50 @@ QString FaultScene::Real(const char* folder) const {
     return mount_.RealFolder() + run_ + QLatin1Char('/') + QLatin1String(folder) + QLatin1Char('/');
 }
 
-FaultScene::State FaultScene::StateOf(const char* folder, const QString& name) const {
-    QFile file(Real(folder) + name);
+/// The folder of deleted messages; one that does not exist where none was made.
+QString FaultScene::RealKept() const {
+    const QDir above(KeptFoldersOf(Real("archive")));
+    const QStringList names = above.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
+    if (names.size() > 1) {
+        throw std::runtime_error("one action has made two folders");
+    }
+    return above.path() + QLatin1Char('/') + names.value(0, QStringLiteral("none")) + QLatin1Char('/');
+}
+
+QString FaultScene::Source(Wanted wanted) const {
+    return wanted == Wanted::PutBack ? RealKept() : Real("archive");
+}
+
+QString FaultScene::Target(Wanted wanted) const {
+    switch (wanted) {
+    case Wanted::Kept:
+        return RealKept();
+    case Wanted::PutBack:
+        return Real("archive");
+    default:
+        return Real("pickup");
+    }
+}
+
+FaultScene::State FaultScene::StateOf(const QString& folder, const QString& name) {
+    QFile file(folder + name);
     if (!file.open(QIODevice::ReadOnly)) {
         return State::Missing;
     }
     return file.readAll() == MessageBytes(name) ? State::Whole : State::Damaged;
 }
 
-Found FaultScene::LookForMoved(const Told& told) const {
+Found FaultScene::LookFor(Wanted wanted, const Told& told) const {
+    return wanted == Wanted::Deleted ? LookForDeleted(told) : LookForMoved(wanted, told);
+}
+
+Found FaultScene::LookForMoved(Wanted wanted, const Told& told) const {
     Found found;
+    const QString from = Source(wanted);
+    const QString to = Target(wanted);
     for (const QString& name : Names()) {
-        const State source = StateOf("archive", name);
-        const State target = StateOf("pickup", name);
+        const State source = StateOf(from, name);
+        const State target = StateOf(to, name);
         const bool saysFailed = told.failed.contains(name);
         const bool isTold = saysFailed || told.listed.contains(name) || !told.wasComplete;
         found.damaged += source == State::Damaged || target == State::Damaged ? 1 : 0;
@@ -95,10 +128,10 @@ Found FaultScene::LookForMoved(const Told& told) const {
         found.both += source == State::Whole && target == State::Whole ? 1 : 0;
         found.failedDone += source == State::Missing && target == State::Whole && saysFailed ? 1 : 0;
     }
-    found.leftBehind = LeftBehind();
-    const QStringList seen = QDir(Real("pickup")).entryList({QStringLiteral("*.EML")}, QDir::Files | QDir::Hidden);
+    found.leftBehind = LeftBehind(wanted);
+    const QStringList seen = QDir(to).entryList({QStringLiteral("*.EML")}, QDir::Files | QDir::Hidden);
     const std::vector<QString> names = Names();
-    found.pickupNames = static_cast<int>(std::count_if(seen.begin(), seen.end(), [&names](const QString& name) {
+    found.strayNames = static_cast<int>(std::count_if(seen.begin(), seen.end(), [&names](const QString& name) {
         return std::find(names.begin(), names.end(), name) == names.end();
     }));
     return found;
@@ -107,7 +140,7 @@ Found FaultScene::LookForMoved(const Told& told) const {
 Found FaultScene::LookForDeleted(const Told& told) const {
     Found found;
     for (const QString& name : Names()) {
-        const State state = StateOf("archive", name);
+        const State state = StateOf(Real("archive"), name);
         const bool saysFailed = told.failed.contains(name);
         found.damaged += state == State::Damaged ? 1 : 0;
         found.silent += state != State::Missing && !saysFailed && told.wasComplete ? 1 : 0;
@@ -116,15 +149,30 @@ Found FaultScene::LookForDeleted(const Told& told) const {
     return found;
 }
 
-int FaultScene::LeftBehind() const {
-    return static_cast<int>(
-        QDir(Real("pickup")).entryList({QStringLiteral(".quellbox-*.tmp")}, QDir::Files | QDir::Hidden).size());
+int FaultScene::LeftBehind(Wanted wanted) const {
+    const QStringList left =
+        QDir(Target(wanted)).entryList({QStringLiteral(".quellbox-*.tmp")}, QDir::Files | QDir::Hidden);
+    return static_cast<int>(left.size());
 }
 
-QString FaultScene::AddMessage() const {
+QString FaultScene::FolderToClear(Wanted wanted) const {
+    return mount_.Folder() + Target(wanted).mid(mount_.RealFolder().size());
+}
+
+void FaultScene::MoveAllTo(const QString& folder) const {
+    const QString real = mount_.RealFolder() + folder.mid(mount_.Folder().size());
+    for (const QString& name : Names()) {
+        if (!QFile::rename(Real("archive") + name, real + name)) {
+            throw std::runtime_error("a message cannot be moved");
+        }
+    }
+}
+
+QString FaultScene::AddMessage(Wanted wanted) const {
+    const bool isFromArchive = wanted != Wanted::PutBack;
     const QString name = QStringLiteral("more.EML");
-    WriteOld(Real("archive") + name, MessageBytes(name));
-    return name;
+    WriteOld(Real(isFromArchive ? "archive" : "pickup") + name, MessageBytes(name));
+    return (isFromArchive ? Archive() : Pickup()) + name;
 }
 
 } // namespace quellbox

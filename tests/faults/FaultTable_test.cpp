@@ -81,11 +81,11 @@ protected:
     }
 
     Found Expect(const FaultScene& scene, const Told& told) const {
-        const Found found = Action().moves ? scene.LookForMoved(told) : scene.LookForDeleted(told);
+        const Found found = scene.LookFor(Action().wanted, told);
         EXPECT_EQ(found.lost, 0);
         EXPECT_EQ(found.damaged, 0);
         EXPECT_EQ(found.silent, 0);
-        EXPECT_EQ(found.pickupNames, 0);
+        EXPECT_EQ(found.strayNames, 0);
         return found;
     }
 
@@ -122,10 +122,10 @@ protected:
     }
 
     /// What the next move has not cleared away.
-    static int LeftBehindByNext(const FaultScene& scene, FileSystem& files) {
-        const QString name = scene.AddMessage();
-        EXPECT_NO_THROW(files.Move(scene.Archive() + name, scene.Pickup() + name));
-        return scene.LeftBehind();
+    int LeftBehindByNext(const FaultScene& scene, FileSystem& files) const {
+        const QString more = scene.AddMessage(Action().wanted);
+        EXPECT_NO_THROW(files.Move(more, scene.FolderToClear(Action().wanted) + QStringLiteral("more.EML")));
+        return scene.LeftBehind(Action().wanted);
     }
 
     std::unique_ptr<FaultMount> mount_;
@@ -164,7 +164,9 @@ std::string NameOfTable(const testing::TestParamInfo<FaultTableTest::ParamType>&
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, FaultTableTest,
-                         testing::Combine(testing::Range<size_t>(0, 5), testing::Range<size_t>(0, 4)), NameOfTable);
+                         testing::Combine(testing::Range<size_t>(0, 5),
+                                          testing::Range<size_t>(0, FaultActions().size())),
+                         NameOfTable);
 
 } // namespace
 

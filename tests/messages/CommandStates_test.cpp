@@ -11,13 +11,13 @@ CommandStates Can(Activity activity, int rows, int selected, int level = 1) {
 
 TEST(CommandStates, AnEmptyListLeavesWhatNeedsNoMessage) {
     const CommandStates can = Can(Activity::Idle, 0, 0);
-    EXPECT_FALSE(can.edit || can.onSelected || can.tolerate || can.find);
+    EXPECT_FALSE(can.edit || can.onSelected || can.tolerate || can.find || can.exportList);
     EXPECT_TRUE(can.list && can.whitelist && can.refresh && can.tolerateMenu);
 }
 
-TEST(CommandStates, RowsWithoutSelectionCanBeSearched) {
+TEST(CommandStates, RowsWithoutSelectionCanBeSearchedAndExported) {
     const CommandStates can = Can(Activity::Idle, 3, 0);
-    EXPECT_TRUE(can.edit && can.find);
+    EXPECT_TRUE(can.edit && can.find && can.exportList);
     EXPECT_FALSE(can.onSelected || can.tolerate);
 }
 

@@ -76,6 +76,8 @@ TEST(LoadSettings, GivesTheDefaultsOfAFirstStart) {
     EXPECT_EQ(state.RawBody, 0);
     EXPECT_EQ(state.AutoRefresh, 1);
     EXPECT_EQ(state.OutlookExpress, 0);
+    EXPECT_EQ(state.KeepDeletedDays, 0) << "what is deleted is gone, unless the user wants it otherwise";
+    EXPECT_EQ(state.HistoryDays, 90);
     EXPECT_EQ(state.FilterMessages, 0);
     EXPECT_EQ(state.ContentsAttachment, 0);
     EXPECT_EQ(state.ContentsCollapse, 0);
@@ -123,6 +125,8 @@ TEST(LoadSettings, ReadsEveryStoredValue) {
     Put(store, "RawBody", "1");
     Put(store, "AutoRefresh", "0");
     Put(store, "OutlookExpress", "1");
+    Put(store, "KeepDeletedDays", "30");
+    Put(store, "HistoryDays", "0");
     Put(store, "FilterMessages", "1");
     Put(store, "ContentsAttachment", "1");
     Put(store, "ContentsCollapse", "1");
@@ -143,6 +147,8 @@ TEST(LoadSettings, ReadsEveryStoredValue) {
     EXPECT_EQ(state.RawBody, 1);
     EXPECT_EQ(state.AutoRefresh, 0);
     EXPECT_EQ(state.OutlookExpress, 1);
+    EXPECT_EQ(state.KeepDeletedDays, 30);
+    EXPECT_EQ(state.HistoryDays, 0);
     EXPECT_EQ(state.FilterMessages, 1);
     EXPECT_EQ(state.ContentsAttachment, 1);
     EXPECT_EQ(state.ContentsCollapse, 1);
@@ -215,9 +221,10 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
     RecordingStore store;
     SaveSettings(store, AppState());
     QStringList expected;
-    for (const char* key : {"FilterMessages", "FilterDays", "TolerationLevel", "RefreshInterval", "RawBody",
-                            "AutoRefresh", "OutlookExpress", "ContentsAttachment", "ContentsCollapse", "StatusBar",
-                            "Toolbar", "HideMinimized", "BulkMode", "Whole", "Bottom", "Contents", "HeaderField"}) {
+    for (const char* key :
+         {"FilterMessages", "FilterDays", "TolerationLevel", "RefreshInterval", "RawBody", "AutoRefresh",
+          "OutlookExpress", "ContentsAttachment", "ContentsCollapse", "StatusBar", "Toolbar", "HideMinimized",
+          "BulkMode", "Whole", "Bottom", "Contents", "HeaderField", "KeepDeletedDays", "HistoryDays"}) {
         expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
     }
     EXPECT_EQ(store.written, expected);
@@ -266,6 +273,8 @@ TEST(SaveSettings, WritesWhatTheNextStartReads) {
     state.BulkMode = true;
     state.Bottom = 3210;
     state.HeaderField = 4;
+    state.KeepDeletedDays = 999;
+    state.HistoryDays = 9999;
     SaveSettings(store, state);
     const AppState next = Loaded(store);
     EXPECT_EQ(next.FilterDays, 2);
@@ -275,6 +284,8 @@ TEST(SaveSettings, WritesWhatTheNextStartReads) {
     EXPECT_TRUE(next.BulkMode);
     EXPECT_EQ(next.Bottom, 3210);
     EXPECT_EQ(next.HeaderField, 4);
+    EXPECT_EQ(next.KeepDeletedDays, 999);
+    EXPECT_EQ(next.HistoryDays, 9999);
 }
 
 TEST(SettingsTable, NamesEachKeyAndEachMemberOnce) {
@@ -287,5 +298,5 @@ TEST(SettingsTable, NamesEachKeyAndEachMemberOnce) {
         }
     }
     EXPECT_EQ(size_t(keys.size()), table.size());
-    EXPECT_EQ(table.size(), 19u);
+    EXPECT_EQ(table.size(), 21u);
 }

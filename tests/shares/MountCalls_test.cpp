@@ -1,6 +1,7 @@
 #include "archive/RefreshTask.h"
 #include "dialogs/CleansingTask.h"
 #include "messages/DisposalTask.h"
+#include "messages/PutBackTask.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FaultMount.h"
 #include "tests/support/FixedClock.h"
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <utility>
 
 namespace quellbox {
 
@@ -50,13 +52,40 @@ protected:
         ASSERT_EQ(model_.Count(), count);
     }
 
-    void DisposeOfAll(qint16 action) {
+    std::shared_ptr<KeptFolder> NewKept() {
+        return std::make_shared<KeptFolder>(*files_, state_.ArchiveDir, 30, clock_.Now());
+    }
+
+    void DisposeOfAll(qint16 action, const std::shared_ptr<KeptFolder>& kept = nullptr) {
         std::vector<int> rows(count);
         std::iota(rows.begin(), rows.end(), 0);
         DisposalTask task(*files_, pool_, model_);
-        task.Start(action, {state_.ArchiveDir, state_.PickupDir}, rows);
+        task.Start(action, {state_.ArchiveDir, state_.PickupDir}, rows, kept);
         ASSERT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
-        ASSERT_TRUE(QDir(mount_->RealFolder() + QStringLiteral("archive")).isEmpty());
+        ASSERT_TRUE(MessagesIn(QStringLiteral("archive")).isEmpty());
+    }
+
+    void CleanseAll(const std::shared_ptr<KeptFolder>& kept = nullptr) {
+        CleansingTask task(*files_, pool_);
+        task.Start(state_.ArchiveDir, 0, clock_.Now().date(), kept);
+        ASSERT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
+        ASSERT_TRUE(MessagesIn(QStringLiteral("archive")).isEmpty());
+    }
+
+    void PutAllBack(const KeptFolder& kept) {
+        std::vector<PutBack> items;
+        for (int message = 0; message < count; ++message) {
+            const QString name = QStringLiteral("%1.EML").arg(message);
+            items.push_back({kept.PathOf(name), state_.ArchiveDir.PathOf(name)});
+        }
+        PutBackTask task(*files_, pool_);
+        task.Start(items, {kept.Path()});
+        ASSERT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
+        ASSERT_EQ(MessagesIn(QStringLiteral("archive")).size(), count);
+    }
+
+    QStringList MessagesIn(const QString& folder) const {
+        return QDir(mount_->RealFolder() + folder).entryList(QDir::Files);
     }
 
     /// The calls of `work` for each message, by kind, without those by which the kernel learns what a name stands for,
@@ -105,12 +134,32 @@ TEST_P(MountCalls, AnUnblockIsOneCall) {
 }
 
 TEST_P(MountCalls, ACleansingIsOneCall) {
-    const auto cleanse = [this] {
-        CleansingTask task(*files_, pool_);
-        task.Start(state_.ArchiveDir, 0, clock_.Now().date());
-        ASSERT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
-    };
-    EXPECT_EQ(CallsOf(cleanse), (Counts{{"unlink", 1}}));
+    EXPECT_EQ(CallsOf([this] { CleanseAll(); }), (Counts{{"unlink", 1}}));
+}
+
+TEST_P(MountCalls, WhatIsKeptOfADeleteIsOneCall) {
+    Refresh();
+    EXPECT_EQ(CallsOf([this] { DisposeOfAll(Action::remove, NewKept()); }), (Counts{{"rename", 1}}));
+}
+
+TEST_P(MountCalls, WhatIsKeptOfACleansingIsOneCall) {
+    EXPECT_EQ(CallsOf([this] { CleanseAll(NewKept()); }), (Counts{{"rename", 1}}));
+}
+
+TEST_P(MountCalls, PuttingBackIsOneCall) {
+    Refresh();
+    const std::shared_ptr<KeptFolder> kept = NewKept();
+    DisposeOfAll(Action::remove, kept);
+    EXPECT_EQ(CallsOf([this, kept] { PutAllBack(*kept); }), (Counts{{"rename", 1}}));
+}
+
+TEST_P(MountCalls, PuttingBackInAnotherSessionIsOneCall) {
+    Refresh();
+    const std::shared_ptr<KeptFolder> kept = NewKept();
+    DisposeOfAll(Action::remove, kept);
+    const std::unique_ptr<FileSystem> earlier = std::exchange(files_, MakeLocalFileSystem());
+    pool_.WaitForDone();
+    EXPECT_EQ(CallsOf([this, kept] { PutAllBack(*kept); }), (Counts{{"rename", 1}}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rich, MountCalls, testing::Values(false));

@@ -71,7 +71,7 @@ void MemoryFileSystem::AddFolder(const QString& folder) {
     folders_.insert(WithoutSeparator(folder));
 }
 
-void MemoryFileSystem::RemoveFolder(const QString& folder) {
+void MemoryFileSystem::LoseFolder(const QString& folder) {
     const std::lock_guard lock(mutex_);
     folders_.erase(WithoutSeparator(folder));
 }
@@ -147,6 +147,10 @@ bool MemoryFileSystem::FolderExists(const QString& folder) const {
     return works && folders_.contains(WithoutSeparator(folder));
 }
 
+bool MemoryFileSystem::IsRealFolder(const QString& folder) const {
+    return FolderExists(folder);
+}
+
 bool MemoryFileSystem::FileExists(const QString& path) const {
     const bool works = Enter(path).isEmpty();
     const std::lock_guard lock(mutex_);
@@ -209,6 +213,28 @@ std::unique_ptr<InputFile> MemoryFileSystem::Open(const QString& path) const {
 void MemoryFileSystem::Move(const QString& from, const QString& to) {
     EnterChange(from);
     const std::lock_guard lock(mutex_);
+    MoveFile(from, to);
+}
+
+bool MemoryFileSystem::MoveUnless(const QString& from, const QString& to,
+                                  const std::function<bool(const FileStatus&)>& keep) {
+    EnterChange(from);
+    FileStatus status;
+    {
+        const std::lock_guard lock(mutex_);
+        const File& file = Find(from)->second;
+        status = {file.bytes.size(), file.modifiedNs};
+    }
+    if (keep(status)) {
+        return false;
+    }
+    const std::lock_guard lock(mutex_);
+    MoveFile(from, to);
+    return true;
+}
+
+// The caller holds the lock.
+void MemoryFileSystem::MoveFile(const QString& from, const QString& to) {
     const File file = Find(from)->second;
     RequireFolderOf(to);
     if (const auto failure = failures_.find(WithoutSeparator(to)); failure != failures_.end()) {
@@ -222,13 +248,21 @@ void MemoryFileSystem::Move(const QString& from, const QString& to) {
 }
 
 bool MemoryFileSystem::Remove(const QString& path) {
+    return RemoveFile(path, false);
+}
+
+bool MemoryFileSystem::RemoveEvenReadOnly(const QString& path) {
+    return RemoveFile(path, true);
+}
+
+bool MemoryFileSystem::RemoveFile(const QString& path, bool evenReadOnly) {
     EnterChange(path);
     const std::lock_guard lock(mutex_);
     const auto file = files_.find(Plain(path));
     if (file == files_.end()) {
         return false;
     }
-    if (file->second.readOnly) {
+    if (file->second.readOnly && !evenReadOnly) {
         throw FileError(path, QStringLiteral("The file is read-only."), FileProblem::NoRight);
     }
     files_.erase(file);
@@ -254,6 +288,28 @@ bool MemoryFileSystem::RemoveUnless(const QString& path, const std::function<boo
     const std::lock_guard lock(mutex_);
     files_.erase(Plain(path));
     return true;
+}
+
+void MemoryFileSystem::MakeFolder(const QString& folder) {
+    EnterChange(folder);
+    const std::lock_guard lock(mutex_);
+    const QString path = WithoutSeparator(folder);
+    RequireFolderOf(path);
+    if (files_.contains(path)) {
+        throw FileError(folder, QStringLiteral("File exists"), FileProblem::Exists);
+    }
+    folders_.insert(path);
+}
+
+bool MemoryFileSystem::RemoveFolder(const QString& folder) {
+    EnterChange(folder);
+    const std::lock_guard lock(mutex_);
+    const QString path = WithoutSeparator(folder);
+    const auto isInIt = [prefix = path + QLatin1Char('/')](const QString& other) { return other.startsWith(prefix); };
+    const bool isEmpty =
+        std::none_of(folders_.begin(), folders_.end(), isInIt) &&
+        std::none_of(files_.begin(), files_.end(), [&](const auto& file) { return isInIt(file.first); });
+    return isEmpty && folders_.erase(path) > 0;
 }
 
 void MemoryFileSystem::WriteWhole(const QString& path, const QByteArray& bytes) {

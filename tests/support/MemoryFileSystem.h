@@ -17,8 +17,8 @@ class MemoryFileSystem : public FileSystem {
 public:
     void AddFolder(const QString& folder);
 
-    /// Removes a folder, but nothing in it.
-    void RemoveFolder(const QString& folder);
+    /// Lets a folder vanish, but nothing in it.
+    void LoseFolder(const QString& folder);
 
     /// Adds or replaces a file, and its folder when that is missing.
     void Add(const QString& path, const QByteArray& bytes, qint64 modifiedNs = 0);
@@ -38,7 +38,8 @@ public:
     /// `hook` is called with the path before every Read(), outside of all locks.
     void SetReadHook(std::function<void(const QString&)> hook);
 
-    /// `hook` is called with the path before every Move(), Remove() and RemoveUnless(), outside of all locks.
+    /// `hook` is called with the path before every call that moves or removes a file or makes or removes a folder,
+    /// outside of all locks.
     void SetChangeHook(std::function<void(const QString&)> hook);
 
     /// Folders tell the status of those of their files whose names `tells` says yes to, and of no other ones.
@@ -57,13 +58,19 @@ public:
     QStringList Paths() const;
 
     bool FolderExists(const QString& folder) const override;
+    bool IsRealFolder(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
     std::vector<FolderEntry> Entries(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
+    bool MoveUnless(const QString& from, const QString& to,
+                    const std::function<bool(const FileStatus&)>& keep) override;
     bool Remove(const QString& path) override;
+    bool RemoveEvenReadOnly(const QString& path) override;
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override;
+    void MakeFolder(const QString& folder) override;
+    bool RemoveFolder(const QString& folder) override;
     void WriteWhole(const QString& path, const QByteArray& bytes) override;
 
 private:
@@ -82,6 +89,8 @@ private:
     QString PrefixOrThrow(const QString& folder) const;
     void RequireFolderOf(const QString& path) const;
     std::map<QString, File>::const_iterator Find(const QString& path) const;
+    void MoveFile(const QString& from, const QString& to);
+    bool RemoveFile(const QString& path, bool evenReadOnly);
 
     mutable std::mutex mutex_;
     std::map<QString, File> files_;

@@ -71,8 +71,8 @@ protected:
     }
 
     void Open() {
-        window = std::make_unique<frmMain>(
-            MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr, loadPatience});
+        window = std::make_unique<frmMain>(MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr,
+                                                     loadPatience, Teller(), true, historyFile});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
@@ -120,7 +120,17 @@ protected:
         return keys;
     }
 
+    /// What the user is told, where a test looks at that; nothing else is told then.
+    std::function<void(const QString&)> Teller() {
+        if (historyFile.isEmpty()) {
+            return {};
+        }
+        return [this](const QString& text) { told.append(text); };
+    }
+
     QTemporaryDir root;
+    QString historyFile; ///< where a test wants the history to be kept
+    QStringList told;
     std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     MemorySettingsStore store;
     std::unique_ptr<Clock> clock = MakeClock();

@@ -1,0 +1,65 @@
+#include "history/HistoryTable.h"
+
+#include "history/HistoryTexts.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+
+namespace quellbox {
+
+namespace {
+
+QString Tr(const char* text) {
+    return QCoreApplication::translate("quellbox", text);
+}
+
+/// With the distance to UTC, so that it means the same everywhere (ISO 8601).
+QString ExactTime(const HistoryLine& line) {
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(line.facts.timeMs);
+    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate);
+}
+
+QStringList RowOf(const HistoryLine& line) {
+    const HistoryActionFacts& facts = line.facts;
+    const HistoryEntry& entry = line.entry;
+    return {ExactTime(line), NameOf(facts.action), NameOf(entry.result),
+            entry.reason,    entry.sender,         entry.from,
+            entry.to,        entry.subject,        entry.size < 0 ? QString() : QString::number(entry.size),
+            entry.rating,    entry.file,           entry.detail,
+            facts.archive,   facts.pickup,         facts.kept,
+            facts.account,   facts.computer};
+}
+
+} // namespace
+
+TableColumns HistoryTableColumns() {
+    return {{QStringLiteral("time"), HeaderOf(HistoryTime)},
+            {QStringLiteral("action"), HeaderOf(HistoryActionName)},
+            {QStringLiteral("result"), HeaderOf(HistoryResultName)},
+            {QStringLiteral("reason"), Tr("Reason")},
+            {QStringLiteral("sender"), HeaderOf(HistorySender)},
+            {QStringLiteral("from"), Tr("From")},
+            {QStringLiteral("to"), HeaderOf(HistoryTo)},
+            {QStringLiteral("subject"), HeaderOf(HistorySubjectText)},
+            {QStringLiteral("size"), Tr("Size"), true},
+            {QStringLiteral("scl"), HeaderOf(HistoryScl)},
+            {QStringLiteral("file"), Tr("File")},
+            {QStringLiteral("whitelistEntry"), Tr("Whitelist entry")},
+            {QStringLiteral("archive"), Tr("Archive")},
+            {QStringLiteral("pickup"), Tr("Pickup directory")},
+            {QStringLiteral("kept"), Tr("Kept in")},
+            {QStringLiteral("account"), Tr("Account")},
+            {QStringLiteral("computer"), Tr("Computer")}};
+}
+
+NextRow CellsOf(std::shared_ptr<const std::vector<HistoryLine>> lines) {
+    return [lines = std::move(lines), next = size_t{0}](QStringList& cells) mutable {
+        if (next == lines->size()) {
+            return false;
+        }
+        cells = RowOf((*lines)[next++]);
+        return true;
+    };
+}
+
+} // namespace quellbox

@@ -1,0 +1,150 @@
+#include "history/JournalRecovery.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+namespace quellbox {
+
+namespace {
+
+bool Deletes(HistoryAction action) {
+    return action == HistoryAction::Delete || action == HistoryAction::Cleanse;
+}
+
+/// The folder into which an action moves, or out of which it moves back; empty for what is gone for good.
+QString OtherFolder(const HistoryActionFacts& facts) {
+    if (!facts.kept.isEmpty()) {
+        return facts.kept;
+    }
+    return Deletes(facts.action) ? QString() : facts.pickup;
+}
+
+QSet<QString> NamesIn(const FileSystem& files, const QString& folder) {
+    QSet<QString> names;
+    if (!folder.isEmpty() && files.FolderExists(folder)) {
+        for (const FolderEntry& entry : files.Entries(folder)) {
+            names.insert(entry.name);
+        }
+    }
+    return names;
+}
+
+/// Empty when the archive cannot be looked at. Where a share is not mounted there is an empty folder in its place.
+std::optional<std::vector<HistoryEntry>> LookFor(const FileSystem& files, const InterruptedAction& action) {
+    try {
+        if (!files.FolderExists(action.facts.archive)) {
+            return std::nullopt;
+        }
+        const FoundFiles found{NamesIn(files, action.facts.archive), NamesIn(files, OtherFolder(action.facts))};
+        if (found.archive.isEmpty()) {
+            return std::nullopt;
+        }
+        std::vector<HistoryEntry> entries;
+        for (const QString& file : action.files) {
+            if (const std::optional<HistoryEntry> entry = OutcomeOf(action, file, found)) {
+                entries.push_back(*entry);
+            }
+        }
+        return entries;
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+HistoryEntry Failed(HistoryEntry entry, const QString& reason) {
+    entry.result = HistoryResult::Failed;
+    entry.reason = reason;
+    return entry;
+}
+
+} // namespace
+
+std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QString& file, const FoundFiles& found) {
+    HistoryEntry entry;
+    entry.file = file;
+    const bool isInArchive = found.archive.contains(file);
+    const bool isInOther = found.other.contains(file);
+    const bool shouldBeInArchive = action.facts.action == HistoryAction::Undo;
+    if (isInArchive && isInOther) {
+        return Failed(entry, QCoreApplication::translate(
+                                 "quellbox", "The program ended in the middle. The message is in both folders."));
+    }
+    if (isInArchive && action.facts.action == HistoryAction::Cleanse) {
+        return std::nullopt;
+    }
+    if (isInArchive != shouldBeInArchive) {
+        return Failed(
+            entry, QCoreApplication::translate("quellbox", "The program ended before it had dealt with the message."));
+    }
+    const bool isKept = !action.facts.kept.isEmpty();
+    if (isKept && !isInArchive && !isInOther) {
+        return Failed(entry, QCoreApplication::translate("quellbox", "The file is gone."));
+    }
+    return entry;
+}
+
+JournalRecovery::JournalRecovery(const FileSystem& files, WorkPool& pool, Journal& journal)
+    : files_(files), pool_(pool), journal_(journal) {}
+
+// Two programs that start at once do not both complete the same action: whoever comes first adopts it.
+void JournalRecovery::Start() {
+    if (std::exchange(isLooking_, true)) {
+        return;
+    }
+    completed_ = 0;
+    const auto adopt = [writer = journal_.Writer()](JournalDatabase& database) {
+        std::vector<InterruptedAction> adopted;
+        for (const QString& session : database.SessionsWithOpenActions()) {
+            if (!writer->IsAbandoned(session)) {
+                continue;
+            }
+            std::vector<InterruptedAction> actions = database.OpenActions(session);
+            std::move(actions.begin(), actions.end(), std::back_inserter(adopted));
+            database.Adopt(session, writer->Session());
+        }
+        return adopted;
+    };
+    journal_.AskFor(Journal::Question::Writes, this, adopt,
+                    [this](std::vector<InterruptedAction> actions) { Look(std::move(actions)); });
+}
+
+void JournalRecovery::Look(std::vector<InterruptedAction> actions) {
+    const auto all = std::make_shared<const std::vector<InterruptedAction>>(std::move(actions));
+    looking_.emplace(
+        pool_, all->size(), [&files = files_, all](size_t item) { return LookFor(files, (*all)[item]); },
+        [this, all](size_t item, Outcome entries) {
+            if (entries) {
+                Complete((*all)[item], std::move(*entries));
+            }
+        },
+        [this](SeriesEnd) {
+            isLooking_ = false;
+            Q_EMIT Ended(completed_);
+        },
+        oneAtATime);
+    looking_->Start();
+}
+
+void JournalRecovery::Complete(const InterruptedAction& action, std::vector<HistoryEntry> entries) {
+    ++completed_;
+    const auto write = [action, entries = std::move(entries)](JournalDatabase& database) {
+        QStringList done;
+        for (const HistoryEntry& entry : entries) {
+            database.AddEntry(action.id, entry);
+            if (entry.result == HistoryResult::Done) {
+                done.append(entry.file);
+            }
+        }
+        if (action.facts.action == HistoryAction::Undo) {
+            database.MarkUndone(action.facts.undoes, done);
+        }
+        database.EndAction(action.id);
+        return true;
+    };
+    journal_.AskFor(Journal::Question::Writes, this, write, [](bool) {});
+}
+
+} // namespace quellbox

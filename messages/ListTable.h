@@ -1,0 +1,20 @@
+#pragma once
+
+#include "messages/MessageListModel.h"
+#include "messages/TableFile.h"
+
+#include <vector>
+
+namespace quellbox {
+
+/// The columns of the list as those of a table for other programs: the ones that are shown, and besides them the name
+/// of the file and the envelope sender.
+TableColumns ListTableColumns(const MessageListModel& model);
+
+/// All rows, in the order in which the list shows them.
+std::vector<MessageRow> CopyOfRows(const MessageListModel& model);
+
+/// The cells of these rows in those columns.
+NextRow CellsOf(std::vector<MessageRow> rows);
+
+} // namespace quellbox

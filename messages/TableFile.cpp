@@ -1,0 +1,137 @@
+#include "messages/TableFile.h"
+
+#include "messages/TableText.h"
+#include "platform/FlushFile.h"
+#include "platform/RuntimeError.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringEncoder>
+
+namespace quellbox {
+
+namespace {
+
+[[noreturn]] void ThrowTableError(const QString& path, const QString& reason, FileProblem problem) {
+    throw FileError(QDir::toNativeSeparators(path), reason, problem);
+}
+
+[[noreturn]] void ThrowTableError(const QSaveFile& file) {
+    ThrowTableError(file.fileName(), file.errorString(), FileProblem::Other);
+}
+
+void RequireFolder(const QString& path) {
+    const QString folder = QFileInfo(path).path();
+    if (!QFileInfo(folder).isDir()) {
+        ThrowTableError(folder, QCoreApplication::translate("quellbox", "There is no such folder."),
+                        FileProblem::Missing);
+    }
+}
+
+void RequireFreeName(const QString& path, ExistingFile existing) {
+    if (existing == ExistingFile::Keep && QFileInfo::exists(path)) {
+        ThrowTableError(path, QCoreApplication::translate("quellbox", "There is a file of this name already."),
+                        FileProblem::Exists);
+    }
+}
+
+/// A form of a file: what it begins with, and a row as a line of it.
+struct TableForm {
+    QString (*Beginning)(const TableColumns& columns);
+    QString (*Line)(const TableColumns& columns, const QStringList& cells);
+};
+
+QString CsvLine(const TableColumns& columns, const QStringList& cells) {
+    QString line;
+    for (size_t column = 0; column < columns.size(); ++column) {
+        const QString cell = cells.value(static_cast<qsizetype>(column));
+        line += column == 0 ? QLatin1String() : QLatin1String(",");
+        if (columns[column].isNumber && (cell.isEmpty() || IsPlainNumber(cell))) {
+            line += cell;
+        } else {
+            AppendCsvText(HarmlessInSpreadsheet(cell), line);
+        }
+    }
+    return line + QLatin1String("\r\n");
+}
+
+QString CsvBeginning(const TableColumns& columns) {
+    QStringList headers;
+    TableColumns texts = columns;
+    for (TableColumn& column : texts) {
+        headers += column.header;
+        column.isNumber = false;
+    }
+    return QChar(QChar::ByteOrderMark) + CsvLine(texts, headers);
+}
+
+void AppendJsonCell(bool isNumber, const QString& cell, QString& line) {
+    if (isNumber && cell.isEmpty()) {
+        line += QLatin1String("null");
+    } else if (isNumber && IsPlainNumber(cell)) {
+        line += cell;
+    } else {
+        AppendJsonText(cell, line);
+    }
+}
+
+QString JsonLine(const TableColumns& columns, const QStringList& cells) {
+    QString line(QLatin1Char('{'));
+    for (size_t column = 0; column < columns.size(); ++column) {
+        line += column == 0 ? QLatin1String() : QLatin1String(",");
+        AppendJsonText(columns[column].key, line);
+        line += QLatin1Char(':');
+        AppendJsonCell(columns[column].isNumber, cells.value(static_cast<qsizetype>(column)), line);
+    }
+    return line + QLatin1String("}\n");
+}
+
+TableForm FormOf(const QString& path) {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == QLatin1String("csv")) {
+        return {CsvBeginning, CsvLine};
+    }
+    if (suffix == QLatin1String("jsonl")) {
+        return {[](const TableColumns&) { return QString(); }, JsonLine};
+    }
+    ThrowTableError(path, QCoreApplication::translate("quellbox", "The name has to end with .csv or .jsonl."),
+                    FileProblem::Other);
+}
+
+/// Half of a surrogate pair, which UTF-8 does not have, becomes U+FFFD.
+void Write(QSaveFile& file, const QString& text) {
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const QByteArray bytes = encoder(text);
+    if (file.write(bytes) != bytes.size()) {
+        ThrowTableError(file);
+    }
+}
+
+} // namespace
+
+void WriteTable(const QString& path, const TableColumns& columns, const NextRow& next, ExistingFile existing) {
+    const TableForm form = FormOf(path);
+    RequireFolder(path);
+    RequireFreeName(path, existing);
+    QSaveFile file(path); // which leaves nothing behind unless it is committed
+    if (!file.open(QIODevice::WriteOnly)) {
+        ThrowTableError(file);
+    }
+    Write(file, form.Beginning(columns));
+    for (QStringList cells; next(cells); cells.clear()) {
+        Write(file, form.Line(columns, cells));
+    }
+    // What goes wrong with the last bytes is not told by commit().
+    if (!file.flush()) {
+        ThrowTableError(file);
+    }
+    FlushToDisk(file.handle(), QDir::toNativeSeparators(path));
+    RequireFreeName(path, existing); // another program may have taken it meanwhile
+    if (!file.commit()) {
+        ThrowTableError(file);
+    }
+}
+
+} // namespace quellbox

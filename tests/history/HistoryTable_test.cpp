@@ -1,0 +1,55 @@
+#include "history/HistoryTable.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace quellbox;
+
+namespace {
+
+std::shared_ptr<const std::vector<HistoryLine>> OneLine() {
+    HistoryLine line;
+    line.facts = {HistoryAction::Delete, 1'763'800'000'000, QStringLiteral("Jo"), QStringLiteral("pc"),
+                  QStringLiteral("/archive/")};
+    line.entry.file = QStringLiteral("a.eml");
+    line.entry.subject = QStringLiteral("=1+1");
+    line.entry.size = 42;
+    return std::make_shared<const std::vector<HistoryLine>>(1, line);
+}
+
+TEST(HistoryTable, EachRowHasACellForEachColumn) {
+    const NextRow next = CellsOf(OneLine());
+    QStringList cells;
+    ASSERT_TRUE(next(cells));
+    EXPECT_EQ(static_cast<size_t>(cells.size()), HistoryTableColumns().size());
+    EXPECT_FALSE(next(cells));
+}
+
+TEST(HistoryTable, IsWrittenForSpreadsheetsAndForPrograms) {
+    const QTemporaryDir folder;
+    const auto read = [&folder](const char* name) {
+        const QString path = folder.filePath(QLatin1String(name));
+        WriteTable(path, HistoryTableColumns(), CellsOf(OneLine()));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const QByteArray csv = read("h.csv");
+    EXPECT_TRUE(csv.contains("'=1+1")) << "harmless";
+    EXPECT_TRUE(csv.contains(",42,"));
+    const QByteArray json = read("h.jsonl");
+    EXPECT_TRUE(json.contains("\"subject\":\"=1+1\""));
+    EXPECT_TRUE(json.contains("\"size\":42"));
+    EXPECT_TRUE(json.contains("\"file\":\"a.eml\""));
+}
+
+TEST(HistoryTable, AnUnknownSizeIsNone) {
+    auto lines = std::make_shared<std::vector<HistoryLine>>(1);
+    QStringList cells;
+    ASSERT_TRUE(CellsOf(lines)(cells));
+    EXPECT_TRUE(cells[8].isEmpty());
+}
+
+} // namespace
