@@ -9,23 +9,23 @@ namespace quellbox::soak {
 class Checks {
 public:
     /// What is lent has to outlive this object.
-    Checks(frmMain& window, const World& world, const Ledger& ledger)
-        : window_(window), world_(world), ledger_(ledger) {}
+    Checks(frmMain& window, World& world, const Ledger& ledger) : window_(window), world_(world), ledger_(ledger) {}
 
-    /// Returns what is not as it should be, each in a sentence. Leaves a full list behind.
+    /// Returns what is not as it should be, each in a sentence. Leaves a full list behind, and lets some messages
+    /// arrive.
     QStringList Make();
 
 private:
-    void LookForDone();
-    void LookForWhatArrived();
+    void LookForNotDone();
     void CompareList();
+    void LookForWhatArrives();
     void LookForTolerated();
     bool Refresh(bool isFull, qint16 tolerationLevel);
     void Tell(const QString& sentence);
     bool IsListed(const QString& name) const { return window_.Messages().RowOfKey(name) >= 0; }
 
     frmMain& window_;
-    const World& world_;
+    World& world_;
     const Ledger& ledger_;
     QStringList wrong_;
 };

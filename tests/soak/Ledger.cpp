@@ -2,7 +2,8 @@
 
 namespace quellbox::soak {
 
-Ledger::Ledger(frmMain& window) : window_(window) {
+Ledger::Ledger(frmMain& window, std::function<bool(const QString& name)> isThere)
+    : window_(window), isThere_(std::move(isThere)) {
     const WindowJobs* jobs = &window.Jobs();
     QObject::connect(jobs, &WindowJobs::ActivityChanged, &context_, [this] {
         if (window_.Jobs().Now() == Activity::Working) {
@@ -30,9 +31,12 @@ void Ledger::TakeDisposal(const DisposalResult& result) {
         before_.erase(name);
     }
     for (const QString& name : before_) {
-        acted_.insert(name);
-        if (failed.count(name) == 0) {
-            done_.insert(name);
+        if (failed.count(name) > 0) {
+            continue;
+        }
+        ++done_;
+        if (isThere_(name)) {
+            notDone_.insert(name);
         }
     }
     before_.clear();

@@ -2,6 +2,7 @@
 
 #include "app/frmMain.h"
 
+#include <functional>
 #include <set>
 
 namespace quellbox::soak {
@@ -9,14 +10,14 @@ namespace quellbox::soak {
 /// Keeps what the window has said of messages: which have been dealt with, and which could not be.
 class Ledger {
 public:
-    /// The window has to outlive this object.
-    explicit Ledger(frmMain& window);
+    /// `isThere` says whether the archive holds a message in truth. The window has to outlive this object.
+    Ledger(frmMain& window, std::function<bool(const QString& name)> isThere);
 
-    /// The names of the messages that the user has deleted or unblocked without being told of a failure.
-    const std::set<QString>& Done() const { return done_; }
+    /// How many messages the user has deleted or unblocked without being told of a failure.
+    int Done() const { return done_; }
 
-    /// Those of the messages whose rows an action took from the list, whether or not it succeeded.
-    const std::set<QString>& Acted() const { return acted_; }
+    /// The names of those that were in the archive all the same when this was said.
+    const std::set<QString>& NotDone() const { return notDone_; }
 
     /// How the last refresh ended.
     const RefreshResult& LastRefresh() const { return lastRefresh_; }
@@ -26,10 +27,11 @@ private:
     void TakeDisposal(const DisposalResult& result);
 
     frmMain& window_;
+    const std::function<bool(const QString& name)> isThere_;
     QObject context_; // of the connections
     std::set<QString> before_;
-    std::set<QString> done_;
-    std::set<QString> acted_;
+    int done_ = 0;
+    std::set<QString> notDone_;
     RefreshResult lastRefresh_;
 };
 

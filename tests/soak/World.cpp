@@ -299,6 +299,16 @@ World::Account World::Look(const std::set<int>& deleted) {
     return account_;
 }
 
+void World::LetArrive(int count) {
+    for (int message = 0; message < count; ++message) {
+        Arrive();
+    }
+}
+
+bool World::IsInArchive(const QString& name) const {
+    return QFile::exists(real_ + QStringLiteral("archive/") + name);
+}
+
 std::set<QString> World::ArchiveNames() const {
     const QStringList names = NamesIn(real_ + QStringLiteral("archive"));
     return {names.begin(), names.end()};

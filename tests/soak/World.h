@@ -54,8 +54,14 @@ public:
     /// Looks, while it is quiet, for every message that has ever arrived. Those in `deleted` may be gone.
     Account Look(const std::set<int>& deleted);
 
+    /// Lets so many messages arrive, while it is quiet.
+    void LetArrive(int count);
+
     /// The names of the files in the archive, while it is quiet.
     std::set<QString> ArchiveNames() const;
+
+    /// Whether the archive holds a message at this moment.
+    bool IsInArchive(const QString& name) const;
 
     /// Whether the message was away at any time, while it is quiet.
     bool HasVanished(int number) const { return vanished_.count(number) > 0; }

@@ -50,7 +50,7 @@ public:
         ports.reportError = [this](const QString& text) { errors_ += text; };
         window_ = std::make_unique<frmMain>(ports);
         window_->show();
-        ledger_ = std::make_unique<Ledger>(*window_);
+        ledger_ = std::make_unique<Ledger>(*window_, [this](const QString& name) { return world_.IsInArchive(name); });
         user_ = std::make_unique<User>(*window_, seed + 1);
     }
 
@@ -86,14 +86,13 @@ public:
         const World::Account& seen = account_;
         std::printf(
             "%3d min, %s: %d arrived, %d touched, %d vanished, %d held open, %d delivered (%d of them also kept), "
-            "%zu deleted, %zu dealt with as told, %d stalls, %d write faults, %d lost answers, %d deaths, %d "
+            "%zu deleted, %d dealt with as told, %d stalls, %d write faults, %d lost answers, %d deaths, %d "
             "actions; %.0f MiB, %d files open, longest gap %.0f ms (%.0f "
             "ms with the waiting for "
             "a processor), %lld errors told\n",
             minute, world_.Kind(), seen.arrived, seen.touched, seen.vanished, seen.held, seen.delivered, seen.inBoth,
-            user_->Deleted().size(), ledger_->Done().size(), seen.stalls, seen.writeFaults, seen.lostAnswers,
-            seen.deaths, user_->Actions(), ResidentMiB(), OpenFiles(), gapMs_, seenGapMs_,
-            static_cast<long long>(errors_.size()));
+            user_->Deleted().size(), ledger_->Done(), seen.stalls, seen.writeFaults, seen.lostAnswers, seen.deaths,
+            user_->Actions(), ResidentMiB(), OpenFiles(), gapMs_, seenGapMs_, static_cast<long long>(errors_.size()));
         std::fflush(stdout);
     }
 
