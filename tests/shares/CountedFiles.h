@@ -27,11 +27,14 @@ public:
     }
 
     bool FolderExists(const QString& folder) const override { return files_.FolderExists(folder); }
+    bool IsRealFolder(const QString& folder) const override { return files_.IsRealFolder(folder); }
     bool FileExists(const QString& path) const override { return files_.FileExists(path); }
     std::vector<FolderEntry> Entries(const QString& folder) const override { return files_.Entries(folder); }
     std::optional<FileStatus> Status(const QString& path) const override { return files_.Status(path); }
     std::unique_ptr<InputFile> Open(const QString& path) const override { return files_.Open(path); }
     std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override { return files_.ReadFolder(folder); }
+    void MakeFolder(const QString& folder) override { files_.MakeFolder(folder); }
+    bool RemoveFolder(const QString& folder) override { return files_.RemoveFolder(folder); }
     void WriteWhole(const QString& path, const QByteArray& bytes) override { files_.WriteWhole(path, bytes); }
 
     void Move(const QString& from, const QString& to) override {
@@ -39,9 +42,20 @@ public:
         files_.Move(from, to);
     }
 
+    bool MoveUnless(const QString& from, const QString& to,
+                    const std::function<bool(const FileStatus&)>& keep) override {
+        const Turn turn(*this);
+        return files_.MoveUnless(from, to, keep);
+    }
+
     bool Remove(const QString& path) override {
         const Turn turn(*this);
         return files_.Remove(path);
+    }
+
+    bool RemoveEvenReadOnly(const QString& path) override {
+        const Turn turn(*this);
+        return files_.RemoveEvenReadOnly(path);
     }
 
     bool RemoveUnless(const QString& path, const std::function<bool(const FileStatus&)>& keep) override {
