@@ -222,6 +222,30 @@ TEST_F(MainCleansing, SecondsAroundMidnightDecide) {
     EXPECT_EQ(Info(), "1 Messages removed !");
 }
 
+TEST_F(MainCleansing, TheWizardSaysHowManyItThenRemoves) {
+    const QDate today(2026, 6, 15);
+    clock_.Set(QDateTime(today, QTime(0, 0, 30)));
+    AddDated("kept.eml", QDateTime(today, QTime(0, 0)));
+    AddDated("gone.eml", QDateTime(today.addDays(-1), QTime(23, 59, 59)));
+    AddDated("old.EML", QDateTime(today.addDays(-40), QTime(12, 0)));
+    AddDated("note.txt", QDateTime(today.addDays(-40), QTime(12, 0)));
+    OpenRefreshed();
+    QString said;
+    OnDialog(window_.get(), [&said](QDialog* dialog) {
+        const auto* preview = dialog->findChild<QLabel*>(QStringLiteral("lblPreview"));
+        dialog->findChild<QRadioButton*>(QStringLiteral("optDays1"))->click();
+        EXPECT_TRUE(
+            QTest::qWaitFor([preview] { return preview->text().endsWith(QLatin1String("removed.")); }, patience));
+        said = preview->text();
+        Choose(dialog, 1, "btnOK");
+    });
+    Action("mnuToolsCleansing")->trigger();
+    Settle();
+    EXPECT_TRUE(said.startsWith(QStringLiteral("2 messages "))) << said.toStdString();
+    EXPECT_EQ(Info(), "2 Messages removed !");
+    EXPECT_EQ(Files(), "kept.eml note.txt");
+}
+
 TEST_F(MainCleansing, AWeekKeepsSixDaysAgo) {
     const QDate today = clock_.Now().date();
     AddDated("kept.eml", QDateTime(today.addDays(-6), QTime(0, 0)));
