@@ -53,7 +53,7 @@ cpp_check() {
 
 build() { cmake --preset "$1" && cmake --build --preset "$1" -j "$jobs"; }
 
-run_tests() { rm -f "build/$1/Testing/Temporary/LastTest.log"; ctest --preset "$1" -j "$jobs" --timeout 300; }
+run_tests() { rm -f "build/$1/Testing/Temporary/LastTest.log"; ctest --preset "$1" -j "$jobs" --timeout 900; }
 
 tidy() {
   cmake --preset tidy -DCMAKE_GLOBAL_AUTOGEN_TARGET=ON -DCMAKE_AUTOGEN_ORIGIN_DEPENDS=OFF >build/tidy.log 2>&1 &&
