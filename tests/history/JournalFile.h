@@ -33,7 +33,7 @@ inline HandledMessage FailedMessage(const QString& file, const QString& reason) 
 /// A journal in a real file of a folder of its own.
 class JournalTest : public testing::Test {
 protected:
-    QString File() const { return folder_.filePath(QStringLiteral("quellbox/history.sqlite")); }
+    QString File() const { return place_.filePath(QStringLiteral("quellbox/history.sqlite")); }
 
     void Open() {
         journal_.emplace(*pool_, clock_, Journal::Place{File(), QStringLiteral("Jo"), QStringLiteral("pc")});
@@ -78,6 +78,7 @@ protected:
     }
 
     QTemporaryDir folder_;
+    QDir place_{folder_.path()};
     FixedClock clock_{QDateTime(QDate(2026, 11, 22), QTime(12, 0))};
     std::unique_ptr<ThreadWorkPool> pool_ = std::make_unique<ThreadWorkPool>();
     std::optional<Journal> journal_;
