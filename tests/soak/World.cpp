@@ -213,7 +213,7 @@ void World::Arrive() {
     const int number = next_++;
     const QString made = real_ + QStringLiteral("aside/") + NameOf(number) + QStringLiteral(".new");
     QFile file(made);
-    if (!file.open(QIODevice::WriteOnly) || file.write(MessageOf(number)) < 0) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(MessageOf(number)) < 0 || !file.flush()) {
         Violate(QStringLiteral("The test could not write %1").arg(made));
     }
     file.close();
@@ -223,7 +223,8 @@ void World::Arrive() {
 
 void World::Touch() {
     QFile file(real_ + QStringLiteral("archive/") + AnyOf(real_ + QStringLiteral("archive")));
-    if (file.open(QIODevice::ReadWrite)) {
+    // It may be gone by now, and must not come into being again as an empty file.
+    if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
         file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
         ++account_.touched;
     }
@@ -264,8 +265,12 @@ void World::TakePickup() {
             continue;
         }
         const int number = NumberOf(name);
-        if (number < 0 || BytesOf(pickup + name) != MessageOf(number)) {
-            Violate(QStringLiteral("%1 in the pickup directory is not the whole message").arg(name));
+        const QByteArray bytes = BytesOf(pickup + name);
+        if (number < 0 || bytes != MessageOf(number)) {
+            Violate(QStringLiteral("%1 in the pickup directory is not the whole message: %2 bytes of %3")
+                        .arg(name)
+                        .arg(bytes.size())
+                        .arg(MessageOf(std::max(number, 0)).size()));
         }
         if (!delivered_.insert(number).second) {
             QFile::remove(pickup + name);
