@@ -13,7 +13,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int textRole = Qt::UserRole;    // the label in full
+constexpr int labelRole = Qt::UserRole;   // in full
 constexpr int tagRole = Qt::UserRole + 1; // the value behind the label
 
 // Laying out a label of megabytes would freeze the window; no screen shows this much of one.
@@ -23,7 +23,7 @@ QTreeWidgetItem* MakeItem(const StructureNode& node) {
     auto* item = new QTreeWidgetItem;
     const bool isLong = node.text.size() > longestLabel;
     item->setText(0, isLong ? node.text.left(longestLabel) + QChar(0x2026) : node.text);
-    item->setData(0, textRole, node.text);
+    item->setData(0, labelRole, node.text);
     item->setData(0, tagRole, node.tag);
     for (const StructureNode& child : node.children) {
         item->addChild(MakeItem(child));
@@ -54,7 +54,8 @@ StructureTreeView::StructureTreeView(QWidget* parent) : QTreeWidget(parent) {
 
 void StructureTreeView::ConnectNodes() {
     const auto click = [this](const QTreeWidgetItem* node) {
-        Q_EMIT NodeClick(node->childCount() > 0, node->data(0, textRole).toString(), node->data(0, tagRole).toString());
+        Q_EMIT NodeClick(node->childCount() > 0, node->data(0, labelRole).toString(),
+                         node->data(0, tagRole).toString());
     };
     connect(this, &QTreeWidget::itemClicked, this, click);
     // A node reached with the keyboard counts as clicked; one reached with the mouse has its own signal.

@@ -2,16 +2,11 @@
 
 #include "history/HistoryTexts.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 
 namespace quellbox {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("quellbox", text);
-}
 
 /// With the distance to UTC, so that it means the same everywhere (ISO 8601).
 QString ExactTime(const HistoryLine& line) {

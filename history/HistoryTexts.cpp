@@ -12,10 +12,6 @@ namespace quellbox {
 
 namespace {
 
-QString Tr(const char* text) {
-    return QCoreApplication::translate("quellbox", text);
-}
-
 // Without an envelope sender, as in bulk mode, the one of the header says more than nothing.
 QString SenderOf(const HistoryEntry& entry) {
     if (!entry.sender.isEmpty()) {
@@ -25,6 +21,10 @@ QString SenderOf(const HistoryEntry& entry) {
 }
 
 } // namespace
+
+QString Tr(const char* text) {
+    return QCoreApplication::translate("quellbox", text);
+}
 
 QString NameOf(HistoryAction action) {
     switch (action) {

@@ -10,6 +10,9 @@
 
 namespace quellbox {
 
+/// A text of the history in the user's language.
+QString Tr(const char* text);
+
 /// What the user reads of an action or a result.
 QString NameOf(HistoryAction action);
 QString NameOf(HistoryResult result);

@@ -1,5 +1,7 @@
 #include "platform/FolderPath.h"
 
+#include "platform/UncPath.h"
+
 #include <QDir>
 
 namespace quellbox {
@@ -17,7 +19,7 @@ bool IsShareText(const QString& path) {
 }
 
 QChar SeparatorOf(const QString& path) {
-    return IsShareText(path) ? QChar(u'\\') : QDir::separator();
+    return IsShareText(path) ? backslash : QDir::separator();
 }
 
 Folder::Folder(const QString& path) : text_(path) {

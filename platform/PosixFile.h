@@ -10,6 +10,8 @@
 
 #include <cerrno>
 #include <chrono>
+#include <dirent.h>
+#include <memory>
 #include <optional>
 #include <sys/stat.h>
 #include <thread>
@@ -30,6 +32,13 @@ public:
 private:
     int number_;
 };
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// A folder that is open for reading its names, if it could be opened.
+using FolderStream = std::unique_ptr<DIR, FolderCloser>;
 
 /// A file that was opened by its descriptor, which it owns; `path` is for errors.
 class PosixInputFile : public InputFile {

@@ -21,10 +21,6 @@ namespace quellbox {
 
 namespace {
 
-struct FolderCloser {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
 EntryKind KindOf(const dirent& entry) {
     switch (entry.d_type) {
     case DT_REG:
@@ -67,7 +63,7 @@ public:
 
     std::vector<FolderEntry> Entries(const QString& folder) const override {
         const QByteArray path = SystemPath(folder);
-        const std::unique_ptr<DIR, FolderCloser> stream(::opendir(path.constData()));
+        const FolderStream stream(::opendir(path.constData()));
         if (!stream) {
             ThrowFileError(folder, errno);
         }

@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
-#include <memory>
 #include <unistd.h>
 
 namespace quellbox {
@@ -35,14 +34,10 @@ bool IsSameFile(const struct stat& left, const struct stat& right) {
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
 
-struct FolderCloser {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
 /// Whether a folder lists a name, which the server is asked for.
 bool IsListed(const QByteArray& path) {
     const QByteArray folder = FolderOf(path);
-    const std::unique_ptr<DIR, FolderCloser> stream(::opendir(folder.isEmpty() ? "." : folder.constData()));
+    const FolderStream stream(::opendir(folder.isEmpty() ? "." : folder.constData()));
     while (const dirent* entry = stream ? ::readdir(stream.get()) : nullptr) {
         if (path.mid(folder.size()) == entry->d_name) {
             return true;

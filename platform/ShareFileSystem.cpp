@@ -3,6 +3,7 @@
 #include "platform/FolderPath.h"
 #include "platform/LocalFileSystem.h"
 #include "platform/RuntimeError.h"
+#include "platform/UncPath.h"
 
 #include <QCoreApplication>
 #include <QMutexLocker>
@@ -10,8 +11,6 @@
 namespace quellbox {
 
 namespace {
-
-constexpr QChar backslash(u'\\');
 
 /// Whether a name that follows the last backslash would lead into another folder: "." and "..", or a path with slashes.
 bool LeadsElsewhere(QStringView name) {

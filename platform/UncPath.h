@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QChar>
 #include <QString>
 #include <QStringList>
 
 namespace quellbox {
+
+/// Separates the parts of a UNC path, and of every path of Windows.
+inline constexpr QChar backslash(u'\\');
 
 /// True for the form `\\server\share`, with or without more behind it.
 bool IsUncPath(const QString& path);

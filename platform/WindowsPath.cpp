@@ -1,12 +1,12 @@
 #include "platform/WindowsPath.h"
 
+#include "platform/UncPath.h"
+
 #include <QStringList>
 
 namespace quellbox {
 
 namespace {
-
-constexpr QChar backslash(u'\\');
 
 bool HasDrive(const QString& path) {
     const char16_t letter = path.isEmpty() ? u'\0' : path.at(0).toLower().unicode();

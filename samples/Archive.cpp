@@ -25,7 +25,7 @@ qsizetype MessageSize(Random& random) {
 }
 
 /// A name as the filter gives it: a GUID in upper case.
-QString FileName(Random& random) {
+QString MessageFileName(Random& random) {
     QByteArray digits;
     for (int half = 0; half < 2; ++half) {
         digits += QByteArray::number(random.Next(), 16).toUpper().rightJustified(16, '0');
@@ -43,7 +43,7 @@ SampleFile MakeSampleFile(quint64 seed, qint64 index, qint64 days) {
     const quint64 step = seeds.Next();
     Random random(first + static_cast<quint64>(index) * step);
     SampleFile file;
-    file.name = FileName(random);
+    file.name = MessageFileName(random);
     file.ageMs = random.Between(0, days * dayMs - 1);
     file.bytes = random.Chance(brokenPercent) ? MakeBrokenFile(random) : MakeMessage(random, MessageSize(random));
     return file;

@@ -19,7 +19,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestAnswerMs = 120'000;
+constexpr int longestServerAnswerMs = 120'000;
 
 // The processes of the server tell what they have counted about a second afterwards.
 constexpr std::chrono::milliseconds untilCounted(1600);
@@ -125,7 +125,7 @@ bool SambaServer::AddUser() const {
                                            QStringLiteral("-t"), QStringLiteral("-u"), user_});
     pdbedit.write((Password() + QLatin1Char('\n') + Password() + QLatin1Char('\n')).toUtf8());
     pdbedit.closeWriteChannel();
-    return pdbedit.waitForFinished(longestAnswerMs) && pdbedit.exitCode() == 0;
+    return pdbedit.waitForFinished(longestServerAnswerMs) && pdbedit.exitCode() == 0;
 }
 
 bool SambaServer::StartAgain() {
@@ -153,7 +153,7 @@ QString SambaServer::RealFolder(const QString& share) const {
 std::map<QByteArray, int> SambaServer::RequestsSoFar() const {
     QProcess smbstatus;
     smbstatus.start(ProgramPath("smbstatus"), {QStringLiteral("-s"), Path("smb.conf"), QStringLiteral("-P")});
-    if (!smbstatus.waitForFinished(longestAnswerMs)) {
+    if (!smbstatus.waitForFinished(longestServerAnswerMs)) {
         throw std::runtime_error("the server does not tell its requests");
     }
     // As in "smb2_create_count:       12".
@@ -169,7 +169,7 @@ std::map<QByteArray, int> SambaServer::RequestsSoFar() const {
 
 std::map<QByteArray, int> SambaServer::Requests() const {
     std::map<QByteArray, int> last = RequestsSoFar();
-    for (const QDeadlineTimer deadline(longestAnswerMs); !deadline.hasExpired();) {
+    for (const QDeadlineTimer deadline(longestServerAnswerMs); !deadline.hasExpired();) {
         std::this_thread::sleep_for(untilCounted);
         std::map<QByteArray, int> present = RequestsSoFar();
         if (present == last) {

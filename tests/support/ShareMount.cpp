@@ -12,7 +12,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestAnswerMs = 120'000;
+constexpr int longestMountAnswerMs = 120'000;
 
 const QStringList shares{QStringLiteral("archive"), QStringLiteral("pickup")};
 
@@ -174,7 +174,7 @@ private:
         gio.start(ProgramPath("gio"), arguments);
         gio.write((SambaServer::Password() + QLatin1Char('\n')).toUtf8());
         gio.closeWriteChannel();
-        const bool isDone = gio.waitForFinished(longestAnswerMs) && gio.exitCode() == 0;
+        const bool isDone = gio.waitForFinished(longestMountAnswerMs) && gio.exitCode() == 0;
         said_ = QString::fromLocal8Bit(gio.readAll()).simplified();
         return isDone;
     }
