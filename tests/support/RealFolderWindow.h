@@ -80,10 +80,12 @@ protected:
         window->Messages().sort(ColumnSubject, Qt::AscendingOrder);
     }
 
-    /// Brings the window to the front, as a click on its frame would.
+    /// Brings the window to the front, as a click on its frame would, also where a box comes up beside it meanwhile.
     void Activate() {
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
+        ASSERT_TRUE(QTest::qWaitFor([this] {
+            window->activateWindow();
+            return QApplication::activeWindow() == window.get();
+        }));
     }
 
     /// Waits until the window has done what it was told, and shows it.
