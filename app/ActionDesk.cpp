@@ -132,8 +132,9 @@ void ActionDesk::TolerateSelectedSender() {
     // A message that bulk mode has not opened has a sender all the same.
     const QString path = list_.MessagePath(row);
     const auto read = std::make_shared<HeaderFields>();
-    const auto readSender = [&files = parts_.ports.files, path, read]() -> WindowJobs::Error {
-        *read = ReadHeaderFields(files, path);
+    const ServerProfile& profile = ProfileOf(parts_.state.ServerProfile);
+    const auto readSender = [&files = parts_.ports.files, &profile, path, read]() -> WindowJobs::Error {
+        *read = ReadHeaderFields(files, path, profile);
         return std::nullopt;
     };
     const auto offer = [this, path, read] {

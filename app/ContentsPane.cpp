@@ -104,14 +104,14 @@ void ContentsPane::Load(Loading wanted) {
         wanted.takesPlace = wanted.takesPlace || loading_->takesPlace;
     }
     CancelLoading();
-    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure},
+    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure, Profile().reasons},
                   [this](const MessageAnswer& answer) { TakeAnswer(answer); });
     loading_ = wanted;
     late_.start();
 }
 
 void ContentsPane::ReadHeaders(const QString& path) {
-    loader_->LoadHeaders(path, [this, path](const MessageAnswer& answer) {
+    loader_->LoadHeaders(path, Profile(), [this, path](const MessageAnswer& answer) {
         if (answer.kind == MessageAnswer::Kind::Headers) {
             Q_EMIT HeadersRead(path, answer.headers);
         }

@@ -4,6 +4,7 @@
 #include "contents/MessageLoader.h"
 #include "contents/frmRawPane.h"
 #include "contents/frmView.h"
+#include "settings/AppState.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -19,6 +20,7 @@ struct ContentsPorts {
     const FileSystem& files;
     SettingsStore& store; ///< keeps where the viewer stands
     WorkPool& pool;
+    const AppState& state;
     /// How long the message before may still be shown, when another one is wanted that is not there yet.
     std::chrono::milliseconds patience;
 };
@@ -105,6 +107,7 @@ private:
     void MakeTree(QWidget* parent);
     void MakeRaw(QWidget* parent);
     void MakeLoader();
+    const ServerProfile& Profile() const { return ProfileOf(ports_.state.ServerProfile); }
     void Load(Loading wanted);
     void CancelLoading();
     void ClearWhatIsLate();

@@ -134,7 +134,7 @@ void SetupDesk::ShowOptions() {
     calls.maintainWhitelist = [this] { parts_.errors.Guard(maintainWhitelist_); };
     {
         const RefreshTimer::Hold rest(parts_.timer);
-        frmOptions(ports.files, ports.program, parts_.state, std::move(calls), &parts_.window).exec();
+        frmOptions(ports.files, ports.pool, ports.program, parts_.state, std::move(calls), &parts_.window).exec();
     }
     parts_.journal.SetKept(parts_.state.HistoryDays > 0);
     if (parts_.state.TolerationLevel != levelBefore) {

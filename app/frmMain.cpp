@@ -39,8 +39,8 @@ frmMain::frmMain(MainPorts ports, const QString& archive)
       jobs_({ports_.files, ports_.store, ports_.clock, ports_.pool}, state_, model_),
       menus_(std::make_unique<MainMenus>(*this)), lvwMessages(new MessageListView(model_, this)),
       stbBottom(new StatusBarView(panels_, this)),
-      contents_(std::make_unique<ContentsPane>(ContentsPorts{ports_.files, ports_.store, ports_.pool, ports_.patience},
-                                               this)),
+      contents_(std::make_unique<ContentsPane>(
+          ContentsPorts{ports_.files, ports_.store, ports_.pool, state_, ports_.patience}, this)),
       parts_{ports_, state_,  model_, panels_, failures_,    jobs_,      journal_,
              timer_, errors_, *this,  *menus_, *lvwMessages, *contents_, *stbBottom} {
     setObjectName(QStringLiteral("frmMain"));

@@ -4,22 +4,12 @@
 
 namespace quellbox {
 
-QString SclText(const HeaderFields& fields) {
-    const QString confidence = fields.scl ? *fields.scl : fields.smsmse.value_or(QString());
-    const qsizetype percent = confidence.indexOf(QLatin1Char('%'));
-    if (percent >= 0) {
-        return confidence.left(percent);
-    }
-    // The second header counts as if it ended with the sign.
-    return fields.scl ? QString() : confidence;
-}
-
 bool FillTexts(MessageTexts& texts, HeaderFields fields) {
     if (fields.errorCode != 0) {
         texts.subject = std::move(fields.errorText);
         return false;
     }
-    texts.scl = SclText(fields);
+    texts.scl = std::move(fields.rating);
     texts.to = std::move(fields.recipient);
     texts.from = std::move(fields.sender);
     texts.subject = std::move(fields.subject);

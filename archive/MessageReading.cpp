@@ -7,7 +7,7 @@
 
 namespace quellbox {
 
-ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk) {
+ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk, const ServerProfile& profile) {
     MessageTexts texts;
     bool loaded = false;
     bool canHeal = false;
@@ -15,7 +15,7 @@ ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool 
         if (bulk) {
             texts.subject = CleanseForDisplay(entry.name);
         } else {
-            HeaderFields fields = ReadHeaderFields(folder, entry.name);
+            HeaderFields fields = ReadHeaderFields(folder, entry.name, profile);
             canHeal = fields.errorCode == static_cast<int>(LoadError::Unreadable);
             loaded = FillTexts(texts, std::move(fields));
         }

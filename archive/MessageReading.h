@@ -1,6 +1,7 @@
 #pragma once
 
 #include "messages/MessageRow.h"
+#include "mail/ServerProfile.h"
 #include "platform/FolderListing.h"
 
 namespace quellbox {
@@ -13,8 +14,8 @@ struct ReadRow {
     bool canHeal = false; ///< not loaded because the file could not be read now, whatever it holds
 };
 
-/// Makes the row of a message file. In bulk mode the file is not opened, and the subject is the file name. What
-/// goes wrong is the subject of the row. May be called from several threads at once.
-ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk);
+/// Makes the row of a message file, as the profile reads its header fields. In bulk mode the file is not opened, and
+/// the subject is the file name. What goes wrong is the subject of the row. May be called from several threads at once.
+ReadRow ReadMessageRow(const FolderReader& folder, const FileEntry& entry, bool bulk, const ServerProfile& profile);
 
 } // namespace quellbox

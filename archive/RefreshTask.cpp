@@ -114,6 +114,7 @@ void RefreshTask::TakeListing(Listing listing) {
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {
         model_.Clear();
+        model_.SetRatesByNumber(ProfileOf(state_.ServerProfile).RatesByNumber());
         failed_.clear();
         listedLast_ = {};
     }
@@ -207,8 +208,8 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
     reading_.emplace(
         ports_.pool, count,
         [&fileSystem = ports_.files, folder = std::move(folder), archive = archive_, pickup = state_.PickupDir,
-         bulk = bulk_, entries, tolerated, record = record_](size_t item) {
-            Read read{ReadMessageRow(*folder, (*entries)[item], bulk), false, std::nullopt};
+         bulk = bulk_, profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
+            Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
             if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
                 const QString key = (*entries)[item].name;
                 Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), record.get(), read);

@@ -71,7 +71,7 @@ private:
         answer.kind = Kind::Structure;
         MailMessage maiTree;
         if (maiTree.LoadBytes(bytes) == 0) {
-            answer.structure = BuildStructureTree(maiTree);
+            answer.structure = BuildStructureTree(maiTree, wanted_.reasons);
         }
         return answer;
     }
@@ -103,15 +103,15 @@ void MessageLoader::Load(const MessageRequest& request, Handler handler) {
     message_->Start();
 }
 
-void MessageLoader::LoadHeaders(const QString& path, Handler handler) {
+void MessageLoader::LoadHeaders(const QString& path, const ServerProfile& profile, Handler handler) {
     if (FindHeaders(path) != headers_.end()) {
         return;
     }
-    const auto read = [&files = files_, path](size_t) {
+    const auto read = [&files = files_, &profile, path](size_t) {
         MessageAnswer answer;
         answer.kind = Kind::Headers;
         answer.path = path;
-        answer.headers = ReadHeaderFields(files, path);
+        answer.headers = ReadHeaderFields(files, path, profile);
         return answer;
     };
     // The readers of a share that stalls must leave threads for everything else.

@@ -18,9 +18,10 @@ namespace quellbox {
 /// What is wanted of a message file. When nothing but `ifExists` is set, only whether the file is there.
 struct MessageRequest {
     QString path;
-    bool ifExists = false;  ///< a file that is not there is no failure
-    bool text = false;      ///< the whole file as text
-    bool structure = false; ///< the structure tree
+    bool ifExists = false;       ///< a file that is not there is no failure
+    bool text = false;           ///< the whole file as text
+    bool structure = false;      ///< the structure tree
+    QByteArrayList reasons = {}; ///< header fields that say why a message was blocked, for the structure tree
 };
 
 /// A piece of what was wanted.
@@ -65,7 +66,7 @@ public:
 
     /// Asks for the header fields of a file, beside everything else. Does nothing while they are on their way. Of many
     /// that do not come, the oldest are forgotten.
-    void LoadHeaders(const QString& path, Handler handler);
+    void LoadHeaders(const QString& path, const ServerProfile& profile, Handler handler);
 
     /// Forgets the message that was asked for last; none of its answers is handed over any more.
     void CancelLoad();

@@ -48,13 +48,17 @@ StructureNode PartNode(const MessagePart& part, size_t index) {
 
 } // namespace
 
-StructureTree BuildStructureTree(const MailMessage& message) {
+StructureTree BuildStructureTree(const MailMessage& message, const QByteArrayList& reasons) {
     StructureTree tree;
     tree.reserve(message.Parts().size() + 1);
     StructureNode root{QStringLiteral("MESSAGE"), QStringLiteral("message"), {}, false, {}};
     for (const QString& name : {QStringLiteral("DATE"), QStringLiteral("FROM"), QStringLiteral("TO"),
                                 QStringLiteral("CC"), QStringLiteral("BCC"), QStringLiteral("Subject")}) {
         AddPropertyNode(root, name, message.Property(name));
+    }
+    for (const QByteArray& reason : reasons) {
+        const QString name = QString::fromLatin1(reason);
+        AddPropertyNode(root, name, message.Header(name).value_or(QString()));
     }
     tree.push_back(std::move(root));
     for (size_t index = 0; index < message.Parts().size(); ++index) {

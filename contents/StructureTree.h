@@ -2,6 +2,7 @@
 
 #include "mail/MailMessage.h"
 
+#include <QByteArrayList>
 #include <QString>
 
 #include <optional>
@@ -24,8 +25,8 @@ struct StructureNode {
 using StructureTree = std::vector<StructureNode>;
 
 /// The tree of a loaded message. Captions count parts from 1, keys from 0. A text without a carriage return
-/// deliberately gives no node.
-StructureTree BuildStructureTree(const MailMessage& message);
+/// deliberately gives no node. The header fields `reasons`, which say why it was blocked, stand below the message.
+StructureTree BuildStructureTree(const MailMessage& message, const QByteArrayList& reasons = {});
 
 /// What the two toggles do to a finished tree. Nodes are numbered from 0 in tree order, parents before children.
 struct TogglesResult {

@@ -38,15 +38,15 @@ bool EntersForeignText(const QEvent& event) {
 
 } // namespace
 
-frmOptions::frmOptions(const FileSystem& files, const ProgramInfo& program, AppState& state, OptionsCalls calls,
-                       QWidget* parent)
-    : QDialog(parent), files_(files), program_(program), state_(state), calls_(std::move(calls)),
+frmOptions::frmOptions(const FileSystem& files, WorkPool& pool, const ProgramInfo& program, AppState& state,
+                       OptionsCalls calls, QWidget* parent)
+    : QDialog(parent), files_(files), pool_(pool), program_(program), state_(state), calls_(std::move(calls)),
       ui_(new Ui::frmOptions), ChosenFilter(state.FilterDays), ChosenToleration(state.TolerationLevel) {
     ui_->setupUi(this);
     imlSymbols = {{QStringLiteral("general"), Symbol("info")},     {QStringLiteral("directories"), Symbol("folder")},
                   {QStringLiteral("filter"), Symbol("filter")},    {QStringLiteral("toleration"), Symbol("tolerate")},
                   {QStringLiteral("settings"), Symbol("options")}, {QStringLiteral("history"), Symbol("history")},
-                  {QStringLiteral("program"), Symbol("quellbox")}};
+                  {QStringLiteral("server"), Symbol("server")},    {QStringLiteral("program"), Symbol("quellbox")}};
     NumberTheButtons();
     ShowSettings();
     ConnectControls();
@@ -70,7 +70,8 @@ void frmOptions::NumberTheButtons() {
     ui_->grpToleration->setId(ui_->optToleration1, 1);
     ui_->grpToleration->setId(ui_->optToleration0, 0);
     const QStringList keys{QStringLiteral("general"),    QStringLiteral("directories"), QStringLiteral("filter"),
-                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history")};
+                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history"),
+                           QStringLiteral("server")};
     for (int tab = 0; tab < keys.size(); ++tab) {
         ui_->tbsOptions->tabBar()->setTabData(tab, keys[tab]);
         ui_->tbsOptions->setTabIcon(tab, imlSymbols[keys[tab]]);
@@ -85,6 +86,7 @@ void frmOptions::ShowSettings() {
     ui_->chkOutlookExpress->setChecked(state_.OutlookExpress == 1);
     chkAutoRefresh_Click();
     ShowHistorySettings();
+    ShowServers();
     ui_->txtArchive->setText(CleanseForDisplay(state_.ArchiveDir));
     ui_->txtPickup->setText(CleanseForDisplay(state_.PickupDir));
     // A stored value that no button stands for leaves all of them unselected.
@@ -107,6 +109,13 @@ void frmOptions::ShowHistorySettings() {
     ui_->txtHistoryDays->SetValue(state_.HistoryDays);
 }
 
+void frmOptions::ShowServers() {
+    for (const ServerProfile& profile : ServerProfiles()) {
+        ui_->cboServer->addItem(QCoreApplication::translate("quellbox", profile.name), profile.key);
+    }
+    ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(ProfileOf(state_.ServerProfile).key));
+}
+
 void frmOptions::ConnectControls() {
     for (int tab = 0; tab < ui_->tbsOptions->count(); ++tab) {
         ui_->tbsOptions->widget(tab)->installEventFilter(this);
@@ -127,6 +136,7 @@ void frmOptions::ConnectControls() {
     connect(ui_->btnArchive, &QPushButton::clicked, this, &frmOptions::btnArchive_Click);
     connect(ui_->btnPickup, &QPushButton::clicked, this, &frmOptions::btnPickup_Click);
     connect(ui_->btnTolerate, &QPushButton::clicked, this, &frmOptions::btnTolerate_Click);
+    connect(ui_->btnDetect, &QPushButton::clicked, this, &frmOptions::btnDetect_Click);
     connect(ui_->cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -188,6 +198,42 @@ void frmOptions::btnTolerate_Click() {
     calls_.maintainWhitelist();
 }
 
+void frmOptions::btnDetect_Click() {
+    ui_->btnDetect->setEnabled(false);
+    ui_->lblDetected->setText(tr("Looking at the newest messages..."));
+    detection_ = std::make_unique<ProfileDetection>(
+        files_, pool_, state_.ArchiveDir, [this](const ProfileDetection::Result& result) { ShowDetected(result); });
+    detection_->Start();
+}
+
+// What was found is a proposal, which OK takes over.
+void frmOptions::ShowDetected(const ProfileDetection::Result& result) {
+    ui_->btnDetect->setEnabled(true);
+    if (!result.error.isEmpty()) {
+        ui_->lblDetected->setText(tr("The archive cannot be read: %1").arg(CleanseForDisplay(result.error)));
+        return;
+    }
+    if (result.profile == nullptr) {
+        ui_->lblDetected->setText(
+            tr("None of the newest messages (%n) says which server has blocked it.", nullptr, result.looked));
+        return;
+    }
+    ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(result.profile->key));
+    ui_->lblDetected->setText(
+        tr("%1 of the newest messages (%n) have header fields of this server.", nullptr, result.looked)
+            .arg(result.marked));
+}
+
+/// Whether it is another one than before.
+bool frmOptions::TakeServer() {
+    const QString before = ProfileOf(state_.ServerProfile).key;
+    const QString chosen = ui_->cboServer->currentData().toString();
+    if (chosen != before) {
+        state_.ServerProfile = chosen;
+    }
+    return chosen != before;
+}
+
 void frmOptions::btnPickup_Click() {
     ui_->txtPickup->setText(CleanseForDisplay(calls_.selectDirectory(1)));
     ShowInformation();
@@ -197,7 +243,7 @@ void frmOptions::cmdOK_Click() {
     if (ui_->txtRefreshInterval->isModified()) {
         txtRefreshInterval_Validate(); // pressed without having got the focus
     }
-    const bool changed = ChosenFilter != state_.FilterDays;
+    const bool changed = TakeServer() || ChosenFilter != state_.FilterDays;
     state_.FilterDays = ChosenFilter;
     calls_.filterTaken(changed);
     state_.TolerationLevel = ChosenToleration;

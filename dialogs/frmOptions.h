@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/ProfileDetection.h"
 #include "platform/FileSystem.h"
 #include "settings/AppState.h"
 #include "settings/ProgramInfo.h"
@@ -21,7 +22,7 @@ struct InformationNode;
 
 /// What the options dialog asks of whoever opens it.
 struct OptionsCalls {
-    /// OK took over the day filter, which is another one than before or not.
+    /// OK took over the day filter and the server, one of which is another one than before, or none.
     std::function<void(bool changed)> filterTaken;
     /// Lets the user choose the archive (0) or pickup (1) directory, stores it and returns the one in force.
     std::function<QString(qint16)> selectDirectory;
@@ -35,7 +36,7 @@ class frmOptions : public QDialog {
     Q_OBJECT
 
 public:
-    frmOptions(const FileSystem& files, const ProgramInfo& program, AppState& state, OptionsCalls calls,
+    frmOptions(const FileSystem& files, WorkPool& pool, const ProgramInfo& program, AppState& state, OptionsCalls calls,
                QWidget* parent);
     ~frmOptions() override;
 
@@ -46,6 +47,7 @@ private:
     void NumberTheButtons();
     void ShowSettings();
     void ShowHistorySettings();
+    void ShowServers();
     void ConnectControls();
     void ShowInformation();
     void tbsOptions_Click(int tab);
@@ -57,13 +59,18 @@ private:
     void btnArchive_Click();
     void btnPickup_Click();
     void btnTolerate_Click();
+    void btnDetect_Click();
+    void ShowDetected(const ProfileDetection::Result& result);
+    bool TakeServer();
     void cmdOK_Click();
 
     const FileSystem& files_;
+    WorkPool& pool_;
     const ProgramInfo& program_;
     AppState& state_;
     OptionsCalls calls_;
     std::unique_ptr<Ui::frmOptions> ui_;
+    std::unique_ptr<ProfileDetection> detection_;
     QHash<QString, QIcon> imlSymbols;
     qint16 ChosenFilter;     // what OK takes over, also when no button stands for it
     qint16 ChosenToleration; // the same

@@ -14,13 +14,14 @@ void RequireFitForDisplay(const QString& text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quellbox;
-    const HeaderFields fields = ParseHeaderFields(QByteArrayView(data, qsizetype(size)));
-    Require((fields.errorCode == 0) == fields.errorText.isEmpty(), "an error has a code and a text");
-    RequireFitForDisplay(fields.recipient);
-    RequireFitForDisplay(fields.sender);
-    RequireFitForDisplay(fields.subject);
-    RequireFitForDisplay(fields.xSender);
-    RequireFitForDisplay(fields.scl.value_or(QString()));
-    RequireFitForDisplay(fields.smsmse.value_or(QString()));
+    for (const ServerProfile& profile : ServerProfiles()) {
+        const HeaderFields fields = ParseHeaderFields(QByteArrayView(data, qsizetype(size)), profile);
+        Require((fields.errorCode == 0) == fields.errorText.isEmpty(), "an error has a code and a text");
+        RequireFitForDisplay(fields.recipient);
+        RequireFitForDisplay(fields.sender);
+        RequireFitForDisplay(fields.subject);
+        RequireFitForDisplay(fields.xSender);
+        RequireFitForDisplay(fields.rating);
+    }
     return 0;
 }

@@ -26,36 +26,63 @@ HeaderFields Failed(LoadError error) {
     return Failed(error, LoadErrorText(error));
 }
 
-HeaderFields Collect(const HeaderScanner& scanner, QByteArrayView bytes) {
-    const auto text = [&](WantedField field) { return DecodeHeaderValue(scanner.Value(field, bytes)); };
+/// Calls `use` with the place in `fields` and the decoded value of each that the message has, until that returns true.
+template <class Fields, class Use>
+void ForEachFound(const Fields& fields, size_t first, const HeaderScanner& scanner, QByteArrayView bytes, Use use) {
+    for (size_t field = 0; field < fields.size(); ++field) {
+        if (scanner.Has(first + field) && use(fields[field], DecodeHeaderValue(scanner.Value(first + field, bytes))))
+            return;
+    }
+}
+
+HeaderFields Collect(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
+    const auto text = [&](size_t field) { return DecodeHeaderValue(scanner.Value(field, bytes)); };
     HeaderFields fields;
-    fields.recipient = text(WantedField::To);
-    fields.sender = text(WantedField::From);
-    fields.subject = text(WantedField::Subject);
-    if (scanner.Has(WantedField::Scl))
-        fields.scl = text(WantedField::Scl);
-    if (scanner.Has(WantedField::Smsmse))
-        fields.smsmse = text(WantedField::Smsmse);
-    fields.xSender = text(WantedField::XSender);
+    fields.recipient = text(0);
+    fields.sender = text(1);
+    fields.subject = text(2);
+    constexpr size_t firstRating = 3;
+    ForEachFound(profile.ratings, firstRating, scanner, bytes, [&](const RatingField& field, const QString& value) {
+        fields.rating = RatingText(field, value);
+        return profile.firstRatingDecides || !fields.rating.isEmpty();
+    });
+    ForEachFound(profile.senders, firstRating + profile.ratings.size(), scanner, bytes,
+                 [&fields](const AddressField& field, const QString& value) {
+                     fields.xSender = AddressText(field, value);
+                     return true;
+                 });
     return fields;
 }
 
-HeaderFields Finish(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
-    if (bytes.isEmpty())
-        return Failed(LoadError::Empty);
-    switch (scanner.Scan(bytes.first(std::min(bytes.size(), kMaximumHeaderBytes)), atEnd)) {
-    case HeaderScanner::Result::Complete:
-        return Collect(scanner, bytes);
-    case HeaderScanner::Result::NoMessage:
-        return Failed(LoadError::NoHeaderField);
-    case HeaderScanner::Result::NeedsMore:
-        break;
-    }
-    return Failed(scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge);
+LoadError ErrorOf(HeaderScanner::Result result, const HeaderScanner& scanner) {
+    return result == HeaderScanner::Result::NoMessage || scanner.HeaderStart() < 0 ? LoadError::NoHeaderField
+                                                                                   : LoadError::HeaderTooLarge;
 }
 
-/// Reads on behind the first bytes, in which `scanner` has not found the end of the header block.
-HeaderFields ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView first) {
+HeaderFields Finish(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd, const ServerProfile& profile) {
+    if (bytes.isEmpty())
+        return Failed(LoadError::Empty);
+    const auto result = scanner.Scan(bytes.first(std::min(bytes.size(), kMaximumHeaderBytes)), atEnd);
+    return result == HeaderScanner::Result::Complete ? Collect(scanner, bytes, profile)
+                                                     : Failed(ErrorOf(result, scanner));
+}
+
+FieldValueList FinishValues(HeaderScanner& scanner, QByteArrayView bytes, bool atEnd, const WantedFields& wanted) {
+    FieldValueList values(wanted.Count());
+    if (scanner.Scan(bytes.first(std::min(bytes.size(), kMaximumHeaderBytes)), atEnd) !=
+        HeaderScanner::Result::Complete)
+        return values;
+    for (size_t field = 0; field < values.size(); ++field) {
+        if (scanner.Has(field))
+            values[field] = DecodeHeaderValue(scanner.Value(field, bytes));
+    }
+    return values;
+}
+
+/// Reads on behind the first bytes, in which `scanner` has not found the end of the header block. `finish` makes the
+/// answer of the scanner and all bytes that were read, and is told whether that is the whole file.
+template <class Finish>
+auto ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView first, Finish finish) {
     QByteArray bytes(2 * kFirstBlock, Qt::Uninitialized);
     std::copy(first.begin(), first.end(), bytes.begin());
     qsizetype filled = first.size();
@@ -64,30 +91,33 @@ HeaderFields ReadOn(InputFile& file, HeaderScanner& scanner, QByteArrayView firs
         filled += count;
         const QByteArrayView read = QByteArrayView(bytes).first(filled);
         if (count == 0 || filled >= kMaximumHeaderBytes)
-            return Finish(scanner, read, count == 0);
+            return finish(scanner, read, count == 0);
         if (scanner.Scan(read, false) != HeaderScanner::Result::NeedsMore)
-            return Finish(scanner, read, false);
+            return finish(scanner, read, false);
         if (filled == bytes.size())
             bytes.resize(std::min(2 * filled, kMaximumHeaderBytes));
     }
 }
 
-HeaderFields ReadFields(InputFile& file) {
+template <class Finish>
+auto ReadFields(InputFile& file, const WantedFields& wanted, Finish finish) {
     // On the stack: memory of this size, taken and given back for each of many files, costs as much as the parsing.
     std::array<char, kFirstBlock> block;
-    HeaderScanner scanner;
+    HeaderScanner scanner(wanted);
     const QByteArrayView first(block.data(), file.Read(block.data(), kFirstBlock));
     if (first.isEmpty() || scanner.Scan(first, false) != HeaderScanner::Result::NeedsMore)
-        return Finish(scanner, first, first.isEmpty());
-    return ReadOn(file, scanner, first);
+        return finish(scanner, first, first.isEmpty());
+    return ReadOn(file, scanner, first, finish);
 }
 
 /// Reads a file that `place`, a file system or a folder, opens by its path or name.
 template <class Place>
-HeaderFields ReadFile(const Place& place, const QString& pathOrName) {
+HeaderFields ReadFile(const Place& place, const QString& pathOrName, const ServerProfile& profile) {
     try {
         const std::unique_ptr<InputFile> file = place.Open(pathOrName);
-        return ReadFields(*file);
+        return ReadFields(*file, profile.wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
+            return Finish(scanner, bytes, atEnd, profile);
+        });
     } catch (const RuntimeError& error) {
         return Failed(LoadError::Unreadable, error.Text());
     }
@@ -95,17 +125,29 @@ HeaderFields ReadFile(const Place& place, const QString& pathOrName) {
 
 } // namespace
 
-HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path) {
-    return ReadFile(files, path);
+HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path, const ServerProfile& profile) {
+    return ReadFile(files, path, profile);
 }
 
-HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name) {
-    return ReadFile(folder, name);
+HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name, const ServerProfile& profile) {
+    return ReadFile(folder, name, profile);
 }
 
-HeaderFields ParseHeaderFields(QByteArrayView bytes) {
-    HeaderScanner scanner;
-    return Finish(scanner, bytes, bytes.size() <= kMaximumHeaderBytes);
+HeaderFields ParseHeaderFields(QByteArrayView bytes, const ServerProfile& profile) {
+    HeaderScanner scanner(profile.wanted);
+    return Finish(scanner, bytes, bytes.size() <= kMaximumHeaderBytes, profile);
+}
+
+FieldValueList FieldValues(QByteArrayView bytes, const WantedFields& wanted) {
+    HeaderScanner scanner(wanted);
+    return FinishValues(scanner, bytes, bytes.size() <= kMaximumHeaderBytes, wanted);
+}
+
+FieldValueList ReadFieldValues(const FolderReader& folder, const QString& name, const WantedFields& wanted) {
+    const std::unique_ptr<InputFile> file = folder.Open(name);
+    return ReadFields(*file, wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
+        return FinishValues(scanner, bytes, atEnd, wanted);
+    });
 }
 
 } // namespace quellbox

@@ -59,17 +59,19 @@ qsizetype ColonOfField(QByteArrayView line, QByteArrayView lowerCasedName) {
     return colon < line.size() && line[colon] == ':' ? colon : -1;
 }
 
-/// In the order of WantedField.
-constexpr std::array<QByteArrayView, kWantedFieldCount> kWantedNames = {"to",    "from",         "subject",
-                                                                        "x-scl", "x-smsmse-scl", "x-sender"};
-
-/// True for the initials of the wanted names, in both cases: most lines need no closer look.
-bool IsWantedInitial(char c) {
-    const char lower = static_cast<char>(c | 0x20);
-    return lower == 't' || lower == 'f' || lower == 's' || lower == 'x';
-}
-
 } // namespace
+
+WantedFields::WantedFields(const QByteArrayList& names) {
+    for (const QByteArray& name : names) {
+        if (names_.size() == kMostWantedFields)
+            return;
+        names_.push_back(name.toLower());
+        if (!name.isEmpty()) {
+            initials_.set(static_cast<unsigned char>(names_.back().front()));
+            initials_.set(static_cast<unsigned char>(name.toUpper().front()));
+        }
+    }
+}
 
 HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atEnd) {
     static constexpr QByteArrayView kByteOrderMark = "\xEF\xBB\xBF";
@@ -96,13 +98,12 @@ HeaderScanner::Result HeaderScanner::SkipPreamble(QByteArrayView bytes, bool atE
 
 void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
     const QByteArrayView line = bytes.sliced(position_, end - position_);
-    for (size_t field = 0; field < kWantedNames.size(); ++field) {
-        const qsizetype colon = ColonOfField(line, kWantedNames[field]);
+    for (size_t field = 0; field < wanted_.Count(); ++field) {
+        const qsizetype colon = ColonOfField(line, wanted_.Name(field));
         if (colon < 0)
             continue;
         if (spans_[field].start < 0)
             spans_[field] = {position_ + colon + 1, end};
-        return;
     }
 }
 
@@ -119,15 +120,15 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
         const qsizetype end = FieldEnd(bytes, position_, atEnd);
         if (end < 0)
             return Result::NeedsMore;
-        if (IsWantedInitial(first))
+        if (wanted_.MayBeginWith(first))
             TakeField(bytes, end);
         position_ = end;
     }
     return atEnd ? Result::Complete : Result::NeedsMore;
 }
 
-QByteArrayView HeaderScanner::Value(WantedField field, QByteArrayView bytes) const {
-    const Span& span = spans_[static_cast<size_t>(field)];
+QByteArrayView HeaderScanner::Value(size_t field, QByteArrayView bytes) const {
+    const Span& span = spans_[field];
     return span.start < 0 ? QByteArrayView() : bytes.sliced(span.start, span.end - span.start);
 }
 

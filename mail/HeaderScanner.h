@@ -1,14 +1,33 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 #include <array>
+#include <bitset>
+#include <vector>
 
 namespace quellbox {
 
-/// The fields that a list row needs, in the order of HeaderScanner::Value().
-enum class WantedField { To, From, Subject, Scl, Smsmse, XSender };
-inline constexpr int kWantedFieldCount = 6;
+/// The names of fields that are to be found, at most kMostWantedFields of them.
+class WantedFields {
+public:
+    explicit WantedFields(const QByteArrayList& names = {});
+
+    size_t Count() const { return names_.size(); }
+
+    /// In lower case.
+    const QByteArray& Name(size_t field) const { return names_[field]; }
+
+    /// Whether a name may begin with that byte: most lines need no closer look.
+    bool MayBeginWith(char first) const { return initials_[static_cast<unsigned char>(first)]; }
+
+private:
+    std::vector<QByteArray> names_;
+    std::bitset<256> initials_; // in both cases
+};
+
+inline constexpr size_t kMostWantedFields = 32;
 
 /// Header blocks beyond this many bytes are refused: no mail system lets such a message through.
 inline constexpr qsizetype kMaximumHeaderBytes = qsizetype{1} << 20;
@@ -26,6 +45,9 @@ public:
         NoMessage, ///< the header block holds no field
     };
 
+    /// `wanted` has to outlive this object.
+    explicit HeaderScanner(const WantedFields& wanted) : wanted_(wanted) {}
+
     /// Scans on from where the last call stopped. `bytes` are all bytes of the message so far, its start included;
     /// `atEnd` says that no more will come. The end of the message also ends the header block.
     Result Scan(QByteArrayView bytes, bool atEnd);
@@ -34,10 +56,10 @@ public:
     qsizetype HeaderStart() const { return headerStart_; }
     qsizetype HeaderEnd() const { return position_; }
 
-    bool Has(WantedField field) const { return spans_[static_cast<size_t>(field)].start >= 0; }
+    bool Has(size_t field) const { return spans_[field].start >= 0; }
 
     /// The raw value in `bytes`, the same as given to Scan(): what follows the colon, folds and line end included.
-    QByteArrayView Value(WantedField field, QByteArrayView bytes) const;
+    QByteArrayView Value(size_t field, QByteArrayView bytes) const;
 
 private:
     struct Span {
@@ -48,9 +70,10 @@ private:
     Result SkipPreamble(QByteArrayView bytes, bool atEnd);
     void TakeField(QByteArrayView bytes, qsizetype end);
 
-    std::array<Span, kWantedFieldCount> spans_{};
-    qsizetype headerStart_ = -1; ///< -1 until the first field was seen
-    qsizetype position_ = 0;     ///< start of the first line not yet dealt with
+    const WantedFields& wanted_;
+    std::array<Span, kMostWantedFields> spans_{}; // as the names in wanted_
+    qsizetype headerStart_ = -1;                  ///< -1 until the first field was seen
+    qsizetype position_ = 0;                      ///< start of the first line not yet dealt with
 };
 
 } // namespace quellbox

@@ -185,7 +185,8 @@ LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& header
     if (bytes.isEmpty())
         return LoadError::Empty;
     // What a message is, the scanner decides: the list and the structure tree must agree on it.
-    HeaderScanner scanner;
+    const WantedFields none;
+    HeaderScanner scanner(none);
     const QByteArrayView block = QByteArrayView(bytes).first(std::min(bytes.size(), kMaximumHeaderBytes));
     switch (scanner.Scan(block, bytes.size() <= kMaximumHeaderBytes)) {
     case HeaderScanner::Result::NoMessage:

@@ -178,7 +178,7 @@ void MessageListModel::MarkRows(int first, int last, bool unread) {
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
-    const SortKeys keys(rows_, column);
+    const SortKeys keys(rows_, column, ratesByNumber_);
     const auto precedes = [&keys, order](int left, int right) {
         const int compared = keys.Compare(left, right);
         return order == Qt::AscendingOrder ? compared < 0 : compared > 0;

@@ -48,6 +48,9 @@ public:
     /// Marks rows `first` to `last` as unread or read.
     void MarkRows(int first, int last, bool unread);
 
+    /// Whether the column "SCL%" holds numbers. Concerns the next sort().
+    void SetRatesByNumber(bool ratesByNumber) { ratesByNumber_ = ratesByNumber; }
+
     /// Sorts by a column: times and sizes as numbers, texts ignoring case. Rows with equal contents keep their order,
     /// as do views their selection.
     void sort(int column, Qt::SortOrder order) override;
@@ -56,6 +59,7 @@ private:
     std::vector<MessageRow> rows_;
     std::array<QVariant, ColumnCount> headerPictures_;
     mutable KeyIndex rowOfKey_;
+    bool ratesByNumber_ = false;
 };
 
 } // namespace quellbox

@@ -1,5 +1,9 @@
 #include "messages/SortKeys.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace quellbox {
 
 namespace {
@@ -23,11 +27,13 @@ void Fold(QChar* text, const QChar* end) {
 
 } // namespace
 
-SortKeys::SortKeys(const std::vector<MessageRow>& rows, int column) {
+SortKeys::SortKeys(const std::vector<MessageRow>& rows, int column, bool ratesByNumber) {
     if (column == ColumnDate) {
         TakeNumbers(rows, &MessageRow::Time);
     } else if (column == ColumnSize || column == ColumnBytes) {
         TakeNumbers(rows, &MessageRow::Size);
+    } else if (column == ColumnScl && ratesByNumber) {
+        TakeRatings(rows);
     } else {
         TakeTexts(rows, column);
     }
@@ -37,6 +43,18 @@ void SortKeys::TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageR
     numbers_.reserve(rows.size());
     for (const MessageRow& row : rows) {
         numbers_.push_back((row.*number)());
+    }
+}
+
+void SortKeys::TakeRatings(const std::vector<MessageRow>& rows) {
+    constexpr double parts = 1'000'000; // of a point, of which filters write three digits at most
+    constexpr double most = 1'000'000'000;
+    numbers_.reserve(rows.size());
+    for (const MessageRow& row : rows) {
+        bool isNumber = false;
+        const double rating = row.Cell(ColumnScl).toDouble(&isNumber);
+        numbers_.push_back(isNumber ? std::llround(std::clamp(rating, -most, most) * parts)
+                                    : std::numeric_limits<qint64>::min());
     }
 }
 

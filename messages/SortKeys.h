@@ -12,7 +12,8 @@ namespace quellbox {
 /// to case: folded once instead of at each comparison, and side by side in memory instead of all over it.
 class SortKeys {
 public:
-    SortKeys(const std::vector<MessageRow>& rows, int column);
+    /// `ratesByNumber` says whether the column "SCL%" holds numbers. What is none comes before all of them.
+    SortKeys(const std::vector<MessageRow>& rows, int column, bool ratesByNumber = false);
 
     /// Below, at or above 0, as the contents of two rows compare.
     int Compare(int left, int right) const {
@@ -31,6 +32,7 @@ private:
     }
 
     void TakeNumbers(const std::vector<MessageRow>& rows, qint64 (MessageRow::*number)() const);
+    void TakeRatings(const std::vector<MessageRow>& rows);
     void TakeTexts(const std::vector<MessageRow>& rows, int column);
 
     std::vector<qint64> numbers_; // by row; empty for a column of texts

@@ -41,6 +41,7 @@ struct AppState {
     bool BulkMode = false;         ///< bulk mode is on
     qint32 Whole = 0;              ///< position of the splitter splWhole, twips
     qint32 Bottom = 0;             ///< position of the splitter splBottom, twips
+    QString ServerProfile;         ///< key of the profile of the server that blocks the messages
 
     // Known only while the program runs.
 

@@ -30,12 +30,20 @@ void Assign(bool& member, const QString& text) {
     member = ToBoolean(text);
 }
 
+void Assign(QString& member, const QString& text) {
+    member = text;
+}
+
 QString ToText(qint32 value) {
     return QString::number(value);
 }
 
 QString ToText(bool value) {
     return FromBoolean(value);
+}
+
+QString ToText(const QString& value) {
+    return value;
 }
 
 void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
@@ -89,6 +97,7 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
         {QLatin1String("KeepDeletedDays"), QLatin1String("0"), &AppState::KeepDeletedDays},
         {QLatin1String("HistoryDays"), QLatin1String("90"), &AppState::HistoryDays},
+        {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile},
     };
     return table;
 }

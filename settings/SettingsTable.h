@@ -13,8 +13,9 @@
 namespace quellbox {
 
 /// The member of AppState that a setting fills. Its type is the type of the setting: folder, 16-bit integer, 32-bit
-/// integer or Boolean.
-using SettingMember = std::variant<Folder AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*>;
+/// integer, Boolean or text.
+using SettingMember =
+    std::variant<Folder AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*, QString AppState::*>;
 
 /// One single-valued setting of the program.
 struct SettingRow {

@@ -480,6 +480,26 @@
         <source>With 0 days, no history is written.</source>
         <translation>Bei 0 Tagen wird kein Verlauf geschrieben.</translation>
     </message>
+    <message>
+        <source>&amp;Server</source>
+        <translation>&amp;Server</translation>
+    </message>
+    <message>
+        <source>The messages were &amp;blocked by</source>
+        <translation>Die Nachrichten wurden &amp;blockiert von</translation>
+    </message>
+    <message>
+        <source>Server that has blocked the messages</source>
+        <translation>Server, der die Nachrichten blockiert hat</translation>
+    </message>
+    <message>
+        <source>D&amp;etect</source>
+        <translation>E&amp;rkennen</translation>
+    </message>
+    <message>
+        <source>Look at the newest messages of the archive</source>
+        <translation>Die neuesten Nachrichten des Archivs ansehen</translation>
+    </message>
 </context>
 <context>
     <name>frmTolerate</name>
@@ -1097,6 +1117,26 @@
         <source>What is done cannot be written into the history at the moment. It is tried again while this program runs. %1: %2</source>
         <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
     </message>
+    <message>
+        <source>Intelligent Message Filter</source>
+        <translation>Intelligent Message Filter</translation>
+    </message>
+    <message>
+        <source>Exchange Server</source>
+        <translation>Exchange Server</translation>
+    </message>
+    <message>
+        <source>amavis</source>
+        <translation>amavis</translation>
+    </message>
+    <message>
+        <source>rspamd</source>
+        <translation>rspamd</translation>
+    </message>
+    <message>
+        <source>SpamAssassin</source>
+        <translation>SpamAssassin</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1665,6 +1705,31 @@
     <message>
         <source>These are the files of the program&apos;s own folder. Choose the directory with the blocked messages by File &gt; Folder &gt; Archive..., and the one from which the mail server delivers by File &gt; Folder &gt; Pickup...</source>
         <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Verzeichnis &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Verzeichnis &gt; Pickup...</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmOptions</name>
+    <message>
+        <source>Looking at the newest messages...</source>
+        <translation>Die neuesten Nachrichten werden angesehen...</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>None of the newest messages (%n) says which server has blocked it.</source>
+        <translation>
+            <numerusform>Keine der neuesten Nachrichten (%n) sagt, welcher Server sie blockiert hat.</numerusform>
+            <numerusform>Keine der neuesten Nachrichten (%n) sagt, welcher Server sie blockiert hat.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of the newest messages (%n) have header fields of this server.</source>
+        <translation>
+            <numerusform>%1 der neuesten Nachrichten (%n) haben Kopffelder dieses Servers.</numerusform>
+            <numerusform>%1 der neuesten Nachrichten (%n) haben Kopffelder dieses Servers.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

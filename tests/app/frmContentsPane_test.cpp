@@ -38,7 +38,7 @@ protected:
     void Make(std::chrono::milliseconds wait) {
         pane_.reset();
         window_ = std::make_unique<QWidget>();
-        pane_ = std::make_unique<ContentsPane>(ContentsPorts{files_, store_, pool_, wait}, window_.get());
+        pane_ = std::make_unique<ContentsPane>(ContentsPorts{files_, store_, pool_, state_, wait}, window_.get());
         auto* layout = new QHBoxLayout(window_.get());
         layout->addWidget(&pane_->Tree());
         layout->addWidget(&pane_->Raw());
@@ -102,6 +102,7 @@ protected:
 
     MemoryFileSystem files_;
     MemorySettingsStore store_;
+    AppState state_;
     ThreadWorkPool pool_;
     QSemaphore release_;
     std::unique_ptr<QWidget> window_;

@@ -4,47 +4,11 @@
 
 namespace quellbox {
 
-namespace {
-
 using namespace Qt::StringLiterals;
 
-HeaderFields Confidence(std::optional<QString> scl, std::optional<QString> smsmse) {
-    HeaderFields fields;
-    fields.scl = std::move(scl);
-    fields.smsmse = std::move(smsmse);
-    return fields;
-}
-
-} // namespace
-
-TEST(SclText, IsWhatPrecedesTheFirstPerCentSign) {
-    EXPECT_EQ(SclText(Confidence(u"7 53.21%"_s, {})), u"7 53.21"_s);
-    EXPECT_EQ(SclText(Confidence(u"9 1% 2%"_s, {})), u"9 1"_s);
-    EXPECT_EQ(SclText(Confidence(u"%9"_s, {})), QString());
-}
-
-TEST(SclText, IsEmptyWithoutAPerCentSign) {
-    EXPECT_EQ(SclText(Confidence(u"7"_s, {})), QString());
-    EXPECT_EQ(SclText(Confidence(QString(), {})), QString());
-}
-
-TEST(SclText, IsTheWholeSecondHeaderWhenTheFirstIsAbsent) {
-    EXPECT_EQ(SclText(Confidence({}, u"9"_s)), u"9"_s);
-    EXPECT_EQ(SclText(Confidence({}, u"9% sure"_s)), u"9"_s);
-}
-
-TEST(SclText, AsksTheSecondHeaderOnlyWhenTheFirstIsAbsent) {
-    EXPECT_EQ(SclText(Confidence(u"7"_s, u"9"_s)), QString());
-    EXPECT_EQ(SclText(Confidence(u"7%"_s, u"9"_s)), u"7"_s);
-    EXPECT_EQ(SclText(Confidence(QString(), u"9"_s)), QString());
-}
-
-TEST(SclText, IsEmptyWithNeitherHeader) {
-    EXPECT_EQ(SclText(Confidence({}, {})), QString());
-}
-
 TEST(FillTexts, TakesTheFieldsOfALoadedMessage) {
-    HeaderFields fields = Confidence(u"7 53.21%"_s, {});
+    HeaderFields fields;
+    fields.rating = u"7 53.21"_s;
     fields.recipient = u"to"_s;
     fields.sender = u"from"_s;
     fields.subject = u"subject"_s;

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 class MessageReading : public testing::Test {
 protected:
     ReadRow Read(const FileEntry& entry, bool bulk = false) {
-        return ReadMessageRow(*files.ReadFolder(u"/a/"_s), entry, bulk);
+        return ReadMessageRow(*files.ReadFolder(u"/a/"_s), entry, bulk, ServerProfiles().front());
     }
 
     MemoryFileSystem files;

@@ -187,4 +187,22 @@ TEST_F(RefreshTaskTest, KeepsTheSenderOfTheLastMessageThatWasRead) {
     EXPECT_EQ(state.strXSender, u"Last@spam.example"_s);
 }
 
+TEST_F(RefreshTaskTest, SortsRatingsAsNumbersWhereTheServerWritesNumbers) {
+    state.ServerProfile = u"spamassassin"_s;
+    int number = 0;
+    for (const char* score : {"9.5", "10", "-1", "none", "9.25"}) {
+        ++number;
+        files.Add(InArchive(QString::number(number)),
+                  QByteArray("X-Spam-Status: Yes, score=") + score + "\r\nSubject: s\r\n\r\n", number);
+    }
+    Run();
+    model.sort(ColumnScl, Qt::AscendingOrder);
+    EXPECT_EQ(Keys(), (QStringList{u"4"_s, u"3"_s, u"5"_s, u"1"_s, u"2"_s}));
+    state.ServerProfile = u"imf"_s;
+    state.LastAddedFile.clear();
+    Run();
+    model.sort(ColumnScl, Qt::AscendingOrder);
+    EXPECT_EQ(Keys().front(), u"1"_s) << "as texts, which all are empty";
+}
+
 } // namespace quellbox

@@ -47,6 +47,25 @@ TEST_F(RefreshToleranceTest, LeavesTheRowWhenTheMoveFailsAndGoesOn) {
     EXPECT_EQ(files.Bytes(u"/pickup/a.eml"_s), "already there");
 }
 
+TEST_F(RefreshToleranceTest, GoesByTheSenderOfTheServersProfile) {
+    const QByteArray message = "X-Sender: eve@spam.example\r\nReturn-Path: <Bob@friend.example>\r\nX-Spam-Status: Yes, "
+                               "score=7.5 required=5\r\nSubject: s\r\n\r\nbody";
+    files.Add(InArchive(u"a.eml"_s), message, 1);
+    Run();
+    EXPECT_EQ(Keys(), QStringList{u"a.eml"_s}) << "to the default, the sender is another one";
+    state.ServerProfile = u"spamassassin"_s;
+    state.TolerationLevel = 0;
+    state.LastAddedFile.clear();
+    Run();
+    ASSERT_EQ(Keys(), QStringList{u"a.eml"_s});
+    EXPECT_EQ(model.Row(0).Cell(ColumnScl), u"7.5"_s);
+    EXPECT_EQ(model.Row(0).Tag(), u"Bob@friend.example"_s);
+    state.TolerationLevel = 2;
+    state.LastAddedFile.clear();
+    Run();
+    EXPECT_EQ(files.Paths(), QStringList{u"/pickup/a.eml"_s});
+}
+
 TEST_F(RefreshToleranceTest, IsAutomaticOnlyAtLevelTwo) {
     AddMessage(u"a.eml"_s, "bob@friend.example");
     for (const qint16 level : {qint16{0}, qint16{1}, qint16{3}}) {

@@ -108,8 +108,8 @@ TEST_F(MessageLoaderTest, TellsAFileThatHasGoneFromOneThatCannotBeRead) {
 
 TEST_F(MessageLoaderTest, ReadsHeadersBesideAMessageAndOnlyOnceAtATime) {
     Stall(u"1.eml"_s);
-    loader->LoadHeaders(u"/a/1.eml"_s, Note());
-    loader->LoadHeaders(u"/a/1.eml"_s, Note());
+    loader->LoadHeaders(u"/a/1.eml"_s, ServerProfiles().front(), Note());
+    loader->LoadHeaders(u"/a/1.eml"_s, ServerProfiles().front(), Note());
     Load(u"/a/2.eml"_s);
     Load(u"/a/2.eml"_s);
     release.release(1000);
@@ -173,7 +173,7 @@ TEST_F(MessageLoaderTest, AnswersHoweverManyMessagesStall) {
 TEST_F(MessageLoaderTest, IsDestroyedWhileAReaderStalls) {
     Stall(u"1.eml"_s);
     Load(u"/a/1.eml"_s);
-    loader->LoadHeaders(u"/a/1.eml"_s, Note());
+    loader->LoadHeaders(u"/a/1.eml"_s, ServerProfiles().front(), Note());
     ASSERT_TRUE(stalled.tryAcquire(1, 20'000));
     // Only afterwards is a reader let go: a destructor that waits for it would never come back.
     loader.reset();

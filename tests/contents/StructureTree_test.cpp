@@ -47,6 +47,15 @@ StructureNode Leaf(const QString& text) {
 
 } // namespace
 
+TEST(StructureTree, SaysBelowTheMessageWhyItWasBlocked) {
+    MailMessage message;
+    ASSERT_EQ(message.LoadBytes("Subject: s\r\nX-Spam-Status: Yes, score=9\r\n\ttests=BAYES_99\r\n\r\nbody"), 0);
+    EXPECT_EQ(
+        Texts(BuildStructureTree(message, {"X-Amavis-Alert", "X-Spam-Status"}).front().children),
+        (QStringList{QStringLiteral("SUBJECT: s"), QStringLiteral("X-SPAM-STATUS: Yes, score=9 tests=BAYES_99")}));
+    EXPECT_EQ(Texts(BuildStructureTree(message).front().children), QStringList{QStringLiteral("SUBJECT: s")});
+}
+
 TEST(StructureTree, ShowsTheMessageFieldsInTheirFixedOrder) {
     const StructureTree tree = TreeOf("Subject: Hi There\r\nBcc: d@x.org\r\nCC: c@x.org\r\nTo: b@x.org\r\n"
                                       "From: a@x.org\r\nDate: Mon, 1 Mar 2004 10:00:00 +0100\r\n\r\n");

@@ -45,7 +45,7 @@ protected:
             return index == 0 ? state.ArchiveDir : state.PickupDir;
         };
         calls.maintainWhitelist = [this] { ++whitelists; };
-        dialog = std::make_unique<frmOptions>(files, program, state, std::move(calls), nullptr);
+        dialog = std::make_unique<frmOptions>(files, pool, program, state, std::move(calls), nullptr);
         dialog->show();
         dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
@@ -109,6 +109,7 @@ protected:
     }
 
     MemoryFileSystem files;
+    ThreadWorkPool pool;
     ProgramInfo program = TestProgram(QStringLiteral("/prog/"));
     AppState state;
     QList<bool> filterTaken;

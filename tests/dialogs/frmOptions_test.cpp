@@ -8,7 +8,8 @@ TEST_F(Options, HasItsTexts) {
     const QStringList tabs{QStringLiteral("&General"),    QStringLiteral("&Directories"), QStringLiteral("&Filtering"),
                            QStringLiteral("&Toleration"), QStringLiteral("&Settings"),    QStringLiteral("&History")};
     const QStringList keys{QStringLiteral("general"),    QStringLiteral("directories"), QStringLiteral("filter"),
-                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history")};
+                           QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history"),
+                           QStringLiteral("server")};
     ASSERT_EQ(Tabs()->count(), 6);
     for (int tab = 0; tab < 6; ++tab) {
         EXPECT_EQ(Tabs()->tabText(tab), tabs[tab]);
@@ -120,7 +121,7 @@ TEST_F(Options, CtrlTabGoesRoundFromEveryControl) {
     Press(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
     for (const char* name : {"trvOptions", "btnArchive", "optDays0", "btnTolerate", "txtRefreshInterval",
-                             "txtHistoryDays", "trvOptions", "cmdOK", "cmdHelp"}) {
+                             "txtHistoryDays", "cboServer", "btnDetect", "trvOptions", "cmdOK", "cmdHelp"}) {
         const int before = Tabs()->currentIndex();
         Find<QWidget>(name)->setFocus();
         ASSERT_EQ(Focus()->objectName().toStdString(), name);

@@ -37,18 +37,16 @@ TEST(HeaderFields, FindsTheSixFieldsInAnyCase) {
     EXPECT_EQ(fields.recipient, QStringLiteral("r@example.org"));
     EXPECT_EQ(fields.sender, QStringLiteral("\"S\" <s@example.org>"));
     EXPECT_EQ(fields.subject, QStringLiteral("Hi"));
-    EXPECT_EQ(fields.scl, QStringLiteral("7 53.21%"));
-    EXPECT_EQ(fields.smsmse, QStringLiteral("9"));
+    EXPECT_EQ(fields.rating, QStringLiteral("7 53.21"));
     EXPECT_EQ(fields.xSender, QStringLiteral("<e@example.org>"));
 }
 
-TEST(HeaderFields, AbsentFieldsAreEmptyAndAnEmptyConfidenceIsPresent) {
+TEST(HeaderFields, AbsentFieldsAreEmpty) {
     const HeaderFields fields = ParseHeaderFields("Date: today\nX-SCL:\n\n");
     EXPECT_EQ(fields.errorCode, 0);
     EXPECT_TRUE(fields.recipient.isEmpty() && fields.sender.isEmpty() && fields.subject.isEmpty());
     EXPECT_TRUE(fields.xSender.isEmpty());
-    EXPECT_EQ(fields.scl, QString());
-    EXPECT_FALSE(fields.smsmse.has_value());
+    EXPECT_TRUE(fields.rating.isEmpty());
 }
 
 TEST(HeaderFields, FirstOfSeveralFieldsCounts) {

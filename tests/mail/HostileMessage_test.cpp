@@ -99,7 +99,8 @@ TEST(HostileMessage, BothReadersAgreeOnEveryTruncationAndManyDamages) {
         ASSERT_EQ(fields.recipient, message.Recipient()) << bytes.toPercentEncoding().toStdString();
         ASSERT_EQ(fields.sender, message.Sender()) << bytes.toPercentEncoding().toStdString();
         ASSERT_EQ(fields.subject, message.Subject()) << bytes.toPercentEncoding().toStdString();
-        ASSERT_EQ(fields.scl, message.Header(QStringLiteral("X-SCL"))) << bytes.toPercentEncoding().toStdString();
+        ASSERT_EQ(FieldValues(bytes, WantedFields({"X-SCL"})).front(), message.Header(QStringLiteral("X-SCL")))
+            << bytes.toPercentEncoding().toStdString();
     };
     for (qsizetype size = 0; size <= whole.size(); ++size) {
         expectSame(whole.first(size));

@@ -78,6 +78,7 @@ TEST(LoadSettings, GivesTheDefaultsOfAFirstStart) {
     EXPECT_EQ(state.OutlookExpress, 0);
     EXPECT_EQ(state.KeepDeletedDays, 0) << "what is deleted is gone, unless the user wants it otherwise";
     EXPECT_EQ(state.HistoryDays, 90);
+    EXPECT_EQ(state.ServerProfile, QStringLiteral("imf"));
     EXPECT_EQ(state.FilterMessages, 0);
     EXPECT_EQ(state.ContentsAttachment, 0);
     EXPECT_EQ(state.ContentsCollapse, 0);
@@ -127,6 +128,7 @@ TEST(LoadSettings, ReadsEveryStoredValue) {
     Put(store, "OutlookExpress", "1");
     Put(store, "KeepDeletedDays", "30");
     Put(store, "HistoryDays", "0");
+    Put(store, "ServerProfile", "amavis");
     Put(store, "FilterMessages", "1");
     Put(store, "ContentsAttachment", "1");
     Put(store, "ContentsCollapse", "1");
@@ -149,6 +151,7 @@ TEST(LoadSettings, ReadsEveryStoredValue) {
     EXPECT_EQ(state.OutlookExpress, 1);
     EXPECT_EQ(state.KeepDeletedDays, 30);
     EXPECT_EQ(state.HistoryDays, 0);
+    EXPECT_EQ(state.ServerProfile, QStringLiteral("amavis"));
     EXPECT_EQ(state.FilterMessages, 1);
     EXPECT_EQ(state.ContentsAttachment, 1);
     EXPECT_EQ(state.ContentsCollapse, 1);
@@ -224,7 +227,7 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
     for (const char* key :
          {"FilterMessages", "FilterDays", "TolerationLevel", "RefreshInterval", "RawBody", "AutoRefresh",
           "OutlookExpress", "ContentsAttachment", "ContentsCollapse", "StatusBar", "Toolbar", "HideMinimized",
-          "BulkMode", "Whole", "Bottom", "Contents", "HeaderField", "KeepDeletedDays", "HistoryDays"}) {
+          "BulkMode", "Whole", "Bottom", "Contents", "HeaderField", "KeepDeletedDays", "HistoryDays", "ServerProfile"}) {
         expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
     }
     EXPECT_EQ(store.written, expected);
@@ -298,5 +301,5 @@ TEST(SettingsTable, NamesEachKeyAndEachMemberOnce) {
         }
     }
     EXPECT_EQ(size_t(keys.size()), table.size());
-    EXPECT_EQ(table.size(), 21u);
+    EXPECT_EQ(table.size(), 22u);
 }

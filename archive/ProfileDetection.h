@@ -1,0 +1,44 @@
+#pragma once
+
+#include "mail/ServerProfile.h"
+#include "platform/FolderListing.h"
+
+#include <functional>
+#include <optional>
+
+namespace quellbox {
+
+/// Finds out which kind of server has blocked the messages of an archive, from the header fields of the newest ones. It
+/// reads beside the thread that wants to know.
+class ProfileDetection {
+public:
+    struct Result {
+        const ServerProfile* profile = nullptr; ///< null when no message says so
+        int marked = 0;                         ///< so many messages have a field of that kind of server
+        int looked = 0;                         ///< of so many
+        QString error;                          ///< why the archive cannot be read; empty when it can
+    };
+
+    /// So many messages are looked at.
+    static constexpr size_t newest = 50;
+
+    /// Calls `done` once, on the thread that made this object and runs an event loop; it may destroy this object.
+    /// Destruction before that drops the answer without waiting for it.
+    ProfileDetection(const FileSystem& files, WorkPool& pool, const Folder& archive, std::function<void(Result)> done);
+
+    void Start();
+
+private:
+    void ReadNewest(Listing listing);
+    void Count(const std::vector<bool>& marks);
+    void End();
+
+    WorkPool& pool_;
+    std::function<void(Result)> done_;
+    FolderListing listing_;
+    std::optional<OrderedWork<std::vector<bool>>> reading_;
+    std::vector<int> marked_; // by profile
+    Result result_;
+};
+
+} // namespace quellbox

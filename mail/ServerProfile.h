@@ -1,0 +1,69 @@
+#pragma once
+
+#include "mail/HeaderScanner.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace quellbox {
+
+/// How a rating stands in the value of a header field.
+enum class RatingForm {
+    BeforePercent, ///< the text before the first per cent sign; empty without one
+    PercentAdded,  ///< the same, as if a per cent sign followed
+    Number,        ///< the number behind RatingField::after
+    Count          ///< a number: how often RatingField::after stands at the beginning
+};
+
+/// A header field that may hold the rating.
+struct RatingField {
+    QByteArray name;
+    RatingForm form = RatingForm::Number;
+    QByteArray after = {};
+};
+
+/// How an address stands in the value of a header field.
+enum class AddressForm {
+    Text, ///< it is the value, whatever that is
+    Path  ///< as in SMTP (RFC 5321, section 4.1.2), with or without angle brackets; parameters may follow
+};
+
+/// A header field that may hold an address of the envelope.
+struct AddressField {
+    QByteArray name;
+    AddressForm form = AddressForm::Path;
+};
+
+/// What a spam filter writes into the messages that it blocks.
+struct ServerProfile {
+    QString key;                       ///< as the settings have it
+    const char* name;                  ///< what the user reads, not yet translated
+    std::vector<RatingField> ratings;  ///< the first that is there and holds a rating counts
+    bool firstRatingDecides = false;   ///< the first that is there counts, also without a rating
+    std::vector<AddressField> senders; ///< the first that is there counts
+    QByteArrayList reasons = {};       ///< fields that say why a message was blocked, as they are to be shown
+    QByteArrayList marks = {};         ///< fields that only this kind of server writes
+
+    WantedFields wanted = WantedFields(); ///< what a row needs: To, From and Subject, the ratings, then the senders
+
+    /// Whether ratings are numbers, and compare as such.
+    bool RatesByNumber() const;
+};
+
+/// Every profile, the default one first.
+const std::vector<ServerProfile>& ServerProfiles();
+
+/// The profile that the settings name; the default one where there is none of that name.
+const ServerProfile& ProfileOf(const QString& key);
+
+/// The rating in the value of a field, which is decoded for display; empty where it holds none.
+QString RatingText(const RatingField& field, const QString& value);
+
+/// The address in the value of a field, which is decoded for display; empty where it holds none.
+QString AddressText(const AddressField& field, const QString& value);
+
+} // namespace quellbox

@@ -1,0 +1,149 @@
+#include "mail/HeaderFields.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace quellbox {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+HeaderFields Parse(const char* profile, const QByteArray& header) {
+    return ParseHeaderFields(header + "\r\nbody\r\n", ProfileOf(QLatin1String(profile)));
+}
+
+std::string Rating(const char* profile, const QByteArray& header) {
+    return Parse(profile, header).rating.toStdString();
+}
+
+std::string Sender(const char* profile, const QByteArray& header) {
+    return Parse(profile, header).xSender.toStdString();
+}
+
+} // namespace
+
+TEST(DefaultProfile, RatesByWhatPrecedesTheFirstPerCentSign) {
+    EXPECT_EQ(Rating("imf", "X-SCL: 7 53.21%\r\n"), "7 53.21");
+    EXPECT_EQ(Rating("imf", "X-SCL: 9 1% 2%\r\n"), "9 1");
+    EXPECT_EQ(Rating("imf", "X-SCL: %9\r\n"), "");
+    EXPECT_EQ(Rating("imf", "X-SCL: 7\r\n"), "");
+    EXPECT_EQ(Rating("imf", "X-SCL:\r\n"), "");
+    EXPECT_EQ(Rating("imf", "Subject: none\r\n"), "");
+}
+
+TEST(DefaultProfile, TakesTheWholeSecondFieldWhenTheFirstIsAbsent) {
+    EXPECT_EQ(Rating("imf", "X-SMSMSE-SCL: 9\r\n"), "9");
+    EXPECT_EQ(Rating("imf", "X-SMSMSE-SCL: 9% sure\r\n"), "9");
+}
+
+TEST(DefaultProfile, AsksTheSecondFieldOnlyWhenTheFirstIsAbsent) {
+    EXPECT_EQ(Rating("imf", "X-SMSMSE-SCL: 9\r\nX-SCL: 7\r\n"), "");
+    EXPECT_EQ(Rating("imf", "X-SMSMSE-SCL: 9\r\nX-SCL: 7%\r\n"), "7");
+    EXPECT_EQ(Rating("imf", "X-SMSMSE-SCL: 9\r\nX-SCL:\r\n"), "");
+}
+
+TEST(DefaultProfile, TakesTheEnvelopeSenderAsItStands) {
+    EXPECT_EQ(Sender("imf", "x-sender: <a@example.org> \r\n"), "<a@example.org>");
+    EXPECT_EQ(Sender("imf", "Return-Path: <a@example.org>\r\n"), "");
+}
+
+TEST(DefaultProfile, IsTheFirstAndStandsInForUnknownOnes) {
+    EXPECT_EQ(&ProfileOf(u"imf"_s), &ServerProfiles().front());
+    EXPECT_EQ(&ProfileOf(u"somebody else's"_s), &ServerProfiles().front());
+    EXPECT_EQ(&ProfileOf(QString()), &ServerProfiles().front());
+    EXPECT_FALSE(ServerProfiles().front().RatesByNumber());
+    EXPECT_TRUE(ServerProfiles().front().reasons.isEmpty());
+}
+
+TEST(ServerProfile, HasAKeyOfItsOwnAndFitsIntoTheScanner) {
+    std::set<QString> keys;
+    for (const ServerProfile& profile : ServerProfiles()) {
+        EXPECT_TRUE(keys.insert(profile.key).second) << profile.key.toStdString();
+        EXPECT_EQ(profile.wanted.Count(), 3 + profile.ratings.size() + profile.senders.size());
+        EXPECT_FALSE(profile.marks.isEmpty());
+    }
+    EXPECT_EQ(ProfileOf(u"Amavis"_s).key, u"amavis"_s);
+}
+
+TEST(ServerProfile, OfExchangeReadsALevelAndAPathWithParameters) {
+    EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: 7\r\n"), "7");
+    EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: -1\r\n"), "-1");
+    EXPECT_EQ(Sender("exchange", "X-Sender: <a@example.org> BODY=8BITMIME\r\n"), "a@example.org");
+    EXPECT_EQ(Sender("exchange", "X-Sender: a@example.org BODY=7bit\r\nReturn-Path: <b@example.org>\r\n"),
+              "a@example.org");
+    EXPECT_EQ(Sender("exchange", "Return-Path: <b@example.org>\r\n"), "b@example.org");
+}
+
+TEST(ServerProfile, OfSpamAssassinReadsScoreHitsOrStars) {
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes, score=15.2 required=5.0 tests=BAYES_99,\r\n"
+                                     "\tHTML_MESSAGE autolearn=spam version=3.4.6\r\n"),
+              "15.2");
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: No, hits=-2.6 required=5.0\r\n"), "-2.6");
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes\r\nX-Spam-Level: ******* \r\n"), "7");
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Level:\r\n"), "0");
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes\r\n"), "");
+}
+
+TEST(ServerProfile, OfRspamdReadsTheScoreOfAllLimits) {
+    EXPECT_EQ(Rating("rspamd", "X-Spamd-Result: default: True [24.31 / 15.00];\r\n\tGTUBE(0.00)[]\r\n"), "24.31");
+    EXPECT_EQ(Rating("rspamd", "X-Rspamd-Score: -1.30\r\n"), "-1.30");
+    EXPECT_EQ(Rating("rspamd", "X-Spamd-Result: none\r\nX-Rspamd-Score: 3\r\n"), "3");
+}
+
+TEST(ServerProfile, OfAmavisReadsTheEnvelopeOfAQuarantine) {
+    const QByteArray header = "X-Envelope-From: <bounce+1@example.org>\r\nX-Envelope-To: <r@example.com>\r\n"
+                              "X-Quarantine-ID: <dCGTxyz>\r\nX-Spam-Flag: YES\r\nX-Spam-Score: 999.801\r\n";
+    EXPECT_EQ(Rating("amavis", header), "999.801");
+    EXPECT_EQ(Sender("amavis", header), "bounce+1@example.org");
+    EXPECT_EQ(Sender("amavis", "X-Envelope-From: <>\r\nReturn-Path: <b@example.org>\r\n"), ""); // a bounce
+}
+
+TEST(ServerProfile, ReadsAMessageOfItsServer) {
+    const std::map<QString, std::pair<QString, QString>> expected{
+        {u"imf"_s, {u"7 83.15"_s, u"offers@shop.example"_s}},
+        {u"exchange"_s, {u"9"_s, u"bounce@shop.example"_s}},
+        {u"amavis"_s, {u"13.402"_s, u"bounce@shop.example"_s}},
+        {u"rspamd"_s, {u"16.50"_s, u"bounce@shop.example"_s}},
+        {u"spamassassin"_s, {u"8.7"_s, u"bounce@shop.example"_s}}};
+    for (const ServerProfile& profile : ServerProfiles()) {
+        QFile file(QStringLiteral(QUELLBOX_TEST_DATA "/servers/%1.eml").arg(profile.key));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+        const QByteArray bytes = file.readAll();
+        const HeaderFields fields = ParseHeaderFields(bytes, profile);
+        EXPECT_EQ(std::pair(fields.rating, fields.xSender), expected.at(profile.key)) << profile.key.toStdString();
+        const FieldValueList marks = FieldValues(bytes, WantedFields(profile.marks));
+        EXPECT_TRUE(std::any_of(marks.begin(), marks.end(), [](const auto& mark) { return mark.has_value(); }))
+            << profile.key.toStdString();
+    }
+}
+
+TEST(ServerProfile, TakesNoNumberWhereThereIsNone) {
+    for (const char* value : {"", "-", ".", "+", "high", "e5"}) {
+        EXPECT_EQ(Rating("exchange", QByteArray("X-MS-Exchange-Organization-SCL: ") + value + "\r\n"), "") << value;
+    }
+    EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: 5.5.5\r\n"), "5.5");
+}
+
+TEST(ServerProfile, KnowsWhichRatingsAreNumbers) {
+    const std::vector<ServerProfile>& all = ServerProfiles();
+    EXPECT_TRUE(std::all_of(all.begin() + 1, all.end(), [](const auto& profile) { return profile.RatesByNumber(); }));
+}
+
+TEST(FieldValues, AreThoseOfTheNamesThatAreAskedFor) {
+    const auto values =
+        FieldValues("B: two\r\na: =?utf-8?q?=C3=A4?=\r\nB: three\r\n\r\nC: no\r\n", WantedFields({"A", "B", "C", "B"}));
+    ASSERT_EQ(values.size(), 4U);
+    EXPECT_EQ(values[0], u"ä"_s);
+    EXPECT_EQ(values[1], u"two"_s);
+    EXPECT_FALSE(values[2].has_value());
+    EXPECT_EQ(values[3], u"two"_s);
+    EXPECT_FALSE(FieldValues("no message", WantedFields({"A"})).front().has_value());
+}
+
+} // namespace quellbox
