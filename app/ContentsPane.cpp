@@ -111,8 +111,8 @@ void ContentsPane::Load(Loading wanted) {
 }
 
 void ContentsPane::ReadHeaders(const QString& path) {
-    loader_->LoadHeaders(path, Profile(), [this, path](const MessageAnswer& answer) {
-        if (answer.kind == MessageAnswer::Kind::Headers) {
+    loader_->LoadHeaders(path, Profile(), [this, path, asked = &Profile()](const MessageAnswer& answer) {
+        if (answer.kind == MessageAnswer::Kind::Headers && asked == &Profile()) {
             Q_EMIT HeadersRead(path, answer.headers);
         }
     });

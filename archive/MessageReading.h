@@ -1,7 +1,7 @@
 #pragma once
 
-#include "messages/MessageRow.h"
 #include "mail/ServerProfile.h"
+#include "messages/MessageRow.h"
 #include "platform/FolderListing.h"
 
 namespace quellbox {

@@ -17,24 +17,6 @@ WantedFields AllMarks() {
     return WantedFields(names);
 }
 
-/// For each profile, whether a message has a field that only such a server writes. A file that cannot be read has none.
-std::vector<bool> MarksOf(const FolderReader& folder, const QString& name, const WantedFields& all) {
-    std::vector<bool> marks;
-    FieldValueList values(all.Count());
-    try {
-        values = ReadFieldValues(folder, name, all);
-    } catch (const RuntimeError&) {
-        // It has vanished, or is another's to read: the others will say.
-    }
-    auto value = values.begin();
-    for (const ServerProfile& profile : ServerProfiles()) {
-        const auto end = value + profile.marks.size();
-        marks.push_back(std::any_of(value, end, [](const auto& found) { return found.has_value(); }));
-        value = end;
-    }
-    return marks;
-}
-
 } // namespace
 
 ProfileDetection::ProfileDetection(const FileSystem& files, WorkPool& pool, const Folder& archive,
@@ -42,6 +24,25 @@ ProfileDetection::ProfileDetection(const FileSystem& files, WorkPool& pool, cons
     : pool_(pool), done_(std::move(done)),
       listing_(files, pool, archive, [this](Listing listing) { ReadNewest(std::move(listing)); }),
       marked_(ServerProfiles().size()) {}
+
+ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const QString& name,
+                                               const WantedFields& all) {
+    Marks marks;
+    FieldValueList values;
+    try {
+        values = ReadFieldValues(folder, name, all);
+    } catch (const RuntimeError& error) {
+        marks.error = error.Text();
+        return marks;
+    }
+    auto value = values.begin();
+    for (const ServerProfile& profile : ServerProfiles()) {
+        const auto end = value + profile.marks.size();
+        marks.of.push_back(std::any_of(value, end, [](const auto& found) { return found.has_value(); }));
+        value = end;
+    }
+    return marks;
+}
 
 void ProfileDetection::Start() {
     listing_.Start();
@@ -61,24 +62,37 @@ void ProfileDetection::ReadNewest(Listing listing) {
     reading_.emplace(
         pool_, count,
         [names, folder = std::move(listing.reader), all = AllMarks()](size_t item) {
-            return MarksOf(*folder, names[static_cast<qsizetype>(item)], all);
+            return Read(*folder, names[static_cast<qsizetype>(item)], all);
         },
-        [this](size_t, const std::vector<bool>& marks) { Count(marks); }, [this](SeriesEnd) { End(); });
+        [this](size_t, const Marks& marks) { Count(marks); },
+        [this](SeriesEnd how) {
+            if (how == SeriesEnd::Failed) {
+                result_.error = TextOf(reading_->Failure());
+            }
+            End();
+        });
     reading_->Start();
 }
 
-void ProfileDetection::Count(const std::vector<bool>& marks) {
+void ProfileDetection::Count(const Marks& marks) {
+    if (!marks.error.isEmpty()) {
+        result_.error = marks.error;
+        return;
+    }
     ++result_.looked;
-    for (size_t profile = 0; profile < marks.size(); ++profile) {
-        marked_[profile] += marks[profile] ? 1 : 0;
+    for (size_t profile = 0; profile < marks.of.size(); ++profile) {
+        marked_[profile] += marks.of[profile] ? 1 : 0;
     }
 }
 
-// Where several are as frequent, the earlier one of the table is the more special one.
+// A message may have passed another server before, which has left its fields in it.
 void ProfileDetection::End() {
+    if (result_.looked > 0) {
+        result_.error.clear();
+    }
     const auto most = std::max_element(marked_.begin(), marked_.end());
-    result_.marked = *most;
-    if (*most > 0) {
+    if (*most > 0 && 2 * *most >= result_.looked) {
+        result_.marked = *most;
         result_.profile = &ServerProfiles()[static_cast<size_t>(most - marked_.begin())];
     }
     const auto done = std::move(done_);

@@ -13,10 +13,10 @@ namespace quellbox {
 class ProfileDetection {
 public:
     struct Result {
-        const ServerProfile* profile = nullptr; ///< null when no message says so
+        const ServerProfile* profile = nullptr; ///< null unless at least half of the messages say so
         int marked = 0;                         ///< so many messages have a field of that kind of server
-        int looked = 0;                         ///< of so many
-        QString error;                          ///< why the archive cannot be read; empty when it can
+        int looked = 0;                         ///< of so many that could be read
+        QString error;                          ///< why nothing could be read; empty when something could
     };
 
     /// So many messages are looked at.
@@ -30,13 +30,20 @@ public:
 
 private:
     void ReadNewest(Listing listing);
-    void Count(const std::vector<bool>& marks);
+    /// What a message has.
+    struct Marks {
+        std::vector<bool> of; ///< by profile
+        QString error;        ///< why it cannot be read
+    };
+
+    static Marks Read(const FolderReader& folder, const QString& name, const WantedFields& all);
+    void Count(const Marks& marks);
     void End();
 
     WorkPool& pool_;
     std::function<void(Result)> done_;
     FolderListing listing_;
-    std::optional<OrderedWork<std::vector<bool>>> reading_;
+    std::optional<OrderedWork<Marks>> reading_;
     std::vector<int> marked_; // by profile
     Result result_;
 };

@@ -80,8 +80,8 @@ void RefreshTask::Cancel() {
         return;
     }
     listing_.reset();
-    if (isFull_ && !reading_) {
-        // The list is still the one before, so what follows it is known.
+    if (isFull_ && !reading_ && profile_ == &ProfileOf(state_.ServerProfile)) {
+        // The list is still the one before, so what follows it is known. That of another server is made anew.
         state_.LastAddedFile = model_.Count() > 0 ? listedLast_.name : QString();
         state_.LastArrival = listedLast_;
     }
@@ -114,7 +114,8 @@ void RefreshTask::TakeListing(Listing listing) {
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {
         model_.Clear();
-        model_.SetRatesByNumber(ProfileOf(state_.ServerProfile).RatesByNumber());
+        profile_ = &ProfileOf(state_.ServerProfile);
+        model_.SetRatesByNumber(profile_->RatesByNumber());
         failed_.clear();
         listedLast_ = {};
     }

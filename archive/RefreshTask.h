@@ -126,9 +126,10 @@ private:
     std::vector<MessageRow> batch_; // not yet in the list
     QTimer flush_;
     size_t nextToTake_ = 0;
-    Arrival shownLast_;  // the file up to which the list shows what has been read
-    Arrival listedLast_; // of the present list, also after a full refresh was asked for
-    size_t again_ = 0;   // so many of the files that are read have a row already
+    Arrival shownLast_;                      // the file up to which the list shows what has been read
+    Arrival listedLast_;                     // of the present list, also after a full refresh was asked for
+    const ServerProfile* profile_ = nullptr; // the same
+    size_t again_ = 0;                       // so many of the files that are read have a row already
     bool markNew_ = false;
     bool bulk_ = false;
     bool isRunning_ = false;

@@ -17,7 +17,7 @@ int ReadOneByOne(const FileSystem& files, const QString& folder) {
     int read = 0;
     for (const QString& name : FileNames(files, folder)) {
         const bool regular = files.Status(folder + name).has_value();
-        read += regular && ReadHeaderFields(files, folder + name).errorCode == 0 ? 1 : 0;
+        read += regular && ReadHeaderFields(files, folder + name, ServerProfiles().front()).errorCode == 0 ? 1 : 0;
     }
     return read;
 }

@@ -58,7 +58,9 @@ StructureTree BuildStructureTree(const MailMessage& message, const QByteArrayLis
     }
     for (const QByteArray& reason : reasons) {
         const QString name = QString::fromLatin1(reason);
-        AddPropertyNode(root, name, message.Header(name).value_or(QString()));
+        for (const QString& value : message.Headers(name)) {
+            AddPropertyNode(root, name, value);
+        }
     }
     tree.push_back(std::move(root));
     for (size_t index = 0; index < message.Parts().size(); ++index) {

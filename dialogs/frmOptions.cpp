@@ -136,6 +136,7 @@ void frmOptions::ConnectControls() {
     connect(ui_->btnArchive, &QPushButton::clicked, this, &frmOptions::btnArchive_Click);
     connect(ui_->btnPickup, &QPushButton::clicked, this, &frmOptions::btnPickup_Click);
     connect(ui_->btnTolerate, &QPushButton::clicked, this, &frmOptions::btnTolerate_Click);
+    connect(ui_->cboServer, &QComboBox::activated, this, &frmOptions::DropDetection);
     connect(ui_->btnDetect, &QPushButton::clicked, this, &frmOptions::btnDetect_Click);
     connect(ui_->cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -191,6 +192,7 @@ void frmOptions::sliRefreshInterval_Change(int seconds) {
 // A directory is in force as soon as it is selected, so the information shows it at once.
 void frmOptions::btnArchive_Click() {
     ui_->txtArchive->setText(CleanseForDisplay(calls_.selectDirectory(0)));
+    DropDetection();
     ShowInformation();
 }
 
@@ -198,9 +200,12 @@ void frmOptions::btnTolerate_Click() {
     calls_.maintainWhitelist();
 }
 
+// A button that is disabled would give the focus to the next one.
 void frmOptions::btnDetect_Click() {
-    ui_->btnDetect->setEnabled(false);
-    ui_->lblDetected->setText(tr("Looking at the newest messages..."));
+    if (detection_) {
+        return;
+    }
+    TellDetected(tr("Looking at the newest messages..."));
     detection_ = std::make_unique<ProfileDetection>(
         files_, pool_, state_.ArchiveDir, [this](const ProfileDetection::Result& result) { ShowDetected(result); });
     detection_->Start();
@@ -208,20 +213,32 @@ void frmOptions::btnDetect_Click() {
 
 // What was found is a proposal, which OK takes over.
 void frmOptions::ShowDetected(const ProfileDetection::Result& result) {
-    ui_->btnDetect->setEnabled(true);
+    detection_.reset();
     if (!result.error.isEmpty()) {
-        ui_->lblDetected->setText(tr("The archive cannot be read: %1").arg(CleanseForDisplay(result.error)));
-        return;
+        TellDetected(tr("The archive cannot be read: %1").arg(CleanseForDisplay(result.error)));
+    } else if (result.looked == 0) {
+        TellDetected(tr("The archive holds no messages."));
+    } else if (result.profile == nullptr) {
+        TellDetected(tr("The newest messages (%n) do not say which server has blocked them.", nullptr, result.looked));
+    } else {
+        const int place = ui_->cboServer->findData(result.profile->key);
+        ui_->cboServer->setCurrentIndex(place);
+        TellDetected(tr("Found in %1 of the newest messages (%n): %2", nullptr, result.looked)
+                         .arg(result.marked)
+                         .arg(ui_->cboServer->itemText(place)));
     }
-    if (result.profile == nullptr) {
-        ui_->lblDetected->setText(
-            tr("None of the newest messages (%n) says which server has blocked it.", nullptr, result.looked));
-        return;
-    }
-    ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(result.profile->key));
-    ui_->lblDetected->setText(
-        tr("%1 of the newest messages (%n) have header fields of this server.", nullptr, result.looked)
-            .arg(result.marked));
+}
+
+// Assistive tools read it with the button.
+void frmOptions::TellDetected(const QString& text) {
+    ui_->lblDetected->setText(text);
+    ui_->btnDetect->setAccessibleDescription(text);
+}
+
+// The user knows better, or it is about another archive.
+void frmOptions::DropDetection() {
+    detection_.reset();
+    TellDetected(QString());
 }
 
 /// Whether it is another one than before.

@@ -61,6 +61,8 @@ private:
     void btnTolerate_Click();
     void btnDetect_Click();
     void ShowDetected(const ProfileDetection::Result& result);
+    void TellDetected(const QString& text);
+    void DropDetection();
     bool TakeServer();
     void cmdOK_Click();
 

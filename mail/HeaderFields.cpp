@@ -26,31 +26,44 @@ HeaderFields Failed(LoadError error) {
     return Failed(error, LoadErrorText(error));
 }
 
-/// Calls `use` with the place in `fields` and the decoded value of each that the message has, until that returns true.
-template <class Fields, class Use>
-void ForEachFound(const Fields& fields, size_t first, const HeaderScanner& scanner, QByteArrayView bytes, Use use) {
-    for (size_t field = 0; field < fields.size(); ++field) {
-        if (scanner.Has(first + field) && use(fields[field], DecodeHeaderValue(scanner.Value(first + field, bytes))))
-            return;
+// The order in which ServerProfile::wanted begins.
+enum ListedField : size_t { FieldTo, FieldFrom, FieldSubject, FieldReceived, firstRating };
+
+QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
+    for (size_t rating = 0; rating < profile.ratings.size(); ++rating) {
+        if (!scanner.Has(firstRating + rating))
+            continue;
+        const QString value = DecodeHeaderValue(scanner.Value(firstRating + rating, bytes));
+        const QString text = RatingText(profile.ratings[rating], value);
+        if (profile.firstRatingDecides || !text.isEmpty())
+            return text;
     }
+    return {};
+}
+
+/// What the server adds stands above the traces of its delivery. Below the first of them is what the sender wrote.
+bool IsOfServer(const HeaderScanner& scanner, size_t field, const ServerProfile& profile) {
+    return profile.trustsAnyPlace || !scanner.Has(FieldReceived) || scanner.Start(field) < scanner.Start(FieldReceived);
+}
+
+QString SenderOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
+    const size_t firstSender = firstRating + profile.ratings.size();
+    for (size_t sender = 0; sender < profile.senders.size(); ++sender) {
+        const size_t field = firstSender + sender;
+        if (scanner.Has(field) && IsOfServer(scanner, field, profile))
+            return AddressText(profile.senders[sender], scanner.Value(field, bytes));
+    }
+    return {};
 }
 
 HeaderFields Collect(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
     const auto text = [&](size_t field) { return DecodeHeaderValue(scanner.Value(field, bytes)); };
     HeaderFields fields;
-    fields.recipient = text(0);
-    fields.sender = text(1);
-    fields.subject = text(2);
-    constexpr size_t firstRating = 3;
-    ForEachFound(profile.ratings, firstRating, scanner, bytes, [&](const RatingField& field, const QString& value) {
-        fields.rating = RatingText(field, value);
-        return profile.firstRatingDecides || !fields.rating.isEmpty();
-    });
-    ForEachFound(profile.senders, firstRating + profile.ratings.size(), scanner, bytes,
-                 [&fields](const AddressField& field, const QString& value) {
-                     fields.xSender = AddressText(field, value);
-                     return true;
-                 });
+    fields.recipient = text(FieldTo);
+    fields.sender = text(FieldFrom);
+    fields.subject = text(FieldSubject);
+    fields.rating = RatingOf(scanner, bytes, profile);
+    fields.xSender = SenderOf(scanner, bytes, profile);
     return fields;
 }
 

@@ -23,12 +23,10 @@ struct HeaderFields {
 
 /// Reads a message file up to the blank line that ends its header block (with an upper bound), never its body.
 /// Errors do not throw: they are the result's error code and text. May be called from several threads at once.
-HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path,
-                              const ServerProfile& profile = ServerProfiles().front());
+HeaderFields ReadHeaderFields(const FileSystem& files, const QString& path, const ServerProfile& profile);
 
 /// The same for a file in a folder that was opened, by its name.
-HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name,
-                              const ServerProfile& profile = ServerProfiles().front());
+HeaderFields ReadHeaderFields(const FolderReader& folder, const QString& name, const ServerProfile& profile);
 
 /// The same for bytes in memory, which begin with the header block.
 HeaderFields ParseHeaderFields(QByteArrayView bytes, const ServerProfile& profile = ServerProfiles().front());

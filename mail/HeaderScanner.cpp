@@ -63,8 +63,6 @@ qsizetype ColonOfField(QByteArrayView line, QByteArrayView lowerCasedName) {
 
 WantedFields::WantedFields(const QByteArrayList& names) {
     for (const QByteArray& name : names) {
-        if (names_.size() == kMostWantedFields)
-            return;
         names_.push_back(name.toLower());
         if (!name.isEmpty()) {
             initials_.set(static_cast<unsigned char>(names_.back().front()));
@@ -102,8 +100,8 @@ void HeaderScanner::TakeField(QByteArrayView bytes, qsizetype end) {
         const qsizetype colon = ColonOfField(line, wanted_.Name(field));
         if (colon < 0)
             continue;
-        if (spans_[field].start < 0)
-            spans_[field] = {position_ + colon + 1, end};
+        if (!Has(field))
+            spans_[static_cast<qsizetype>(field)] = {position_ + colon + 1, end};
     }
 }
 
@@ -128,7 +126,7 @@ HeaderScanner::Result HeaderScanner::Scan(QByteArrayView bytes, bool atEnd) {
 }
 
 QByteArrayView HeaderScanner::Value(size_t field, QByteArrayView bytes) const {
-    const Span& span = spans_[field];
+    const Span& span = spans_[static_cast<qsizetype>(field)];
     return span.start < 0 ? QByteArrayView() : bytes.sliced(span.start, span.end - span.start);
 }
 

@@ -2,14 +2,14 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QVarLengthArray>
 
-#include <array>
 #include <bitset>
 #include <vector>
 
 namespace quellbox {
 
-/// The names of fields that are to be found, at most kMostWantedFields of them.
+/// The names of fields that are to be found.
 class WantedFields {
 public:
     explicit WantedFields(const QByteArrayList& names = {});
@@ -26,8 +26,6 @@ private:
     std::vector<QByteArray> names_;
     std::bitset<256> initials_; // in both cases
 };
-
-inline constexpr size_t kMostWantedFields = 32;
 
 /// Header blocks beyond this many bytes are refused: no mail system lets such a message through.
 inline constexpr qsizetype kMaximumHeaderBytes = qsizetype{1} << 20;
@@ -46,7 +44,9 @@ public:
     };
 
     /// `wanted` has to outlive this object.
-    explicit HeaderScanner(const WantedFields& wanted) : wanted_(wanted) {}
+    explicit HeaderScanner(const WantedFields& wanted)
+        : wanted_(wanted), spans_(static_cast<qsizetype>(wanted.Count())) {}
+    explicit HeaderScanner(WantedFields&&) = delete;
 
     /// Scans on from where the last call stopped. `bytes` are all bytes of the message so far, its start included;
     /// `atEnd` says that no more will come. The end of the message also ends the header block.
@@ -56,7 +56,10 @@ public:
     qsizetype HeaderStart() const { return headerStart_; }
     qsizetype HeaderEnd() const { return position_; }
 
-    bool Has(size_t field) const { return spans_[field].start >= 0; }
+    bool Has(size_t field) const { return Start(field) >= 0; }
+
+    /// Where the value begins, in bytes; -1 where there is none.
+    qsizetype Start(size_t field) const { return spans_[static_cast<qsizetype>(field)].start; }
 
     /// The raw value in `bytes`, the same as given to Scan(): what follows the colon, folds and line end included.
     QByteArrayView Value(size_t field, QByteArrayView bytes) const;
@@ -71,9 +74,9 @@ private:
     void TakeField(QByteArrayView bytes, qsizetype end);
 
     const WantedFields& wanted_;
-    std::array<Span, kMostWantedFields> spans_{}; // as the names in wanted_
-    qsizetype headerStart_ = -1;                  ///< -1 until the first field was seen
-    qsizetype position_ = 0;                      ///< start of the first line not yet dealt with
+    QVarLengthArray<Span, 16> spans_; // as the names in wanted_
+    qsizetype headerStart_ = -1;      ///< -1 until the first field was seen
+    qsizetype position_ = 0;          ///< start of the first line not yet dealt with
 };
 
 } // namespace quellbox

@@ -41,6 +41,16 @@ std::optional<QString> MailMessage::Header(const QString& name) const {
     return found == headers_.end() ? std::nullopt : std::optional(found->second);
 }
 
+QStringList MailMessage::Headers(const QString& name) const {
+    QStringList values;
+    for (const HeaderField& header : headers_) {
+        if (header.first.compare(name, Qt::CaseInsensitive) == 0) {
+            values.append(header.second);
+        }
+    }
+    return values;
+}
+
 QString MailMessage::Recipient() const {
     return Header(QStringLiteral("To")).value_or(QString());
 }

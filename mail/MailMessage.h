@@ -4,6 +4,7 @@
 #include "platform/FileSystem.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <utility>
@@ -41,6 +42,9 @@ public:
 
     /// The value of the message's first field of that name (any case), unfolded and decoded; empty when absent.
     std::optional<QString> Header(const QString& name) const;
+
+    /// The values of all of that name.
+    QStringList Headers(const QString& name) const;
 
     /// Display texts as the list shows them (see HeaderFields).
     QString Recipient() const;

@@ -1,5 +1,9 @@
 #include "mail/ServerProfile.h"
 
+#include "mail/Charset.h"
+#include "mail/DisplayText.h"
+#include "mail/HeaderDecoder.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -11,7 +15,7 @@ namespace {
 using Form = RatingForm;
 
 WantedFields WantedOf(const ServerProfile& profile) {
-    QByteArrayList names{"To", "From", "Subject"};
+    QByteArrayList names{"To", "From", "Subject", "Received"};
     for (const RatingField& rating : profile.ratings) {
         names.append(rating.name);
     }
@@ -29,6 +33,7 @@ std::vector<ServerProfile> MakeProfiles() {
          .ratings = {{"X-SCL", Form::BeforePercent}, {"X-SMSMSE-SCL", Form::PercentAdded}},
          .firstRatingDecides = true,
          .senders = {{"X-Sender", AddressForm::Text}},
+         .trustsAnyPlace = true,
          .marks = {"X-SCL", "X-SMSMSE-SCL"}},
         // Microsoft Learn, "Anti-spam stamps" for the rating and the reasons, "Pickup directory and Replay directory"
         // for the envelope, which may have parameters as in "<a@example.org> BODY=8BITMIME".
@@ -44,8 +49,8 @@ std::vector<ServerProfile> MakeProfiles() {
          .name = QT_TRANSLATE_NOOP("quellbox", "amavis"),
          .ratings = {{"X-Spam-Score"}, {"X-Spam-Status", Form::Number, "score="}, {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"X-Envelope-From"}, {"Return-Path"}},
-         .reasons = {"X-Amavis-Alert", "X-Spam-Status", "X-Quarantine-ID"},
-         .marks = {"X-Quarantine-ID", "X-Envelope-From", "X-Amavis-Alert"}},
+         .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
+         .marks = {"X-Quarantine-ID", "X-Amavis-Alert"}},
         // Rspamd's documentation of the module "milter headers".
         {.key = QStringLiteral("rspamd"),
          .name = QT_TRANSLATE_NOOP("quellbox", "rspamd"),
@@ -63,9 +68,9 @@ std::vector<ServerProfile> MakeProfiles() {
                      {"X-Spam-Status", Form::Number, "hits="},
                      {"X-Spam-Score"},
                      {"X-Spam-Level", Form::Count, "*"}},
-         .senders = {{"X-Envelope-From"}, {"Return-Path"}},
+         .senders = {{"Return-Path"}, {"X-Envelope-From"}},
          .reasons = {"X-Spam-Status", "X-Spam-Report"},
-         .marks = {"X-Spam-Status", "X-Spam-Level", "X-Spam-Checker-Version"}},
+         .marks = {"X-Spam-Status", "X-Spam-Score", "X-Spam-Level", "X-Spam-Report", "X-Spam-Checker-Version"}},
     };
     for (ServerProfile& profile : profiles) {
         profile.wanted = WantedOf(profile);
@@ -77,17 +82,24 @@ bool IsDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
-/// The number with which a text begins, after spaces: a sign, digits and at most one point. Empty where there is none.
+/// The number with which a text begins, after spaces: a sign, digits and at most one point between them. Empty where
+/// there is none, or one that no filter writes.
 QString LeadingNumber(QStringView text) {
+    constexpr qsizetype longest = 20;
     text = text.trimmed();
-    qsizetype end = !text.isEmpty() && (text.front() == u'-' || text.front() == u'+') ? 1 : 0;
-    bool hasDigit = false;
+    if (text.startsWith(u'+')) {
+        text = text.sliced(1);
+    }
+    qsizetype end = text.startsWith(u'-') ? 1 : 0;
+    const qsizetype begin = end;
     bool hasPoint = false;
-    for (; end < text.size() && (IsDigit(text[end]) || (text[end] == u'.' && !hasPoint)); ++end) {
-        hasDigit = hasDigit || IsDigit(text[end]);
+    for (; end < text.size() && (IsDigit(text[end]) || (text[end] == u'.' && end > begin && !hasPoint)); ++end) {
         hasPoint = hasPoint || text[end] == u'.';
     }
-    return hasDigit ? text.first(end).toString() : QString();
+    if (hasPoint && text[end - 1] == u'.') {
+        --end;
+    }
+    return end > begin && end <= longest ? text.first(end).toString() : QString();
 }
 
 QString NumberBehind(QLatin1String before, const QString& value) {
@@ -95,22 +107,46 @@ QString NumberBehind(QLatin1String before, const QString& value) {
     return at < 0 ? QString() : LeadingNumber(QStringView(value).sliced(at + before.size()));
 }
 
+/// Nothing but the characters counts: what begins with others is no rating.
 QString CountAtBeginning(QLatin1String of, const QString& value) {
     qsizetype count = 0;
-    for (QStringView rest(value); !of.isEmpty() && rest.startsWith(of); rest = rest.sliced(of.size())) {
+    QStringView rest = QStringView(value).trimmed();
+    const bool isEmpty = rest.isEmpty();
+    for (; !of.isEmpty() && rest.startsWith(of); rest = rest.sliced(of.size())) {
         ++count;
     }
-    return QString::number(count);
+    return count > 0 || isEmpty ? QString::number(count) : QString();
 }
 
-/// The address of a path (RFC 5321, section 4.1.2): without the angle brackets, and without the parameters behind it.
-QString PathAddress(const QString& value) {
-    const QString text = value.trimmed();
-    if (!text.startsWith(u'<')) {
-        return text.section(u' ', 0, 0);
+/// The index of the first of the characters in `text` that is not within quotes nor behind a backslash, or the end.
+qsizetype FindUnquoted(QByteArrayView text, QByteArrayView characters) {
+    bool isQuoted = false;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (text[at] == '\\') {
+            ++at;
+        } else if (text[at] == '"') {
+            isQuoted = !isQuoted;
+        } else if (!isQuoted && characters.contains(text[at])) {
+            return at;
+        }
     }
-    const qsizetype end = text.indexOf(u'>');
-    return text.mid(1, end < 0 ? -1 : end - 1);
+    return text.size();
+}
+
+/// The address of a path: without the angle brackets, the route in front of it, and the parameters behind it. Encoded
+/// words have no meaning in an envelope, and are not decoded.
+QByteArray PathAddress(QByteArrayView raw) {
+    QByteArray text = QByteArray(raw.data(), raw.size()).replace("\r\n", "").replace('\n', ' ').trimmed();
+    if (!text.startsWith('<')) {
+        return text.first(FindUnquoted(text, " \t"));
+    }
+    text.remove(0, 1);
+    text.truncate(FindUnquoted(text, ">"));
+    text = text.trimmed();
+    if (text.startsWith('@')) {
+        text.remove(0, FindUnquoted(text, ":") + 1);
+    }
+    return text.trimmed();
 }
 
 } // namespace
@@ -135,11 +171,12 @@ const ServerProfile& ProfileOf(const QString& key) {
 
 QString RatingText(const RatingField& field, const QString& value) {
     const QLatin1String after(field.after);
+    const qsizetype percent = value.indexOf(u'%');
     switch (field.form) {
     case RatingForm::BeforePercent:
-        return value.contains(u'%') ? value.section(u'%', 0, 0) : QString();
+        return percent < 0 ? QString() : value.left(percent);
     case RatingForm::PercentAdded:
-        return value.section(u'%', 0, 0);
+        return value.left(percent); // all of it where there is no sign
     case RatingForm::Number:
         return NumberBehind(after, value);
     case RatingForm::Count:
@@ -148,8 +185,12 @@ QString RatingText(const RatingField& field, const QString& value) {
     return {};
 }
 
-QString AddressText(const AddressField& field, const QString& value) {
-    return field.form == AddressForm::Text ? value : PathAddress(value);
+QString AddressText(const AddressField& field, QByteArrayView raw) {
+    if (field.form == AddressForm::Text) {
+        return DecodeHeaderValue(raw);
+    }
+    const QByteArray address = PathAddress(raw);
+    return CleanseForDisplay(DecodeUndeclared(address));
 }
 
 } // namespace quellbox

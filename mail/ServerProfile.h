@@ -6,7 +6,6 @@
 #include <QByteArrayList>
 #include <QString>
 
-#include <optional>
 #include <vector>
 
 namespace quellbox {
@@ -45,10 +44,11 @@ struct ServerProfile {
     std::vector<RatingField> ratings;  ///< the first that is there and holds a rating counts
     bool firstRatingDecides = false;   ///< the first that is there counts, also without a rating
     std::vector<AddressField> senders; ///< the first that is there counts
-    QByteArrayList reasons = {};       ///< fields that say why a message was blocked, as they are to be shown
-    QByteArrayList marks = {};         ///< fields that only this kind of server writes
+    bool trustsAnyPlace = false; ///< of a sender; else one below the first Received field is the sender's own text
+    QByteArrayList reasons = {}; ///< fields that say why a message was blocked, as they are to be shown
+    QByteArrayList marks = {};   ///< fields that only this kind of server writes
 
-    WantedFields wanted = WantedFields(); ///< what a row needs: To, From and Subject, the ratings, then the senders
+    WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 
     /// Whether ratings are numbers, and compare as such.
     bool RatesByNumber() const;
@@ -63,7 +63,7 @@ const ServerProfile& ProfileOf(const QString& key);
 /// The rating in the value of a field, which is decoded for display; empty where it holds none.
 QString RatingText(const RatingField& field, const QString& value);
 
-/// The address in the value of a field, which is decoded for display; empty where it holds none.
-QString AddressText(const AddressField& field, const QString& value);
+/// The address in the raw value of a field; empty where it holds none.
+QString AddressText(const AddressField& field, QByteArrayView raw);
 
 } // namespace quellbox

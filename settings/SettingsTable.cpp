@@ -1,5 +1,6 @@
 #include "settings/SettingsTable.h"
 
+#include "mail/ServerProfile.h"
 #include "platform/RuntimeError.h"
 #include "settings/TextConversion.h"
 
@@ -46,7 +47,14 @@ QString ToText(const QString& value) {
     return value;
 }
 
+bool IsProfile(const QString& key) {
+    return ProfileOf(key).key == key;
+}
+
 void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
+    if (row.isFit != nullptr && !row.isFit(text)) {
+        throw RuntimeError(QCoreApplication::translate("quellbox", "No server has that name."));
+    }
     std::visit([&](auto member) { Assign(state.*member, text); }, row.member);
 }
 
@@ -97,7 +105,7 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
         {QLatin1String("KeepDeletedDays"), QLatin1String("0"), &AppState::KeepDeletedDays},
         {QLatin1String("HistoryDays"), QLatin1String("90"), &AppState::HistoryDays},
-        {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile},
+        {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile, IsProfile},
     };
     return table;
 }

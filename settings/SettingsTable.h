@@ -22,6 +22,7 @@ struct SettingRow {
     QLatin1String key;
     QLatin1String defaultText; ///< what an absent key reads as; folders read as the program's folder instead
     SettingMember member;
+    bool (*isFit)(const QString& text) = nullptr; ///< for a text that is a name of something
 };
 
 /// Every setting, the two folders first, then in the order in which SaveSettings() writes.

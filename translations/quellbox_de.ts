@@ -482,19 +482,15 @@
     </message>
     <message>
         <source>&amp;Server</source>
-        <translation>&amp;Server</translation>
+        <translation>Se&amp;rver</translation>
     </message>
     <message>
         <source>The messages were &amp;blocked by</source>
         <translation>Die Nachrichten wurden &amp;blockiert von</translation>
     </message>
     <message>
-        <source>Server that has blocked the messages</source>
-        <translation>Server, der die Nachrichten blockiert hat</translation>
-    </message>
-    <message>
         <source>D&amp;etect</source>
-        <translation>E&amp;rkennen</translation>
+        <translation>Er&amp;kennen</translation>
     </message>
     <message>
         <source>Look at the newest messages of the archive</source>
@@ -1137,6 +1133,10 @@
         <source>SpamAssassin</source>
         <translation>SpamAssassin</translation>
     </message>
+    <message>
+        <source>No server has that name.</source>
+        <translation>Kein Server heißt so.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1717,18 +1717,22 @@
         <source>The archive cannot be read: %1</source>
         <translation>Das Archiv kann nicht gelesen werden: %1</translation>
     </message>
+    <message>
+        <source>The archive holds no messages.</source>
+        <translation>Das Archiv enthält keine Nachrichten.</translation>
+    </message>
     <message numerus="yes">
-        <source>None of the newest messages (%n) says which server has blocked it.</source>
+        <source>The newest messages (%n) do not say which server has blocked them.</source>
         <translation>
-            <numerusform>Keine der neuesten Nachrichten (%n) sagt, welcher Server sie blockiert hat.</numerusform>
-            <numerusform>Keine der neuesten Nachrichten (%n) sagt, welcher Server sie blockiert hat.</numerusform>
+            <numerusform>Die neuesten Nachrichten (%n) sagen nicht, welcher Server sie blockiert hat.</numerusform>
+            <numerusform>Die neuesten Nachrichten (%n) sagen nicht, welcher Server sie blockiert hat.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 of the newest messages (%n) have header fields of this server.</source>
+        <source>Found in %1 of the newest messages (%n): %2</source>
         <translation>
-            <numerusform>%1 der neuesten Nachrichten (%n) haben Kopffelder dieses Servers.</numerusform>
-            <numerusform>%1 der neuesten Nachrichten (%n) haben Kopffelder dieses Servers.</numerusform>
+            <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
+            <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
         </translation>
     </message>
 </context>

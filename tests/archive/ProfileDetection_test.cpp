@@ -93,7 +93,23 @@ TEST_F(ProfileDetectionTest, GoesOnWhereAFileCannotBeRead) {
     const ProfileDetection::Result result = Detect();
     EXPECT_EQ(KeyOf(result), u"imf"_s);
     EXPECT_EQ(result.marked, 1);
-    EXPECT_EQ(result.looked, 2);
+    EXPECT_EQ(result.looked, 1);
+    EXPECT_EQ(result.error, QString());
+    files_.SetReadHook([](const QString& path) { throw FileError(path, u"locked"_s); });
+    EXPECT_TRUE(Detect().error.endsWith(u"locked"_s));
+}
+
+TEST_F(ProfileDetectionTest, ProposesNothingThatLessThanHalfOfTheMessagesSay) {
+    Add(1, "X-Spam-Status: Yes, score=9\r\n");
+    Add(2, "");
+    EXPECT_EQ(KeyOf(Detect()), u"spamassassin"_s);
+    Add(3, "");
+    EXPECT_EQ(KeyOf(Detect()), QString());
+}
+
+TEST_F(ProfileDetectionTest, DoesNotTakeAnEnvelopeFieldForAmavis) {
+    Add(1, "X-Envelope-From: <a@b.c>\r\nX-Spam-Status: Yes, score=9\r\n");
+    EXPECT_EQ(KeyOf(Detect()), u"spamassassin"_s);
 }
 
 } // namespace quellbox

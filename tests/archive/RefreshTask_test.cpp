@@ -198,11 +198,18 @@ TEST_F(RefreshTaskTest, SortsRatingsAsNumbersWhereTheServerWritesNumbers) {
     Run();
     model.sort(ColumnScl, Qt::AscendingOrder);
     EXPECT_EQ(Keys(), (QStringList{u"4"_s, u"3"_s, u"5"_s, u"1"_s, u"2"_s}));
-    state.ServerProfile = u"imf"_s;
-    state.LastAddedFile.clear();
+}
+
+TEST_F(RefreshTaskTest, SortsRatingsAsTextsWhereTheyAreTexts) {
+    int number = 0;
+    for (const char* score : {"9.5", "10", "8"}) {
+        ++number;
+        files.Add(InArchive(QString::number(number)), QByteArray("X-SCL: ") + score + "%\r\nSubject: s\r\n\r\n",
+                  number);
+    }
     Run();
     model.sort(ColumnScl, Qt::AscendingOrder);
-    EXPECT_EQ(Keys().front(), u"1"_s) << "as texts, which all are empty";
+    EXPECT_EQ(Keys(), (QStringList{u"2"_s, u"3"_s, u"1"_s}));
 }
 
 } // namespace quellbox

@@ -88,7 +88,7 @@ protected:
     std::string Frames() const {
         QString shown;
         QString enabled;
-        for (int index = 0; index < 6; ++index) {
+        for (int index = 0; index < 7; ++index) {
             const auto* frame = Find<QWidget>(qPrintable(QStringLiteral("fraOptions%1").arg(index)));
             shown += frame->isVisible() ? QString::number(index) : QString();
             enabled += frame->isEnabled() ? QString::number(index) : QString();

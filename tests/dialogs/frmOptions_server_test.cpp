@@ -1,6 +1,7 @@
 #include "tests/dialogs/OptionsTest.h"
 
 #include <QComboBox>
+#include <QSemaphore>
 
 using namespace quellbox;
 
@@ -19,9 +20,16 @@ protected:
     void Ok() const { Click(Find<QPushButton>("cmdOK")); }
 
     std::string Detect() const {
-        Click(Find<QPushButton>("btnDetect"));
-        EXPECT_TRUE(QTest::qWaitFor([this] { return Find<QPushButton>("btnDetect")->isEnabled(); }));
-        return Find<QLabel>("lblDetected")->text().toStdString();
+        auto* button = Find<QPushButton>("btnDetect");
+        button->setFocus();
+        QTest::keyClick(button, Qt::Key_Space);
+        QTest::keyClick(button, Qt::Key_Space); // which does nothing more
+        const auto text = [this] { return Find<QLabel>("lblDetected")->text(); };
+        EXPECT_EQ(text(), QStringLiteral("Looking at the newest messages..."));
+        EXPECT_TRUE(QTest::qWaitFor([&text] { return !text().startsWith(QLatin1String("Looking")); }));
+        EXPECT_TRUE(button->hasFocus());
+        EXPECT_EQ(button->accessibleDescription(), text());
+        return text().toStdString();
     }
 };
 
@@ -62,7 +70,7 @@ TEST_F(ServerOptions, DetectProposesAndOkTakesOver) {
     files.Add(QStringLiteral("/archive/1.eml"), "X-Spam-Status: Yes, score=9\r\n\r\nx");
     files.Add(QStringLiteral("/archive/2.eml"), "Subject: none\r\n\r\nx");
     Open(6);
-    EXPECT_EQ(Detect(), "1 of the newest messages (2) have header fields of this server.");
+    EXPECT_EQ(Detect(), "Found in 1 of the newest messages (2): SpamAssassin");
     EXPECT_EQ(Chosen(), QStringLiteral("spamassassin"));
     EXPECT_EQ(state.ServerProfile, QString());
     Ok();
@@ -71,20 +79,43 @@ TEST_F(ServerOptions, DetectProposesAndOkTakesOver) {
 
 TEST_F(ServerOptions, DetectChangesNothingWhereItFindsNothing) {
     state.ServerProfile = QStringLiteral("amavis");
-    files.Add(QStringLiteral("/archive/1.eml"), "Subject: none\r\n\r\nx");
     Open(6);
-    EXPECT_EQ(Detect(), "None of the newest messages (1) says which server has blocked it.");
+    EXPECT_EQ(Detect(), "The archive holds no messages.");
+    files.Add(QStringLiteral("/archive/1.eml"), "Subject: none\r\n\r\nx");
+    EXPECT_EQ(Detect(), "The newest messages (1) do not say which server has blocked them.");
     EXPECT_EQ(Chosen(), QStringLiteral("amavis"));
     state.ArchiveDir = QStringLiteral("/elsewhere/");
     EXPECT_EQ(Detect().rfind("The archive cannot be read: ", 0), 0U);
     EXPECT_EQ(Chosen(), QStringLiteral("amavis"));
 }
 
-TEST_F(ServerOptions, ClosingDropsWhatIsBeingLookedFor) {
+TEST_F(ServerOptions, AChoiceOfTheUserPutsAnEndToTheProposal) {
     files.Add(QStringLiteral("/archive/1.eml"), "X-SCL: 7 80%\r\n\r\nx");
+    state.ServerProfile = QStringLiteral("amavis");
     Open(6);
     Find<QPushButton>("btnDetect")->click();
+    Server()->setFocus();
+    QTest::keyClick(Server(), Qt::Key_Down);
+    pool.WaitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Chosen(), QStringLiteral("rspamd"));
+    EXPECT_EQ(Find<QLabel>("lblDetected")->text(), QString());
+}
+
+TEST_F(ServerOptions, ClosingDropsWhatIsBeingLookedFor) {
+    QSemaphore reading;
+    QSemaphore mayGoOn;
+    files.Add(QStringLiteral("/archive/1.eml"), "X-SCL: 7 80%\r\n\r\nx");
+    files.SetReadHook([&](const QString&) {
+        reading.release();
+        mayGoOn.acquire();
+    });
+    Open(6);
+    Find<QPushButton>("btnDetect")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&reading] { return reading.available() > 0; }));
     dialog.reset();
+    mayGoOn.release();
+    pool.WaitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(state.ServerProfile, QString());
 }

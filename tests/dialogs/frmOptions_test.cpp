@@ -6,12 +6,13 @@ TEST_F(Options, HasItsTexts) {
     Open();
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Options"));
     const QStringList tabs{QStringLiteral("&General"),    QStringLiteral("&Directories"), QStringLiteral("&Filtering"),
-                           QStringLiteral("&Toleration"), QStringLiteral("&Settings"),    QStringLiteral("&History")};
+                           QStringLiteral("&Toleration"), QStringLiteral("&Settings"),    QStringLiteral("&History"),
+                           QStringLiteral("&Server")};
     const QStringList keys{QStringLiteral("general"),    QStringLiteral("directories"), QStringLiteral("filter"),
                            QStringLiteral("toleration"), QStringLiteral("settings"),    QStringLiteral("history"),
                            QStringLiteral("server")};
-    ASSERT_EQ(Tabs()->count(), 6);
-    for (int tab = 0; tab < 6; ++tab) {
+    ASSERT_EQ(Tabs()->count(), 7);
+    for (int tab = 0; tab < 7; ++tab) {
         EXPECT_EQ(Tabs()->tabText(tab), tabs[tab]);
         EXPECT_EQ(Tabs()->tabBar()->tabData(tab).toString(), keys[tab]);
         EXPECT_FALSE(Tabs()->tabIcon(tab).pixmap(16, 16).isNull());
@@ -113,20 +114,20 @@ TEST_F(Options, ATabThatDoesNotExistIsTheNearestOne) {
     Open(-1);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
     Open(99);
-    EXPECT_EQ(Tabs()->currentIndex(), 5);
+    EXPECT_EQ(Tabs()->currentIndex(), 6);
 }
 
 TEST_F(Options, CtrlTabGoesRoundFromEveryControl) {
-    Open(5);
+    Open(6);
     Press(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
     for (const char* name : {"trvOptions", "btnArchive", "optDays0", "btnTolerate", "txtRefreshInterval",
-                             "txtHistoryDays", "cboServer", "btnDetect", "trvOptions", "cmdOK", "cmdHelp"}) {
+                             "txtHistoryDays", "cboServer", "trvOptions", "cmdOK", "cmdHelp"}) {
         const int before = Tabs()->currentIndex();
         Find<QWidget>(name)->setFocus();
         ASSERT_EQ(Focus()->objectName().toStdString(), name);
         Press(Qt::Key_Tab, Qt::ControlModifier);
-        EXPECT_EQ(Tabs()->currentIndex(), (before + 1) % 6) << name;
+        EXPECT_EQ(Tabs()->currentIndex(), (before + 1) % 7) << name;
         ASSERT_NE(Focus(), nullptr);
         EXPECT_TRUE(Focus()->isVisible() && Focus()->isEnabled()) << name;
     }

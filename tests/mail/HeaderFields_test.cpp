@@ -20,7 +20,7 @@ std::string Subject(QByteArrayView bytes) {
 HeaderFields Read(const QByteArray& bytes) {
     MemoryFileSystem files;
     files.Add(kPath, bytes, 0);
-    return ReadHeaderFields(files, kPath);
+    return ReadHeaderFields(files, kPath, ServerProfiles().front());
 }
 
 int Code(LoadError error) {
@@ -129,7 +129,7 @@ TEST(HeaderFields, NulByteDoesNotCutAValue) {
 
 TEST(HeaderFields, MissingFileGivesTheFileSystemsText) {
     const MemoryFileSystem files;
-    const HeaderFields fields = ReadHeaderFields(files, kPath);
+    const HeaderFields fields = ReadHeaderFields(files, kPath, ServerProfiles().front());
     EXPECT_EQ(fields.errorCode, Code(LoadError::Unreadable));
     EXPECT_TRUE(fields.errorText.contains(kPath));
 }

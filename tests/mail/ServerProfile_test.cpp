@@ -65,7 +65,7 @@ TEST(ServerProfile, HasAKeyOfItsOwnAndFitsIntoTheScanner) {
     std::set<QString> keys;
     for (const ServerProfile& profile : ServerProfiles()) {
         EXPECT_TRUE(keys.insert(profile.key).second) << profile.key.toStdString();
-        EXPECT_EQ(profile.wanted.Count(), 3 + profile.ratings.size() + profile.senders.size());
+        EXPECT_EQ(profile.wanted.Count(), 4 + profile.ratings.size() + profile.senders.size());
         EXPECT_FALSE(profile.marks.isEmpty());
     }
     EXPECT_EQ(ProfileOf(u"Amavis"_s).key, u"amavis"_s);
@@ -87,6 +87,7 @@ TEST(ServerProfile, OfSpamAssassinReadsScoreHitsOrStars) {
     EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: No, hits=-2.6 required=5.0\r\n"), "-2.6");
     EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes\r\nX-Spam-Level: ******* \r\n"), "7");
     EXPECT_EQ(Rating("spamassassin", "X-Spam-Level:\r\n"), "0");
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Level: 5\r\n"), "");
     EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes\r\n"), "");
 }
 
@@ -128,6 +129,42 @@ TEST(ServerProfile, TakesNoNumberWhereThereIsNone) {
         EXPECT_EQ(Rating("exchange", QByteArray("X-MS-Exchange-Organization-SCL: ") + value + "\r\n"), "") << value;
     }
     EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: 5.5.5\r\n"), "5.5");
+    EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: +5.\r\n"), "5");
+    EXPECT_EQ(Rating("exchange", "X-MS-Exchange-Organization-SCL: " + QByteArray(400, '9') + "\r\n"), "");
+}
+
+TEST(ServerProfile, ReadsPathsOfEveryForm) {
+    for (const auto& [value, address] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"a@example.org", "a@example.org"},
+             {" < a@example.org > ", "a@example.org"},
+             {"<>", ""},
+             {"<\"a> b\"@example.org> BODY=7BIT", "\"a> b\"@example.org"},
+             {"\"a b\"@example.org X=1", "\"a b\"@example.org"},
+             {"<\"a\\\"> b\"@c.d>", "\"a\\\"> b\"@c.d"},
+             {"<@one.example,@two.example:a@b.c>", "a@b.c"},
+             {"<a@b.c", "a@b.c"},
+             {"<=?utf-8?q?friend=40x.org=3E?=@evil.example>", "=?utf-8?q?friend=40x.org=3E?=@evil.example"},
+             {"<\xC3\xA4@b.c>", "\xC3\xA4@b.c"}}) {
+        EXPECT_EQ(Sender("rspamd", QByteArray("Return-Path: ") + value + "\r\n"), address) << value;
+    }
+    EXPECT_EQ(Sender("rspamd", "Return-Path:\r\n <a@\r\n b.c>\r\n"), "a@ b.c");
+}
+
+TEST(ServerProfile, BelievesNoSenderThatTheSenderWrote) {
+    const QByteArray received = "Received: from x by y; Mon, 2 Mar 2026 09:15:00 +0000\r\n";
+    for (const auto& [key, field] :
+         std::initializer_list<std::pair<const char*, const char*>>{{"exchange", "X-Sender"},
+                                                                    {"amavis", "X-Envelope-From"},
+                                                                    {"rspamd", "Return-Path"},
+                                                                    {"spamassassin", "X-Envelope-From"}}) {
+        const QByteArray line = QByteArray(field) + ": <friend@example.org>\r\n";
+        EXPECT_EQ(Sender(key, line + received), "friend@example.org") << key;
+        EXPECT_EQ(Sender(key, received + line), "") << key;
+    }
+    EXPECT_EQ(Sender("spamassassin",
+                     "Return-Path: <evil@x.org>\r\n" + received + "X-Envelope-From: <friend@example.org>\r\n"),
+              "evil@x.org");
+    EXPECT_EQ(Sender("imf", received + "X-Sender: a@b.c\r\n"), "a@b.c");
 }
 
 TEST(ServerProfile, KnowsWhichRatingsAreNumbers) {

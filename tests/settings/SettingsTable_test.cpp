@@ -224,10 +224,11 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
     RecordingStore store;
     SaveSettings(store, AppState());
     QStringList expected;
-    for (const char* key :
-         {"FilterMessages", "FilterDays", "TolerationLevel", "RefreshInterval", "RawBody", "AutoRefresh",
-          "OutlookExpress", "ContentsAttachment", "ContentsCollapse", "StatusBar", "Toolbar", "HideMinimized",
-          "BulkMode", "Whole", "Bottom", "Contents", "HeaderField", "KeepDeletedDays", "HistoryDays", "ServerProfile"}) {
+    for (const char* key : {"FilterMessages",   "FilterDays",      "TolerationLevel", "RefreshInterval",
+                            "RawBody",          "AutoRefresh",     "OutlookExpress",  "ContentsAttachment",
+                            "ContentsCollapse", "StatusBar",       "Toolbar",         "HideMinimized",
+                            "BulkMode",         "Whole",           "Bottom",          "Contents",
+                            "HeaderField",      "KeepDeletedDays", "HistoryDays",     "ServerProfile"}) {
         expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
     }
     EXPECT_EQ(store.written, expected);
