@@ -10,7 +10,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int columns = 52; // of average width; what is easily read
+constexpr int readableColumns = 52; // of average width; what is easily read
 
 /// Lays a text out in lines of `width` pixels, its line feeds obeyed, and returns its height.
 qreal LayOut(QTextLayout& layout, qreal width) {
@@ -49,12 +49,12 @@ int WrapLabel::heightForWidth(int width) const {
 }
 
 QSize WrapLabel::sizeHint() const {
-    const int width = columns * fontMetrics().averageCharWidth();
+    const int width = readableColumns * fontMetrics().averageCharWidth();
     return {width, heightForWidth(width)};
 }
 
 QSize WrapLabel::minimumSizeHint() const {
-    return {columns * fontMetrics().averageCharWidth() / 2, fontMetrics().height()};
+    return {readableColumns * fontMetrics().averageCharWidth() / 2, fontMetrics().height()};
 }
 
 void WrapLabel::paintEvent(QPaintEvent*) {

@@ -36,7 +36,11 @@ bool IsRealFolder(const std::wstring& path) {
 } // namespace
 
 bool IsRealFolder(const QString& folder) {
-    return IsRealFolder(PathOfItself(folder));
+    try {
+        return IsRealFolder(PathOfItself(folder));
+    } catch (const FileError&) {
+        return false; // nothing can have that name
+    }
 }
 
 void MakeHiddenFolder(const QString& folder) {

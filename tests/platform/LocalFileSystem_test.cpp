@@ -61,7 +61,11 @@ TEST_F(LocalFileSystemTest, FolderIsNoFile) {
     EXPECT_EQ(Names(), QStringList{Text("file")});
     EXPECT_THROW(files_->Open(Path("folder")), FileError);
     EXPECT_FALSE(files_->Remove(Path("folder")));
+#ifdef _WIN32 // which does not tell a file in the place of the folder from no folder at all
+    EXPECT_THROW(files_->Remove(Path("file/below")), FileError);
+#else
     EXPECT_FALSE(files_->Remove(Path("file/below")));
+#endif
     EXPECT_THROW(files_->Move(Path("folder"), Path("moved")), FileError);
     EXPECT_TRUE(files_->FolderExists(Path("folder")));
 }

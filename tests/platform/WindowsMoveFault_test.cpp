@@ -67,6 +67,14 @@ decltype(&HookedDeleteFile) importOfDeleteFile = &HookedDeleteFile;
 decltype(&HookedSetFileInformation) importOfSetFileInformation = &HookedSetFileInformation;
 }
 
+// SQLite takes the addresses of the functions. The import library has these jumps for that, together with pointers of
+// its own.
+__asm__(".text\n"
+        ".globl CreateFileW\n"
+        "CreateFileW: jmp *__imp_CreateFileW(%rip)\n"
+        ".globl DeleteFileW\n"
+        "DeleteFileW: jmp *__imp_DeleteFileW(%rip)\n");
+
 namespace quellbox {
 
 namespace {
