@@ -34,6 +34,7 @@ std::vector<ServerProfile> MakeProfiles() {
          .firstRatingDecides = true,
          .senders = {{"X-Sender", AddressForm::Text}},
          .trustsAnyPlace = true,
+         .recipients = {{.name = "X-Receiver", .repeats = true}},
          .marks = {"X-SCL", "X-SMSMSE-SCL"}},
         // Microsoft Learn, "Anti-spam stamps" for the rating and the reasons, "Pickup directory and Replay directory"
         // for the envelope, which may have parameters as in "<a@example.org> BODY=8BITMIME".
@@ -41,16 +42,20 @@ std::vector<ServerProfile> MakeProfiles() {
          .name = QT_TRANSLATE_NOOP("quellbox", "Exchange Server"),
          .ratings = {{"X-MS-Exchange-Organization-SCL"}},
          .senders = {{"X-Sender"}, {"Return-Path"}},
+         .recipients = {{.name = "X-Receiver", .repeats = true}, {"Delivered-To"}},
          .reasons = {"X-MS-Exchange-Organization-Antispam-Report", "X-MS-Exchange-Organization-PCL",
                      "X-MS-Exchange-Organization-SenderIdResult"},
          .marks = {"X-MS-Exchange-Organization-SCL"}},
-        // amavisd-new's README and its comments on local quarantines: the envelope, and fields as SpamAssassin's.
+        // amavisd-new's README and its comments on local quarantines: the envelope, and fields as SpamAssassin's. Whom
+        // a message was passed to all the same is not among those to whom it was blocked.
         {.key = QStringLiteral("amavis"),
          .name = QT_TRANSLATE_NOOP("quellbox", "amavis"),
          .ratings = {{"X-Spam-Score"}, {"X-Spam-Status", Form::Number, "score="}, {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"X-Envelope-From"}, {"Return-Path"}},
+         .recipients = {{"X-Envelope-To-Blocked"}, {"X-Envelope-To"}},
          .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
-         .marks = {"X-Quarantine-ID", "X-Amavis-Alert"}},
+         .marks = {"X-Quarantine-ID", "X-Amavis-Alert"},
+         .added = {"X-Envelope-", "X-Quarantine-", "X-Amavis-", "X-Spam-"}},
         // Rspamd's documentation of the module "milter headers".
         {.key = QStringLiteral("rspamd"),
          .name = QT_TRANSLATE_NOOP("quellbox", "rspamd"),
@@ -59,8 +64,10 @@ std::vector<ServerProfile> MakeProfiles() {
                      {"X-Spam-Status", Form::Number, "score="},
                      {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"Return-Path"}},
+         .recipients = {{"X-Original-To"}, {"Delivered-To"}, {"Envelope-To"}},
          .reasons = {"X-Rspamd-Action", "X-Spamd-Result", "X-Virus"},
-         .marks = {"X-Spamd-Result", "X-Rspamd-Score", "X-Rspamd-Action", "X-Rspamd-Server"}},
+         .marks = {"X-Spamd-Result", "X-Rspamd-Score", "X-Rspamd-Action", "X-Rspamd-Server"},
+         .added = {"X-Spam", "X-Rspamd-"}},
         // Mail::SpamAssassin::Conf, "add_header" and "envelope_sender_header".
         {.key = QStringLiteral("spamassassin"),
          .name = QT_TRANSLATE_NOOP("quellbox", "SpamAssassin"),
@@ -69,8 +76,10 @@ std::vector<ServerProfile> MakeProfiles() {
                      {"X-Spam-Score"},
                      {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"Return-Path"}, {"X-Envelope-From"}},
+         .recipients = {{"X-Original-To"}, {"Delivered-To"}, {"Envelope-To"}, {"X-Envelope-To"}},
          .reasons = {"X-Spam-Status", "X-Spam-Report"},
-         .marks = {"X-Spam-Status", "X-Spam-Score", "X-Spam-Level", "X-Spam-Report", "X-Spam-Checker-Version"}},
+         .marks = {"X-Spam-Status", "X-Spam-Score", "X-Spam-Level", "X-Spam-Report", "X-Spam-Checker-Version"},
+         .added = {"X-Spam-", "X-Envelope-"}},
     };
     for (ServerProfile& profile : profiles) {
         profile.wanted = WantedOf(profile);
@@ -133,10 +142,13 @@ qsizetype FindUnquoted(QByteArrayView text, QByteArrayView characters) {
     return text.size();
 }
 
+QByteArray Unfolded(QByteArrayView raw) {
+    return QByteArray(raw.data(), raw.size()).replace("\r\n", "").replace('\n', ' ').trimmed();
+}
+
 /// The address of a path: without the angle brackets, the route in front of it, and the parameters behind it. Encoded
 /// words have no meaning in an envelope, and are not decoded.
-QByteArray PathAddress(QByteArrayView raw) {
-    QByteArray text = QByteArray(raw.data(), raw.size()).replace("\r\n", "").replace('\n', ' ').trimmed();
+QByteArray PathAddress(QByteArray text) {
     if (!text.startsWith('<')) {
         return text.first(FindUnquoted(text, " \t"));
     }
@@ -189,8 +201,23 @@ QString AddressText(const AddressField& field, QByteArrayView raw) {
     if (field.form == AddressForm::Text) {
         return DecodeHeaderValue(raw);
     }
-    const QByteArray address = PathAddress(raw);
+    const QByteArray address = PathAddress(Unfolded(raw));
     return CleanseForDisplay(DecodeUndeclared(address));
+}
+
+// A route has commas as well, but no server writes one (RFC 5321, appendix F.2).
+QByteArrayList PathAddresses(QByteArrayView raw) {
+    QByteArrayList addresses;
+    QByteArray left = Unfolded(raw);
+    while (!left.isEmpty()) {
+        const qsizetype comma = FindUnquoted(left, ",");
+        const QByteArray address = PathAddress(left.first(comma).trimmed());
+        if (!address.isEmpty()) {
+            addresses.append(address);
+        }
+        left.remove(0, comma + 1);
+    }
+    return addresses;
 }
 
 } // namespace quellbox

@@ -35,6 +35,7 @@ enum class AddressForm {
 struct AddressField {
     QByteArray name;
     AddressForm form = AddressForm::Path;
+    bool repeats = false; ///< the field stands once for each address; else only the topmost one counts
 };
 
 /// What a spam filter writes into the messages that it blocks.
@@ -45,8 +46,11 @@ struct ServerProfile {
     bool firstRatingDecides = false;   ///< the first that is there counts, also without a rating
     std::vector<AddressField> senders; ///< the first that is there counts
     bool trustsAnyPlace = false; ///< of a sender; else one below the first Received field is the sender's own text
+    std::vector<AddressField> recipients = {}; ///< the first that is there counts; several addresses have commas between
     QByteArrayList reasons = {}; ///< fields that say why a message was blocked, as they are to be shown
     QByteArrayList marks = {};   ///< fields that only this kind of server writes
+
+    QByteArrayList added = {};   ///< what other fields the server has put on top begin with, and must not go out
 
     WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 
@@ -65,5 +69,9 @@ QString RatingText(const RatingField& field, const QString& value);
 
 /// The address in the raw value of a field; empty where it holds none.
 QString AddressText(const AddressField& field, QByteArrayView raw);
+
+/// The addresses of a path in the raw value of a field, as they stand there; see AddressForm::Path. Commas separate
+/// several.
+QByteArrayList PathAddresses(QByteArrayView raw);
 
 } // namespace quellbox

@@ -40,6 +40,8 @@ enum class FileProblem {
     NoRoom,   ///< the disk is full
     InUse,    ///< another program holds the file
     NoAnswer, ///< the server does not answer, or is connected no more
+    NotTaken, ///< a mail server does not take the message, or cannot be asked
+    Uncertain ///< the message may have been delivered
 };
 
 /// A call of the file system failed; the path and the system's reason are part of the text.

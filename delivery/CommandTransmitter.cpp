@@ -1,0 +1,34 @@
+#include "delivery/CommandTransmitter.h"
+
+#include <QCoreApplication>
+#include <QSemaphoreReleaser>
+
+#include <chrono>
+
+namespace quellbox {
+
+namespace {
+
+constexpr int mostAtOnce = 4;
+constexpr std::chrono::minutes patience{10}; // as RFC 5321, section 4.5.3.2.6, gives a server after the last line
+
+} // namespace
+
+CommandTransmitter::CommandTransmitter(const QString& line)
+    : line_(line), command_(ParseDeliveryCommand(line)), free_(mostAtOnce) {}
+
+DeliveryOutcome CommandTransmitter::Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) {
+    if (!command_) {
+        return {DeliveryFate::Failed,
+                QCoreApplication::translate("quellbox", "The command for delivery cannot be understood: %1").arg(line_)};
+    }
+    free_.acquire();
+    const QSemaphoreReleaser release(free_);
+    return RunDeliveryCommand(*command_, envelope, message, patience, goOn);
+}
+
+QString CommandTransmitter::Target() const {
+    return QStringLiteral("command:") + (command_ ? command_->program : line_);
+}
+
+} // namespace quellbox

@@ -1,0 +1,142 @@
+#include "delivery/SendingFolder.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QMutexLocker>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTimeZone>
+
+namespace quellbox {
+
+namespace {
+
+constexpr QLatin1String uncertainMark(".uncertain");
+
+// Two messages with the same name are rare, and more of them a sign that something else is the matter.
+constexpr int mostNames = 100;
+
+QString StampFormat() {
+    return QStringLiteral("yyyyMMdd-HHmmss-zzz");
+}
+
+QString NewSendingName(const QString& name, const QDateTime& now) {
+    const quint32 random = QRandomGenerator::system()->generate() & 0xFFFFFFU;
+    return QStringLiteral("%1-%2~%3")
+        .arg(now.toUTC().toString(StampFormat()))
+        .arg(random, 6, 16, QLatin1Char('0'))
+        .arg(name);
+}
+
+/// The name with `text` before its ending.
+QString WithText(const QString& name, const QString& text) {
+    const qsizetype point = name.lastIndexOf(QLatin1Char('.'));
+    return point <= 0 ? name + text : name.left(point) + text + name.mid(point);
+}
+
+} // namespace
+
+Folder SendingFolderOf(const Folder& archive) {
+    return archive.PathOf(QStringLiteral(".quellbox-sending") + SeparatorOf(archive));
+}
+
+std::optional<SendingName> ParseSendingName(const QString& name) {
+    static const QRegularExpression pattern(QStringLiteral("\\A([0-9]{8}-[0-9]{6}-[0-9]{3})-[0-9a-f]{6}~(.+)\\z"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = pattern.match(name);
+    if (!match.hasMatch()) {
+        return std::nullopt;
+    }
+    QDateTime since = QDateTime::fromString(match.captured(1), StampFormat());
+    since.setTimeZone(QTimeZone::utc());
+    if (!since.isValid()) {
+        return std::nullopt;
+    }
+    return SendingName{since, match.captured(2)};
+}
+
+QString UncertainName(const QString& name) {
+    return IsUncertainName(name) ? name : WithText(name, uncertainMark);
+}
+
+bool IsUncertainName(const QString& name) {
+    const qsizetype point = name.lastIndexOf(QLatin1Char('.'));
+    return point > 0 && (name.left(point).contains(uncertainMark) || name.mid(point) == uncertainMark);
+}
+
+SendingFolder::SendingFolder(FileSystem& files, const Folder& archive)
+    : files_(files), archive_(archive), folder_(SendingFolderOf(archive)) {}
+
+void SendingFolder::Make() {
+    const QMutexLocker lock(&mutex_);
+    if (!isMade_) {
+        files_.MakeFolder(folder_);
+        isMade_ = true;
+    }
+}
+
+void SendingFolder::Forget() {
+    const QMutexLocker lock(&mutex_);
+    isMade_ = false;
+}
+
+QString SendingFolder::Take(const QString& name, const QDateTime& now) {
+    const QString path = folder_.PathOf(NewSendingName(name, now));
+    Make();
+    try {
+        files_.Move(archive_.PathOf(name), path);
+    } catch (const FileError& error) {
+        if (error.Problem() != FileProblem::Missing) {
+            throw;
+        }
+        Forget(); // another program, which was done with it, may have removed the folder
+        Make();
+        files_.Move(archive_.PathOf(name), path);
+    }
+    return path;
+}
+
+void SendingFolder::Return(const QString& path, const QString& name) {
+    try {
+        files_.Move(path, archive_.PathOf(name));
+    } catch (const FileError& error) {
+        if (error.Problem() != FileProblem::Exists) {
+            throw;
+        }
+        ReturnMarked(path, name); // a message of this name has come meanwhile
+    }
+}
+
+QString SendingFolder::ReturnMarked(const QString& path, const QString& name) {
+    const QString marked = UncertainName(name);
+    for (int number = 1;; ++number) {
+        const QString fresh = number == 1 ? marked : WithText(marked, QStringLiteral("-%1").arg(number));
+        try {
+            files_.Move(path, archive_.PathOf(fresh));
+            return fresh;
+        } catch (const FileError& error) {
+            if (error.Problem() != FileProblem::Exists || number == mostNames) {
+                throw;
+            }
+        }
+    }
+}
+
+QStringList ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDateTime& before) {
+    const Folder folder = SendingFolderOf(archive);
+    QStringList returned;
+    if (!files.IsRealFolder(folder)) {
+        return returned;
+    }
+    SendingFolder sending(files, archive);
+    for (const FolderEntry& entry : files.Entries(folder)) {
+        const std::optional<SendingName> left = ParseSendingName(entry.name);
+        if (left && left->since < before) {
+            returned.append(sending.ReturnMarked(folder.PathOf(entry.name), left->name));
+        }
+    }
+    files.RemoveFolder(folder);
+    return returned;
+}
+
+} // namespace quellbox
