@@ -50,10 +50,11 @@ WindowJobs::WindowJobs(RefreshPorts ports, AppState& state, MessageListModel& mo
     });
 }
 
-void WindowJobs::Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
+void WindowJobs::Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record,
+                         std::shared_ptr<ReleaseWay> way) {
     if (Begin(Activity::Refreshing, 0)) {
         isByTick_ = markNew;
-        refresh_.Start(markNew, bulk, std::move(record));
+        refresh_.Start(markNew, bulk, std::move(record), std::move(way));
     }
 }
 

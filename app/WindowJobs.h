@@ -29,7 +29,9 @@ public:
 
     /// A job that is started while another one runs is not begun. `markNew` says that it is a tick that refreshes.
     /// What is done is written into `record` where that is given.
-    void Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr);
+    /// What is tolerated goes on `way` where that is given.
+    void Refresh(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr,
+                 std::shared_ptr<ReleaseWay> way = nullptr);
 
     /// What is deleted goes into `kept` where that is given.
     void Dispose(qint16 action, const DisposalFolders& folders, std::vector<int> rows,

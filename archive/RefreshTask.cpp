@@ -1,6 +1,7 @@
 #include "archive/RefreshTask.h"
 
 #include "archive/DayWindow.h"
+#include "delivery/SendingFolder.h"
 #include "messages/KeptFolder.h"
 #include "platform/RuntimeError.h"
 #include "whitelist/WhitelistStore.h"
@@ -53,7 +54,8 @@ RefreshTask::RefreshTask(RefreshPorts ports, AppState& state, MessageListModel& 
     flush_.callOnTimeout([this] { Flush(); });
 }
 
-void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record) {
+void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record,
+                        std::shared_ptr<ReleaseWay> way) {
     if (isRunning_) {
         return;
     }
@@ -66,6 +68,7 @@ void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> r
     markNew_ = markNew;
     bulk_ = bulk;
     record_ = std::move(record);
+    way_ = std::move(way);
     archive_ = state_.ArchiveDir;
     result_ = {};
     again_ = 0;
@@ -208,12 +211,12 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
         state_.TolerationLevel == 2 ? std::make_shared<const WhitelistMatcher>(LoadWhitelist(ports_.store)) : nullptr;
     reading_.emplace(
         ports_.pool, count,
-        [&fileSystem = ports_.files, folder = std::move(folder), archive = archive_, pickup = state_.PickupDir,
+        [&fileSystem = ports_.files, folder = std::move(folder), folders = DisposalFolders{archive_, state_.PickupDir, way_},
          bulk = bulk_, profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
-            if (tolerated && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
-                const QString key = (*entries)[item].name;
-                Move(fileSystem, archive.PathOf(key), pickup.PathOf(key), record.get(), read);
+            const bool maySend = !folders.way || !IsUncertainName((*entries)[item].name);
+            if (tolerated && maySend && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
+                Release(fileSystem, folders, record.get(), read);
             }
             return read;
         },
@@ -231,25 +234,28 @@ void RefreshTask::EndReading(SeriesEnd how) {
     End(how == SeriesEnd::Completed ? RefreshOutcome::Completed : RefreshOutcome::Cancelled);
 }
 
-// The message of a tolerated sender is moved at once, by the thread that has read it: on a share many such moves have
-// to be under way at the same time.
-void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to, ActionRecord* record, Read& read) {
+// The message of a tolerated sender goes at once, by the thread that has read it: on a share many such moves have to be
+// under way at the same time.
+void RefreshTask::Release(FileSystem& files, const DisposalFolders& folders, ActionRecord* record, Read& read) {
     if (record == nullptr) {
-        TryToMove(files, from, to, read);
+        TryToRelease(files, folders, read);
         return;
     }
     record->Announce({read.row.row.Key()});
     record->AwaitAnnounced();
-    TryToMove(files, from, to, read);
-    record->Take({read.row.row, read.failure});
+    const QString answer = TryToRelease(files, folders, read);
+    record->Take({read.row.row, read.failure, 0, answer, folders.way != nullptr});
 }
 
-void RefreshTask::TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read) {
+/// Returns what a mail server has answered.
+QString RefreshTask::TryToRelease(FileSystem& files, const DisposalFolders& folders, Read& read) {
     try {
-        files.Move(from, to);
+        const QString answer = Unblock(files, folders, read.row.row.Key());
         read.wasMoved = true;
+        return answer;
     } catch (const FileError& error) {
         read.failure = FileFailure(error);
+        return {};
     }
 }
 
@@ -328,6 +334,7 @@ void RefreshTask::End(RefreshOutcome outcome, const QString& reason) {
     isRunning_ = false;
     reading_.reset(); // which holds the record as well
     record_.reset();
+    way_.reset();
     result_.outcome = outcome;
     result_.reason = reason;
     const RefreshResult result = std::move(result_);

@@ -4,6 +4,7 @@
 #include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/MessageListModel.h"
+#include "messages/Unblocking.h"
 #include "platform/Clock.h"
 #include "platform/OrderedWork.h"
 #include "platform/SettingsStore.h"
@@ -60,7 +61,9 @@ public:
     /// An empty `LastAddedFile` makes it a full refresh, which empties the list first; another one adds what follows
     /// that file. `markNew` adds rows as unread; in bulk mode no message is opened. Does nothing while a refresh runs.
     /// What becomes of the messages of tolerated senders is written into `record` where that is given.
-    void Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr);
+    /// They go on the way that is given, or else into the pickup directory.
+    void Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> record = nullptr,
+               std::shared_ptr<ReleaseWay> way = nullptr);
 
     /// Ends the refresh before this returns. Messages that are being moved just now do move.
     void Cancel();
@@ -103,8 +106,8 @@ private:
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
     void ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder);
-    static void Move(FileSystem& files, const QString& from, const QString& to, ActionRecord* record, Read& read);
-    static void TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read);
+    static void Release(FileSystem& files, const DisposalFolders& folders, ActionRecord* record, Read& read);
+    static QString TryToRelease(FileSystem& files, const DisposalFolders& folders, Read& read);
     void EndReading(SeriesEnd how);
     void TakeRow(size_t item, Read read);
     void AddRow(Read read);
@@ -119,6 +122,7 @@ private:
     std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Read>> reading_;
     std::shared_ptr<ActionRecord> record_;
+    std::shared_ptr<ReleaseWay> way_;
     std::map<QString, Failed> failed_; // by file name
     Folder mounted_;                   // the archive, if something was mounted there when it was listed
     Folder archive_;                   // as it was when the refresh began

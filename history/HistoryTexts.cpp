@@ -1,5 +1,6 @@
 #include "history/HistoryTexts.h"
 
+#include "delivery/ReleaseWay.h"
 #include "mail/DisplayText.h"
 #include "messages/FormatSize.h"
 #include "messages/FormatTime.h"
@@ -18,6 +19,10 @@ QString SenderOf(const HistoryEntry& entry) {
         return entry.sender;
     }
     return entry.from.isEmpty() ? entry.detail : entry.from;
+}
+
+bool IsOfMessage(HistoryAction action) {
+    return action != HistoryAction::WhitelistAdd && action != HistoryAction::WhitelistRemove;
 }
 
 } // namespace
@@ -157,7 +162,9 @@ HistoryDetails DetailsOf(const HistoryLine& line, const QLocale& locale) {
     add(QT_TRANSLATE_NOOP("quellbox", "Action"), NameOf(facts.action));
     add(QT_TRANSLATE_NOOP("quellbox", "Result"), NameOf(entry.result));
     add(QT_TRANSLATE_NOOP("quellbox", "Reason"), entry.reason);
-    add(QT_TRANSLATE_NOOP("quellbox", "Whitelist entry"), entry.detail);
+    add(IsOfMessage(facts.action) ? QT_TRANSLATE_NOOP("quellbox", "Answer of the mail server")
+                                  : QT_TRANSLATE_NOOP("quellbox", "Whitelist entry"),
+        entry.detail);
     add(QT_TRANSLATE_NOOP("quellbox", "Subject"), entry.subject);
     add(QT_TRANSLATE_NOOP("quellbox", "From"), entry.from);
     add(QT_TRANSLATE_NOOP("quellbox", "To"), entry.to);
@@ -166,7 +173,9 @@ HistoryDetails DetailsOf(const HistoryLine& line, const QLocale& locale) {
     add(QT_TRANSLATE_NOOP("quellbox", "SCL%"), entry.rating);
     add(QT_TRANSLATE_NOOP("quellbox", "File"), entry.file);
     add(QT_TRANSLATE_NOOP("quellbox", "Archive"), facts.archive);
-    add(QT_TRANSLATE_NOOP("quellbox", "Pickup directory"), facts.pickup);
+    add(IsReleaseTarget(facts.pickup) ? QT_TRANSLATE_NOOP("quellbox", "Delivered by")
+                                      : QT_TRANSLATE_NOOP("quellbox", "Pickup directory"),
+        facts.pickup);
     add(QT_TRANSLATE_NOOP("quellbox", "Kept in"), facts.kept);
     add(QT_TRANSLATE_NOOP("quellbox", "Account"), facts.account);
     add(QT_TRANSLATE_NOOP("quellbox", "Computer"), facts.computer);

@@ -35,7 +35,7 @@ struct HistoryActionFacts {
     QString account{};
     QString computer{};
     QString archive{}; ///< folder, with a separator at its end
-    QString pickup{};  ///< the same
+    QString pickup{};  ///< the same, or as ReleaseWay::Target()
     QString kept{};    ///< folder in which deleted messages are kept; empty when they are gone for good
     qint64 undoes = 0; ///< number of the action that this one takes back, else 0
     QString detail{};  ///< entries that the action has added to the whitelist, one in a line
@@ -52,8 +52,8 @@ struct HistoryEntry {
     QString rating;
     HistoryResult result = HistoryResult::Done;
     QString reason;       ///< of a failure, in the system's words
-    QString detail;       ///< entry of the whitelist
-    bool isFinal = false; ///< it can never be taken back, as an attempt has shown
+    QString detail;       ///< entry of the whitelist, or what a mail server has answered
+    bool isFinal = false; ///< it can never be taken back, by its nature or as an attempt has shown
 };
 
 /// One line of the history: an entry with the action that it belongs to.

@@ -222,14 +222,15 @@ void JournalDatabase::Announce(qint64 action, const QStringList& files) {
 void JournalDatabase::AddEntry(qint64 action, const HistoryEntry& entry) {
     if (!addEntry_) {
         addEntry_ =
-            Prepared(QStringLiteral("INSERT INTO entry (action, result, file, sender, author, recipient, subject, "
+            Prepared(QStringLiteral("INSERT INTO entry (action, result, final, file, sender, author, recipient, subject, "
                                     "size, rating, reason, detail, folded) "
-                                    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+                                    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     }
     int place = 0;
     const auto bind = [&](const QVariant& value) { addEntry_->bindValue(place++, value); };
     bind(action);
     bind(static_cast<int>(entry.result));
+    bind(entry.isFinal ? 1 : 0);
     for (const QString& text : {entry.file, entry.sender, entry.from, entry.to, entry.subject}) {
         bind(text);
     }

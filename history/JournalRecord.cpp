@@ -27,6 +27,7 @@ HistoryEntry EntryOf(const HandledMessage& handled) {
     entry.result = handled.failure ? HistoryResult::Failed : HistoryResult::Done;
     entry.reason = handled.failure ? handled.failure->reason : QString();
     entry.detail = handled.detail;
+    entry.isFinal = handled.isFinal;
     return entry;
 }
 

@@ -1,5 +1,7 @@
 #include "history/JournalRecovery.h"
 
+#include "delivery/ReleaseWay.h"
+#include "delivery/SendingFolder.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -32,13 +34,27 @@ QSet<QString> NamesIn(const FileSystem& files, const QString& folder) {
     return names;
 }
 
+/// The names of the messages that are being sent, or were when their program ended, and that are not back yet.
+QSet<QString> NamesBeingSent(const FileSystem& files, const Folder& archive) {
+    QSet<QString> names;
+    for (const QString& name : NamesIn(files, SendingFolderOf(archive))) {
+        if (const std::optional<SendingName> sent = ParseSendingName(name)) {
+            names.insert(sent->name);
+        }
+    }
+    return names;
+}
+
 /// Empty when the archive cannot be looked at. Where a share is not mounted there is an empty folder in its place.
 std::optional<std::vector<HistoryEntry>> LookFor(const FileSystem& files, const InterruptedAction& action) {
     try {
         if (!files.FolderExists(action.facts.archive)) {
             return std::nullopt;
         }
-        const FoundFiles found{NamesIn(files, action.facts.archive), NamesIn(files, OtherFolder(action.facts))};
+        const QString other = OtherFolder(action.facts);
+        const FoundFiles found{NamesIn(files, action.facts.archive), IsReleaseTarget(other)
+                                                                         ? NamesBeingSent(files, action.facts.archive)
+                                                                         : NamesIn(files, other)};
         if (found.archive.isEmpty()) {
             return std::nullopt;
         }
@@ -68,6 +84,13 @@ std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QSt
     const bool isInArchive = found.archive.contains(file);
     const bool isInOther = found.other.contains(file);
     const bool shouldBeInArchive = action.facts.action == HistoryAction::Undo;
+    if (IsReleaseTarget(action.facts.pickup) && !shouldBeInArchive) {
+        entry.isFinal = true;
+        if (isInOther || found.archive.contains(UncertainName(file))) {
+            return Failed(entry, QCoreApplication::translate("quellbox", "The program ended while the message was being "
+                                                                         "sent. It may have been delivered."));
+        }
+    }
     if (isInArchive && isInOther) {
         return Failed(entry, QCoreApplication::translate(
                                  "quellbox", "The program ended in the middle. The message is in both folders."));

@@ -81,32 +81,38 @@ void DisposalTask::GiveUp() {
     }
 }
 
-void DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QString& key) {
+/// Returns what a mail server has answered.
+QString DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QString& key) {
     const QString path = order.folders.archive.PathOf(key);
     if (order.action != Action::remove) {
-        files.Move(path, order.folders.pickup.PathOf(key));
-    } else if (order.kept) {
+        return Unblock(files, order.folders, key);
+    }
+    if (order.kept) {
         Keep(files, path, *order.kept, key);
     } else {
         files.Remove(path); // which is content with a file that has gone
     }
+    return {};
 }
 
 DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, const Order& order, const MessageRow& message) {
+    QString answer;
     if (!order.record) {
-        return TryToDispose(files, order, message.Key());
+        return TryToDispose(files, order, message.Key(), answer);
     }
     order.record->AwaitAnnounced();
-    Failure failure = TryToDispose(files, order, message.Key());
+    Failure failure = TryToDispose(files, order, message.Key(), answer);
     if (!failure || !order.kept || !order.kept->Refusal()) {
-        order.record->Take({message, failure});
+        const bool isSent = order.action != Action::remove && order.folders.way;
+        order.record->Take({message, failure, 0, answer, isSent});
     }
     return failure;
 }
 
-DisposalTask::Failure DisposalTask::TryToDispose(FileSystem& files, const Order& order, const QString& key) {
+DisposalTask::Failure DisposalTask::TryToDispose(FileSystem& files, const Order& order, const QString& key,
+                                                QString& answer) {
     try {
-        DisposeOfFile(files, order, key);
+        answer = DisposeOfFile(files, order, key);
         return std::nullopt;
     } catch (const FileError& error) {
         return FileFailure(error);

@@ -4,8 +4,8 @@
 #include "messages/FileFailure.h"
 #include "messages/KeptFolder.h"
 #include "messages/MessageListModel.h"
+#include "messages/Unblocking.h"
 #include "platform/FileSystem.h"
-#include "platform/FolderPath.h"
 #include "platform/OrderedWork.h"
 
 #include <QObject>
@@ -23,12 +23,6 @@ constexpr qint16 remove = 2;
 constexpr qint16 unblockTolerated = 3; ///< exactly as `unblock`
 } // namespace Action
 
-/// The folder of the messages, and the one into which they are unblocked.
-struct DisposalFolders {
-    Folder archive;
-    Folder pickup;
-};
-
 /// What became of the rows.
 struct DisposalResult {
     int rowsGone = 0;
@@ -40,7 +34,7 @@ struct DisposalResult {
     std::optional<FileFailure> refused;
 };
 
-/// Deletes the files of selected messages or moves them into the pickup folder, many at once beside the thread of this
+/// Deletes the files of selected messages or unblocks them, many at once beside the thread of this
 /// object, and then removes the rows. A failure never stops it, and the row goes all the same: the list shows what the
 /// user wants, the next full refresh what is still there. Nothing else may change the list meanwhile.
 ///
@@ -89,8 +83,8 @@ private:
         std::shared_ptr<const std::vector<MessageRow>> messages;
     };
 
-    static void DisposeOfFile(FileSystem& files, const Order& order, const QString& key);
-    static Failure TryToDispose(FileSystem& files, const Order& order, const QString& key);
+    static QString DisposeOfFile(FileSystem& files, const Order& order, const QString& key);
+    static Failure TryToDispose(FileSystem& files, const Order& order, const QString& key, QString& answer);
     static Failure Dispose(FileSystem& files, const Order& order, const MessageRow& message);
     void Take(size_t item, Failure failure);
     void End();

@@ -81,6 +81,14 @@ FailureText FailureList::TextOf(const FileFailure& failure, const QLocale& local
                 Translated(QT_TRANSLATE_NOOP("quellbox", "The server has not answered since %1: %2"))
                     .arg(locale.toString(noAnswerSince_.time(), QLocale::ShortFormat), folder),
                 Translated(QT_TRANSLATE_NOOP("quellbox", "Try again when the server can be reached."))};
+    case FileProblem::NotTaken:
+        return {name, CleanseForDisplay(failure.reason),
+                Translated(QT_TRANSLATE_NOOP("quellbox", "It was not delivered, and is still in the archive."))};
+    case FileProblem::Uncertain:
+        return {name, CleanseForDisplay(failure.reason),
+                Translated(QT_TRANSLATE_NOOP("quellbox", "Ask the recipient, or look into the mail server's log, before "
+                                                         "it is sent again: it is in the archive, and is not sent by "
+                                                         "itself."))};
     case FileProblem::Other:
         break;
     }

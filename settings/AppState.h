@@ -42,6 +42,12 @@ struct AppState {
     qint32 Whole = 0;              ///< position of the splitter splWhole, twips
     qint32 Bottom = 0;             ///< position of the splitter splBottom, twips
     QString ServerProfile;         ///< key of the profile of the server that blocks the messages
+    QString Delivery;              ///< key of the way on which messages are unblocked; see DeliveryKeys
+    QString SmtpHost;              ///< mail server for the way "smtp"
+    qint32 SmtpPort = 0;           ///< its port
+    QString SmtpSecurity;          ///< key of how the connection is secured; see SecurityKeys
+    QString SmtpUser;              ///< account there; empty for none. Its password is not among the settings
+    QString DeliveryCommand;       ///< command line for the way "command"
 
     // Known only while the program runs.
 

@@ -2,6 +2,7 @@
 
 #include "mail/ServerProfile.h"
 #include "platform/RuntimeError.h"
+#include "settings/DeliveryKeys.h"
 #include "settings/TextConversion.h"
 
 #include <QCoreApplication>
@@ -51,9 +52,15 @@ bool IsProfile(const QString& key) {
     return ProfileOf(key).key == key;
 }
 
+bool IsPort(const QString& text) {
+    bool isNumber = false;
+    const int port = text.toInt(&isNumber);
+    return isNumber && port >= 1 && port <= 65535;
+}
+
 void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
     if (row.isFit != nullptr && !row.isFit(text)) {
-        throw RuntimeError(QCoreApplication::translate("quellbox", "No server has that name."));
+        throw RuntimeError(QCoreApplication::translate("quellbox", row.unfit));
     }
     std::visit([&](auto member) { Assign(state.*member, text); }, row.member);
 }
@@ -105,7 +112,18 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
         {QLatin1String("KeepDeletedDays"), QLatin1String("0"), &AppState::KeepDeletedDays},
         {QLatin1String("HistoryDays"), QLatin1String("90"), &AppState::HistoryDays},
-        {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile, IsProfile},
+        {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile, IsProfile,
+         QT_TRANSLATE_NOOP("quellbox", "No server has that name.")},
+        {QLatin1String("Delivery"), QLatin1String(DeliveryKeys::pickup), &AppState::Delivery, DeliveryKeys::IsKey,
+         QT_TRANSLATE_NOOP("quellbox", "There is no such way of delivery.")},
+        {QLatin1String("SmtpHost"), QLatin1String(""), &AppState::SmtpHost},
+        {QLatin1String("SmtpPort"), QLatin1String("25"), &AppState::SmtpPort, IsPort,
+         QT_TRANSLATE_NOOP("quellbox", "A port is a number from 1 to 65535.")},
+        {QLatin1String("SmtpSecurity"), QLatin1String(SecurityKeys::startTls), &AppState::SmtpSecurity,
+         SecurityKeys::IsKey, QT_TRANSLATE_NOOP("quellbox", "There is no such way of securing a connection.")},
+        {QLatin1String("SmtpUser"), QLatin1String(""), &AppState::SmtpUser},
+        {QLatin1String("DeliveryCommand"), QLatin1String("sendmail -i -f SENDER -- RECIPIENT..."),
+         &AppState::DeliveryCommand},
     };
     return table;
 }

@@ -23,6 +23,7 @@ struct SettingRow {
     QLatin1String defaultText; ///< what an absent key reads as; folders read as the program's folder instead
     SettingMember member;
     bool (*isFit)(const QString& text) = nullptr; ///< for a text that is a name of something
+    const char* unfit = nullptr;                  ///< what the user reads of one that is not, not yet translated
 };
 
 /// Every setting, the two folders first, then in the order in which SaveSettings() writes.

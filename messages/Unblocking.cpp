@@ -1,0 +1,13 @@
+#include "messages/Unblocking.h"
+
+namespace quellbox {
+
+QString Unblock(FileSystem& files, const DisposalFolders& folders, const QString& name) {
+    if (folders.way) {
+        return folders.way->Release(name);
+    }
+    files.Move(folders.archive.PathOf(name), folders.pickup.PathOf(name));
+    return {};
+}
+
+} // namespace quellbox
