@@ -1,6 +1,7 @@
 #include "app/ActionDesk.h"
 
 #include "app/ContentsPane.h"
+#include "app/DeliveryDesk.h"
 #include "app/KeepDeleted.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
@@ -44,16 +45,18 @@ std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
 
 } // namespace
 
-ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts), list_(list) {
+ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list, DeliveryDesk& delivery)
+    : parts_(parts), list_(list), delivery_(delivery) {
     connect(&parts_.jobs, &WindowJobs::DisposalEnded, this,
             parts_.errors.Guarded(this, &ActionDesk::jobs_DisposalEnded));
 }
 
 void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
-    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
+    const std::shared_ptr<ReleaseWay> way = action == Action::remove ? nullptr : delivery_.NewWay();
+    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
     const auto record =
-        parts_.journal.Begin({HistoryActionOf(action), folders.archive, folders.pickup,
+        parts_.journal.Begin({HistoryActionOf(action), folders.archive, delivery_.TargetOf(way),
                               kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
     parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()), kept, record);
 }

@@ -8,6 +8,7 @@
 
 namespace quellbox {
 
+class DeliveryDesk;
 class ListDesk;
 
 /// What is done with the selected messages: delete, unblock, tolerate; and the whitelist.
@@ -15,7 +16,7 @@ class ActionDesk : public QObject {
     Q_OBJECT
 
 public:
-    ActionDesk(const WindowParts& parts, ListDesk& list);
+    ActionDesk(const WindowParts& parts, ListDesk& list, DeliveryDesk& delivery);
 
     /// Unblocks or deletes the selected messages; `action` is one of Action.
     void ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow = {});
@@ -41,6 +42,7 @@ private:
 
     WindowParts parts_;
     ListDesk& list_;
+    DeliveryDesk& delivery_;
 };
 
 } // namespace quellbox

@@ -11,8 +11,8 @@ ExpiryDesk::ExpiryDesk(const WindowParts& parts, RefreshDesk& refresh)
     connect(&expiry_, &KeptExpiry::Ended, this, &LogFailures);
 }
 
-void ExpiryDesk::refresh_DailyRefreshed(bool mayHoldKept) {
-    if (mayHoldKept && !parts_.jobs.IsClosed()) {
+void ExpiryDesk::refresh_DailyRefreshed(const RefreshResult& result) {
+    if (result.mayHoldKept && !parts_.jobs.IsClosed()) {
         expiry_.Start(parts_.state.ArchiveDir, parts_.ports.clock.Now().date());
     }
 }

@@ -8,6 +8,7 @@
 namespace quellbox {
 
 class RefreshDesk;
+struct RefreshResult;
 
 /// Has deleted messages that were kept long enough deleted for good, once a day and beside everything else. What goes
 /// wrong with that is written to the log only.
@@ -23,7 +24,7 @@ public:
     bool IsAtWork() const { return expiry_.IsRunning(); }
 
 private:
-    void refresh_DailyRefreshed(bool mayHoldKept);
+    void refresh_DailyRefreshed(const RefreshResult& result);
 
     WindowParts parts_;
     KeptExpiry expiry_;

@@ -2,6 +2,7 @@
 
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
+#include "app/DeliveryDesk.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
@@ -16,8 +17,8 @@
 
 namespace quellbox {
 
-RefreshDesk::RefreshDesk(const WindowParts& parts, BusyDisplay& busy, ListDesk& list)
-    : parts_(parts), busy_(busy), list_(list) {
+RefreshDesk::RefreshDesk(const WindowParts& parts, BusyDisplay& busy, ListDesk& list, DeliveryDesk& delivery)
+    : parts_(parts), busy_(busy), list_(list), delivery_(delivery) {
     const WindowJobs* jobs = &parts_.jobs;
     const auto showCount = [this](int rows) { parts_.panels.SetCount(QString::number(rows)); };
     connect(jobs, &WindowJobs::RowsAdded, this, showCount);
@@ -42,10 +43,14 @@ void RefreshDesk::RefreshArchive(bool markNew) {
         parts_.panels.SetCount({});
     }
     const AppState& state = parts_.state;
-    const bool tolerates = state.TolerationLevel == 2;
+    if (state.TolerationLevel != 2) {
+        parts_.jobs.Refresh(markNew, IsInBulkMode());
+        return;
+    }
+    const std::shared_ptr<ReleaseWay> way = delivery_.NewWay();
     parts_.jobs.Refresh(
         markNew, IsInBulkMode(),
-        tolerates ? parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, state.PickupDir}) : nullptr);
+        parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, delivery_.TargetOf(way)}), way);
 }
 
 void RefreshDesk::RefreshCleansed(qint32 removed) {
@@ -71,7 +76,7 @@ void RefreshDesk::jobs_RefreshEnded(const RefreshResult& result) {
     parts_.errors.Guard([&] { ShowRefreshed(result); });
     Q_EMIT Refreshed();
     if (result.outcome == RefreshOutcome::Completed && std::exchange(isDaily_, false)) {
-        Q_EMIT DailyRefreshed(result.mayHoldKept);
+        Q_EMIT DailyRefreshed(result);
     }
 }
 

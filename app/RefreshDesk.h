@@ -10,6 +10,7 @@
 namespace quellbox {
 
 class BusyDisplay;
+class DeliveryDesk;
 class ListDesk;
 
 /// Has the list refreshed, by command, by tick and after a cleansing, and shows what has come of it.
@@ -17,7 +18,7 @@ class RefreshDesk : public QObject {
     Q_OBJECT
 
 public:
-    RefreshDesk(const WindowParts& parts, BusyDisplay& busy, ListDesk& list);
+    RefreshDesk(const WindowParts& parts, BusyDisplay& busy, ListDesk& list, DeliveryDesk& delivery);
 
     /// Begins a refresh; a full one when `LastAddedFile` is empty. Does nothing while a job runs.
     void RefreshArchive(bool markNew);
@@ -43,8 +44,8 @@ Q_SIGNALS:
     void Refreshed();
 
     /// The first refresh of a session, or the first of a day that the timer has begun, was completed; one that was not
-    /// is made up for by the next. `mayHoldKept` is as in RefreshResult.
-    void DailyRefreshed(bool mayHoldKept);
+    /// is made up for by the next.
+    void DailyRefreshed(const RefreshResult& result);
 
 private:
     void jobs_RefreshEnded(const RefreshResult& result);
@@ -59,6 +60,7 @@ private:
     WindowParts parts_;
     BusyDisplay& busy_;
     ListDesk& list_;
+    DeliveryDesk& delivery_;
     bool isDue_ = false; // the Refresh command was given while a job ran
     bool isByTick_ = false;
     bool isDaily_ = true;             // DailyRefreshed() is to be told

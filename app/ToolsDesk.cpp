@@ -1,5 +1,6 @@
 #include "app/ToolsDesk.h"
 
+#include "app/DeliveryDesk.h"
 #include "app/KeepDeleted.h"
 #include "app/RefreshDesk.h"
 #include "app/SetupDesk.h"
@@ -10,6 +11,7 @@
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
+#include "settings/DeliveryKeys.h"
 #include "settings/frmMessageBox.h"
 
 #include <QLocale>
@@ -33,10 +35,22 @@ WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, cons
     }
 }
 
+/// The same by a mail server, which knows the postmaster without a domain (RFC 5321, section 4.5.1).
+WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record) {
+    const MessageRow row(QStringLiteral("quellbox.eml"), -1, 0, {});
+    const DeliveryOutcome outcome = transmitter.Transmit({{}, {"postmaster"}}, message, [] { return true; });
+    if (outcome.fate == DeliveryFate::Delivered) {
+        record.Take({row, std::nullopt, 0, outcome.words, true});
+        return std::nullopt;
+    }
+    record.Take({row, FileFailure(transmitter.Target(), outcome.words), 0, {}, true});
+    return outcome.words;
+}
+
 } // namespace
 
-ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup)
-    : parts_(parts), refresh_(refresh), setup_(setup) {
+ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup, DeliveryDesk& delivery)
+    : parts_(parts), refresh_(refresh), setup_(setup), delivery_(delivery) {
     connect(&parts_.jobs, &WindowJobs::Removing, this,
             [this](const QString& name) { parts_.panels.SetInfo(tr("Removing %1").arg(CleanseForDisplay(name))); });
     connect(&parts_.jobs, &WindowJobs::CleansingEnded, this,
@@ -82,7 +96,8 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
 
 // The test goes on whatever became of the selection; the question shows the folder that is then in force.
 void ToolsDesk::SendPickupTest() {
-    if (!IsPickupSetUp(parts_.state.PickupDir, parts_.ports.program.Directory)) {
+    const bool usesPickup = parts_.state.Delivery == QLatin1String(DeliveryKeys::pickup);
+    if (usesPickup && !IsPickupSetUp(parts_.state.PickupDir, parts_.ports.program.Directory)) {
         parts_.panels.SetInfo(tr("Exchange Pickup Directory not setup yet."));
         setup_.mnuOpenFolderSelect_Click(1);
     }
@@ -99,10 +114,12 @@ void ToolsDesk::ConfirmWhenIdle() {
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
-bool ToolsDesk::ConfirmPickupTest() {
+bool ToolsDesk::ConfirmPickupTest(const Transmitter* transmitter) {
     const RefreshTimer::Hold rest(parts_.timer);
-    return AskInMessageBox(QMessageBox::Warning,
-                           {QStringLiteral("msgConfirm"), WindowTitle(parts_.state.PickupDir), PickupTestQuestion()},
+    const QString title = transmitter == nullptr ? parts_.state.PickupDir.Text() : transmitter->Target();
+    const QString question =
+        transmitter == nullptr ? PickupTestQuestion() : TransmissionTestQuestion(transmitter->Target());
+    return AskInMessageBox(QMessageBox::Warning, {QStringLiteral("msgConfirm"), WindowTitle(title), question},
                            &parts_.window);
 }
 
@@ -111,9 +128,18 @@ void ToolsDesk::ConfirmAndSend() {
         return;
     }
     parts_.panels.SetInfo({});
-    if (!ConfirmPickupTest() || !parts_.jobs.EndRefresh()) {
+    const std::shared_ptr<Transmitter> transmitter = delivery_.NewTransmitter();
+    if (!ConfirmPickupTest(transmitter.get()) || !parts_.jobs.EndRefresh()) {
         return;
     }
+    if (transmitter) {
+        TransmitTest(transmitter);
+    } else {
+        WriteTest();
+    }
+}
+
+void ToolsDesk::WriteTest() {
     const QString moment = GeneralDate(parts_.ports.clock.Now(), QLocale());
     const std::shared_ptr<ActionRecord> record =
         parts_.journal.Begin({HistoryAction::PickupTest, {}, parts_.state.PickupDir});
@@ -121,12 +147,27 @@ void ToolsDesk::ConfirmAndSend() {
                        folder = QString(parts_.state.PickupDir), moment,
                        record] { return TryPickupTest(files, user, folder, moment, *record); };
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
-        if (error) {
-            parts_.errors.Show(*error);
-        } else {
-            parts_.panels.SetInfo(tr("Testmessage send. Verify postmaster mailbox now!"));
-        }
+        TellTest(error, tr("Testmessage send. Verify postmaster mailbox now!"));
     });
+}
+
+void ToolsDesk::TransmitTest(const std::shared_ptr<Transmitter>& transmitter) {
+    const QByteArray message =
+        TransmissionTestMessage(parts_.state.UserName, transmitter->Target(), parts_.ports.clock.Now());
+    const std::shared_ptr<ActionRecord> record =
+        parts_.journal.Begin({HistoryAction::PickupTest, {}, transmitter->Target()});
+    const auto send = [transmitter, message, record] { return TryTransmissionTest(*transmitter, message, *record); };
+    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
+        TellTest(error, tr("The mail server has taken the test message. Verify postmaster mailbox now!"));
+    });
+}
+
+void ToolsDesk::TellTest(const WindowJobs::Error& error, const QString& success) {
+    if (error) {
+        parts_.errors.Show(*error);
+    } else {
+        parts_.panels.SetInfo(success);
+    }
 }
 
 } // namespace quellbox

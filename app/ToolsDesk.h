@@ -1,13 +1,18 @@
 #pragma once
 
+#include "app/WindowJobs.h"
 #include "app/WindowParts.h"
 #include "dialogs/CleansingTask.h"
 
 #include <QObject>
 
+#include <memory>
+
 namespace quellbox {
 
+class DeliveryDesk;
 class RefreshDesk;
+class Transmitter;
 class SetupDesk;
 
 /// The tools: the cleansing wizard and the pickup test.
@@ -15,11 +20,11 @@ class ToolsDesk : public QObject {
     Q_OBJECT
 
 public:
-    ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup);
+    ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup, DeliveryDesk& delivery);
 
     void mnuToolsCleansing_Click();
 
-    /// Asks, and sends a message of the program's own by the pickup directory.
+    /// Asks, and sends a message of the program's own on the way on which messages are unblocked.
     void SendPickupTest();
 
 private:
@@ -28,11 +33,15 @@ private:
     void jobs_CleansingEnded(const CleansingResult& result);
     void ConfirmWhenIdle();
     void ConfirmAndSend();
-    bool ConfirmPickupTest();
+    bool ConfirmPickupTest(const Transmitter* transmitter);
+    void TransmitTest(const std::shared_ptr<Transmitter>& transmitter);
+    void WriteTest();
+    void TellTest(const WindowJobs::Error& error, const QString& success);
 
     WindowParts parts_;
     RefreshDesk& refresh_;
     SetupDesk& setup_;
+    DeliveryDesk& delivery_;
 };
 
 } // namespace quellbox

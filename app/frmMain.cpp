@@ -3,6 +3,7 @@
 #include "app/ActionDesk.h"
 #include "app/BusyDisplay.h"
 #include "app/ContentsPane.h"
+#include "app/DeliveryDesk.h"
 #include "app/ExpiryDesk.h"
 #include "app/ExportDesk.h"
 #include "app/FindDesk.h"
@@ -82,14 +83,15 @@ void frmMain::CreateDesks() {
     panes_ = std::make_unique<PanesLayout>(parts_);
     busy_ = std::make_unique<BusyDisplay>(parts_);
     list_ = std::make_unique<ListDesk>(parts_, *busy_);
-    refresh_ = std::make_unique<RefreshDesk>(parts_, *busy_, *list_);
+    delivery_ = std::make_unique<DeliveryDesk>(parts_);
+    refresh_ = std::make_unique<RefreshDesk>(parts_, *busy_, *list_, *delivery_);
     expiry_ = std::make_unique<ExpiryDesk>(parts_, *refresh_);
-    actions_ = std::make_unique<ActionDesk>(parts_, *list_);
+    actions_ = std::make_unique<ActionDesk>(parts_, *list_, *delivery_);
     find_ = std::make_unique<FindDesk>(parts_, *list_);
     export_ = std::make_unique<ExportDesk>(parts_);
     history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_, *export_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
-    tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_);
+    tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_, *delivery_);
     tray_ = std::make_unique<TrayPresence>(TrayParts{*this, menus_->Entry("mnuViewHide"), menus_->Menu("mnuTray"),
                                                      ports_.tray, state_, ports_.program.Title});
     help_ =
@@ -99,6 +101,7 @@ void frmMain::CreateDesks() {
 void frmMain::ConnectParts() {
     connect(list_.get(), &ListDesk::Counted, tray_.get(), &TrayPresence::ShowCount);
     connect(refresh_.get(), &RefreshDesk::Refreshed, this, &frmMain::Refreshed);
+    connect(refresh_.get(), &RefreshDesk::DailyRefreshed, delivery_.get(), &DeliveryDesk::BringBackLeftBehind);
     connect(find_.get(), &FindDesk::NothingFound, this, &frmMain::NothingFound);
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, this, &frmMain::UpdateMainCaption);
@@ -306,6 +309,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     timer_.Close();
     jobs_.Close();
     expiry_->Close();
+    delivery_->Close();
     history_->Close();
     journal_.Hurry();
     contents_->Close();

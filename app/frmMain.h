@@ -12,6 +12,7 @@ namespace quellbox {
 
 class ActionDesk;
 class BusyDisplay;
+class DeliveryDesk;
 class ExpiryDesk;
 class ExportDesk;
 class FindDesk;
@@ -113,6 +114,7 @@ private:
     std::unique_ptr<BusyDisplay> busy_;
     std::unique_ptr<ListDesk> list_;
     std::unique_ptr<RefreshDesk> refresh_;
+    std::unique_ptr<DeliveryDesk> delivery_;
     std::unique_ptr<ExpiryDesk> expiry_;
     std::unique_ptr<ActionDesk> actions_;
     std::unique_ptr<FindDesk> find_;

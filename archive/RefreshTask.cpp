@@ -113,6 +113,7 @@ void RefreshTask::TakeListing(Listing listing) {
         return;
     }
     result_.mayHoldKept = listing.dotFolders.contains(KeptFoldersName());
+    result_.mayHoldSent = listing.dotFolders.contains(SendingFolderName());
     const int maximum = static_cast<int>(listing.files.size()) + 1;
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {

@@ -43,6 +43,7 @@ struct RefreshResult {
     bool lastMessageWasRead = false; ///< the last message that was opened has header fields
     bool cannotFollow = false;       ///< nothing could be added, because the file that was listed last has gone
     bool mayHoldKept = false; ///< the archive seems to have a folder with deleted messages; no call was made for that
+    bool mayHoldSent = false; ///< the same with one of messages that are being sent
     std::vector<FileFailure> failures; ///< tolerated messages that could not be moved, and stay in the list
 };
 

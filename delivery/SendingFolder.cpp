@@ -36,8 +36,12 @@ QString WithText(const QString& name, const QString& text) {
 
 } // namespace
 
+QString SendingFolderName() {
+    return QStringLiteral(".quellbox-sending");
+}
+
 Folder SendingFolderOf(const Folder& archive) {
-    return archive.PathOf(QStringLiteral(".quellbox-sending") + SeparatorOf(archive));
+    return archive.PathOf(SendingFolderName() + SeparatorOf(archive));
 }
 
 std::optional<SendingName> ParseSendingName(const QString& name) {

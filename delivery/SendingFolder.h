@@ -15,6 +15,7 @@ namespace quellbox {
 /// A message that is being sent is in a hidden folder of its archive, so that no other program sends it as well, and so
 /// that it is known after a crash of which messages nobody knows whether they were delivered. One rename puts it there,
 /// and one brings it back.
+QString SendingFolderName();
 Folder SendingFolderOf(const Folder& archive);
 
 /// The name under which a message is in the folder: when it came there, and what it was called.

@@ -1,11 +1,26 @@
 #include "dialogs/PickupTest.h"
 
+#include "mail/DisplayText.h"
 #include "platform/AnsiText.h"
 
 #include <QCoreApplication>
 #include <QStringList>
 
 namespace quellbox {
+
+namespace {
+
+/// Base64 in lines of the length that RFC 2045, section 6.8, allows.
+QByteArray InLines(const QByteArray& base64) {
+    constexpr qsizetype length = 76;
+    QByteArray lines;
+    for (qsizetype start = 0; start < base64.size(); start += length) {
+        lines += base64.mid(start, length) + "\r\n";
+    }
+    return lines;
+}
+
+} // namespace
 
 bool IsPickupSetUp(const Folder& pickupDir, const Folder& programDir) {
     return !pickupDir.Text().startsWith(programDir.Text(), Qt::CaseSensitive);
@@ -49,6 +64,33 @@ QByteArray PickupTestMessage(const QString& userName, const QString& pickupDir, 
         {},
     };
     return AnsiText(lines.join(QStringLiteral("\r\n")));
+}
+
+QString TransmissionTestQuestion(const QString& target) {
+    return QCoreApplication::translate("quellbox", "OK to send test message to postmaster?") +
+           QStringLiteral("\r\n\r\n") +
+           QCoreApplication::translate("quellbox", "This will verify the delivery by %1.").arg(CleanseForDisplay(target));
+}
+
+QByteArray TransmissionTestMessage(const QString& userName, const QString& target, const QDateTime& moment) {
+    const QString user = CleanseForDisplay(userName);
+    const QStringList lines = {
+        QStringLiteral("Date: ") + QLocale::c().toString(moment.toUTC(), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss")) +
+            QStringLiteral(" +0000"),
+        QStringLiteral("From: \"Quellbox\" <postmaster>"),
+        QStringLiteral("To: <postmaster>"),
+        QStringLiteral("Subject: Quellbox is testing the delivery of unblocked messages"),
+        QStringLiteral("MIME-Version: 1.0"),
+        QStringLiteral("Content-Type: text/plain; charset=utf-8"),
+        QStringLiteral("Content-Transfer-Encoding: base64"),
+        {},
+    };
+    const QString text =
+        QStringLiteral("If you can see this message, Quellbox can deliver unblocked messages by %1.\r\n\r\n"
+                       "Kind regards, %2\r\n")
+            .arg(CleanseForDisplay(target), user);
+    return lines.join(QStringLiteral("\r\n")).toLatin1() + "\r\n" +
+           InLines(text.toUtf8().toBase64());
 }
 
 void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment) {

@@ -27,6 +27,11 @@ QString PickupTestPath(const QString& pickupDir);
 /// The test message's bytes: lines with CRLF in the system's ANSI code page. `moment` is written as it stands.
 QByteArray PickupTestMessage(const QString& userName, const QString& pickupDir, const QString& moment);
 
+/// The same for a test of another way: `target` is as ReleaseWay::Target() has it. The message has a date (RFC 5322,
+/// section 3.6), which a mail server does not add for everyone.
+QString TransmissionTestQuestion(const QString& target);
+QByteArray TransmissionTestMessage(const QString& userName, const QString& target, const QDateTime& moment);
+
 /// Writes the test message into the pickup folder, where it replaces an earlier one. Throws FileError.
 void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment);
 

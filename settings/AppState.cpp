@@ -12,4 +12,8 @@ std::array<QString, 8> MakeFilterCaptions() {
     return captions;
 }
 
+QString SmtpAccount(const AppState& state) {
+    return QStringLiteral("smtp:%1@%2:%3").arg(state.SmtpUser, state.SmtpHost.toLower()).arg(state.SmtpPort);
+}
+
 } // namespace quellbox

@@ -74,6 +74,9 @@ struct AppState {
     QString ToleranceResult;      ///< result of the whitelist dialog: "OK" or empty
 };
 
+/// The account under which the password for the mail server is kept, which changes with what it is for.
+QString SmtpAccount(const AppState& state);
+
 /// The caption suffixes of the day filter, indexed by its day count; empty for a count that has none.
 std::array<QString, 8> MakeFilterCaptions();
 

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/WindowParts.h"
+#include "delivery/AwaitedPassword.h"
+#include "delivery/ReleaseWay.h"
+#include "delivery/Transmitter.h"
+#include "platform/OrderedWork.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quellbox {
+
+struct RefreshResult;
+
+/// Makes the way on which messages are unblocked, as the settings have it, and looks after messages that a program has
+/// left on their way.
+class DeliveryDesk : public QObject {
+    Q_OBJECT
+
+public:
+    explicit DeliveryDesk(const WindowParts& parts);
+
+    /// The way for one action on the present archive; null where messages go into the pickup directory. A password that
+    /// is needed is asked for at once, and whoever releases a message waits for it.
+    std::shared_ptr<ReleaseWay> NewWay();
+
+    /// Who transmits a message that is in no archive; null as with NewWay().
+    std::shared_ptr<Transmitter> NewTransmitter();
+
+    /// Where the messages of `way` go, for the history.
+    QString TargetOf(const std::shared_ptr<ReleaseWay>& way) const;
+
+    /// What is under way ends as soon as it can.
+    void Close();
+
+    /// Brings back what was being sent when a program ended, unless another one may still be at it.
+    void BringBackLeftBehind(const RefreshResult& result);
+
+private:
+    std::unique_ptr<Transmitter> MakeTransmitter();
+    std::shared_ptr<const AwaitedPassword> AskForPassword();
+    void TellLeftBehind(const Folder& archive, const QStringList& names);
+
+    WindowParts parts_;
+    std::vector<std::weak_ptr<ReleaseWay>> ways_;
+    std::optional<OrderedWork<QStringList>> bringing_;
+};
+
+} // namespace quellbox
