@@ -8,6 +8,7 @@
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
 #include "history/Journal.h"
+#include "platform/PasswordStore.h"
 #include "settings/SettingsTable.h"
 
 #include <QApplication>
@@ -118,6 +119,21 @@ void SetupDesk::ShowOptionsOn(int tab) {
     ShowOptions();
 }
 
+// An empty one is none.
+void SetupDesk::KeepPassword(const QString& password) {
+    const auto tell = [this](const PasswordAnswer& answer) {
+        if (!answer.error.isEmpty()) {
+            parts_.errors.Show(tr("The password for the mail server could not be kept: %1").arg(answer.error));
+        }
+    };
+    const QString account = SmtpAccount(parts_.state);
+    if (password.isEmpty()) {
+        parts_.ports.passwords.Remove(account, *this, tell);
+    } else {
+        parts_.ports.passwords.Write(account, password, *this, tell);
+    }
+}
+
 void SetupDesk::ShowOptions() {
     const MainPorts& ports = parts_.ports;
     const qint16 levelBefore = parts_.state.TolerationLevel;
@@ -131,6 +147,7 @@ void SetupDesk::ShowOptions() {
         parts_.errors.Guard([&] { folder = SelectDirectory(index); });
         return folder;
     };
+    calls.keepPassword = [this](const QString& password) { KeepPassword(password); };
     calls.maintainWhitelist = [this] { parts_.errors.Guard(maintainWhitelist_); };
     {
         const RefreshTimer::Hold rest(parts_.timer);

@@ -37,6 +37,7 @@ Q_SIGNALS:
 private:
     bool AskForDirectory(const QString& title);
     void ShowOptions();
+    void KeepPassword(const QString& password);
     void ShowOptionsOn(int tab);
 
     WindowParts parts_;

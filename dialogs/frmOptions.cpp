@@ -114,6 +114,7 @@ void frmOptions::ShowServers() {
         ui_->cboServer->addItem(QCoreApplication::translate("quellbox", profile.name), profile.key);
     }
     ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(ProfileOf(state_.ServerProfile).key));
+    ui_->delivery->ShowSettings(state_);
 }
 
 void frmOptions::ConnectControls() {
@@ -251,6 +252,13 @@ bool frmOptions::TakeServer() {
     return chosen != before;
 }
 
+void frmOptions::TakeDelivery() {
+    ui_->delivery->TakeSettings(state_);
+    if (const std::optional<QString> password = ui_->delivery->EnteredPassword()) {
+        calls_.keepPassword(*password);
+    }
+}
+
 void frmOptions::btnPickup_Click() {
     ui_->txtPickup->setText(CleanseForDisplay(calls_.selectDirectory(1)));
     ShowInformation();
@@ -260,6 +268,11 @@ void frmOptions::cmdOK_Click() {
     if (ui_->txtRefreshInterval->isModified()) {
         txtRefreshInterval_Validate(); // pressed without having got the focus
     }
+    if (!ui_->delivery->IsComplete()) {
+        ui_->tbsOptions->setCurrentWidget(ui_->tabServer);
+        return;
+    }
+    TakeDelivery();
     const bool changed = TakeServer() || ChosenFilter != state_.FilterDays;
     state_.FilterDays = ChosenFilter;
     calls_.filterTaken(changed);

@@ -28,6 +28,8 @@ struct OptionsCalls {
     std::function<QString(qint16)> selectDirectory;
     /// Opens the whitelist dialog above this one.
     std::function<void()> maintainWhitelist;
+    /// OK took over the way of delivery, with a new password for the mail server.
+    std::function<void(const QString& password)> keepPassword;
 };
 
 /// The dialog that edits the settings in memory. OK takes them over; directories chosen stay even after Cancel.
@@ -64,6 +66,7 @@ private:
     void TellDetected(const QString& text);
     void DropDetection();
     bool TakeServer();
+    void TakeDelivery();
     void cmdOK_Click();
 
     const FileSystem& files_;

@@ -1,0 +1,96 @@
+#include "dialogs/frmDeliveryFields.h"
+
+#include "delivery/DeliveryCommand.h"
+#include "settings/DeliveryKeys.h"
+#include "ui_frmDeliveryFields.h"
+
+#include <QAccessible>
+
+namespace quellbox {
+
+namespace {
+
+constexpr int lastPort = 65535;
+
+void Choose(QComboBox& box, const QString& key) {
+    box.setCurrentIndex(std::max(0, box.findData(key)));
+}
+
+} // namespace
+
+DeliveryFields::DeliveryFields(QWidget* parent) : QWidget(parent), ui_(new Ui::frmDeliveryFields) {
+    ui_->setupUi(this);
+    FillChoices();
+    ui_->txtSmtpPort->SetBounds(1, lastPort);
+    connect(ui_->cboDelivery, &QComboBox::currentIndexChanged, this, &DeliveryFields::cboDelivery_Change);
+    cboDelivery_Change();
+}
+
+DeliveryFields::~DeliveryFields() = default;
+
+// The places of the ways are those of their pages.
+void DeliveryFields::FillChoices() {
+    ui_->cboDelivery->addItem(tr("the pickup directory"), QLatin1String(DeliveryKeys::pickup));
+    ui_->cboDelivery->addItem(tr("SMTP, to a mail server"), QLatin1String(DeliveryKeys::smtp));
+    ui_->cboDelivery->addItem(tr("a command"), QLatin1String(DeliveryKeys::command));
+    ui_->cboSmtpSecurity->addItem(tr("TLS as soon as the server offers it (STARTTLS)"),
+                                  QLatin1String(SecurityKeys::startTls));
+    ui_->cboSmtpSecurity->addItem(tr("TLS from the beginning"), QLatin1String(SecurityKeys::tls));
+    ui_->cboSmtpSecurity->addItem(tr("none; then without a user"), QLatin1String(SecurityKeys::none));
+}
+
+void DeliveryFields::ShowSettings(const AppState& state) {
+    Choose(*ui_->cboDelivery, state.Delivery);
+    ui_->txtSmtpHost->setText(state.SmtpHost);
+    ui_->txtSmtpPort->SetValue(state.SmtpPort);
+    Choose(*ui_->cboSmtpSecurity, state.SmtpSecurity);
+    ui_->txtSmtpUser->setText(state.SmtpUser);
+    ui_->txtDeliveryCommand->setText(state.DeliveryCommand);
+}
+
+void DeliveryFields::cboDelivery_Change() {
+    ui_->stkDelivery->setCurrentIndex(ui_->cboDelivery->currentIndex());
+    ui_->lblDeliveryTrouble->SetText({});
+}
+
+bool DeliveryFields::IsComplete() {
+    const QString way = ui_->cboDelivery->currentData().toString();
+    if (way == QLatin1String(DeliveryKeys::command) && !ParseDeliveryCommand(ui_->txtDeliveryCommand->text())) {
+        return Refuse(ui_->txtDeliveryCommand,
+                      tr("A command is needed: a program, and RECIPIENT... where the addresses belong."));
+    }
+    if (way != QLatin1String(DeliveryKeys::smtp)) {
+        return true;
+    }
+    if (ui_->txtSmtpHost->text().trimmed().isEmpty()) {
+        return Refuse(ui_->txtSmtpHost, tr("The name of the mail server is needed."));
+    }
+    const bool isOpen = ui_->cboSmtpSecurity->currentData().toString() == QLatin1String(SecurityKeys::none);
+    if (isOpen && !ui_->txtSmtpUser->text().trimmed().isEmpty()) {
+        return Refuse(ui_->cboSmtpSecurity, tr("A password is sent through a secured connection only."));
+    }
+    return true;
+}
+
+// Assistive tools read it with the field.
+bool DeliveryFields::Refuse(QWidget* field, const QString& why) {
+    ui_->lblDeliveryTrouble->SetText(why);
+    field->setAccessibleDescription(why);
+    field->setFocus();
+    return false;
+}
+
+void DeliveryFields::TakeSettings(AppState& state) const {
+    state.Delivery = ui_->cboDelivery->currentData().toString();
+    state.SmtpHost = ui_->txtSmtpHost->text().trimmed();
+    state.SmtpPort = ui_->txtSmtpPort->Value();
+    state.SmtpSecurity = ui_->cboSmtpSecurity->currentData().toString();
+    state.SmtpUser = ui_->txtSmtpUser->text().trimmed();
+    state.DeliveryCommand = ui_->txtDeliveryCommand->text();
+}
+
+std::optional<QString> DeliveryFields::EnteredPassword() const {
+    return ui_->txtSmtpPassword->isModified() ? std::optional(ui_->txtSmtpPassword->text()) : std::nullopt;
+}
+
+} // namespace quellbox

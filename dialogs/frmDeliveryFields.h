@@ -1,0 +1,43 @@
+#pragma once
+
+#include "settings/AppState.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class frmDeliveryFields;
+}
+
+namespace quellbox {
+
+/// The controls for the way on which messages are unblocked: which one it is, and what it needs to know.
+class DeliveryFields : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DeliveryFields(QWidget* parent = nullptr);
+    ~DeliveryFields() override;
+
+    /// Shows what is set. The password stays where it is kept.
+    void ShowSettings(const AppState& state);
+
+    /// True when the chosen way has what it needs; else says what is missing, and gives that field the focus.
+    bool IsComplete();
+
+    void TakeSettings(AppState& state) const;
+
+    /// The password that was entered; nothing when that field was left alone.
+    std::optional<QString> EnteredPassword() const;
+
+private:
+    void FillChoices();
+    void cboDelivery_Change();
+    bool Refuse(QWidget* field, const QString& why);
+
+    std::unique_ptr<Ui::frmDeliveryFields> ui_;
+};
+
+} // namespace quellbox
