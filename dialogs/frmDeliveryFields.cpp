@@ -4,7 +4,7 @@
 #include "settings/DeliveryKeys.h"
 #include "ui_frmDeliveryFields.h"
 
-#include <QAccessible>
+#include <algorithm>
 
 namespace quellbox {
 
@@ -50,7 +50,7 @@ void DeliveryFields::ShowSettings(const AppState& state) {
 
 void DeliveryFields::cboDelivery_Change() {
     ui_->stkDelivery->setCurrentIndex(ui_->cboDelivery->currentIndex());
-    ui_->lblDeliveryTrouble->SetText({});
+    ui_->lblDeliveryTrouble->setText({});
 }
 
 bool DeliveryFields::IsComplete() {
@@ -74,7 +74,7 @@ bool DeliveryFields::IsComplete() {
 
 // Assistive tools read it with the field.
 bool DeliveryFields::Refuse(QWidget* field, const QString& why) {
-    ui_->lblDeliveryTrouble->SetText(why);
+    ui_->lblDeliveryTrouble->setText(why);
     field->setAccessibleDescription(why);
     field->setFocus();
     return false;

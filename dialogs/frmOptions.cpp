@@ -269,7 +269,7 @@ void frmOptions::cmdOK_Click() {
         txtRefreshInterval_Validate(); // pressed without having got the focus
     }
     if (!ui_->delivery->IsComplete()) {
-        ui_->tbsOptions->setCurrentWidget(ui_->tabServer);
+        ui_->tbsOptions->setCurrentWidget(ui_->fraOptions6);
         return;
     }
     TakeDelivery();
