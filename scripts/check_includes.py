@@ -3,7 +3,7 @@
 
 - A folder includes itself and those before it in FOLDERS, never later ones.
 - The core (every file of FOLDERS before app/ that is not named frm*) includes nothing of QtWidgets or QtGui.
-- GMime and GLib headers stay in mail/, those of QtSql in history/.
+- GMime and GLib headers stay in mail/, those of QtSql in history/, those of curl in delivery/.
 - System headers, QSettings and tests for the operating system stay in platform/.
 """
 import glob
@@ -11,11 +11,12 @@ import os
 import re
 import sys
 
-FOLDERS = ["platform", "mail", "settings", "messages", "history", "whitelist", "contents", "archive", "dialogs", "app"]
+FOLDERS = ["platform", "mail", "settings", "messages", "delivery", "history", "whitelist", "contents", "archive", "dialogs", "app"]
 # Folders that nothing in FOLDERS may include.
 OUTER_FOLDERS = ["samples", "tests", "benchmarks", "fuzz"]
 MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject)([-/].*)?(\.h)?$")
 SQL_HEADER = re.compile(r"(QtSql(/.*)?|QSql\w*|qsql\w*\.h)$")
+CURL_HEADER = re.compile(r"curl/.*")
 SYSTEM_HEADER = re.compile(
     r"(sys|linux|arpa|netinet|net)/.*|"
     r"(unistd|fcntl|pwd|grp|dirent|poll|mntent|dlfcn|signal|pthread|termios|utime|windows|winnetwk|winioctl|aclapi|"
@@ -84,6 +85,8 @@ def check_include(path, quote, name):
         problems.append(f"{name} belongs into mail/")
     if folder != "history" and SQL_HEADER.match(name):
         problems.append(f"{name} belongs into history/")
+    if folder != "delivery" and CURL_HEADER.match(name):
+        problems.append(f"{name} belongs into delivery/")
     if folder != "platform" and SYSTEM_HEADER.match(name):
         problems.append(f"{name} belongs into platform/")
     return problems

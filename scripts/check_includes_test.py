@@ -39,6 +39,8 @@ class CheckIncludesTest(unittest.TestCase):
     def test_mail_library(self):
         self.accept("mail/A.cpp", "#include <gmime/gmime.h>", "#include <glib.h>")
         self.reject("archive/A.cpp", "#include <gmime/gmime.h>")
+        self.accept("delivery/A.cpp", "#include <curl/curl.h>")
+        self.reject("app/A.cpp", "#include <curl/curl.h>")
         self.reject("app/A.cpp", "#include <glib.h>")
 
     def test_system(self):

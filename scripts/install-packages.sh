@@ -12,13 +12,14 @@ run_packages=(
   make              # make run, make test
   cmake             # build description
   ninja-build       # the build tool of the presets
-  pkg-config        # finds the mail library
+  pkg-config        # finds the libraries that are not Qt's
   qt6-base-dev      # windows, settings, threads
   qt6-tools-dev     # how CMake finds what compiles the translations
   qt6-l10n-tools    # compiles them, and extracts the texts to translate
   libqt6svg6        # draws the icons
   libqt6sql6-sqlite # keeps the history of actions in a database
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
+  libcurl4-openssl-dev # connections to mail servers: TLS, logging in
   fonts-dejavu-core # a font, where the machine has none
   fonts-droid-fallback # Chinese, Japanese and Korean, which the font above lacks
   xvfb xauth        # a virtual display for "make run" on a machine without one
@@ -31,6 +32,7 @@ test_packages=(
   smbnetfs          # a client that mounts its shares
   gvfs-backends gvfs-fuse libglib2.0-bin # another one: the desktop's, and the command that connects a share
   qt6-translations-l10n # Qt's own texts in German
+  openssl           # makes the certificates of the mail server that tests connect to
   clang-format      # check of the layout
   clang-tidy        # check of the code
   cppcheck          # another one, which finds other things
