@@ -3,6 +3,13 @@
 #include "platform/PasswordStore.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QMap>
 #include <QObject>
 
 #include <qt6keychain/keychain.h>
@@ -15,9 +22,10 @@ namespace {
 
 const QString serviceName = QStringLiteral("Quellbox");
 
-QString NoStoreText() {
-    return QCoreApplication::translate("quellbox",
-                                       "There is no password store. GNOME Keyring and KWallet are programs for that.");
+using SecretAttributes = QMap<QString, QString>;
+
+QString LockedText() {
+    return QCoreApplication::translate("quellbox", "The password store is locked.");
 }
 
 /// What the user reads of an error; the library's own words are those of whoever keeps the passwords.
@@ -26,15 +34,16 @@ QString KeychainErrorText(const QKeychain::Job& job) {
     case QKeychain::AccessDeniedByUser:
         return QCoreApplication::translate("quellbox", "The password store was not opened, because that was refused.");
     case QKeychain::AccessDenied:
-        return QCoreApplication::translate("quellbox", "The password store is locked.");
-    case QKeychain::NoBackendAvailable:
-        return NoStoreText();
+        return LockedText();
     default:
         break;
     }
-    // The name of the error when nobody on the bus answers (D-Bus specification, "Message Bus Messages").
-    if (job.errorString().contains(QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown"))) {
-        return NoStoreText();
+    // With these words the bus tells that it knows nobody of the name.
+    if (job.error() == QKeychain::NoBackendAvailable ||
+        job.errorString().contains(QLatin1String("org.freedesktop.secrets"))) {
+        return QCoreApplication::translate("quellbox", "There is no password store. GNOME Keyring and KWallet are "
+                                                       "programs for that. The system says: %1")
+            .arg(job.errorString());
     }
     return QCoreApplication::translate("quellbox", "The password store cannot be used: %1").arg(job.errorString());
 }
@@ -49,6 +58,25 @@ PasswordAnswer AnswerOf(const QKeychain::Job& job) {
         answer.password = reading->textData();
     }
     return answer;
+}
+
+/// Where the user did not open a locked collection, the library says of a password in there that there is none, or that
+/// it has been removed. So the service is asked, which finds without opening what is there (Secret Service API Draft,
+/// "Service.SearchItems"); where KWallet or nobody answers to its name, the library is right.
+void TellUnlessLocked(const QString& account, QObject& context, const PasswordStore::Take& take) {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
+        QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("SearchItems"));
+    question << QVariant::fromValue(
+        SecretAttributes{{QStringLiteral("user"), account}, {QStringLiteral("server"), serviceName}});
+    question.setAutoStartService(false);
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), &context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context, [take](QDBusPendingCallWatcher* ended) {
+        ended->deleteLater();
+        const QDBusPendingReply<QList<QDBusObjectPath>, QList<QDBusObjectPath>> reply = *ended;
+        const bool isLocked = reply.isValid() && !reply.argumentAt<1>().isEmpty();
+        take(isLocked ? PasswordAnswer{{}, LockedText()} : PasswordAnswer());
+    });
 }
 
 /// The store that QtKeychain finds on the desktop.
@@ -73,19 +101,29 @@ private:
     static void Start(QKeychain::Job* job, const QString& account, QObject& context, Take take) {
         job->setKey(account);
         job->setInsecureFallback(false);
-        // The next job waits until this signal has been heard by all, so whoever is told may open a dialog only later.
-        QObject::connect(job, &QKeychain::Job::finished, &context,
-                         [&context, take = std::move(take)](const QKeychain::Job* ended) {
-                             const auto tell = [take, answer = AnswerOf(*ended)] { take(answer); };
-                             QMetaObject::invokeMethod(&context, tell, Qt::QueuedConnection);
-                         });
+        QObject::connect(
+            job, &QKeychain::Job::finished, &context,
+            [&context, take = std::move(take)](const QKeychain::Job* ended) { Tell(*ended, context, take); });
         job->start();
+    }
+
+    static void Tell(const QKeychain::Job& job, QObject& context, const Take& take) {
+        const PasswordAnswer answer = AnswerOf(job);
+        const bool hasWritten = qobject_cast<const QKeychain::WritePasswordJob*>(&job) != nullptr;
+        if (answer.error.isEmpty() && !answer.password && !hasWritten) {
+            TellUnlessLocked(job.key(), context, take);
+            return;
+        }
+        // The next job waits until all who listen to this one have heard of its end; who is told may open a dialog.
+        QMetaObject::invokeMethod(
+            &context, [take, answer] { take(answer); }, Qt::QueuedConnection);
     }
 };
 
 } // namespace
 
 std::unique_ptr<PasswordStore> MakePasswordStore() {
+    qDBusRegisterMetaType<SecretAttributes>();
     return std::make_unique<KeychainPasswordStore>();
 }
 

@@ -107,12 +107,10 @@ bool SecretSession::Lock() const {
     return gdbus.waitForFinished(longestLockMs) && gdbus.exitCode() == 0;
 }
 
-void SecretSession::EndKeeper() const {
+bool SecretSession::EndKeeper() const {
     QFile file(Path("start/keeper.pid"));
     const pid_t keeper = file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
-    if (keeper > 0) {
-        ::kill(keeper, SIGTERM);
-    }
+    return keeper > 0 && ::kill(keeper, SIGTERM) == 0 && WaitUntil([keeper] { return ::kill(keeper, 0) != 0; });
 }
 
 QStringList SecretSession::FilesWith(const QByteArray& bytes) const {

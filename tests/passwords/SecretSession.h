@@ -28,8 +28,9 @@ public:
     /// Locks the collection, as the user would by hand. False when nobody does it.
     bool Lock() const;
 
-    /// Ends the keeper, which the bus starts again at the next call, with what it has stored.
-    void EndKeeper() const;
+    /// Ends the keeper, which the bus starts again at the next call, with what it has stored. False when it does not
+    /// end.
+    bool EndKeeper() const;
 
     /// Every file of the session in which these bytes are, but for those from which the keeper starts.
     QStringList FilesWith(const QByteArray& bytes) const;
