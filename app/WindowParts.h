@@ -5,6 +5,7 @@
 #include "messages/StatusPanels.h"
 #include "platform/Clock.h"
 #include "platform/FileSystem.h"
+#include "platform/PasswordStore.h"
 #include "platform/SettingsStore.h"
 #include "platform/Shell.h"
 #include "platform/Volumes.h"
@@ -37,6 +38,7 @@ struct MainPorts {
     const Shell& shell;
     WorkPool& pool;
     const Volumes& volumes;
+    PasswordStore& passwords;
     const ProgramInfo& program;
     TrayIcon* tray = nullptr; ///< null is a desktop without a notification area
     /// How long the panes may show the message before, until the one that was clicked is there: no longer than a frame

@@ -88,10 +88,11 @@ int main(int argc, char** argv) {
     const std::unique_ptr<SettingsStore> store = OpenSettingsStore(program.ExecutableName);
     const std::unique_ptr<Clock> clock = MakeClock();
     const std::unique_ptr<Shell> shell = MakeShell();
+    const std::unique_ptr<PasswordStore> passwords = MakePasswordStore();
     ThreadWorkPool pool; // ends before the file system that its threads use
 
     SystemTrayIcon tray;
-    MainPorts ports{*files, *store, *clock, *shell, pool, *volumes, program, &tray};
+    MainPorts ports{*files, *store, *clock, *shell, pool, *volumes, *passwords, program, &tray};
     ports.historyFile = program.HistoryFile;
     if (quits) {
         ports.reportError = PrintError; // nobody would answer a box

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/frmMain.h"
+#include "tests/support/MemoryPasswordStore.h"
 #include "tests/support/MemorySettingsStore.h"
 
 #include <functional>
@@ -51,6 +52,7 @@ private:
     std::unique_ptr<Clock> clock_ = MakeClock();
     std::unique_ptr<Shell> shell_ = MakeShell();
     std::unique_ptr<Volumes> volumes_ = MakeVolumes();
+    MemoryPasswordStore passwords_;
     ProgramInfo program_;
     ThreadWorkPool pool_;
     std::unique_ptr<frmMain> form_;

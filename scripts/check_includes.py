@@ -20,7 +20,7 @@ CURL_HEADER = re.compile(r"curl/.*")
 SYSTEM_HEADER = re.compile(
     r"(sys|linux|arpa|netinet|net)/.*|"
     r"(unistd|fcntl|pwd|grp|dirent|poll|mntent|dlfcn|signal|pthread|termios|utime|windows|winnetwk|winioctl|aclapi|"
-    r"shellapi|shlobj|shlwapi|shobjidl|lmcons|io|direct)\.h$", re.IGNORECASE)
+    r"shellapi|shlobj|shlwapi|shobjidl|lmcons|wincred|io|direct)\.h|qt6keychain/.*$", re.IGNORECASE)
 SYSTEM_WORD = re.compile(r"\b(_WIN32|_WIN64|__linux__|__unix__|Q_OS_\w+|QSettings)\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 # Comments, and texts and characters (kept or dropped by the caller), in the order in which they begin.

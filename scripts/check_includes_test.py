@@ -44,10 +44,11 @@ class CheckIncludesTest(unittest.TestCase):
         self.reject("app/A.cpp", "#include <glib.h>")
 
     def test_system(self):
-        self.accept("platform/A.cpp", "#include <unistd.h>", "#include <sys/stat.h>", "#include <QSettings>", "#ifdef _WIN32")
+        self.accept("platform/A.cpp", "#include <qt6keychain/keychain.h>", "#include <unistd.h>", "#include <sys/stat.h>", "#include <QSettings>", "#ifdef _WIN32")
         self.reject("archive/A.cpp", "#include <unistd.h>")
         self.reject("mail/A.cpp", "#include <sys/stat.h>")
         self.reject("app/A.cpp", "#include <Windows.h>")
+        self.reject("app/A.cpp", "#include <qt6keychain/keychain.h>")
         self.reject("settings/A.cpp", "#include <QSettings>")
         self.reject("settings/A.cpp", "void Read(QSettings& store);")
         self.reject("app/main.cpp", "#ifdef _WIN32")

@@ -82,6 +82,8 @@ grep -q Verzeichnis "$work/help" || { cat "$work/help"; fail 'the help is not Ge
 for plugin in imageformats/libqsvg.so iconengines/libqsvgicon.so; do
   [ -n "$(find "$root/usr/lib" -path "*/qt6/plugins/$plugin")" ] || fail "$plugin is missing"
 done
+# The same goes for what reaches the passwords that the desktop keeps.
+[ -n "$(find "$root/usr/lib" -name libsecret-1.so.0)" ] || fail 'libsecret is missing'
 rm -r "$root/srv/archive" "$root/srv/home"
 
 step 'remove and purge'

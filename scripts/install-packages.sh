@@ -20,6 +20,8 @@ run_packages=(
   libqt6sql6-sqlite # keeps the history of actions in a database
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
   libcurl4-openssl-dev # connections to mail servers: TLS, logging in
+  qtkeychain-qt6-dev # hands passwords to whoever keeps them on the desktop
+  libsecret-1-0     # which it loads by itself, to reach a secret service such as GNOME Keyring
   fonts-dejavu-core # a font, where the machine has none
   fonts-droid-fallback # Chinese, Japanese and Korean, which the font above lacks
   xvfb xauth        # a virtual display for "make run" on a machine without one
@@ -38,8 +40,9 @@ test_packages=(
   cppcheck          # another one, which finds other things
   python3           # check of the #include lines
   git               # lists the project's files
-  dbus-daemon       # a bus of its own for the test of the tray icon and for the desktop's client of shares, and the bus
-                    # under that of assistive tools
+  dbus-daemon       # a bus of its own for the tests of the tray icon and of passwords and for the desktop's client of
+                    # shares, and the bus under that of assistive tools
+  gnome-keyring     # keeps passwords, in a session of the test's own
   python3-dbus      # speaks on that bus
   openbox           # a window manager for that test, which can minimize
   trayer            # a notification area for it

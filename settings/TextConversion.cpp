@@ -10,7 +10,7 @@
 namespace quellbox {
 namespace {
 
-bool IsDigit(QChar character) {
+bool IsAsciiDigit(QChar character) {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
@@ -19,7 +19,7 @@ bool IsBlank(QChar character) {
 }
 
 qsizetype SkipDigits(QStringView text, qsizetype at) {
-    while (at < text.size() && IsDigit(text[at])) {
+    while (at < text.size() && IsAsciiDigit(text[at])) {
         ++at;
     }
     return at;

@@ -1137,6 +1137,22 @@
         <source>No server has that name.</source>
         <translation>Kein Server heißt so.</translation>
     </message>
+    <message>
+        <source>The password store is locked.</source>
+        <translation>Der Passwortspeicher ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The password store was not opened, because that was refused.</source>
+        <translation>Der Passwortspeicher wurde nicht geöffnet, weil das abgelehnt wurde.</translation>
+    </message>
+    <message>
+        <source>There is no password store. GNOME Keyring and KWallet are programs for that. The system says: %1</source>
+        <translation>Es gibt keinen Passwortspeicher. GNOME Keyring und KWallet sind Programme dafür. Das System meldet: %1</translation>
+    </message>
+    <message>
+        <source>The password store cannot be used: %1</source>
+        <translation>Der Passwortspeicher kann nicht benutzt werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

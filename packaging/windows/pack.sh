@@ -12,7 +12,7 @@ mkdir -p "$folder/licenses"
 
 # What is no library of Windows itself would be missing where the program is started.
 ours=$("$triple-objdump" -p "$build/cmake/quellbox.exe" | awk '/DLL Name:/ { print tolower($3) }' | grep -vxE \
-  '(advapi32|authz|comctl32|comdlg32|d3d9|d3d11|dnsapi|dwmapi|dwrite|dxgi|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|netapi32|ole32|oleaut32|shcore|shell32|shlwapi|user32|userenv|uxtheme|version|winmm|ws2_32|wtsapi32|api-ms-win-core-[a-z0-9-]*)\.dll' || true)
+  '(advapi32|authz|bcrypt|comctl32|comdlg32|crypt32|d3d9|d3d11|dnsapi|dwmapi|dwrite|dxgi|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|netapi32|ole32|oleaut32|shcore|shell32|shlwapi|user32|userenv|uxtheme|version|winmm|ws2_32|wtsapi32|api-ms-win-core-[a-z0-9-]*)\.dll' || true)
 if [ -n "$ours" ]; then
   echo "The program wants libraries that Windows does not have:" $ours
   exit 1
@@ -23,7 +23,7 @@ cp "$build/cmake/Quellbox.chm" "$folder/"
 # text SOURCE TARGET - a text with the line ends that the system's editor understands.
 text() { sed 's/$/\r/' "$1" >"$folder/$2"; }
 text "$root/LICENSE" LICENSE.txt
-for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/*; do
+for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/* "$(cat "$build/curl.prefix")"/licenses/*; do
   text "$terms" "licenses/$(basename "$terms")"
 done
 for package in mingw-w64-common gcc-mingw-w64-x86-64-posix-runtime libz-mingw-w64-dev; do

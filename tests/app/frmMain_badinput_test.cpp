@@ -61,7 +61,7 @@ TEST_F(MainBadInput, WhatBecomesOfTheStoredSettingsMeanwhileIsToldOnClosing) {
 TEST_F(MainBadInput, ErrorsGoToWhomTheCallerNames) {
     Set("StatusBar", "perhaps");
     QStringList told;
-    MainPorts ports{files_, store_, clock_, shell_, pool_, volumes_, program_};
+    MainPorts ports{files_, store_, clock_, shell_, pool_, volumes_, passwords_, program_};
     ports.reportError = [&told](const QString& text) { told += text; };
     window_ = std::make_unique<frmMain>(ports);
     window_->show();

@@ -311,7 +311,7 @@ protected:
     void OpenOver(const Volumes& volumesInUse) {
         files = MakeFileSystem(volumesInUse);
         window = std::make_unique<frmMain>(
-            MainPorts{*files, store, *clock, shell, pool, volumesInUse, program, nullptr, loadPatience});
+            MainPorts{*files, store, *clock, shell, pool, volumesInUse, passwords, program, nullptr, loadPatience});
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     }

@@ -6,6 +6,7 @@
 #include "tests/soak/Messages.h"
 #include "tests/soak/User.h"
 #include "tests/soak/World.h"
+#include "tests/support/MemoryPasswordStore.h"
 #include "tests/support/MemorySettingsStore.h"
 
 #include <QApplication>
@@ -46,7 +47,7 @@ public:
             store_.SetValue(QStringLiteral("Settings"), QLatin1String(key), value);
         }
         store_.SetValue(QStringLiteral("Tolerate"), ToleratedSender(), QStringLiteral("0"));
-        MainPorts ports{*files_, store_, *clock_, *shell_, pool_, *volumes_, program_};
+        MainPorts ports{*files_, store_, *clock_, *shell_, pool_, *volumes_, passwords_, program_};
         ports.reportError = [this](const QString& text) { errors_ += text; };
         window_ = std::make_unique<frmMain>(ports);
         window_->show();
@@ -115,6 +116,7 @@ private:
     std::unique_ptr<Volumes> volumes_ = MakeVolumes();
     std::unique_ptr<FileSystem> files_ = MakeFileSystem(*volumes_);
     MemorySettingsStore store_;
+    MemoryPasswordStore passwords_;
     std::unique_ptr<Clock> clock_ = MakeClock();
     std::unique_ptr<Shell> shell_ = MakeShell();
     ProgramInfo program_;

@@ -7,6 +7,7 @@
 #include "tests/support/FakeVolumes.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/MemoryPasswordStore.h"
 #include "tests/support/MemorySettingsStore.h"
 #include "tests/support/NativePath.h"
 
@@ -70,7 +71,7 @@ protected:
 
     void Open() {
         window_ = std::make_unique<frmMain>(
-            MainPorts{files_, store_, clock_, shell_, pool_, volumes_, program_, tray_, loadPatience_});
+            MainPorts{files_, store_, clock_, shell_, pool_, volumes_, passwords_, program_, tray_, loadPatience_});
         connection_ = QObject::connect(window_.get(), &frmMain::Refreshed, [this] { ++refreshes_; });
         window_->show();
         window_->activateWindow();
@@ -221,6 +222,7 @@ protected:
     FixedClock clock_{noon_.addSecs(3600)};
     FakeShell shell_;
     FakeVolumes volumes_;
+    MemoryPasswordStore passwords_;
     ProgramInfo program_ = TestProgram(NativePath(QStringLiteral("/prog/")));
     ThreadWorkPool pool_;
     TrayIcon* tray_ = nullptr;

@@ -6,6 +6,7 @@
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FakeShell.h"
 #include "tests/support/FakeVolumes.h"
+#include "tests/support/MemoryPasswordStore.h"
 #include "tests/support/MemorySettingsStore.h"
 
 #include <QApplication>
@@ -71,8 +72,8 @@ protected:
     }
 
     void Open() {
-        window = std::make_unique<frmMain>(MainPorts{*files, store, *clock, shell, pool, volumes, program, nullptr,
-                                                     loadPatience, Teller(), true, historyFile});
+        window = std::make_unique<frmMain>(MainPorts{*files, store, *clock, shell, pool, volumes, passwords, program,
+                                                     nullptr, loadPatience, Teller(), true, historyFile});
         window->show();
         Activate();
         window->mnuAcRefresh_Click();
@@ -139,6 +140,7 @@ protected:
     std::unique_ptr<Clock> clock = MakeClock();
     FakeShell shell;
     FakeVolumes volumes;
+    MemoryPasswordStore passwords;
     ProgramInfo program = TestProgram(root.path() + QStringLiteral("/program/"));
     ThreadWorkPool pool;
     /// How long a click waits for its message. So long that it always is there after the click, however busy the
