@@ -156,7 +156,7 @@ void MeasureDeleting() {
     const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     Best with;
     Best without;
-    for (int round = 0; round < 5; ++round) {
+    for (int round = 0; round < 20; ++round) {
         without.Add(TimeDeleting(*files, nullptr, archive));
         ThreadWorkPool pool;
         {

@@ -110,6 +110,7 @@ int main(int argc, char** argv) {
     Best gone;
     Best kept;
     Best back;
+    Best backLater;
     for (int round = 0; round < rounds; ++round) {
         const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
         Fill(archive);
@@ -121,8 +122,12 @@ int main(int argc, char** argv) {
         const auto folder = std::make_shared<KeptFolder>(*files, archive, 30, QDateTime::currentDateTime());
         kept.Add(TimeDelete(*files, archive, folder));
         Require(FileNames(*files, folder->Path()).size() == fileCount, "not every message is kept");
-        const std::unique_ptr<FileSystem> later = MakeLocalFileSystem();
-        back.Add(TimePutBack(*later, archive, *folder));
+        back.Add(TimePutBack(*files, archive, *folder));
+        const auto again = std::make_shared<KeptFolder>(*files, archive, 30, QDateTime::currentDateTime());
+        Require(FileNames(*files, archive).size() == fileCount, "the archive is not full again");
+        kept.Add(TimeDelete(*files, archive, again));
+        const std::unique_ptr<FileSystem> later = MakeLocalFileSystem(); // as after a new start of the program
+        backLater.Add(TimePutBack(*later, archive, *again));
         Require(FileNames(*files, archive).size() == fileCount, "the archive is not full again");
         gone.Add(TimeDelete(*files, archive, nullptr));
         Require(FileNames(*files, archive).isEmpty(), "messages are left");
@@ -133,6 +138,8 @@ int main(int argc, char** argv) {
     Report("deleting what is kept", kept.seconds * 1e3, "ms");
     Report("deleting what is kept / bare rename", kept.seconds / bare.seconds, "times", "<= 1.5");
     Report("putting back / bare rename", back.seconds / bare.seconds, "times", "<= 1.5");
+    Report("putting back / deleting what is kept", back.seconds / kept.seconds, "times", "<= 1");
+    Report("the same after a new start", backLater.seconds / kept.seconds, "times", "<= 1");
     Report("deleting what is kept / deleting for good", kept.seconds / gone.seconds, "times");
     return 0;
 }

@@ -67,25 +67,16 @@ void PutBackTask::Start(std::vector<PutBack> items, QStringList emptied, std::sh
         MoveFiles();
         return;
     }
-    listing_.emplace(
+    preparing_.emplace(
         pool_, 1,
         [&files = files_, folders](size_t) {
-            ListFolders(files, folders);
+            for (const QString& folder : folders) {
+                files.PrepareMoves(folder);
+            }
             return true;
         },
         [](size_t, bool) {}, [this](SeriesEnd) { MoveFiles(); }, oneAtATime);
-    listing_->Start();
-}
-
-// Of a file in a folder that has been listed, the file system knows what it is, and need not ask again.
-void PutBackTask::ListFolders(const FileSystem& files, const QStringList& folders) {
-    for (const QString& folder : folders) {
-        try {
-            files.Entries(folder);
-        } catch (const FileError&) {
-            continue; // the moves will tell
-        }
-    }
+    preparing_->Start();
 }
 
 void PutBackTask::MoveFiles() {
@@ -165,7 +156,7 @@ void PutBackTask::Cancel() {
     } else if (moving_) {
         moving_->Cancel();
     } else {
-        listing_->GiveUp(); // it changes nothing
+        preparing_->GiveUp(); // it changes nothing
     }
 }
 
@@ -179,7 +170,7 @@ void PutBackTask::GiveUp() {
     } else if (moving_) {
         moving_->TakeFinishedAndGiveUp();
     } else {
-        listing_->GiveUp();
+        preparing_->GiveUp();
     }
 }
 

@@ -64,7 +64,6 @@ Q_SIGNALS:
 private:
     using Items = std::vector<PutBack>;
 
-    static void ListFolders(const FileSystem& files, const QStringList& folders);
     static PutBackFate Move(FileSystem& files, const PutBack& item, ActionRecord* record);
     static PutBackFate TryToMove(FileSystem& files, const PutBack& item);
     static void RemoveFolders(FileSystem& files, const QStringList& folders);
@@ -78,7 +77,7 @@ private:
     std::shared_ptr<const Items> items_;
     QStringList emptied_;
     std::shared_ptr<ActionRecord> record_;
-    std::optional<OrderedWork<bool>> listing_;
+    std::optional<OrderedWork<bool>> preparing_;
     std::optional<OrderedWork<PutBackFate>> moving_;
     std::optional<OrderedWork<bool>> removing_;
     PutBackResult result_;

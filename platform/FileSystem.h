@@ -105,6 +105,11 @@ public:
     /// at `to` is, where a share does not answer and it cannot be found out whether the source is still there.
     virtual void Move(const QString& from, const QString& to) = 0;
 
+    /// To be called before many files of `folder` are moved: a file system that would ask the server for the type of
+    /// each of them learns all types at once, unless it knows them. Does nothing when the folder cannot be read; the
+    /// moves will tell.
+    virtual void PrepareMoves(const QString& /*folder*/) const {}
+
     /// Moves a regular file (or the contents of the one that a symbolic link names) as Move() does, unless `keep`
     /// returns true for its status, which is read once. Returns whether the file was moved. Throws FileError, also when
     /// the status cannot be read, and what `keep` throws.

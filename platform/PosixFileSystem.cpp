@@ -62,30 +62,11 @@ public:
     }
 
     std::vector<FolderEntry> Entries(const QString& folder) const override {
-        const QByteArray path = SystemPath(folder);
-        const FolderStream stream(::opendir(path.constData()));
-        if (!stream) {
-            ThrowFileError(folder, errno);
-        }
         std::vector<FolderEntry> entries;
-        QSet<QByteArray> others;
-        errno = 0;
-        while (const dirent* entry = ::readdir(stream.get())) {
-            const QByteArrayView name(entry->d_name);
-            if (name != "." && name != "..") {
-                const EntryKind kind = KindOf(*entry);
-                entries.push_back({PathText(QByteArray::fromRawData(name.data(), name.size())), kind,
-                                   name.front() == '.', std::nullopt});
-                if (kind != EntryKind::File) {
-                    others.insert(name.toByteArray());
-                }
-            }
-            errno = 0;
-        }
-        if (errno != 0) {
-            ThrowFileError(folder, errno);
-        }
-        memory_.SetListed(path, std::move(others));
+        List(folder, [&entries](QByteArrayView name, EntryKind kind) {
+            entries.push_back(
+                {PathText(QByteArray::fromRawData(name.data(), name.size())), kind, name.front() == '.', std::nullopt});
+        });
         return entries;
     }
 
@@ -103,6 +84,17 @@ public:
     }
 
     std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override { return OpenFolderReader(folder); }
+
+    void PrepareMoves(const QString& folder) const override {
+        if (memory_.IsListed(PathBytes(folder))) {
+            return;
+        }
+        try {
+            List(folder, [](QByteArrayView, EntryKind) {});
+        } catch (const FileError&) {
+            return; // as agreed
+        }
+    }
 
     void Move(const QString& from, const QString& to) override { MoveFile(from, to, memory_); }
 
@@ -153,6 +145,34 @@ public:
     }
 
 private:
+    /// Calls `take(name, kind)` for everything in a folder, and remembers what there is no regular file. Throws
+    /// FileError.
+    template <class Take>
+    void List(const QString& folder, Take take) const {
+        const QByteArray path = SystemPath(folder);
+        const FolderStream stream(::opendir(path.constData()));
+        if (!stream) {
+            ThrowFileError(folder, errno);
+        }
+        QSet<QByteArray> others;
+        errno = 0;
+        while (const dirent* entry = ::readdir(stream.get())) {
+            const QByteArrayView name(entry->d_name);
+            if (name != "." && name != "..") {
+                const EntryKind kind = KindOf(*entry);
+                take(name, kind);
+                if (kind != EntryKind::File) {
+                    others.insert(name.toByteArray());
+                }
+            }
+            errno = 0;
+        }
+        if (errno != 0) {
+            ThrowFileError(folder, errno);
+        }
+        memory_.SetListed(path, std::move(others));
+    }
+
     /// Renames a closed file to `path`, which is replaced. Throws FileError.
     static void Replace(const TemporaryFile& fresh, const QString& path) {
         struct stat written {};

@@ -28,6 +28,10 @@ QString RealPath(const QByteArray& folder) {
     return real ? PathText(real.get()) : QString();
 }
 
+QByteArray WithSeparator(const QByteArray& folder) {
+    return folder.endsWith('/') ? folder : folder + '/';
+}
+
 bool LieInTwoShares(const QByteArray& from, const QByteArray& to) {
     const QString table = MountTableText();
     // Nearly always the question needs no calls that a server has to answer.
@@ -49,7 +53,12 @@ void FolderMemory::SetListed(const QByteArray& folder, QSet<QByteArray> others) 
         listed.others = std::move(others);
     }
     const QMutexLocker lock(&mutex_);
-    At(folder.endsWith('/') ? folder : folder + '/') = std::move(listed);
+    At(WithSeparator(folder)) = std::move(listed);
+}
+
+bool FolderMemory::IsListed(const QByteArray& folder) const {
+    const QMutexLocker lock(&mutex_);
+    return folders_.value(WithSeparator(folder)).others.has_value();
 }
 
 bool FolderMemory::IsRegularFile(const QByteArray& path) const {

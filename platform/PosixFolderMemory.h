@@ -28,6 +28,9 @@ public:
     /// method for renaming is found out anew afterwards, since another file system may have been mounted there.
     void SetListed(const QByteArray& folder, QSet<QByteArray> others);
 
+    /// Whether the types of the files in a folder are known.
+    bool IsListed(const QByteArray& folder) const;
+
     /// Whether `path` is a regular file according to the last listing of its folder. A file that is newer than the
     /// listing counts as a regular one: what arrives in an archive are messages.
     bool IsRegularFile(const QByteArray& path) const;

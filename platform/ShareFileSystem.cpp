@@ -131,6 +131,13 @@ std::unique_ptr<FolderReader> ShareFileSystem::ReadFolder(const QString& folder)
     return files_->ReadFolder(FolderOrThrow(folder));
 }
 
+void ShareFileSystem::PrepareMoves(const QString& folder) const {
+    const QString local = LocalPath(folder, &ShareFileSystem::RememberedPlace);
+    if (!local.isEmpty()) {
+        files_->PrepareMoves(local);
+    }
+}
+
 void ShareFileSystem::Move(const QString& from, const QString& to) {
     files_->Move(ChangeablePath(from), ChangeablePath(to));
 }

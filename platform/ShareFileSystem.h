@@ -28,6 +28,7 @@ public:
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override;
+    void PrepareMoves(const QString& folder) const override;
     void Move(const QString& from, const QString& to) override;
     bool MoveUnless(const QString& from, const QString& to,
                     const std::function<bool(const FileStatus&)>& keep) override;

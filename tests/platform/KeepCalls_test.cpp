@@ -1,3 +1,4 @@
+#include "platform/RuntimeError.h"
 #include "tests/platform/SystemCalls.h"
 #include "tests/support/RealFiles.h"
 
@@ -50,10 +51,16 @@ TEST_F(KeepCallsTest, InAnotherSessionAListingTellsWhatLiesInTheFolder) {
     later->Move(kept_, from_);
     EXPECT_EQ(calls_.TakeCount(), 2) << "lstat, renameat2";
     later->Move(from_, kept_);
-    FileNames(*later, Path("archive/.kept/"));
+    later->PrepareMoves(Path("archive/.kept/"));
     calls_.TakeCount();
     later->Move(kept_, from_);
     EXPECT_EQ(calls_.TakeCount(), 1);
+}
+
+TEST_F(KeepCallsTest, AFolderThatIsMissingIsToldByTheMoves) {
+    EXPECT_NO_THROW(files_->PrepareMoves(Path("archive/.gone/")));
+    EXPECT_THROW(files_->Move(Path("archive/.gone/a.EML"), from_), FileError);
+    EXPECT_TRUE(files_->FileExists(from_));
 }
 
 } // namespace quellbox

@@ -39,6 +39,14 @@ public:
     mutable std::function<void()> whileResolving; ///< called once, before the place is returned
 };
 
+/// Files that note which folder they were to prepare.
+class PreparedFiles : public MemoryFileSystem {
+public:
+    void PrepareMoves(const QString& folder) const override { prepared.append(folder); }
+
+    mutable QStringList prepared;
+};
+
 class ShareFileSystemTest : public testing::Test {
 protected:
     ShareFileSystemTest() {
@@ -49,7 +57,7 @@ protected:
     }
 
     CountingVolumes volumes_;
-    MemoryFileSystem* local_ = new MemoryFileSystem; // owned by files_
+    PreparedFiles* local_ = new PreparedFiles; // owned by files_
     ShareFileSystem files_{std::unique_ptr<FileSystem>(local_), volumes_};
 };
 
@@ -67,6 +75,13 @@ TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
     files_.Move(Text("/pickup/b.eml"), Text(R"(\\nas\mail\c.eml)"));
     files_.Remove(Text(R"(\\nas\mail\spam\a.eml)"));
     EXPECT_EQ(local_->Paths(), QStringList{Text("/mnt/mail/c.eml")});
+}
+
+TEST_F(ShareFileSystemTest, MovesArePreparedWhereTheFolderIsMounted) {
+    files_.PrepareMoves(Text(R"(\\nas\mail\spam\)"));
+    files_.PrepareMoves(Text(R"(\\nas\gone\)"));
+    files_.PrepareMoves(Text("/pickup/"));
+    EXPECT_EQ(local_->prepared, QStringList({Text("/mnt/mail/spam/"), Text("/pickup/")}));
 }
 
 TEST_F(ShareFileSystemTest, OtherPathsGoThroughUnasked) {

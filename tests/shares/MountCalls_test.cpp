@@ -150,7 +150,9 @@ TEST_P(MountCalls, PuttingBackIsOneCall) {
     Refresh();
     const std::shared_ptr<KeptFolder> kept = NewKept();
     DisposeOfAll(Action::remove, kept);
+    const int listings = mount_->Counts()["opendir"];
     EXPECT_EQ(CallsOf([this, kept] { PutAllBack(*kept); }), (Counts{{"rename", 1}}));
+    EXPECT_EQ(mount_->Counts()["opendir"], listings) << "what lies in a folder that was made here is known";
 }
 
 TEST_P(MountCalls, PuttingBackInAnotherSessionIsOneCall) {

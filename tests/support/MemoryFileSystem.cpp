@@ -166,6 +166,15 @@ QString MemoryFileSystem::PrefixOrThrow(const QString& folder) const {
     return wanted.endsWith(QLatin1Char('/')) ? wanted : wanted + QLatin1Char('/');
 }
 
+// It costs what a listing costs.
+void MemoryFileSystem::PrepareMoves(const QString& folder) const {
+    try {
+        Entries(folder);
+    } catch (const FileError&) {
+        return; // as agreed
+    }
+}
+
 std::vector<FolderEntry> MemoryFileSystem::Entries(const QString& folder) const {
     EnterOrThrow(folder);
     const std::lock_guard lock(mutex_);

@@ -61,6 +61,7 @@ public:
     bool IsRealFolder(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
     std::vector<FolderEntry> Entries(const QString& folder) const override;
+    void PrepareMoves(const QString& folder) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     void Move(const QString& from, const QString& to) override;
