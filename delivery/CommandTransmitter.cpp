@@ -1,6 +1,5 @@
 #include "delivery/CommandTransmitter.h"
 
-#include <QCoreApplication>
 #include <QSemaphoreReleaser>
 
 #include <chrono>
@@ -15,12 +14,11 @@ constexpr std::chrono::minutes patience{10}; // as RFC 5321, section 4.5.3.2.6, 
 } // namespace
 
 CommandTransmitter::CommandTransmitter(const QString& line)
-    : line_(line), command_(ParseDeliveryCommand(line)), free_(mostAtOnce) {}
+    : line_(line), command_(ParseDeliveryCommand(line, &problem_)), free_(mostAtOnce) {}
 
 DeliveryOutcome CommandTransmitter::Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) {
     if (!command_) {
-        return {DeliveryFate::Failed,
-                QCoreApplication::translate("quellbox", "The command for delivery cannot be understood: %1").arg(line_)};
+        return {DeliveryFate::Failed, problem_};
     }
     free_.acquire();
     const QSemaphoreReleaser release(free_);

@@ -18,6 +18,7 @@ public:
 
 private:
     const QString line_;
+    QString problem_; ///< of a line that cannot be understood
     const std::optional<DeliveryCommand> command_;
     QSemaphore free_;
 };

@@ -12,14 +12,6 @@
 
 namespace quellbox {
 
-namespace {
-
-using std::chrono::milliseconds;
-
-// Within this time a program that wants no more is heard.
-constexpr milliseconds waitSlice(100);
-constexpr qsizetype mostSentAtOnce = 64 * 1024;
-
 /// A handle of the library, which `free` gives back.
 template <class Handle, auto free>
 struct CurlDeleter {
@@ -27,6 +19,14 @@ struct CurlDeleter {
 };
 template <class Handle, auto free>
 using CurlHandle = std::unique_ptr<Handle, CurlDeleter<Handle, free>>;
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// Within this time a program that wants no more is heard.
+constexpr milliseconds waitSlice(100);
+constexpr qsizetype mostSentAtOnce = 64 * 1024;
 
 bool IsLibraryReady() {
     static std::once_flag once;

@@ -32,6 +32,9 @@ public:
     /// was kept has ended before the server has answered anything about it.
     DeliveryOutcome Deliver(const Envelope& envelope, const QByteArray& message);
 
+    /// Whether there is a connection, as far as is known without asking the server.
+    bool IsConnected() const { return connection_ != nullptr; }
+
     /// Takes leave of the server (QUIT), if there is a connection, which takes two seconds at most.
     void Close();
 

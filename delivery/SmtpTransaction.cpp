@@ -2,9 +2,9 @@
 
 #include "delivery/SmtpText.h"
 #include "mail/DisplayText.h"
-#include "messages/FormatSize.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <algorithm>
 #include <utility>
@@ -56,7 +56,7 @@ std::optional<DeliveryOutcome> SmtpTransaction::TooLarge() const {
     }
     return DeliveryOutcome{DeliveryFate::Refused,
                            QCoreApplication::translate("quellbox", "The message has %1; the server takes at most %2.")
-                               .arg(FormatSize(size_), FormatSize(limit))};
+                               .arg(QLocale().formattedDataSize(size_), QLocale().formattedDataSize(limit))};
 }
 
 QByteArray SmtpTransaction::MailLine() const {

@@ -72,7 +72,7 @@ void SmtpTransmitter::GiveBack(std::unique_ptr<Connection> connection, const Del
     const QMutexLocker lock(&mutex_);
     if (connection->session.IsConnected()) {
         failuresInARow_ = 0;
-    } else if (outcome.fate == DeliveryFate::Failed) {
+    } else if (outcome.fate == DeliveryFate::Failed || outcome.fate == DeliveryFate::Refused) {
         ++failuresInARow_;
         failure_ = outcome.words;
     }

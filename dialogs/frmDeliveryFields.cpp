@@ -55,9 +55,10 @@ void DeliveryFields::cboDelivery_Change() {
 
 bool DeliveryFields::IsComplete() {
     const QString way = ui_->cboDelivery->currentData().toString();
-    if (way == QLatin1String(DeliveryKeys::command) && !ParseDeliveryCommand(ui_->txtDeliveryCommand->text())) {
-        return Refuse(ui_->txtDeliveryCommand,
-                      tr("A command is needed: a program, and RECIPIENT... where the addresses belong."));
+    QString problem;
+    if (way == QLatin1String(DeliveryKeys::command) &&
+        !ParseDeliveryCommand(ui_->txtDeliveryCommand->text(), &problem)) {
+        return Refuse(ui_->txtDeliveryCommand, problem);
     }
     if (way != QLatin1String(DeliveryKeys::smtp)) {
         return true;

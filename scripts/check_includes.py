@@ -11,7 +11,7 @@ import os
 import re
 import sys
 
-FOLDERS = ["platform", "mail", "settings", "messages", "delivery", "history", "whitelist", "contents", "archive", "dialogs", "app"]
+FOLDERS = ["platform", "mail", "settings", "delivery", "messages", "history", "whitelist", "contents", "archive", "dialogs", "app"]
 # Folders that nothing in FOLDERS may include.
 OUTER_FOLDERS = ["samples", "tests", "benchmarks", "fuzz"]
 MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject)([-/].*)?(\.h)?$")
