@@ -49,7 +49,7 @@ TEST(SmtpSessionTest, DotsAreDoubledAndLineEndsMadeCrLf) {
     EXPECT_EQ(session.Deliver(oneRecipient, "a\n.\n.b\rc").fate, DeliveryFate::Delivered);
     ASSERT_EQ(server.Taken().size(), 1U);
     EXPECT_EQ(server.Taken()[0].wire, "a\r\n..\r\n..b\r\nc\r\n");
-    EXPECT_TRUE(server.Taken()[0].mail.endsWith(" SIZE=12"));
+    EXPECT_TRUE(server.Taken()[0].mail.endsWith(" SIZE=13"));
 }
 
 TEST(SmtpSessionTest, BounceHasAnEmptySender) {
