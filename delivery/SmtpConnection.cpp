@@ -128,7 +128,6 @@ private:
 
     SmtpReplyReader reader_;
     SmtpReply lastReply_; ///< while connecting
-    bool isJunk_ = false;
     bool isLoggedIn_ = false;
     SmtpCapabilities capabilities_;
 };
@@ -141,7 +140,7 @@ void SmtpConnection::Link::Set(CURLoption option, Value value) {
 /// Gets the lines that the server says while the library connects.
 size_t SmtpConnection::Link::TakeLine(char* bytes, size_t size, size_t count, void* link) {
     auto& self = *static_cast<Link*>(link);
-    self.isJunk_ = !self.reader_.Feed(QByteArrayView(bytes, static_cast<qsizetype>(size * count)));
+    self.reader_.Feed(QByteArrayView(bytes, static_cast<qsizetype>(size * count)));
     while (auto reply = self.reader_.Take()) {
         self.lastReply_ = *std::move(reply);
         if (self.lastReply_.code == 250) {
@@ -150,7 +149,7 @@ size_t SmtpConnection::Link::TakeLine(char* bytes, size_t size, size_t count, vo
         }
         self.isLoggedIn_ = self.isLoggedIn_ || self.lastReply_.code == 235;
     }
-    return self.isJunk_ ? 0 : size * count;
+    return self.reader_.IsJunk() ? 0 : size * count;
 }
 
 bool SmtpConnection::Link::SetAddress() {
@@ -229,7 +228,7 @@ SmtpEnd SmtpConnection::Link::Connect(CURLcode& result) {
 }
 
 std::optional<DeliveryOutcome> SmtpConnection::Link::OutcomeOf(SmtpEnd end, CURLcode result) const {
-    if (isJunk_) {
+    if (reader_.IsJunk()) {
         end = SmtpEnd::Junk;
     }
     if (end != SmtpEnd::None) {
@@ -289,7 +288,7 @@ SmtpEnd SmtpConnection::Link::ReadWhatIsThere() {
         size_t count = 0;
         const CURLcode result = curl_easy_recv(easy_.get(), buffer.data(), buffer.size(), &count);
         if (result == CURLE_AGAIN) {
-            return SmtpEnd::None;
+            return reader_.IsJunk() ? SmtpEnd::Junk : SmtpEnd::None;
         }
         if (result != CURLE_OK || count == 0) {
             return SmtpEnd::Closed;

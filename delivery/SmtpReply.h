@@ -37,6 +37,9 @@ public:
     /// The next answer that has come in as a whole.
     std::optional<SmtpReply> Take();
 
+    /// Whether something has come in that is not understood; there may be answers from before.
+    bool IsJunk() const { return isJunk_; }
+
     /// Whether nothing has come in but what was taken.
     bool IsEmpty() const { return replies_.empty() && current_.lines.isEmpty() && line_.isEmpty(); }
 

@@ -47,5 +47,6 @@ run model_bench
 run whitelist_bench "$many"
 run cleansing_bench "$data"
 run raw_pane_bench
+run delivery_bench
 run header_bench --benchmark_min_time=0.1
 exit "$failed"
