@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Builds the library that speaks with mail servers, static, with Windows' own TLS and nothing but SMTP:  curl.sh PREFIX
+# Builds the library that speaks with mail servers, static, with Windows' own TLS and few protocols:  curl.sh PREFIX
 . "$(dirname "$0")/common.sh"
 prefix=$1
-off=(ALTSVC COOKIES DICT DOH FILE FTP GETOPTIONS GOPHER HSTS HTTP IMAP LDAP LDAPS LIBCURL_OPTION MIME MQTT NETRC
-  PARSEDATE POP3 RTSP SMB TELNET TFTP)
+# Everything but SMTP, and HTTP: Debian's correction of CVE-2023-38039 calls a function of that for every protocol.
+off=(ALTSVC COOKIES DICT DOH FILE FTP GETOPTIONS GOPHER HSTS IMAP LDAP LDAPS LIBCURL_OPTION MIME MQTT NETRC PARSEDATE
+  POP3 RTSP SMB TELNET TFTP)
 features=()
 for feature in "${off[@]}"; do
   features+=("-DCURL_DISABLE_$feature=ON")
