@@ -38,8 +38,7 @@ SmtpServer ServerOf(const AppState& state) {
 /// Has an object deleted beside the interface thread: what it holds may have to take its leave of a server.
 template <class Object>
 std::shared_ptr<Object> DeletedAside(std::unique_ptr<Object> object, WorkPool& pool) {
-    return {object.release(),
-            [&pool](Object* gone) { pool.Start(WorkPool::Kind::Single, [gone] { delete gone; }); }};
+    return {object.release(), [&pool](Object* gone) { pool.Start(WorkPool::Kind::Single, [gone] { delete gone; }); }};
 }
 
 /// What cannot be brought back now is tried again the next day.
@@ -97,8 +96,9 @@ std::shared_ptr<const AwaitedPassword> DeliveryDesk::AskForPassword() {
         if (answer.password) {
             awaited->Set({*answer.password});
         } else if (answer.error.isEmpty()) {
-            awaited->Set({{}, tr("No password for the mail server is kept. Enter it in the options, on the page "
-                                 "\"Server\".")});
+            awaited->Set({{},
+                          tr("No password for the mail server is kept. Enter it in the options, on the page "
+                             "\"Server\".")});
         } else {
             awaited->Set({{}, answer.error});
         }

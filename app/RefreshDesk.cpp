@@ -48,9 +48,9 @@ void RefreshDesk::RefreshArchive(bool markNew) {
         return;
     }
     const std::shared_ptr<ReleaseWay> way = delivery_.NewWay();
-    parts_.jobs.Refresh(
-        markNew, IsInBulkMode(),
-        parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, delivery_.TargetOf(way)}), way);
+    parts_.jobs.Refresh(markNew, IsInBulkMode(),
+                        parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, delivery_.TargetOf(way)}),
+                        way);
 }
 
 void RefreshDesk::RefreshCleansed(qint32 removed) {

@@ -212,8 +212,9 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
         state_.TolerationLevel == 2 ? std::make_shared<const WhitelistMatcher>(LoadWhitelist(ports_.store)) : nullptr;
     reading_.emplace(
         ports_.pool, count,
-        [&fileSystem = ports_.files, folder = std::move(folder), folders = DisposalFolders{archive_, state_.PickupDir, way_},
-         bulk = bulk_, profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
+        [&fileSystem = ports_.files, folder = std::move(folder),
+         folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_,
+         profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
             const bool maySend = !folders.way || !IsUncertainName((*entries)[item].name);
             if (tolerated && maySend && tolerated->TolerableSender(read.row.row.Tag().toLower())) {

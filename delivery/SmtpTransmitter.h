@@ -39,9 +39,9 @@ private:
     QMutex mutex_;
     QWaitCondition givenBack_;
     std::vector<std::unique_ptr<Connection>> idle_;
-    int left_;                ///< so many more connections may be made
-    int failuresInARow_ = 0;  ///< of connecting
-    QString failure_;         ///< the words of the last of them
+    int left_;               ///< so many more connections may be made
+    int failuresInARow_ = 0; ///< of connecting
+    QString failure_;        ///< the words of the last of them
     bool hasPassword_ = false;
 };
 

@@ -68,10 +68,11 @@ void TransmittingWay::RemoveDelivered(const QString& path, const QString& name) 
     try {
         files_.RemoveEvenReadOnly(path);
     } catch (const FileError& error) {
-        throw FileError(archive_.PathOf(name),
-                        Translated(QT_TRANSLATE_NOOP("quellbox", "It was delivered, but its file cannot be removed: %1"))
-                            .arg(error.Reason()),
-                        FileProblem::Uncertain);
+        throw FileError(
+            archive_.PathOf(name),
+            Translated(QT_TRANSLATE_NOOP("quellbox", "It was delivered, but its file cannot be removed: %1"))
+                .arg(error.Reason()),
+            FileProblem::Uncertain);
     }
 }
 

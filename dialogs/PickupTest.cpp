@@ -69,7 +69,8 @@ QByteArray PickupTestMessage(const QString& userName, const QString& pickupDir, 
 QString TransmissionTestQuestion(const QString& target) {
     return QCoreApplication::translate("quellbox", "OK to send test message to postmaster?") +
            QStringLiteral("\r\n\r\n") +
-           QCoreApplication::translate("quellbox", "This will verify the delivery by %1.").arg(CleanseForDisplay(target));
+           QCoreApplication::translate("quellbox", "This will verify the delivery by %1.")
+               .arg(CleanseForDisplay(target));
 }
 
 QByteArray TransmissionTestMessage(const QString& userName, const QString& target, const QDateTime& moment) {
@@ -89,8 +90,7 @@ QByteArray TransmissionTestMessage(const QString& userName, const QString& targe
         QStringLiteral("If you can see this message, Quellbox can deliver unblocked messages by %1.\r\n\r\n"
                        "Kind regards, %2\r\n")
             .arg(CleanseForDisplay(target), user);
-    return lines.join(QStringLiteral("\r\n")).toLatin1() + "\r\n" +
-           InLines(text.toUtf8().toBase64());
+    return lines.join(QStringLiteral("\r\n")).toLatin1() + "\r\n" + InLines(text.toUtf8().toBase64());
 }
 
 void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment) {

@@ -221,10 +221,10 @@ void JournalDatabase::Announce(qint64 action, const QStringList& files) {
 
 void JournalDatabase::AddEntry(qint64 action, const HistoryEntry& entry) {
     if (!addEntry_) {
-        addEntry_ =
-            Prepared(QStringLiteral("INSERT INTO entry (action, result, final, file, sender, author, recipient, subject, "
-                                    "size, rating, reason, detail, folded) "
-                                    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+        addEntry_ = Prepared(
+            QStringLiteral("INSERT INTO entry (action, result, final, file, sender, author, recipient, subject, "
+                           "size, rating, reason, detail, folded) "
+                           "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     }
     int place = 0;
     const auto bind = [&](const QVariant& value) { addEntry_->bindValue(place++, value); };

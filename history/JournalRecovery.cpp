@@ -87,8 +87,9 @@ std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QSt
     if (IsReleaseTarget(action.facts.pickup) && !shouldBeInArchive) {
         entry.isFinal = true;
         if (isInOther || found.archive.contains(UncertainName(file))) {
-            return Failed(entry, QCoreApplication::translate("quellbox", "The program ended while the message was being "
-                                                                         "sent. It may have been delivered."));
+            return Failed(entry,
+                          QCoreApplication::translate("quellbox", "The program ended while the message was being "
+                                                                  "sent. It may have been delivered."));
         }
     }
     if (isInArchive && isInOther) {

@@ -46,11 +46,12 @@ struct ServerProfile {
     bool firstRatingDecides = false;   ///< the first that is there counts, also without a rating
     std::vector<AddressField> senders; ///< the first that is there counts
     bool trustsAnyPlace = false; ///< of a sender; else one below the first Received field is the sender's own text
-    std::vector<AddressField> recipients = {}; ///< the first that is there counts; several addresses have commas between
+    std::vector<AddressField> recipients =
+        {};                      ///< the first that is there counts; several addresses have commas between
     QByteArrayList reasons = {}; ///< fields that say why a message was blocked, as they are to be shown
     QByteArrayList marks = {};   ///< fields that only this kind of server writes
 
-    QByteArrayList added = {};   ///< what other fields the server has put on top begin with, and must not go out
+    QByteArrayList added = {}; ///< what other fields the server has put on top begin with, and must not go out
 
     WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 

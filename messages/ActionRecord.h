@@ -13,8 +13,8 @@ namespace quellbox {
 struct HandledMessage {
     MessageRow message; ///< only its key is certain; a size below 0 is unknown
     std::optional<FileFailure> failure;
-    qint64 entry = 0; ///< number by which the record knows what is taken back; 0 for all else
-    QString detail{}; ///< what else belongs to it, as an entry of the whitelist or the answer of a mail server
+    qint64 entry = 0;     ///< number by which the record knows what is taken back; 0 for all else
+    QString detail{};     ///< what else belongs to it, as an entry of the whitelist or the answer of a mail server
     bool isFinal = false; ///< it cannot be taken back
 };
 

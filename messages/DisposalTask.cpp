@@ -110,7 +110,7 @@ DisposalTask::Failure DisposalTask::Dispose(FileSystem& files, const Order& orde
 }
 
 DisposalTask::Failure DisposalTask::TryToDispose(FileSystem& files, const Order& order, const QString& key,
-                                                QString& answer) {
+                                                 QString& answer) {
     try {
         answer = DisposeOfFile(files, order, key);
         return std::nullopt;

@@ -85,10 +85,11 @@ FailureText FailureList::TextOf(const FileFailure& failure, const QLocale& local
         return {name, CleanseForDisplay(failure.reason),
                 Translated(QT_TRANSLATE_NOOP("quellbox", "It was not delivered, and is still in the archive."))};
     case FileProblem::Uncertain:
-        return {name, CleanseForDisplay(failure.reason),
-                Translated(QT_TRANSLATE_NOOP("quellbox", "Ask the recipient, or look into the mail server's log, before "
-                                                         "it is sent again: it is in the archive, and is not sent by "
-                                                         "itself."))};
+        return {
+            name, CleanseForDisplay(failure.reason),
+            Translated(QT_TRANSLATE_NOOP("quellbox", "Ask the recipient, or look into the mail server's log, before "
+                                                     "it is sent again: it is in the archive, and is not sent by "
+                                                     "itself."))};
     case FileProblem::Other:
         break;
     }

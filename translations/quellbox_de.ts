@@ -1138,6 +1138,7 @@
         <translation>Kein Server heißt so.</translation>
     </message>
     <message>
+<<<<<<< HEAD
         <source>The password store is locked.</source>
         <translation>Der Passwortspeicher ist gesperrt.</translation>
     </message>
@@ -1152,6 +1153,110 @@
     <message>
         <source>The password store cannot be used: %1</source>
         <translation>Der Passwortspeicher kann nicht benutzt werden: %1</translation>
+=======
+        <source>The command has a quotation mark without its end.</source>
+        <translation>Im Befehl fehlt das Ende eines Anführungszeichens.</translation>
+    </message>
+    <message>
+        <source>The command names no program.</source>
+        <translation>Der Befehl nennt kein Programm.</translation>
+    </message>
+    <message>
+        <source>The command does not say where the recipients go: %1 is missing.</source>
+        <translation>Der Befehl sagt nicht, wo die Empfänger stehen: %1 fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 has to be an argument of its own.</source>
+        <translation>%1 muss ein eigenes Argument sein.</translation>
+    </message>
+    <message>
+        <source>The command takes one recipient only, unless it has %1.</source>
+        <translation>Der Befehl nimmt nur einen Empfänger, es sei denn, er enthält %1.</translation>
+    </message>
+    <message>
+        <source>The program would take an address for an option, as it begins with a hyphen and does not stand behind --.</source>
+        <translation>Das Programm hielte eine Adresse für eine Option, da sie mit einem Bindestrich beginnt und nicht hinter -- steht.</translation>
+    </message>
+    <message>
+        <source>%1 was interrupted in the middle: the message may have been delivered.</source>
+        <translation>%1 wurde mittendrin unterbrochen: Die Nachricht kann zugestellt worden sein.</translation>
+    </message>
+    <message>
+        <source>%1 has refused the message (code %2).</source>
+        <translation>%1 hat die Nachricht abgelehnt (Code %2).</translation>
+    </message>
+    <message>
+        <source>The program would take an address for several ones.</source>
+        <translation>Das Programm hielte eine Adresse für mehrere.</translation>
+    </message>
+    <message>
+        <source>The message was not sent, as the program was told to stop.</source>
+        <translation>Die Nachricht wurde nicht gesendet, da das Programm anhalten sollte.</translation>
+    </message>
+    <message>
+        <source>There is no program named %1.</source>
+        <translation>Es gibt kein Programm namens %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started: %2</source>
+        <translation>%1 kann nicht gestartet werden: %2</translation>
+    </message>
+    <message>
+        <source>The message has no recipient.</source>
+        <translation>Die Nachricht hat keinen Empfänger.</translation>
+    </message>
+    <message>
+        <source>This is no address that can be sent to a server: %1</source>
+        <translation>Das ist keine Adresse, die an einen Server gesendet werden kann: %1</translation>
+    </message>
+    <message>
+        <source>The connection to %1 ended before the message was sent.</source>
+        <translation>Die Verbindung zu %1 endete, bevor die Nachricht gesendet war.</translation>
+    </message>
+    <message>
+        <source>The server %1 did not answer in time.</source>
+        <translation>Der Server %1 hat nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>What the server %1 answered cannot be understood.</source>
+        <translation>Was der Server %1 geantwortet hat, ist nicht zu verstehen.</translation>
+    </message>
+    <message>
+        <source>The server %1 cannot be used: %2</source>
+        <translation>Der Server %1 kann nicht benutzt werden: %2</translation>
+    </message>
+    <message>
+        <source>The server %1 does not let anybody log in.</source>
+        <translation>Am Server %1 kann sich niemand anmelden.</translation>
+    </message>
+    <message>
+        <source>The password is not sent, as the connection to the server is not encrypted.</source>
+        <translation>Das Kennwort wird nicht gesendet, da die Verbindung zum Server nicht verschlüsselt ist.</translation>
+    </message>
+    <message>
+        <source>This is no server that can be connected to: %1</source>
+        <translation>Das ist kein Server, zu dem eine Verbindung möglich ist: %1</translation>
+    </message>
+    <message>
+        <source>The connection ended before the server had answered: the message may have been delivered.</source>
+        <translation>Die Verbindung endete, bevor der Server geantwortet hatte: Die Nachricht kann zugestellt worden sein.</translation>
+    </message>
+    <message>
+        <source>The server takes no addresses with letters outside ASCII.</source>
+        <translation>Der Server nimmt keine Adressen mit Buchstaben außerhalb von ASCII.</translation>
+    </message>
+    <message>
+        <source>The message has 8-bit characters, which the server does not take. Converting it would make its signatures invalid.</source>
+        <translation>Die Nachricht enthält 8-Bit-Zeichen, die der Server nicht annimmt. Eine Umwandlung machte ihre Signaturen ungültig.</translation>
+    </message>
+    <message>
+        <source>The message has %1; the server takes at most %2.</source>
+        <translation>Die Nachricht hat %1; der Server nimmt höchstens %2.</translation>
+    </message>
+    <message>
+        <source>The server %1 gave an unexpected answer: %2</source>
+        <translation>Der Server %1 gab eine unerwartete Antwort: %2</translation>
+>>>>>>> w-smtp
     </message>
 </context>
 <context>

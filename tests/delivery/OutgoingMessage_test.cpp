@@ -81,9 +81,9 @@ TEST(OutgoingMessage, OnlyWhatTheServerHasPutOnTopGoes) {
 }
 
 TEST(OutgoingMessage, BlindCopiesGoWhereverTheyStand) {
-    EXPECT_EQ(Stripped("Received: from x\nbcc : secret@example.org,\n more@example.org\nSubject: s\n\nBcc: body\n",
-                       "rspamd"),
-              "Received: from x\nSubject: s\n\nBcc: body\n");
+    EXPECT_EQ(
+        Stripped("Received: from x\nbcc : secret@example.org,\n more@example.org\nSubject: s\n\nBcc: body\n", "rspamd"),
+        "Received: from x\nSubject: s\n\nBcc: body\n");
 }
 
 TEST(OutgoingMessage, TheLineOfAMailboxGoes) {

@@ -228,7 +228,9 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
                             "RawBody",          "AutoRefresh",     "OutlookExpress",  "ContentsAttachment",
                             "ContentsCollapse", "StatusBar",       "Toolbar",         "HideMinimized",
                             "BulkMode",         "Whole",           "Bottom",          "Contents",
-                            "HeaderField",      "KeepDeletedDays", "HistoryDays",     "ServerProfile"}) {
+                            "HeaderField",      "KeepDeletedDays", "HistoryDays",     "ServerProfile",
+                            "Delivery",         "SmtpHost",        "SmtpPort",        "SmtpSecurity",
+                            "SmtpUser",         "DeliveryCommand"}) {
         expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
     }
     EXPECT_EQ(store.written, expected);
@@ -302,5 +304,5 @@ TEST(SettingsTable, NamesEachKeyAndEachMemberOnce) {
         }
     }
     EXPECT_EQ(size_t(keys.size()), table.size());
-    EXPECT_EQ(table.size(), 22u);
+    EXPECT_EQ(table.size(), 28u);
 }

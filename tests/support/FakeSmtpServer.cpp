@@ -47,6 +47,8 @@ public:
         if (!socket_.setSocketDescriptor(static_cast<qintptr>(descriptor))) {
             return;
         }
+        // Answers to commands that came together would otherwise wait for the client's receipts.
+        socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
         arrived_ = Clock::now() + traits_.latency; // The first half goes for the connection itself.
         if (traits_.security == SmtpSecurity::Tls && !Encrypt()) {
             return;

@@ -11,10 +11,10 @@ namespace quellbox {
 
 /// What was handed to FakeTransmitters, and what they answer.
 struct FakeTransmissions {
-    std::function<DeliveryOutcome(const Envelope& envelope, const QByteArray& message)> answer =
-        [](const Envelope&, const QByteArray&) {
-            return DeliveryOutcome{DeliveryFate::Delivered, QStringLiteral("250 2.0.0 Ok: queued as 4711")};
-        };
+    std::function<DeliveryOutcome(const Envelope& envelope, const QByteArray& message)> answer = [](const Envelope&,
+                                                                                                    const QByteArray&) {
+        return DeliveryOutcome{DeliveryFate::Delivered, QStringLiteral("250 2.0.0 Ok: queued as 4711")};
+    };
     std::mutex mutex;
     std::vector<std::pair<Envelope, QByteArray>> sent;
 };
