@@ -16,7 +16,8 @@ ProgramWindow::ProgramWindow(FileSystem& files, const QString& archive, const QS
     : files_(files), program_(MakeProgramInfo(archive + QStringLiteral("quellbox"))) {
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("ArchiveDir"), archive);
     store_.SetValue(QStringLiteral("Settings"), QStringLiteral("PickupDir"), pickup);
-    form_ = std::make_unique<frmMain>(MainPorts{files, store_, *clock_, *shell_, pool_, *volumes_, passwords_, program_});
+    form_ =
+        std::make_unique<frmMain>(MainPorts{files, store_, *clock_, *shell_, pool_, *volumes_, passwords_, program_});
     Require(form_->State().ArchiveDir == archive, "the window has another archive");
     StopTimer();
     form_->show();

@@ -24,8 +24,8 @@ struct PasswordAnswer {
 /// on Windows no more than 1280 characters.
 ///
 /// Everything happens on the thread of the application object, and calls are dealt with in their order. An answer comes
-/// once, later than the call returns, and never when `context` has died meanwhile; what was to be stored is stored all the
-/// same. An answer may take as long as the user is asked for the master password.
+/// once, later than the call returns, and never when `context` has died meanwhile; what was to be stored is stored all
+/// the same. An answer may take as long as the user is asked for the master password.
 class PasswordStore {
 public:
     using Take = std::function<void(const PasswordAnswer& answer)>;

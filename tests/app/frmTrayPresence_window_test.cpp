@@ -108,7 +108,8 @@ TEST_F(MainTray, WithoutTheCheckMarkTheMinimizedWindowStaysOnTheTaskBar) {
 TEST_F(MainTray, AWindowThatStartsMinimizedHidesToo) {
     Set("MainWindowState", "1");
     Set("HideMinimized", "True");
-    window_ = std::make_unique<frmMain>(MainPorts{files_, store_, clock_, shell_, pool_, volumes_, passwords_, program_, tray_});
+    window_ = std::make_unique<frmMain>(
+        MainPorts{files_, store_, clock_, shell_, pool_, volumes_, passwords_, program_, tray_});
     window_->show();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->isVisible(); }, patience));
     icon.ClickLeft();
