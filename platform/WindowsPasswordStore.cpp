@@ -16,6 +16,9 @@ namespace quellbox {
 
 namespace {
 
+// CRED_MAX_CREDENTIAL_BLOB_SIZE since Windows 7; in bytes.
+constexpr qsizetype longestSecret = 5 * 512;
+
 struct FreeCredential {
     void operator()(CREDENTIALW* credential) const { CredFree(credential); }
 };
@@ -53,10 +56,15 @@ PasswordAnswer ReadCredential(const QString& account) {
 PasswordAnswer WriteCredential(const QString& account, const QString& password) {
     QString name = CredentialName(account);
     QString secret = password;
+    const qsizetype size = secret.size() * static_cast<qsizetype>(sizeof(wchar_t));
+    if (size > longestSecret) {
+        // The system itself would speak of bad data from a stub.
+        return AnswerToFailure(ERROR_PASSWORD_RESTRICTION);
+    }
     CREDENTIALW credential{};
     credential.Type = CRED_TYPE_GENERIC;
     credential.TargetName = reinterpret_cast<wchar_t*>(name.data());
-    credential.CredentialBlobSize = static_cast<DWORD>(secret.size() * static_cast<qsizetype>(sizeof(wchar_t)));
+    credential.CredentialBlobSize = static_cast<DWORD>(size);
     credential.CredentialBlob = reinterpret_cast<BYTE*>(secret.data());
     credential.Persist = CRED_PERSIST_LOCAL_MACHINE;
     return CredWriteW(&credential, 0) == FALSE ? AnswerToFailure(GetLastError()) : PasswordAnswer();

@@ -34,11 +34,16 @@ TEST(WindowsPasswordStore, KeepsThePasswordForThisUserOnThisComputer) {
     EXPECT_FALSE(CredReadW(Wide(Text("Quellbox/") + account), CRED_TYPE_GENERIC, 0, &found));
 }
 
-TEST(WindowsPasswordStore, SaysWhatTheSystemSays) {
+TEST(WindowsPasswordStore, PasswordOf1280CharactersIsTheLongest) {
     const auto store = MakePasswordStore();
-    // CRED_MAX_GENERIC_TARGET_NAME_LENGTH in wincred.h.
-    const QString tooLong(40'000, QLatin1Char('x'));
-    EXPECT_TRUE(PasswordStoreCaller(*store).Write(tooLong, Text("secret")).startsWith(Text("The password store")));
+    PasswordStoreCaller call(*store);
+    const QString account = Text("smtp:quellbox-test@mail.example:26");
+    const QString longest(1280, QLatin1Char('x'));
+    EXPECT_EQ(call.Write(account, longest).toStdString(), "");
+    const QString error = call.Write(account, longest + QLatin1Char('x'));
+    EXPECT_TRUE(error.startsWith(Text("The password store cannot be used: "))) << error.toStdString();
+    EXPECT_EQ(call.Read(account).password, longest);
+    EXPECT_EQ(call.Remove(account), QString());
 }
 
 #else
