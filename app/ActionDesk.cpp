@@ -10,6 +10,7 @@
 #include "archive/RefreshTimer.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
+#include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
 #include "messages/frmFailures.h"
@@ -50,7 +51,8 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list) : parts_(parts)
 }
 
 void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
-    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir};
+    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir,
+                                  ProfileOf(parts_.state.ServerProfile).packing};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
     const auto record =
         parts_.journal.Begin({HistoryActionOf(action), folders.archive, folders.pickup,

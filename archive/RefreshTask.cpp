@@ -246,6 +246,9 @@ void RefreshTask::Move(FileSystem& files, const QString& from, const QString& to
 
 void RefreshTask::TryToMove(FileSystem& files, const QString& from, const QString& to, Read& read) {
     try {
+        if (read.row.isPacked) {
+            throw MessageIsPacked(from);
+        }
         files.Move(from, to);
         read.wasMoved = true;
     } catch (const FileError& error) {

@@ -50,7 +50,8 @@ std::vector<ServerProfile> MakeProfiles() {
          .ratings = {{"X-Spam-Score"}, {"X-Spam-Status", Form::Number, "score="}, {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"X-Envelope-From"}, {"Return-Path"}},
          .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
-         .marks = {"X-Quarantine-ID", "X-Amavis-Alert"}},
+         .marks = {"X-Quarantine-ID", "X-Amavis-Alert"},
+         .packing = Packing::Possible},
         // Rspamd's documentation of the module "milter headers".
         {.key = QStringLiteral("rspamd"),
          .name = QT_TRANSLATE_NOOP("quellbox", "rspamd"),
@@ -59,7 +60,7 @@ std::vector<ServerProfile> MakeProfiles() {
                      {"X-Spam-Status", Form::Number, "score="},
                      {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"Return-Path"}},
-         .reasons = {"X-Rspamd-Action", "X-Spamd-Result", "X-Virus"},
+         .reasons = {"X-Rspamd-Action", "X-Spamd-Result", "X-Spam-Status", "X-Virus"},
          .marks = {"X-Spamd-Result", "X-Rspamd-Score", "X-Rspamd-Action", "X-Rspamd-Server"}},
         // Mail::SpamAssassin::Conf, "add_header" and "envelope_sender_header".
         {.key = QStringLiteral("spamassassin"),
@@ -78,7 +79,7 @@ std::vector<ServerProfile> MakeProfiles() {
     return profiles;
 }
 
-bool IsDigit(QChar character) {
+bool IsAsciiDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
@@ -93,7 +94,7 @@ QString LeadingNumber(QStringView text) {
     qsizetype end = text.startsWith(u'-') ? 1 : 0;
     const qsizetype begin = end;
     bool hasPoint = false;
-    for (; end < text.size() && (IsDigit(text[end]) || (text[end] == u'.' && end > begin && !hasPoint)); ++end) {
+    for (; end < text.size() && (IsAsciiDigit(text[end]) || (text[end] == u'.' && end > begin && !hasPoint)); ++end) {
         hasPoint = hasPoint || text[end] == u'.';
     }
     if (hasPoint && text[end - 1] == u'.') {

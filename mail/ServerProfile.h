@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mail/HeaderScanner.h"
+#include "mail/PackedFile.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -47,6 +48,8 @@ struct ServerProfile {
     bool trustsAnyPlace = false; ///< of a sender; else one below the first Received field is the sender's own text
     QByteArrayList reasons = {}; ///< fields that say why a message was blocked, as they are to be shown
     QByteArrayList marks = {};   ///< fields that only this kind of server writes
+
+    Packing packing = Packing::Never;
 
     WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 

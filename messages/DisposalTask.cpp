@@ -84,6 +84,9 @@ void DisposalTask::GiveUp() {
 void DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QString& key) {
     const QString path = order.folders.archive.PathOf(key);
     if (order.action != Action::remove) {
+        if (order.folders.packing == Packing::Possible) {
+            RequireNotPacked(files, path);
+        }
         files.Move(path, order.folders.pickup.PathOf(key));
     } else if (order.kept) {
         Keep(files, path, *order.kept, key);

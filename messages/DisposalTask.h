@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/PackedFile.h"
 #include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/KeptFolder.h"
@@ -27,6 +28,7 @@ constexpr qint16 unblockTolerated = 3; ///< exactly as `unblock`
 struct DisposalFolders {
     Folder archive;
     Folder pickup;
+    Packing packing = Packing::Never; ///< packed messages are not unblocked
 };
 
 /// What became of the rows.

@@ -81,6 +81,9 @@ FailureText FailureList::TextOf(const FileFailure& failure, const QLocale& local
                 Translated(QT_TRANSLATE_NOOP("quellbox", "The server has not answered since %1: %2"))
                     .arg(locale.toString(noAnswerSince_.time(), QLocale::ShortFormat), folder),
                 Translated(QT_TRANSLATE_NOOP("quellbox", "Try again when the server can be reached."))};
+    case FileProblem::Packed:
+        return {name, CleanseForDisplay(failure.reason),
+                Translated(QT_TRANSLATE_NOOP("quellbox", "Let the server that has packed it release the message."))};
     case FileProblem::Other:
         break;
     }

@@ -40,6 +40,7 @@ enum class FileProblem {
     NoRoom,   ///< the disk is full
     InUse,    ///< another program holds the file
     NoAnswer, ///< the server does not answer, or is connected no more
+    Packed,   ///< a packed message, where only an unpacked one is understood
 };
 
 /// A call of the file system failed; the path and the system's reason are part of the text.

@@ -1137,6 +1137,22 @@
         <source>No server has that name.</source>
         <translation>Kein Server heißt so.</translation>
     </message>
+    <message>
+        <source>The packed file is damaged</source>
+        <translation>Die gepackte Datei ist beschädigt</translation>
+    </message>
+    <message>
+        <source>Unpacked, the message would be too large</source>
+        <translation>Entpackt wäre die Nachricht zu groß</translation>
+    </message>
+    <message>
+        <source>The message is packed, and the pickup directory takes only .EML files.</source>
+        <translation>Die Nachricht ist gepackt, und das Pickup-Verzeichnis nimmt nur .EML-Dateien an.</translation>
+    </message>
+    <message>
+        <source>Let the server that has packed it release the message.</source>
+        <translation>Lassen Sie den Server, der sie gepackt hat, die Nachricht freigeben.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -1,11 +1,25 @@
 #include "tests/dialogs/OptionsTest.h"
+#include "tests/support/Gzip.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QSemaphore>
 
 using namespace quellbox;
 
 namespace {
+
+QStringList accessibleChanges; ///< of names and descriptions, as in "lblDetected: text"
+
+void NoteAccessibleChange(QAccessibleEvent* event) {
+    const bool isName = event->type() == QAccessible::NameChanged;
+    if (event->object() != nullptr && (isName || event->type() == QAccessible::DescriptionChanged)) {
+        QAccessibleInterface* control = QAccessible::queryAccessibleInterface(event->object());
+        accessibleChanges +=
+            event->object()->objectName() + QStringLiteral(": ") +
+            (control == nullptr ? QString() : control->text(isName ? QAccessible::Name : QAccessible::Description));
+    }
+}
 
 class ServerOptions : public Options {
 protected:
@@ -75,6 +89,24 @@ TEST_F(ServerOptions, DetectProposesAndOkTakesOver) {
     EXPECT_EQ(state.ServerProfile, QString());
     Ok();
     EXPECT_EQ(state.ServerProfile, QStringLiteral("spamassassin"));
+}
+
+TEST_F(ServerOptions, AssistiveToolsHearWhatWasDetected) {
+    files.Add(QStringLiteral("/archive/1.eml"), "X-Spam-Status: Yes, score=9\r\n\r\nx");
+    Open(6);
+    const QAccessible::UpdateHandler before = QAccessible::installUpdateHandler(NoteAccessibleChange);
+    accessibleChanges.clear();
+    const std::string text = Detect();
+    QAccessible::installUpdateHandler(before);
+    EXPECT_TRUE(accessibleChanges.contains(QStringLiteral("lblDetected: ") + QString::fromStdString(text)))
+        << accessibleChanges.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(accessibleChanges.contains(QStringLiteral("btnDetect: ") + QString::fromStdString(text)));
+}
+
+TEST_F(ServerOptions, DetectFindsWhatIsPacked) {
+    files.Add(QStringLiteral("/archive/spam-1.gz"), Gzip("X-Quarantine-ID: <1>\r\nSubject: s\r\n\r\nx"));
+    Open(6);
+    EXPECT_EQ(Detect(), "Found in 1 of the newest messages (1): amavis");
 }
 
 TEST_F(ServerOptions, DetectChangesNothingWhereItFindsNothing) {
