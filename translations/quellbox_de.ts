@@ -482,7 +482,7 @@
     </message>
     <message>
         <source>&amp;Server</source>
-        <translation>Se&amp;rver</translation>
+        <translation>&amp;Mailserver</translation>
     </message>
     <message>
         <source>The messages were &amp;blocked by</source>

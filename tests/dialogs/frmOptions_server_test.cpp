@@ -1,25 +1,12 @@
 #include "tests/dialogs/OptionsTest.h"
 #include "tests/support/Gzip.h"
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QSemaphore>
 
 using namespace quellbox;
 
 namespace {
-
-QStringList accessibleChanges; ///< of names and descriptions, as in "lblDetected: text"
-
-void NoteAccessibleChange(QAccessibleEvent* event) {
-    const bool isName = event->type() == QAccessible::NameChanged;
-    if (event->object() != nullptr && (isName || event->type() == QAccessible::DescriptionChanged)) {
-        QAccessibleInterface* control = QAccessible::queryAccessibleInterface(event->object());
-        accessibleChanges +=
-            event->object()->objectName() + QStringLiteral(": ") +
-            (control == nullptr ? QString() : control->text(isName ? QAccessible::Name : QAccessible::Description));
-    }
-}
 
 class ServerOptions : public Options {
 protected:
@@ -89,18 +76,6 @@ TEST_F(ServerOptions, DetectProposesAndOkTakesOver) {
     EXPECT_EQ(state.ServerProfile, QString());
     Ok();
     EXPECT_EQ(state.ServerProfile, QStringLiteral("spamassassin"));
-}
-
-TEST_F(ServerOptions, AssistiveToolsHearWhatWasDetected) {
-    files.Add(QStringLiteral("/archive/1.eml"), "X-Spam-Status: Yes, score=9\r\n\r\nx");
-    Open(6);
-    const QAccessible::UpdateHandler before = QAccessible::installUpdateHandler(NoteAccessibleChange);
-    accessibleChanges.clear();
-    const std::string text = Detect();
-    QAccessible::installUpdateHandler(before);
-    EXPECT_TRUE(accessibleChanges.contains(QStringLiteral("lblDetected: ") + QString::fromStdString(text)))
-        << accessibleChanges.join(QLatin1Char('\n')).toStdString();
-    EXPECT_TRUE(accessibleChanges.contains(QStringLiteral("btnDetect: ") + QString::fromStdString(text)));
 }
 
 TEST_F(ServerOptions, DetectFindsWhatIsPacked) {
