@@ -34,7 +34,7 @@ QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const Serve
         if (!scanner.Has(firstRating + rating))
             continue;
         const QString value = DecodeHeaderValue(scanner.Value(firstRating + rating, bytes));
-        const QString text = RatingText(profile.ratings[rating], value);
+        QString text = RatingText(profile.ratings[rating], value);
         if (profile.firstRatingDecides || !text.isEmpty())
             return text;
     }
