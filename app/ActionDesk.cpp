@@ -11,6 +11,7 @@
 #include "archive/RefreshTimer.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
+#include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
 #include "messages/frmFailures.h"
@@ -53,7 +54,8 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list, DeliveryDesk& d
 
 void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
     const std::shared_ptr<ReleaseWay> way = action == Action::remove ? nullptr : delivery_.NewWay();
-    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way};
+    const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way,
+                                  ProfileOf(parts_.state.ServerProfile).packing};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
     const auto record =
         parts_.journal.Begin({HistoryActionOf(action), folders.archive, delivery_.TargetOf(way),

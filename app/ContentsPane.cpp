@@ -104,7 +104,7 @@ void ContentsPane::Load(Loading wanted) {
         wanted.takesPlace = wanted.takesPlace || loading_->takesPlace;
     }
     CancelLoading();
-    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure, Profile().reasons},
+    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure, Profile().reasons, Profile().packing},
                   [this](const MessageAnswer& answer) { TakeAnswer(answer); });
     loading_ = wanted;
     late_.start();
@@ -192,7 +192,9 @@ void ContentsPane::TakeText(const MessageAnswer& answer, const Loading& wanted) 
 
 void ContentsPane::TakeFailure(const MessageAnswer& answer, const Loading& wanted) {
     LogFailures({{answer.path, answer.reason}});
-    if (wanted.takesPlace) {
+    if (!answer.text.isEmpty()) {
+        rtfRaw->ShowText(answer.text);
+    } else if (wanted.takesPlace) {
         rtfRaw->clear();
     }
     if (wanted.structure) {

@@ -11,6 +11,7 @@
 #include "history/Journal.h"
 #include "history/frmHistory.h"
 #include "mail/DisplayText.h"
+#include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/KeptFolder.h"
 #include "settings/frmMessageBox.h"
@@ -168,7 +169,8 @@ void HistoryDesk::WriteLines(const QString& file, std::vector<HistoryLine> lines
     }
     const int count = static_cast<int>(lines.size());
     const auto rows = std::make_shared<const std::vector<HistoryLine>>(std::move(lines));
-    exporting_.Write(file, HistoryTableColumns(), CellsOf(rows), [this, file, count] {
+    const bool ratesByNumber = ProfileOf(parts_.state.ServerProfile).RatesByNumber();
+    exporting_.Write(file, HistoryTableColumns(ratesByNumber), CellsOf(rows), [this, file, count] {
         const QString name = CleanseForDisplay(QDir::toNativeSeparators(file));
         parts_.panels.SetInfo(tr("%n entries written to %1", nullptr, count).arg(name));
     });

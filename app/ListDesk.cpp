@@ -219,10 +219,11 @@ void ListDesk::mnuMessageView_Click() {
     if (row < 0) {
         return;
     }
-    if (UsesExternalViewer(parts_.state)) {
-        ShowElsewhere(MessagePath(row));
+    const QString path = MessagePath(row);
+    if (UsesExternalViewer(parts_.state) && SuitsExternalViewer(parts_.state, path)) {
+        ShowElsewhere(path);
     } else {
-        parts_.contents.ShowInViewer(MessagePath(row));
+        parts_.contents.ShowInViewer(path);
     }
 }
 

@@ -252,7 +252,11 @@ void RefreshTask::Release(FileSystem& files, const DisposalFolders& folders, Act
 /// Returns what a mail server has answered.
 QString RefreshTask::TryToRelease(FileSystem& files, const DisposalFolders& folders, Read& read) {
     try {
-        const QString answer = Unblock(files, folders, read.row.row.Key());
+        const QString name = read.row.row.Key();
+        if (!folders.way && read.row.isPacked) {
+            throw MessageIsPacked(folders.archive.PathOf(name));
+        }
+        const QString answer = Unblock(files, folders, name);
         read.wasMoved = true;
         return answer;
     } catch (const FileError& error) {

@@ -71,7 +71,10 @@ double ReadArchive(const FileSystem& files, const QString& folder, WorkPool& poo
     const double seconds = Time([&] {
         QEventLoop loop;
         OrderedWork<ReadRow> reading(
-            pool, entries.size(), [&](size_t file) { return ReadMessageRow(*listing.reader, entries[file], false); },
+            pool, entries.size(),
+            [&](size_t file) {
+                return ReadMessageRow(*listing.reader, entries[file], false, ServerProfiles().front());
+            },
             [&loaded](size_t, const ReadRow& read) { loaded += read.loaded ? 1 : 0; },
             [&loop](SeriesEnd) { loop.quit(); });
         reading.Start();

@@ -46,11 +46,14 @@ private:
             return answer;
         }
         try {
-            bytes_ = ReadWhole(files_, wanted_.path, [this] { return !cancelled_; });
+            bytes_ = ReadWholeMessage(files_, wanted_.path, wanted_.packing, [this] { return !cancelled_; });
+        } catch (const PackedFileError& error) {
+            // The list cannot say it: it has read no more than the header.
+            answer.text = LoadErrorText(error.Error());
+            TakeError(error, answer);
+            return answer;
         } catch (const FileError& error) {
-            answer.kind = Kind::Unreadable;
-            answer.path = error.Path();
-            answer.reason = error.Reason();
+            TakeError(error, answer);
             return answer;
         }
         isToBeParsed_ = wanted_.structure;
@@ -60,6 +63,12 @@ private:
             answer.text = RawText(bytes_);
         }
         return answer;
+    }
+
+    static void TakeError(const FileError& error, MessageAnswer& answer) {
+        answer.kind = Kind::Unreadable;
+        answer.path = error.Path();
+        answer.reason = error.Reason();
     }
 
     MessageAnswer Parse() {

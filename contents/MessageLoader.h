@@ -22,6 +22,7 @@ struct MessageRequest {
     bool text = false;           ///< the whole file as text
     bool structure = false;      ///< the structure tree
     QByteArrayList reasons = {}; ///< header fields that say why a message was blocked, for the structure tree
+    Packing packing = Packing::Never;
 };
 
 /// A piece of what was wanted.
@@ -30,7 +31,7 @@ struct MessageAnswer {
         Nothing,    ///< to be passed over
         Gone,       ///< there is no such file
         Exists,     ///< there is, and no more was wanted
-        Unreadable, ///< `reason` says why
+        Unreadable, ///< `reason` says why; `text` does as well, where it is to be shown in place of the message
         Text,
         Structure, ///< empty when the message cannot be parsed
         Headers,

@@ -1,6 +1,7 @@
 #include "delivery/TransmittingWay.h"
 
 #include "delivery/OutgoingMessage.h"
+#include "mail/PackedFile.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -53,7 +54,7 @@ QString TransmittingWay::Release(const QString& name) {
 
 /// Throws FileError when the message cannot be read.
 DeliveryOutcome TransmittingWay::Transmit(const QString& path) const {
-    const QByteArray message = ReadWhole(files_, path);
+    const QByteArray message = ReadWholeMessage(files_, path, profile_.packing);
     const Envelope envelope = EnvelopeOf(message, profile_);
     if (envelope.recipients.isEmpty()) {
         return {DeliveryFate::Failed,

@@ -5,6 +5,7 @@
 #include "dialogs/IntervalText.h"
 #include "ui_frmOptions.h"
 
+#include <QAbstractItemView>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -113,6 +114,7 @@ void frmOptions::ShowServers() {
     for (const ServerProfile& profile : ServerProfiles()) {
         ui_->cboServer->addItem(QCoreApplication::translate("quellbox", profile.name), profile.key);
     }
+    ui_->cboServer->view()->setAccessibleName(ui_->lblServer->text().remove(QLatin1Char('&')));
     ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(ProfileOf(state_.ServerProfile).key));
     ui_->delivery->ShowSettings(state_);
 }

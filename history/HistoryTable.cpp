@@ -27,7 +27,7 @@ QStringList RowOf(const HistoryLine& line) {
 
 } // namespace
 
-TableColumns HistoryTableColumns() {
+TableColumns HistoryTableColumns(bool ratesByNumber) {
     return {{QStringLiteral("time"), HeaderOf(HistoryTime)},
             {QStringLiteral("action"), HeaderOf(HistoryActionName)},
             {QStringLiteral("result"), HeaderOf(HistoryResultName)},
@@ -37,7 +37,7 @@ TableColumns HistoryTableColumns() {
             {QStringLiteral("to"), HeaderOf(HistoryTo)},
             {QStringLiteral("subject"), HeaderOf(HistorySubjectText)},
             {QStringLiteral("size"), Tr("Size"), true},
-            {QStringLiteral("scl"), HeaderOf(HistoryScl)},
+            {QStringLiteral("scl"), HeaderOf(HistoryScl), ratesByNumber},
             {QStringLiteral("file"), Tr("File")},
             {QStringLiteral("whitelistEntry"), Tr("Whitelist entry")},
             {QStringLiteral("archive"), Tr("Archive")},

@@ -34,7 +34,7 @@ QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const Serve
         if (!scanner.Has(firstRating + rating))
             continue;
         const QString value = DecodeHeaderValue(scanner.Value(firstRating + rating, bytes));
-        const QString text = RatingText(profile.ratings[rating], value);
+        QString text = RatingText(profile.ratings[rating], value);
         if (profile.firstRatingDecides || !text.isEmpty())
             return text;
     }
@@ -123,14 +123,25 @@ auto ReadFields(InputFile& file, const WantedFields& wanted, Finish finish) {
     return ReadOn(file, scanner, first, finish);
 }
 
+HeaderFields ReadFrom(InputFile& file, const ServerProfile& profile) {
+    return ReadFields(file, profile.wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
+        return Finish(scanner, bytes, atEnd, profile);
+    });
+}
+
 /// Reads a file that `place`, a file system or a folder, opens by its path or name.
 template <class Place>
 HeaderFields ReadFile(const Place& place, const QString& pathOrName, const ServerProfile& profile) {
     try {
-        const std::unique_ptr<InputFile> file = place.Open(pathOrName);
-        return ReadFields(*file, profile.wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
-            return Finish(scanner, bytes, atEnd, profile);
-        });
+        std::unique_ptr<InputFile> file = place.Open(pathOrName);
+        if (profile.packing == Packing::Never)
+            return ReadFrom(*file, profile);
+        UnpackedFile unpacked(std::move(file), pathOrName);
+        HeaderFields fields = ReadFrom(unpacked, profile);
+        fields.isPacked = unpacked.IsPacked();
+        return fields;
+    } catch (const PackedFileError& error) {
+        return Failed(error.Error());
     } catch (const RuntimeError& error) {
         return Failed(LoadError::Unreadable, error.Text());
     }
@@ -157,8 +168,8 @@ FieldValueList FieldValues(QByteArrayView bytes, const WantedFields& wanted) {
 }
 
 FieldValueList ReadFieldValues(const FolderReader& folder, const QString& name, const WantedFields& wanted) {
-    const std::unique_ptr<InputFile> file = folder.Open(name);
-    return ReadFields(*file, wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
+    UnpackedFile file(folder.Open(name), name);
+    return ReadFields(file, wanted, [&](HeaderScanner& scanner, QByteArrayView bytes, bool atEnd) {
         return FinishValues(scanner, bytes, atEnd, wanted);
     });
 }

@@ -19,6 +19,7 @@ struct HeaderFields {
     QString subject;   ///< the Subject field, decoded for display
     QString rating;    ///< how sure the filter is that it is spam, as the profile reads it; empty when it does not say
     QString xSender;   ///< the envelope sender, as the profile reads it; empty when absent
+    bool isPacked = false; ///< the file is packed, as the profile allows
 };
 
 /// Reads a message file up to the blank line that ends its header block (with an upper bound), never its body.
@@ -37,7 +38,7 @@ using FieldValueList = std::vector<std::optional<QString>>;
 /// The values of any fields of a message in memory; none for bytes that are no message.
 FieldValueList FieldValues(QByteArrayView bytes, const WantedFields& wanted);
 
-/// The same for a file in a folder that was opened. Throws FileError.
+/// The same for a file in a folder that was opened, packed or not. Throws FileError.
 FieldValueList ReadFieldValues(const FolderReader& folder, const QString& name, const WantedFields& wanted);
 
 } // namespace quellbox

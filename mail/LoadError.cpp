@@ -23,6 +23,10 @@ QString LoadErrorText(LoadError error) {
         return text(QT_TRANSLATE_NOOP("quellbox", "The message has too many parts"));
     case LoadError::TooDeep:
         return text(QT_TRANSLATE_NOOP("quellbox", "The parts of the message are nested too deeply"));
+    case LoadError::Damaged:
+        return text(QT_TRANSLATE_NOOP("quellbox", "The packed file is damaged"));
+    case LoadError::UnpackedTooLarge:
+        return text(QT_TRANSLATE_NOOP("quellbox", "Unpacked, the message would be too large"));
     }
     return {};
 }

@@ -14,6 +14,8 @@ enum class LoadError {
     TooManyFields = 5,
     TooManyParts = 6,
     TooDeep = 7,
+    Damaged = 8, ///< what is packed cannot be unpacked, at least not all of it
+    UnpackedTooLarge = 9,
 };
 
 /// Plain text for the user; empty for None, and for Unreadable the general sentence.

@@ -55,7 +55,8 @@ std::vector<ServerProfile> MakeProfiles() {
          .recipients = {{"X-Envelope-To-Blocked"}, {"X-Envelope-To"}},
          .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
          .marks = {"X-Quarantine-ID", "X-Amavis-Alert"},
-         .added = {"X-Envelope-", "X-Quarantine-", "X-Amavis-", "X-Spam-"}},
+         .added = {"X-Envelope-", "X-Quarantine-", "X-Amavis-", "X-Spam-"},
+         .packing = Packing::Possible},
         // Rspamd's documentation of the module "milter headers".
         {.key = QStringLiteral("rspamd"),
          .name = QT_TRANSLATE_NOOP("quellbox", "rspamd"),
@@ -65,7 +66,7 @@ std::vector<ServerProfile> MakeProfiles() {
                      {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"Return-Path"}},
          .recipients = {{"X-Original-To"}, {"Delivered-To"}, {"Envelope-To"}},
-         .reasons = {"X-Rspamd-Action", "X-Spamd-Result", "X-Virus"},
+         .reasons = {"X-Rspamd-Action", "X-Spamd-Result", "X-Spam-Status", "X-Virus"},
          .marks = {"X-Spamd-Result", "X-Rspamd-Score", "X-Rspamd-Action", "X-Rspamd-Server"},
          .added = {"X-Spam", "X-Rspamd-"}},
         // Mail::SpamAssassin::Conf, "add_header" and "envelope_sender_header".
@@ -87,7 +88,7 @@ std::vector<ServerProfile> MakeProfiles() {
     return profiles;
 }
 
-bool IsDigit(QChar character) {
+bool IsAsciiDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
@@ -102,7 +103,7 @@ QString LeadingNumber(QStringView text) {
     qsizetype end = text.startsWith(u'-') ? 1 : 0;
     const qsizetype begin = end;
     bool hasPoint = false;
-    for (; end < text.size() && (IsDigit(text[end]) || (text[end] == u'.' && end > begin && !hasPoint)); ++end) {
+    for (; end < text.size() && (IsAsciiDigit(text[end]) || (text[end] == u'.' && end > begin && !hasPoint)); ++end) {
         hasPoint = hasPoint || text[end] == u'.';
     }
     if (hasPoint && text[end - 1] == u'.') {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mail/HeaderScanner.h"
+#include "mail/PackedFile.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -52,6 +53,7 @@ struct ServerProfile {
     QByteArrayList marks = {};   ///< fields that only this kind of server writes
 
     QByteArrayList added = {}; ///< what other fields the server has put on top begin with, and must not go out
+    Packing packing = Packing::Never;
 
     WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 

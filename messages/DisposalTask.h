@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/PackedFile.h"
 #include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
 #include "messages/KeptFolder.h"

@@ -90,6 +90,9 @@ FailureText FailureList::TextOf(const FileFailure& failure, const QLocale& local
             Translated(QT_TRANSLATE_NOOP("quellbox", "Ask the recipient, or look into the mail server's log, before "
                                                      "it is sent again: it is in the archive, and is not sent by "
                                                      "itself."))};
+    case FileProblem::Packed:
+        return {name, CleanseForDisplay(failure.reason),
+                Translated(QT_TRANSLATE_NOOP("quellbox", "Let the server that has packed it release the message."))};
     case FileProblem::Other:
         break;
     }

@@ -27,7 +27,8 @@ TableColumns ListTableColumns(const MessageListModel& model) {
     TableColumns columns;
     for (const ShownColumn& shown : shownColumns) {
         const QString header = model.headerData(shown.column, Qt::Horizontal, Qt::DisplayRole).toString();
-        columns.push_back({QLatin1String(shown.key), header, shown.column == ColumnSize});
+        const bool isNumber = shown.column == ColumnSize || (shown.column == ColumnScl && model.RatesByNumber());
+        columns.push_back({QLatin1String(shown.key), header, isNumber});
     }
     columns.push_back({QStringLiteral("file"), QCoreApplication::translate("quellbox", "File name"), false});
     columns.push_back({QStringLiteral("sender"), QCoreApplication::translate("quellbox", "Envelope sender"), false});

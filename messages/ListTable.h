@@ -8,7 +8,7 @@
 namespace quellbox {
 
 /// The columns of the list as those of a table for other programs: the ones that are shown, and besides them the name
-/// of the file and the envelope sender.
+/// of the file and the envelope sender. Ratings are numbers where the model says so.
 TableColumns ListTableColumns(const MessageListModel& model);
 
 /// All rows, in the order in which the list shows them.

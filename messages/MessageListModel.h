@@ -50,6 +50,7 @@ public:
 
     /// Whether the column "SCL%" holds numbers. Concerns the next sort().
     void SetRatesByNumber(bool ratesByNumber) { ratesByNumber_ = ratesByNumber; }
+    bool RatesByNumber() const { return ratesByNumber_; }
 
     /// Sorts by a column: times and sizes as numbers, texts ignoring case. Rows with equal contents keep their order,
     /// as do views their selection.

@@ -6,6 +6,9 @@ QString Unblock(FileSystem& files, const DisposalFolders& folders, const QString
     if (folders.way) {
         return folders.way->Release(name);
     }
+    if (folders.packing == Packing::Possible) {
+        RequireNotPacked(files, folders.archive.PathOf(name));
+    }
     files.Move(folders.archive.PathOf(name), folders.pickup.PathOf(name));
     return {};
 }

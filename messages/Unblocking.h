@@ -1,6 +1,7 @@
 #pragma once
 
 #include "delivery/ReleaseWay.h"
+#include "mail/PackedFile.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
 
@@ -15,6 +16,7 @@ struct DisposalFolders {
     Folder archive;
     Folder pickup;
     std::shared_ptr<ReleaseWay> way{}; ///< takes the place of the pickup folder where it is given
+    Packing packing = Packing::Never;  ///< packed messages do not go into the pickup folder
 };
 
 /// Lets a message of the archive go to those to whom it was written. Returns what a mail server has answered; a folder

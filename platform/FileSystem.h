@@ -141,7 +141,10 @@ public:
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
 };
 
-/// Reads a whole file. Stops early, with what it has, when `goOn` is given and says no. Throws FileError.
+/// Reads a file to its end. Stops early, with what it has, when `goOn` is given and says no. Throws FileError.
+QByteArray ReadWhole(InputFile& file, const std::function<bool()>& goOn = {});
+
+/// Opens a file and reads it. Stops early, with what it has, when `goOn` is given and says no. Throws FileError.
 QByteArray ReadWhole(const FileSystem& files, const QString& path, const std::function<bool()>& goOn = {});
 
 } // namespace quellbox

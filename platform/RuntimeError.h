@@ -34,14 +34,15 @@ public:
 /// What is the matter when a call of the file system fails, as far as the user can do something about it.
 enum class FileProblem {
     Other,
-    Missing,  ///< there is no such file
-    Exists,   ///< the name is taken
-    NoRight,  ///< this user may not
-    NoRoom,   ///< the disk is full
-    InUse,    ///< another program holds the file
-    NoAnswer, ///< the server does not answer, or is connected no more
-    NotTaken, ///< a mail server does not take the message, or cannot be asked
-    Uncertain ///< the message may have been delivered
+    Missing,   ///< there is no such file
+    Exists,    ///< the name is taken
+    NoRight,   ///< this user may not
+    NoRoom,    ///< the disk is full
+    InUse,     ///< another program holds the file
+    NoAnswer,  ///< the server does not answer, or is connected no more
+    NotTaken,  ///< a mail server does not take the message, or cannot be asked
+    Uncertain, ///< the message may have been delivered
+    Packed     ///< a packed message, where only an unpacked one is understood
 };
 
 /// A call of the file system failed; the path and the system's reason are part of the text.

@@ -3,7 +3,7 @@
 
 - A folder includes itself and those before it in FOLDERS, never later ones.
 - The core (every file of FOLDERS before app/ that is not named frm*) includes nothing of QtWidgets or QtGui.
-- GMime and GLib headers stay in mail/, those of QtSql in history/, those of curl in delivery/.
+- Headers of GMime, GLib and zlib stay in mail/, those of QtSql in history/, those of curl in delivery/.
 - System headers, QSettings and tests for the operating system stay in platform/.
 """
 import glob
@@ -14,7 +14,7 @@ import sys
 FOLDERS = ["platform", "mail", "settings", "delivery", "messages", "history", "whitelist", "contents", "archive", "dialogs", "app"]
 # Folders that nothing in FOLDERS may include.
 OUTER_FOLDERS = ["samples", "tests", "benchmarks", "fuzz"]
-MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject)([-/].*)?(\.h)?$")
+MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject|zlib)([-/].*)?(\.h)?$")
 SQL_HEADER = re.compile(r"(QtSql(/.*)?|QSql\w*|qsql\w*\.h)$")
 CURL_HEADER = re.compile(r"curl/.*")
 SYSTEM_HEADER = re.compile(

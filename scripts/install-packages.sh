@@ -22,6 +22,7 @@ run_packages=(
   libcurl4-openssl-dev # connections to mail servers: TLS, logging in
   qtkeychain-qt6-dev # hands passwords to whoever keeps them on the desktop
   libsecret-1-0     # which it loads by itself, to reach a secret service such as GNOME Keyring
+  zlib1g-dev        # unpacks messages that the server has packed
   fonts-dejavu-core # a font, where the machine has none
   fonts-droid-fallback # Chinese, Japanese and Korean, which the font above lacks
   xvfb xauth        # a virtual display for "make run" on a machine without one
@@ -63,7 +64,7 @@ windows_packages=(
   gcc libc6-dev               # glib asks for a compiler of this machine as well
   g++-mingw-w64-x86-64-posix  # compiler for Windows, with the threads of the C++ library
   mingw-w64-x86-64-dev        # the headers and libraries of Windows
-  libz-mingw-w64-dev          # glib's compression
+  libz-mingw-w64-dev          # unpacks messages that the server has packed; glib's compression
   qt6-base-dev                # the programs that Qt's own build runs, and their description
   qt6-tools-dev qt6-l10n-tools # translations
   qt6-translations-l10n       # Qt's own texts in German

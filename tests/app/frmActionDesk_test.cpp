@@ -1,4 +1,5 @@
 #include "tests/messages/ListRows.h"
+#include "tests/support/Gzip.h"
 #include "tests/support/RealFolderWindow.h"
 
 #include <QDialog>
@@ -265,4 +266,18 @@ TEST_F(Actions, ToleratingNeedsOneRowAndALevel) {
     EXPECT_FALSE(Command("mnuActionsTolerate")->isEnabled());
     EXPECT_FALSE(Command("mnuMessageTolerate")->isEnabled());
     EXPECT_FALSE(Command("tlbMessages_whitelist")->isEnabled());
+}
+
+TEST_F(Actions, APackedMessageStaysInTheArchiveAndIsTold) {
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ServerProfile"), QStringLiteral("amavis"));
+    Write(Archive(QStringLiteral("spam-1.gz")), Gzip(Mail(1)));
+    Open();
+    ASSERT_EQ(Keys(), QStringList{QStringLiteral("spam-1.gz")});
+    Click(0);
+    EXPECT_TRUE(Raw()->toPlainText().contains(QStringLiteral("second line")));
+    Command("mnuActionsUnblock")->trigger();
+    Settle();
+    EXPECT_TRUE(QFileInfo::exists(Archive(QStringLiteral("spam-1.gz"))));
+    EXPECT_TRUE(QDir(Pickup()).entryList(QDir::Files).isEmpty());
+    EXPECT_TRUE(Find<QWidget>("btnFailures")->isVisible());
 }

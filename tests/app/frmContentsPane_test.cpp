@@ -1,5 +1,6 @@
 #include "app/ContentsPane.h"
 
+#include "tests/support/Gzip.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/MemorySettingsStore.h"
 
@@ -246,6 +247,60 @@ TEST_F(ContentsPaneTest, HeadersComeWithTheirPathAndShowNothing) {
     EXPECT_EQ(path, pathB);
     EXPECT_EQ(read.subject.toStdString(), "about b");
     EXPECT_TRUE(IsEmpty());
+}
+
+TEST_F(ContentsPaneTest, TheServersProfileDecidesWhatIsRead) {
+    files_.Add(pathB,
+               "Return-Path: <a@x.org>\r\nX-Spamd-Result: default: True [12.3 / 15.0]\r\nSubject: s\r\n\r\nb\r\n");
+    HeaderFields read;
+    QObject::connect(pane_.get(), &ContentsPane::HeadersRead,
+                     [&](const QString&, const HeaderFields& headers) { read = headers; });
+    const auto lines = [this] { return pane_->Tree().topLevelItem(0)->childCount(); };
+    pane_->ReadHeaders(pathB);
+    Show(pathB);
+    EXPECT_EQ(read.subject.toStdString(), "s");
+    EXPECT_EQ(read.rating.toStdString(), "");
+    EXPECT_EQ(read.xSender.toStdString(), "");
+    EXPECT_EQ(lines(), 1);
+    state_.ServerProfile = QStringLiteral("rspamd");
+    pane_->ReadHeaders(pathB);
+    ShowNext(pathB);
+    EXPECT_EQ(read.rating.toStdString(), "12.3");
+    EXPECT_EQ(read.xSender.toStdString(), "a@x.org");
+    ASSERT_EQ(lines(), 2);
+    EXPECT_EQ(pane_->Tree().topLevelItem(0)->child(1)->text(0).toStdString(),
+              "X-SPAMD-RESULT: default: True [12.3 / 15.0]");
+}
+
+TEST_F(ContentsPaneTest, HeadersThatWereAskedForBeforeTheProfileChangedAreDropped) {
+    const QSignalSpy headers(pane_.get(), &ContentsPane::HeadersRead);
+    Stall();
+    pane_->ReadHeaders(pathB);
+    state_.ServerProfile = QStringLiteral("rspamd");
+    LetGo();
+    ASSERT_TRUE(WaitUntilLoaded());
+    EXPECT_EQ(headers.count(), 0);
+}
+
+TEST_F(ContentsPaneTest, APackedMessageIsShownUnpacked) {
+    files_.Add(pathB, Gzip("Subject: packed\r\nTo: b@x.org\r\n\r\nbody\r\n"));
+    Show(pathB);
+    EXPECT_FALSE(pane_->Raw().toPlainText().contains(QStringLiteral("body"))) << "the default packs nothing";
+    state_.ServerProfile = QStringLiteral("amavis");
+    ShowNext(pathB);
+    EXPECT_TRUE(pane_->Raw().toPlainText().contains(QStringLiteral("body")));
+    EXPECT_EQ(Subject(), "SUBJECT: packed");
+}
+
+TEST_F(ContentsPaneTest, ADamagedPackedMessageSaysSoInItsPlace) {
+    state_.ServerProfile = QStringLiteral("amavis");
+    files_.Add(pathB, Gzip("Subject: packed\r\n\r\nbody\r\n").chopped(9));
+    Show(pathA);
+    Show(pathB);
+    EXPECT_EQ(pane_->Raw().toPlainText(), QStringLiteral("The packed file is damaged"));
+    EXPECT_EQ(pane_->Tree().topLevelItemCount(), 0);
+    Show(pathA);
+    EXPECT_EQ(pane_->Raw().FileName(), pathA);
 }
 
 TEST_F(ContentsPaneTest, TheButtonsExpandWhatIsShownAndWhatComesNext) {

@@ -109,6 +109,18 @@ TEST_F(MainExport, TheChosenFormGivesTheNameItsEnding) {
     EXPECT_EQ(Files(), QStringList({u"one.csv"_s, u"two.x.jsonl"_s}));
 }
 
+TEST_F(MainExport, TheRatingIsANumberWhereTheServerWritesNumbers) {
+    Set("ServerProfile", "spamassassin");
+    files_.Add(u"/archive/a.eml"_s, "X-Spam-Status: Yes, score=7.5 required=5\nSubject: s\n\n");
+    files_.Add(u"/archive/b.eml"_s, "Subject: s\n\n");
+    OpenRefreshed();
+    Export(Path(u"list.jsonl"_s));
+    EXPECT_EQ(Bytes(u"list.jsonl"_s).count("\"scl\":7.5,"), 1);
+    EXPECT_EQ(Bytes(u"list.jsonl"_s).count("\"scl\":null,"), 1);
+    Export(Path(u"list.csv"_s));
+    EXPECT_TRUE(Bytes(u"list.csv"_s).contains(",7.5,\"a.eml\""));
+}
+
 TEST_F(MainExport, ATypedEndingCountsMoreThanTheChosenForm) {
     AddThree();
     OpenRefreshed();

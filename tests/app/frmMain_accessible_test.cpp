@@ -176,7 +176,7 @@ TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {
 TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
     AppState state;
     OptionsCalls calls;
-    frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    frmOptions dialog(files_, pool_, program_, state, std::move(calls), nullptr);
     dialog.show();
     auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
     for (int tab = 0; tab < tabs->count(); ++tab) {

@@ -218,7 +218,7 @@ TEST_F(MainGerman, TheDirectoryDialogIsGerman) {
 TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
     AppState state;
     OptionsCalls calls;
-    const frmOptions dialog(files_, program_, state, std::move(calls), nullptr);
+    const frmOptions dialog(files_, pool_, program_, state, std::move(calls), nullptr);
     EXPECT_EQ(dialog.windowTitle().toStdString(), "Optionen");
     auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"));
     for (int tab = 0; tab < tabs->count(); ++tab) {

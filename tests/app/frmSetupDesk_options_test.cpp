@@ -3,6 +3,7 @@
 #include "tests/support/NativePath.h"
 #include "whitelist/frmTolerate.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -97,6 +98,39 @@ TEST_F(MainOptions, AnotherFilterRefreshesOnceAfterTheDialog) {
     EXPECT_EQ(Panel("count"), "1 (just today)");
     EXPECT_TRUE(Mark().isEmpty());
     EXPECT_TRUE(Timer()->isActive());
+}
+
+TEST_F(MainOptions, AnotherServerMakesTheListAnew) {
+    files_.Add(QStringLiteral("/archive/a.eml"), "X-Spam-Status: Yes, score=9.5 required=5\nSubject: a\n\n", 1);
+    files_.Add(QStringLiteral("/archive/b.eml"), "X-Spam-Status: Yes, score=10 required=5\nSubject: b\n\n", 2);
+    OpenRefreshed();
+    EXPECT_EQ(Cell(0, ColumnScl) + Cell(1, ColumnScl), "");
+    const auto choose = [this](const char* server) {
+        OnOptions([server](frmOptions& dialog) {
+            dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"))->setCurrentIndex(6);
+            auto* box = dialog.findChild<QComboBox*>(QStringLiteral("cboServer"));
+            box->setCurrentIndex(box->findData(QLatin1String(server)));
+            Press(dialog, "cmdOK");
+        });
+        Action("mnuToolsOptions")->trigger();
+        Settle();
+    };
+    choose("spamassassin");
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(refreshes_, 2);
+    ASSERT_EQ(window_->Messages().Count(), 2);
+    EXPECT_TRUE(window_->Messages().RatesByNumber());
+    ClickHeader(ColumnScl);
+    ClickHeader(ColumnScl);
+    const std::string sorted = Keys();
+    EXPECT_TRUE(sorted == "a.eml b.eml" || sorted == "b.eml a.eml");
+    EXPECT_EQ(Cell(sorted == "a.eml b.eml" ? 0 : 1, ColumnScl), "9.5");
+    choose("spamassassin");
+    EXPECT_EQ(refreshes_, 2) << "the same one";
+    choose("imf");
+    EXPECT_EQ(refreshes_, 3);
+    EXPECT_FALSE(window_->Messages().RatesByNumber());
+    EXPECT_EQ(Cell(0, ColumnScl) + Cell(1, ColumnScl), "");
 }
 
 TEST_F(MainOptions, TheSameFilterDoesNotRefresh) {

@@ -56,6 +56,33 @@ protected:
     }
 
     int FilesLeft() const { return static_cast<int>(files_.Paths().size()); }
+
+    /// Lists one message in bulk mode and begins to tolerate its sender, which is what is returned.
+    QString SenderOfferedInBulkMode(const QByteArray& message) {
+        files_.Add(QStringLiteral("/archive/m.eml"), message, 0);
+        Set("BulkMode", "True");
+        Set("TolerationLevel", "1");
+        Set("Contents", "False");
+        OpenRefreshed();
+        window_->mnuAcRefresh_Click(); // the row that the first tick has clicked is known
+        Settle();
+        EXPECT_TRUE(window_->Messages().Row(0).Tag().isEmpty());
+        List()->selectAll();
+        window_->UpdateSelectionStatus();
+        files_.SetLatency(20ms);
+        QString sender;
+        QTimer look;
+        look.callOnTimeout([&sender] {
+            if (QWidget* dialog = QApplication::activeModalWidget()) {
+                sender = dialog->findChild<QLineEdit*>()->text();
+                dialog->close();
+            }
+        });
+        look.start(5);
+        Action("mnuActionsTolerate")->trigger();
+        Settle();
+        return sender;
+    }
 };
 
 TEST_F(MainJobs, ATickGivesWayToAClick) {
@@ -304,29 +331,16 @@ TEST_F(MainJobs, ARowMarkedAsUnreadIsReadAgainByAClick) {
 }
 
 TEST_F(MainJobs, ToleratingInBulkModeWaitsForTheSender) {
-    files_.Add(QStringLiteral("/archive/m.eml"), "X-Sender: Bob@Friend.example\nFrom: bob\n\n", 0);
-    Set("BulkMode", "True");
-    Set("TolerationLevel", "1");
-    Set("Contents", "False");
-    OpenRefreshed();
-    window_->mnuAcRefresh_Click(); // the row that the first tick has clicked is known
-    Settle();
-    ASSERT_TRUE(window_->Messages().Row(0).Tag().isEmpty());
-    List()->selectAll();
-    window_->UpdateSelectionStatus();
-    files_.SetLatency(20ms);
-    QString sender;
-    QTimer look;
-    look.callOnTimeout([&sender] {
-        if (QWidget* dialog = QApplication::activeModalWidget()) {
-            sender = dialog->findChild<QLineEdit*>()->text();
-            dialog->close();
-        }
-    });
-    look.start(5);
-    Action("mnuActionsTolerate")->trigger();
-    Settle();
-    EXPECT_EQ(sender, QStringLiteral("Bob@Friend.example"));
+    EXPECT_EQ(SenderOfferedInBulkMode("X-Sender: Bob@Friend.example\nFrom: bob\n\n"),
+              QStringLiteral("Bob@Friend.example"));
+}
+
+TEST_F(MainJobs, ToleratingInBulkModeTakesTheSenderFromTheFieldOfTheServer) {
+    Set("ServerProfile", "rspamd");
+    EXPECT_EQ(SenderOfferedInBulkMode("Return-Path: <Bob@Friend.example>\nX-Sender: eve@spam.example\n"
+                                      "X-Rspamd-Score: 20\nFrom: bob\n\n"),
+              QStringLiteral("Bob@Friend.example"));
+    EXPECT_EQ(Cell(0, ColumnScl), "20");
 }
 
 TEST_F(MainJobs, AnEscapeThatLeavesTheMenuBarKeepsTheSelection) {

@@ -1,5 +1,6 @@
 #include "archive/MessageReading.h"
 
+#include "tests/support/Gzip.h"
 #include "tests/support/MemoryFileSystem.h"
 
 #include <gtest/gtest.h>
@@ -48,6 +49,14 @@ TEST_F(MessageReading, WritesTheSizeTwice) {
     EXPECT_EQ(Read({u"0"_s, {123, 0}}, true).row.Cell(ColumnSize), u"123"_s);
     EXPECT_EQ(Read({u"0"_s, {123, 0}}, true).row.Cell(ColumnBytes), u"00000123"_s);
     EXPECT_EQ(Read({u"0"_s, {1'234'567'890, 0}}, true).row.Cell(ColumnBytes), u"1234567890"_s);
+}
+
+TEST_F(MessageReading, WhatIsDamagedInItsPackingIsNoMessage) {
+    files.Add(u"/a/1.gz"_s, Gzip("Subject: s\r\n\r\n").chopped(12));
+    const ReadRow read = ReadMessageRow(*files.ReadFolder(u"/a/"_s), {u"1.gz"_s, {}}, false, ProfileOf(u"amavis"_s));
+    EXPECT_FALSE(read.loaded);
+    EXPECT_FALSE(read.canHeal) << "unless the file changes";
+    EXPECT_EQ(read.row.Cell(ColumnSubject), u"The packed file is damaged"_s);
 }
 
 TEST_F(MessageReading, OnlyWhatCouldNotBeReadNowCanHeal) {

@@ -1,4 +1,5 @@
 #include "tests/archive/RefreshFixture.h"
+#include "tests/support/Gzip.h"
 
 namespace quellbox {
 
@@ -45,6 +46,20 @@ TEST_F(RefreshToleranceTest, LeavesTheRowWhenTheMoveFailsAndGoesOn) {
     EXPECT_EQ(result.failures[0].path, u"/pickup/a.eml"_s);
     EXPECT_EQ(files.Paths(), (QStringList{u"/Archive/a.eml"_s, u"/pickup/a.eml"_s, u"/pickup/b.eml"_s}));
     EXPECT_EQ(files.Bytes(u"/pickup/a.eml"_s), "already there");
+}
+
+TEST_F(RefreshToleranceTest, LeavesWhatIsPackedAndSaysSo) {
+    const QByteArray message = "X-Envelope-From: <Bob@friend.example>\r\nSubject: s\r\n\r\nbody";
+    files.Add(InArchive(u"banned-a"_s), message, 1);
+    files.Add(InArchive(u"spam-b.gz"_s), Gzip(message), 2);
+    state.ServerProfile = u"amavis"_s;
+    Run();
+    ASSERT_EQ(Keys(), QStringList{u"spam-b.gz"_s});
+    EXPECT_EQ(model.Row(0).Cell(ColumnSubject), u"s"_s);
+    ASSERT_EQ(result.failures.size(), 1U);
+    EXPECT_EQ(result.failures[0].problem, FileProblem::Packed);
+    EXPECT_EQ(result.failures[0].path, InArchive(u"spam-b.gz"_s));
+    EXPECT_EQ(files.Paths(), (QStringList{u"/Archive/spam-b.gz"_s, u"/pickup/banned-a"_s}));
 }
 
 TEST_F(RefreshToleranceTest, GoesByTheSenderOfTheServersProfile) {

@@ -17,6 +17,14 @@ TEST(ExternalViewer, IsUsedForExactlyOne) {
     EXPECT_TRUE(UsesExternalViewer(state));
 }
 
+TEST(ExternalViewer, DoesNotGetWhatTheServerHasPacked) {
+    AppState state;
+    EXPECT_TRUE(SuitsExternalViewer(state, QStringLiteral("/archive/a.gz"))) << "the default packs nothing";
+    state.ServerProfile = QStringLiteral("amavis");
+    EXPECT_FALSE(SuitsExternalViewer(state, QStringLiteral("/archive/spam-a.GZ")));
+    EXPECT_TRUE(SuitsExternalViewer(state, QStringLiteral("/archive/banned-a")));
+}
+
 #ifndef _WIN32
 TEST(ExternalViewer, GetsThePathAsOneArgumentAndFailsSilently) {
     FakeShell shell;

@@ -1,5 +1,7 @@
 #include "contents/StructureTree.h"
 
+#include "mail/ServerProfile.h"
+
 #include <gtest/gtest.h>
 
 using namespace quellbox;
@@ -54,6 +56,21 @@ TEST(StructureTree, SaysBelowTheMessageWhyItWasBlocked) {
         Texts(BuildStructureTree(message, {"X-Amavis-Alert", "X-Spam-Status"}).front().children),
         (QStringList{QStringLiteral("SUBJECT: s"), QStringLiteral("X-SPAM-STATUS: Yes, score=9 tests=BAYES_99")}));
     EXPECT_EQ(Texts(BuildStructureTree(message).front().children), QStringList{QStringLiteral("SUBJECT: s")});
+}
+
+TEST(StructureTree, ShowsTheLimitBesideTheScoreWhereTheServerWritesBoth) {
+    for (const auto& [profile, field] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"rspamd", "X-Spamd-Result: default: True [12.3 / 15.0]"},
+             {"rspamd", "X-Spam-Status: Yes, score=12.3"},
+             {"spamassassin", "X-Spam-Status: Yes, score=7 required=5"},
+             {"amavis", "X-Spam-Status: Yes, score=13.402 tag=2 tag2=6.2 kill=6.9"}}) {
+        MailMessage message;
+        ASSERT_EQ(message.LoadBytes(QByteArray("Subject: s\r\n") + field + "\r\n\r\nbody"), 0);
+        const StructureTree tree = BuildStructureTree(message, ProfileOf(QLatin1String(profile)).reasons);
+        const QString text = QLatin1String(field);
+        const qsizetype colon = text.indexOf(QLatin1Char(':'));
+        EXPECT_EQ(Texts(tree.front().children).last(), text.left(colon).toUpper() + text.mid(colon)) << field;
+    }
 }
 
 TEST(StructureTree, ShowsTheMessageFieldsInTheirFixedOrder) {

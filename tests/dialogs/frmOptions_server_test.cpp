@@ -1,4 +1,5 @@
 #include "tests/dialogs/OptionsTest.h"
+#include "tests/support/Gzip.h"
 
 #include <QComboBox>
 #include <QSemaphore>
@@ -75,6 +76,12 @@ TEST_F(ServerOptions, DetectProposesAndOkTakesOver) {
     EXPECT_EQ(state.ServerProfile, QString());
     Ok();
     EXPECT_EQ(state.ServerProfile, QStringLiteral("spamassassin"));
+}
+
+TEST_F(ServerOptions, DetectFindsWhatIsPacked) {
+    files.Add(QStringLiteral("/archive/spam-1.gz"), Gzip("X-Quarantine-ID: <1>\r\nSubject: s\r\n\r\nx"));
+    Open(6);
+    EXPECT_EQ(Detect(), "Found in 1 of the newest messages (1): amavis");
 }
 
 TEST_F(ServerOptions, DetectChangesNothingWhereItFindsNothing) {

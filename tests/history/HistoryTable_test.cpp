@@ -45,6 +45,29 @@ TEST(HistoryTable, IsWrittenForSpreadsheetsAndForPrograms) {
     EXPECT_TRUE(json.contains("\"file\":\"a.eml\""));
 }
 
+TEST(HistoryTable, RatingsAreNumbersWhereTheyAreSome) {
+    const QTemporaryDir folder;
+    auto lines = std::make_shared<std::vector<HistoryLine>>(3);
+    (*lines)[0].entry.rating = QStringLiteral("-1.30");
+    (*lines)[1].entry.rating = QStringLiteral("7 53.21");
+    const auto read = [&](const char* name, bool ratesByNumber) {
+        const QString path = folder.filePath(QLatin1String(name));
+        WriteTable(path, HistoryTableColumns(ratesByNumber), CellsOf(lines));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const QByteArray numbers = read("numbers.jsonl", true);
+    EXPECT_TRUE(numbers.contains("\"scl\":-1.30,"));
+    EXPECT_TRUE(numbers.contains("\"scl\":\"7 53.21\",")) << "of another server";
+    EXPECT_TRUE(numbers.contains("\"scl\":null,"));
+    EXPECT_TRUE(read("numbers.csv", true).contains(",-1.30,"));
+    const QByteArray texts = read("texts.jsonl", false);
+    EXPECT_TRUE(texts.contains("\"scl\":\"-1.30\","));
+    EXPECT_TRUE(texts.contains("\"scl\":\"\","));
+    EXPECT_TRUE(read("texts.csv", false).contains(",\"-1.30\","));
+}
+
 TEST(HistoryTable, AnUnknownSizeIsNone) {
     auto lines = std::make_shared<std::vector<HistoryLine>>(1);
     QStringList cells;

@@ -2,6 +2,7 @@
 
 #include "tests/messages/ListRows.h"
 #include "tests/support/CallGate.h"
+#include "tests/support/Gzip.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/RunUntil.h"
 
@@ -20,13 +21,13 @@ QString Name(int number) {
 /// Disposes of rows from start to end.
 DisposalResult Dispose(
     FileSystem& files, qint16 action, const std::vector<int>& rows, MessageListModel& model,
-    const std::function<void(int)>& rowsLeft = [](int) {}) {
+    const std::function<void(int)>& rowsLeft = [](int) {}, Packing packing = Packing::Never) {
     ThreadWorkPool pool;
     DisposalTask task(files, pool, model);
     DisposalResult result;
     QObject::connect(&task, &DisposalTask::RowsLeft, rowsLeft);
     QObject::connect(&task, &DisposalTask::Ended, [&result](const DisposalResult& ended) { result = ended; });
-    task.Start(action, folders, rows);
+    task.Start(action, {folders.archive, folders.pickup, packing}, rows);
     EXPECT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
     return result;
 }
@@ -43,8 +44,9 @@ protected:
         model.Append(std::move(rows));
     }
 
-    DisposalResult Run(qint16 action, const std::vector<int>& rows) {
-        return Dispose(files, action, rows, model, [this](int left) { progress.push_back(left); });
+    DisposalResult Run(qint16 action, const std::vector<int>& rows, Packing packing = Packing::Never) {
+        return Dispose(
+            files, action, rows, model, [this](int left) { progress.push_back(left); }, packing);
     }
 
     QStringList Keys() const {
@@ -70,6 +72,33 @@ TEST_F(Disposal, DeletesTheFilesAndTheRows) {
     EXPECT_TRUE(result.failures.empty());
     EXPECT_EQ(Keys(), QStringList({Name(1), Name(3)}));
     EXPECT_EQ(files.Paths(), QStringList({folders.archive + Name(1), folders.archive + Name(3)}));
+}
+
+TEST_F(Disposal, DoesNotUnblockWhatIsPackedAndSaysSo) {
+    for (const qint16 action : {Action::unblock, Action::unblockTolerated}) {
+        Fill(3);
+        files.Add(folders.archive + Name(1), Gzip("Subject: packed"));
+        const DisposalResult result = Run(action, {0, 1, 2}, Packing::Possible);
+        EXPECT_EQ(result.rowsGone, 3);
+        ASSERT_EQ(result.failures.size(), 1U);
+        EXPECT_EQ(result.failures[0].problem, FileProblem::Packed);
+        EXPECT_EQ(result.failures[0].path, folders.archive + Name(1));
+        EXPECT_EQ(files.Paths(),
+                  QStringList({folders.archive + Name(1), folders.pickup + Name(0), folders.pickup + Name(2)}));
+        files.Remove(folders.pickup + Name(0));
+        files.Remove(folders.pickup + Name(2));
+    }
+}
+
+TEST_F(Disposal, DeletesAndOtherwiseMovesWhateverItIs) {
+    Fill(2);
+    files.Add(folders.archive + Name(0), Gzip("Subject: packed"));
+    files.Add(folders.archive + Name(1), Gzip("Subject: packed"));
+    const int opened = files.OpenCount();
+    EXPECT_TRUE(Run(Action::remove, {0}, Packing::Possible).failures.empty());
+    EXPECT_TRUE(Run(Action::unblock, {0}).failures.empty()) << "the server packs nothing";
+    EXPECT_EQ(files.OpenCount(), opened);
+    EXPECT_EQ(files.Paths(), QStringList({folders.pickup + Name(1)}));
 }
 
 TEST_F(Disposal, MovesIntoThePickupFolderWithEitherUnblockCode) {

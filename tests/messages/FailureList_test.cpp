@@ -33,8 +33,9 @@ TEST_F(FailureListTest, SaysInPlainWordsWhatIsTheMatter) {
 }
 
 TEST_F(FailureListTest, SaysWhatToDoWhereSomethingCanBeDone) {
-    for (const FileProblem problem : {FileProblem::Exists, FileProblem::NoRight, FileProblem::NoRoom,
-                                      FileProblem::InUse, FileProblem::NoAnswer, FileProblem::Missing}) {
+    for (const FileProblem problem :
+         {FileProblem::Exists, FileProblem::NoRight, FileProblem::NoRoom, FileProblem::InUse, FileProblem::NoAnswer,
+          FileProblem::Missing, FileProblem::Packed}) {
         EXPECT_FALSE(TextOf(problem).advice.isEmpty()) << static_cast<int>(problem);
     }
 }

@@ -40,6 +40,15 @@ TEST_F(ListTable, HasTheColumnsThatAreShownAndTwoMore) {
                                                    "scl=SCL%, file=File name, sender=Envelope sender");
 }
 
+TEST_F(ListTable, RatingsAreNumbersWhereTheServerWritesNumbers) {
+    const auto isNumber = [this] { return ListTableColumns(model).at(5).isNumber; };
+    EXPECT_EQ(ListTableColumns(model).at(5).key, u"scl"_s);
+    model.SetRatesByNumber(true);
+    EXPECT_TRUE(isNumber());
+    model.SetRatesByNumber(false);
+    EXPECT_FALSE(isNumber());
+}
+
 TEST_F(ListTable, HasTheRowsInTheOrderOfTheList) {
     Add(u"a.eml"_s, 300, {u"t1"_s, u"f1"_s, u"s1"_s, u"9 99.0"_s, u"e1"_s});
     Add(u"b.eml"_s, 20, {u"t2"_s, u"f2"_s, u"s2"_s, {}, {}});
