@@ -176,7 +176,6 @@ virtual_gid_maps = static:{entry.pw_gid}
 {filtered}{self.port_behind} inet n - n - - smtpd
   -o content_filter=
   -o smtpd_milters=
-  -o milter_header_checks=
 pickup unix n - n 60 1 pickup
 cleanup unix n - n - 0 cleanup
 qmgr unix n - n 300 1 qmgr
