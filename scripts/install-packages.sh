@@ -139,9 +139,9 @@ for package in "${missing[@]}"; do
   esac
 done
 policy=/usr/sbin/policy-rc.d
-policy_is_ours=
+aside=$policy.quellbox
 restore_services() {
-  [ -z "$policy_is_ours" ] || "${as_root[@]}" rm -f "$policy"
+  if [ -e "$aside" ]; then "${as_root[@]}" mv -f "$aside" "$policy"; else "${as_root[@]}" rm -f "$policy"; fi
   [ ${#services[@]} -gt 0 ] && command -v systemctl >/dev/null || return 0
   "${as_root[@]}" systemctl disable "${services[@]}" || true
   [ ! -d /run/systemd/system ] || "${as_root[@]}" systemctl unmask --runtime "${services[@]}" || true
@@ -149,11 +149,9 @@ restore_services() {
 if [ ${#services[@]} -gt 0 ]; then
   trap restore_services EXIT
   [ ! -d /run/systemd/system ] || "${as_root[@]}" systemctl mask --runtime "${services[@]}"
-  if [ ! -e "$policy" ]; then
-    policy_is_ours=yes
-    printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
-    "${as_root[@]}" chmod 755 "$policy"
-  fi
+  [ ! -e "$policy" ] || "${as_root[@]}" mv "$policy" "$aside"
+  printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+  "${as_root[@]}" chmod 755 "$policy"
 fi
 # Without a choice Debian's postfix gets a configuration that sends and takes mail.
 if [[ " ${missing[*]} " == *" postfix "* ]]; then

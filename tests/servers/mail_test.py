@@ -29,7 +29,7 @@ from servers import LOOPBACK, MAKERS, Keeper, make_folder
 CLONE_NEWNET = 0x40000000
 SIOCSIFFLAGS = 0x8914
 IFF_UP = 1
-PATIENCE = 180  # seconds until messages are where they have to be
+PATIENCE = 90  # seconds until messages are where they have to be
 REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
 
 COLUMNS = ["server", "way", "messages", "refused", "blocked", "listed", "released", "found whole", "nowhere", "wrong"]
