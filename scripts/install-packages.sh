@@ -115,7 +115,7 @@ if ! command -v dpkg-query >/dev/null; then
 fi
 missing=()
 for package in "${packages[@]}"; do
-  dpkg -s "$package" 2>/dev/null | grep -q '^Status: install ok installed' || missing+=("$package")
+  [ "$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null)" = 'install ok installed' ] || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 

@@ -78,7 +78,7 @@ class BlockedFile:
     identity: str
     sender: str
     recipients: list
-    rating: str
+    rating: str  # empty where the filter has written none
 
 
 def read_blocked(chain):
@@ -94,11 +94,11 @@ def read_blocked(chain):
         sender = values(data, SENDER_FIELDS[chain.profile])
         recipients = values(data, RECIPIENT_FIELDS[chain.profile])
         ratings = [re.search(pattern, text) for text in values(data, field)]
-        if name.startswith(".") or not identity or not sender or not recipients or not ratings or not ratings[0]:
+        if name.startswith(".") or not identity or not sender or not recipients or None in ratings:
             errors.append(f"{chain.name}: {name} is no blocked message of this filter")
             continue
         files.append(BlockedFile(name, data, identity[0].strip("<>"), addresses(sender[0])[0],
-                                 addresses(recipients[0]), ratings[0].group(1)))
+                                 addresses(recipients[0]), ratings[0].group(1) if ratings else ""))
     return files, errors
 
 
