@@ -10,7 +10,7 @@ scripts/install-packages.sh mail
 
 program=()
 if [ "${1:-}" != servers ]; then
-  cmake --preset dev
+  cmake --preset dev -DQUELLBOX_FAST_BUILD=ON
   cmake --build --preset dev -j "${JOBS:-$(nproc)}" --target quellbox_mail_tests
   program=(--program "$PWD/build/dev/quellbox_mail_tests")
 fi
