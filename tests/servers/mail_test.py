@@ -31,6 +31,9 @@ SIOCSIFFLAGS = 0x8914
 IFF_UP = 1
 PATIENCE = 90  # seconds until messages are where they have to be
 REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
+# How blocked messages are released. Each of them goes one of these ways, in turn.
+WAYS = ["smtplib"]
+
 # What a message is rated at least for why it is spam.
 LEAST_RATING = {messages.SPAM_GTUBE: 900, messages.SPAM_RULE: 8}
 
@@ -76,7 +79,9 @@ class ChainTest:
         self.messages = messages.make_messages(chain.name, key)
         self.by_identity = {message.identity: message for message in self.messages}
         self.refused, self.released, self.errors, self.files = set(), set(), [], []
-        self.listed = 0
+        self.listed = set()  # identities of what the program lists as it is
+        spam = [message.identity for message in self.messages if message.is_spam]
+        self.ways = {identity: WAYS[number % len(WAYS)] for number, identity in enumerate(spam)}
 
     def complain(self, text):
         self.errors.append(f"{self.chain.name}: {text}")
@@ -152,13 +157,21 @@ class ChainTest:
         """What the program is to show, for the test that drives it."""
         return {"name": self.chain.name, "profile": self.chain.profile, "archive": self.chain.archive + "/",
                 "packed": self.chain.is_packed, "host": LOOPBACK, "port": self.chain.postfix.port_behind,
-                "files": {file.name: {"rating": file.rating, "sender": file.sender, "recipients": file.recipients}
-                          for file in self.files}}
+                "files": {file.name: {"rating": file.rating, "sender": file.sender, "recipients": file.recipients,
+                                      "way": self.ways[file.identity]}
+                          for file in self.files if file.identity in self.ways}}
+
+    def look_at_untouched(self):
+        """Listing must leave the folder alone."""
+        if stored.read_blocked(self.chain)[0] != self.files:
+            self.complain("the folder has changed while it was listed")
 
     def release(self):
-        """Hands every blocked file to the port behind the filter, with the envelope that stands in it."""
+        """Hands the blocked files of this way to the port behind the filter, with the envelope that stands in them."""
         with connect(self.chain.postfix.port_behind) as client:
             for file in self.files:
+                if self.ways.get(file.identity) != "smtplib":
+                    continue
                 try:
                     send(client, file.sender, file.recipients,
                          stored.outgoing(file.data).replace(b"\n", b"\r\n"))
@@ -187,17 +200,22 @@ class ChainTest:
         return whole, nowhere, wrong
 
     def rows(self):
-        """The lines of the table. What was refused has to be in no Maildir."""
-        ordinary = [message for message in self.messages if not message.is_spam]
-        blocked = [message for message in self.messages if message.is_spam and not message.is_refused]
-        refused = [message for message in self.messages if message.is_refused]
-        for message in refused:
-            if self.copies().get(message.identity):
+        """The lines of the table: what the filter lets pass, and each way of releases. What is refused is told to the
+        sender, and has to be nowhere."""
+        copies = self.copies()
+        for message in self.messages:
+            if message.is_refused and message.identity in copies:
                 self.complain(f"{message.identity} was refused and delivered")
+        ordinary = [message for message in self.messages if not message.is_spam]
+        rows = [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary)]]
         in_folder = {file.identity for file in self.files}
-        return [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary)],
-                [self.chain.name, "smtplib", len(blocked) + len(refused), len(self.refused),
-                 len(in_folder), self.listed, len(self.released), *self.judge(blocked)]]
+        for way in WAYS:
+            chosen = [message for message in self.messages if self.ways.get(message.identity) == way]
+            counts = [len([message for message in chosen if message.identity in done])
+                      for done in (self.refused, in_folder, self.listed, self.released)]
+            rows.append([self.chain.name, way, len(chosen), *counts,
+                         *self.judge([message for message in chosen if not message.is_refused])])
+        return rows
 
 
 def run_program(program, tests, place):
@@ -217,7 +235,8 @@ def run_program(program, tests, place):
         if rows != len(test.files):
             errors.append(f"{test.chain.name}: the program lists {rows} of {len(test.files)} files as they are")
         else:
-            test.listed = len({file.identity for file in test.files})
+            test.listed = {file.identity for file in test.files}
+        test.look_at_untouched()
     return errors
 
 

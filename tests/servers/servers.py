@@ -381,7 +381,10 @@ disable_hyperscan = true;
 filters = "chartable,regexp";
 tempdir = "{place}/tmp";
 dns {{ nameserver = ["{LOOPBACK}:9"]; timeout = 100ms; retransmits = 1; }}
+# The whole list of suffixes takes most of a minute to read.
+url_tld = "{local}/suffixes";
 """,
+        "suffixes": "test\norg\ncom\n",
         "local.d/worker-proxy.inc": f"""bind_socket = "{LOOPBACK}:{milter}";
 milter = yes;
 upstream "local" {{ default = yes; self_scan = yes; }}
