@@ -34,6 +34,9 @@ REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
 # How blocked messages are released. Each of them goes one of these ways, in turn.
 WAYS = ["smtplib"]
 
+# Marks what the program lists without reading it.
+BY_NAME = "*"
+
 # What a message is rated at least for why it is spam.
 LEAST_RATING = {messages.SPAM_GTUBE: 900, messages.SPAM_RULE: 8}
 
@@ -213,6 +216,8 @@ class ChainTest:
             chosen = [message for message in self.messages if self.ways.get(message.identity) == way]
             counts = [len([message for message in chosen if message.identity in done])
                       for done in (self.refused, in_folder, self.listed, self.released)]
+            if self.chain.is_packed:
+                counts[2] = f"{counts[2]}{BY_NAME}"
             rows.append([self.chain.name, way, len(chosen), *counts,
                          *self.judge([message for message in chosen if not message.is_refused])])
         return rows
@@ -246,6 +251,7 @@ def print_table(rows):
     for row in table:
         print("  ".join(cell.ljust(width) if column < 2 else cell.rjust(width)
                         for column, (cell, width) in enumerate(zip(row, widths))))
+    print(f"{BY_NAME} by name only: the program does not read packed files yet")
 
 
 def run(place, keeper, servers, program):
