@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Messages through real mail servers and spam filters, what these block in the program's list, and releases of that.
 
-For each chain: fifty messages are sent, the filter lets some pass and blocks others, the program lists the folder of what
-is blocked, that is released behind the filter, and everything is looked for in the recipients' Maildirs. See
+For each chain: fifty messages are sent, the filter lets some pass and blocks others, the program lists the folder of
+what is blocked, that is released behind the filter, and everything is looked for in the recipients' Maildirs. See
 CONTRIBUTING.md; scripts/mail_test.sh installs what is needed and calls this as root.
 """
 import argparse
@@ -32,7 +32,8 @@ IFF_UP = 1
 PATIENCE = 90  # seconds until messages are where they have to be
 REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
 # How blocked messages are released. Each of them goes one of these ways, in turn.
-WAYS = ["smtplib"]
+SMTPLIB, SENDMAIL = "smtplib", "sendmail"
+WAYS = [SMTPLIB, SENDMAIL]
 
 # Marks what the program lists without reading it.
 BY_NAME = "*"
@@ -44,8 +45,8 @@ COLUMNS = ["server", "way", "messages", "refused", "blocked", "listed", "release
 
 
 def leave_the_network():
-    """From here on this process and what it starts see no network but a loopback interface of their own, where the system
-    allows that. Filters like to ask the world."""
+    """From here on this process and what it starts see no network but a loopback interface of their own, where the
+    system allows that. Filters like to ask the world."""
     if ctypes.CDLL(None, use_errno=True).unshare(CLONE_NEWNET):
         print("The network stays within reach, since there can be no other one here.")
         return
@@ -160,6 +161,7 @@ class ChainTest:
         """What the program is to show, for the test that drives it."""
         return {"name": self.chain.name, "profile": self.chain.profile, "archive": self.chain.archive + "/",
                 "packed": self.chain.is_packed, "host": LOOPBACK, "port": self.chain.postfix.port_behind,
+                "command": self.chain.postfix.sendmail,
                 "files": {file.name: {"rating": file.rating, "sender": file.sender, "recipients": file.recipients,
                                       "way": self.ways[file.identity]}
                           for file in self.files if file.identity in self.ways}}
@@ -169,17 +171,24 @@ class ChainTest:
         if stored.read_blocked(self.chain)[0] != self.files:
             self.complain("the folder has changed while it was listed")
 
+    def release_by_smtp(self, client, file):
+        send(client, file.sender, file.recipients, stored.outgoing(file.data).replace(b"\n", b"\r\n"))
+
+    def release_by_command(self, file):
+        subprocess.run([*self.chain.postfix.sendmail, "-f", file.sender, "--", *file.recipients],
+                       input=stored.outgoing(file.data), capture_output=True, check=True)
+
     def release(self):
-        """Hands the blocked files of this way to the port behind the filter, with the envelope that stands in them."""
+        """Hands the blocked files to the server behind the filter, with the envelope that stands in them."""
         with connect(self.chain.postfix.port_behind) as client:
             for file in self.files:
-                if self.ways.get(file.identity) != "smtplib":
-                    continue
                 try:
-                    send(client, file.sender, file.recipients,
-                         stored.outgoing(file.data).replace(b"\n", b"\r\n"))
+                    if self.ways.get(file.identity) == SMTPLIB:
+                        self.release_by_smtp(client, file)
+                    else:
+                        self.release_by_command(file)
                     self.released.add(file.identity)
-                except smtplib.SMTPException as error:
+                except (smtplib.SMTPException, subprocess.CalledProcessError) as error:
                     self.complain(f"{file.name} cannot be released: {error}")
 
     def judge(self, chosen):
@@ -194,7 +203,8 @@ class ChainTest:
             if sorted(copy.recipient for copy in found) != sorted(message.recipients) and not missing:
                 faults.append("was delivered to " + ", ".join(sorted(copy.recipient for copy in found)))
             for recipient in sorted(missing):
-                self.complain(f"{message.identity} ({message.kind}, {message.features}) is not in the Maildir of {recipient}")
+                self.complain(f"{message.identity} ({message.kind}, {message.features}) is not in the Maildir of "
+                              f"{recipient}")
             for fault in faults:
                 self.complain(f"{message.identity} ({message.kind}, {message.features}) {fault}")
             nowhere += bool(missing)
@@ -228,8 +238,8 @@ def run_program(program, tests, place):
     expectations = os.path.join(place, "expectations.json")
     with open(expectations, "w", encoding="utf-8") as file:
         json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
-    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": expectations, "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC",
-                   "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place, "XDG_CACHE_HOME": place}
+    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": expectations, "QT_QPA_PLATFORM": "offscreen",
+                   "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place, "XDG_CACHE_HOME": place}
     done = subprocess.run([program], env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                           errors="replace", check=False)
     print(done.stdout)
