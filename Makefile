@@ -6,11 +6,12 @@
 # make windows       builds the program for Windows, a portable zip and an installer, in build/windows/
 # make windows-test  the same, and runs the tests of that program under Wine
 # make fuzz          feeds deviant input to what reads mail and settings, SECONDS=60 for each target
+# make mail-test     tries the program with real mail servers and spam filters, which it runs for that; needs root
 # make soak MINUTES=60  lets the program run over a share that goes wrong, with messages, keys and clicks at random
 JOBS ?= $(shell nproc)
 
 .NOTPARALLEL:
-.PHONY: run test soak fuzz translations package check-package windows windows-test
+.PHONY: run test mail-test soak fuzz translations package check-package windows windows-test
 run:
 	scripts/install-packages.sh run
 	cmake --preset release -DQUELLBOX_TESTS=OFF -DQUELLBOX_BENCHMARKS=OFF
@@ -20,6 +21,9 @@ run:
 test:
 	scripts/install-packages.sh test
 	scripts/check.sh
+
+mail-test:
+	scripts/mail_test.sh
 
 soak:
 	scripts/install-packages.sh test

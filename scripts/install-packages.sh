@@ -4,6 +4,7 @@
 #   install-packages.sh test    to run the checks as well
 #   install-packages.sh fuzz    to run the fuzzer
 #   install-packages.sh package to build the Debian package, and to try it out
+#   install-packages.sh mail    to run the test with mail servers
 #   install-packages.sh windows to build the program for Windows, and to run it and its tests under Wine
 set -euo pipefail
 
@@ -92,11 +93,20 @@ package_packages=(
   debootstrap       # makes the fresh system in which the package is tried out
 )
 
+mail_packages=(
+  postfix           # takes messages in, and delivers them
+  amavisd-new       # a filter with a quarantine
+  spamassassin spamd spamc # the filter inside of it, which also works alone
+  rspamd            # another filter; it needs no Redis for what the test asks of it
+  python3-dkim openssl # signatures of messages, and the key for them
+)
+
 case "${1:-}" in
   run) packages=("${run_packages[@]}") ;;
   test) packages=("${run_packages[@]}" "${test_packages[@]}") ;;
   fuzz) packages=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
   package) packages=("${run_packages[@]}" "${package_packages[@]}") ;;
+  mail) packages=("${run_packages[@]}" "${test_packages[@]}" "${mail_packages[@]}") ;;
   windows) packages=("${windows_packages[@]}") ;;
   *) echo "usage: $0 run|test|fuzz|package|windows" >&2; exit 2 ;;
 esac
@@ -111,7 +121,7 @@ if ! command -v dpkg-query >/dev/null; then
 fi
 missing=()
 for package in "${packages[@]}"; do
-  dpkg -s "$package" 2>/dev/null | grep -q '^Status: install ok installed' || missing+=("$package")
+  [ "$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null)" = 'install ok installed' ] || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 
@@ -120,17 +130,39 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || { echo "Please install, as root: ${missing[*]}" >&2; exit 1; }
   as_root=(sudo)
 fi
-# The package samba makes the machine a file server, which nobody has asked for: the tests start one of their own.
-# What hides the services for the time of the installation is gone after a restart at the latest.
+# These packages make the machine a server, which nobody has asked for: the tests start servers of their own. What is
+# already installed stays as it is. What hides the services for the time of the installation is gone after a restart at
+# the latest.
 services=()
-if [[ " ${missing[*]} " == *" samba "* ]] && [ -d /run/systemd/system ]; then
-  services=(smbd.service nmbd.service)
-  "${as_root[@]}" systemctl mask --runtime "${services[@]}"
+for package in "${missing[@]}"; do
+  case "$package" in
+    samba) services+=(smbd.service nmbd.service) ;;
+    postfix) services+=(postfix.service) ;;
+    amavisd-new) services+=(amavis.service amavis-mc.service amavisd-snmp-subagent.service) ;;
+    spamassassin) services+=(spamassassin-maintenance.timer) ;;
+    spamd) services+=(spamd.service) ;;
+    rspamd) services+=(rspamd.service) ;;
+  esac
+done
+policy=/usr/sbin/policy-rc.d
+aside=$policy.quellbox
+restore_services() {
+  if [ -e "$aside" ]; then "${as_root[@]}" mv -f "$aside" "$policy"; else "${as_root[@]}" rm -f "$policy"; fi
+  [ ${#services[@]} -gt 0 ] && command -v systemctl >/dev/null || return 0
+  "${as_root[@]}" systemctl disable "${services[@]}" || true
+  [ ! -d /run/systemd/system ] || "${as_root[@]}" systemctl unmask --runtime "${services[@]}" || true
+}
+if [ ${#services[@]} -gt 0 ]; then
+  trap restore_services EXIT
+  [ ! -d /run/systemd/system ] || "${as_root[@]}" systemctl mask --runtime "${services[@]}"
+  [ ! -e "$policy" ] || "${as_root[@]}" mv "$policy" "$aside"
+  printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+  "${as_root[@]}" chmod 755 "$policy"
+fi
+# Without a choice Debian's postfix gets a configuration that sends and takes mail.
+if [[ " ${missing[*]} " == *" postfix "* ]]; then
+  echo 'postfix postfix/main_mailer_type select No configuration' | "${as_root[@]}" debconf-set-selections
 fi
 echo "Installing ${missing[*]}"
 "${as_root[@]}" apt-get -q update
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install "${missing[@]}" </dev/null
-if [ ${#services[@]} -gt 0 ]; then
-  "${as_root[@]}" systemctl disable "${services[@]}"
-  "${as_root[@]}" systemctl unmask --runtime "${services[@]}"
-fi

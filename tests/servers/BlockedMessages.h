@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace quellbox::servers {
+
+/// What the program is to know about a blocked message.
+struct BlockedMessage {
+    QString rating;
+    QString sender; ///< of the envelope; empty for a bounce
+    QStringList recipients;
+};
+
+/// A folder that a real filter has filled, and the server through which its messages are released.
+struct BlockedFolder {
+    QString profile; ///< as the setting `ServerProfile` has it
+    QString archive;
+    bool isPacked = false; ///< the files are compressed with gzip
+    QString host;
+    int port = 0;                            ///< behind the filter
+    QHash<QString, BlockedMessage> messages; ///< by file name
+};
+
+/// The folder of a chain, from the file that the environment variable QUELLBOX_MAIL_EXPECTATIONS names and
+/// tests/servers/mail_test.py has written. Without messages where there is none of that name.
+BlockedFolder ReadBlockedFolder(const QString& chain);
+
+} // namespace quellbox::servers

@@ -1,0 +1,348 @@
+#!/usr/bin/python3
+"""Messages through real mail servers and spam filters, what these block in the program's list, and releases of that.
+
+For each chain: fifty messages are sent, the filter lets some pass and blocks others, the program lists the folder of
+what is blocked, that is released behind the filter, and everything is looked for in the recipients' Maildirs. See
+CONTRIBUTING.md; scripts/mail_test.sh installs what is needed and calls this as root.
+"""
+import argparse
+import collections
+import ctypes
+import fcntl
+import json
+import os
+import re
+import shutil
+import signal
+import smtplib
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+
+import messages
+import stored
+from servers import LOOPBACK, MAKERS, Keeper, make_folder
+
+CLONE_NEWNET = 0x40000000
+SIOCSIFFLAGS = 0x8914
+IFF_UP = 1
+PATIENCE = 90  # seconds until messages are where they have to be
+REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
+# How blocked messages are released. Each of them goes one of these ways, in turn.
+SMTPLIB, SENDMAIL = "smtplib", "sendmail"
+WAYS = [SMTPLIB, SENDMAIL]
+
+# Marks what the program lists without reading it.
+BY_NAME = "*"
+
+# What a message is rated at least for why it is spam.
+LEAST_RATING = {messages.SPAM_GTUBE: 900, messages.SPAM_RULE: 8}
+
+COLUMNS = ["server", "way", "messages", "refused", "blocked", "listed", "released", "found whole", "nowhere", "wrong"]
+
+
+def leave_the_network():
+    """From here on this process and what it starts see no network but a loopback interface of their own, where the
+    system allows that. Filters like to ask the world."""
+    if ctypes.CDLL(None, use_errno=True).unshare(CLONE_NEWNET):
+        print("The network stays within reach, since there can be no other one here.")
+        return
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
+        fcntl.ioctl(any_socket, SIOCSIFFLAGS, struct.pack("16sH14x", b"lo", IFF_UP))
+
+
+def make_key(place):
+    """A key for signatures, and what the DNS would have about it."""
+    path = os.path.join(place, "dkim.pem")
+    subprocess.run(["openssl", "genrsa", "-traditional", "-out", path, "2048"], check=True, capture_output=True)
+    public = subprocess.run(["openssl", "rsa", "-in", path, "-pubout"], check=True, capture_output=True).stdout
+    with open(path, "rb") as file:
+        return file.read(), b"v=DKIM1; k=rsa; p=" + b"".join(public.split(b"\n")[1:-2])
+
+
+def connect(port):
+    return smtplib.SMTP(LOOPBACK, port, local_hostname="mail." + messages.SENDER_DOMAIN, timeout=300)
+
+
+def send(client, sender, recipients, data):
+    """One message with CRLF; raises SMTPException unless the server takes it for all recipients."""
+    options = ["BODY=8BITMIME"] if any(byte > 127 for byte in data) else []
+    refused = client.sendmail(sender, recipients, data, options)
+    if refused:
+        raise smtplib.SMTPRecipientsRefused(refused)
+
+
+class ChainTest:
+    """One chain: its messages, and what has become of them."""
+
+    def __init__(self, chain, key, record):
+        self.chain, self.record = chain, record
+        self.messages = messages.make_messages(chain.name, key)
+        self.by_identity = {message.identity: message for message in self.messages}
+        self.refused, self.released, self.errors, self.files = set(), set(), [], []
+        self.listed = set()  # identities of what the program lists as it is
+        spam = [message.identity for message in self.messages if message.is_spam]
+        self.ways = {identity: WAYS[number % len(WAYS)] for number, identity in enumerate(spam)}
+
+    def complain(self, text):
+        self.errors.append(f"{self.chain.name}: {text}")
+
+    def send(self):
+        with connect(self.chain.port) as client:
+            for message in self.messages:
+                try:
+                    send(client, message.sender, message.recipients, message.data)
+                except smtplib.SMTPDataError as error:
+                    self.refused.add(message.identity)
+                    if not message.is_refused or error.smtp_code != REJECTED:
+                        self.complain(f"{message.identity} was refused: {error}")
+                else:
+                    if message.is_refused:
+                        self.complain(f"{message.identity} was not refused")
+
+    def expected_files(self):
+        blocked = [message for message in self.messages if message.is_spam and not message.is_refused]
+        return sum(len(message.recipients) for message in blocked) if self.chain.profile == "rspamd" else len(blocked)
+
+    def expected_copies(self, is_released):
+        return sum(len(message.recipients) for message in self.messages
+                   if not message.is_refused and (is_released or not message.is_spam))
+
+    def visible_files(self):
+        return [name for name in os.listdir(self.chain.archive) if not name.startswith(".")]
+
+    def copies(self):
+        return {identity: copies for identity, copies in stored.read_maildirs(self.chain.postfix).items()
+                if identity in self.by_identity}
+
+    def wait(self, is_released):
+        """Until everything is where it has to be, or long enough."""
+        deadline = time.monotonic() + PATIENCE
+        while time.monotonic() < deadline:
+            delivered = sum(len(copies) for copies in self.copies().values())
+            files = len(self.visible_files())
+            if (delivered >= self.expected_copies(is_released) and files >= self.expected_files()
+                    and not self.chain.postfix.waiting()):
+                return
+            time.sleep(0.5)
+        self.complain(f"there are {delivered} copies in the Maildirs instead of {self.expected_copies(is_released)}, "
+                      f"{files} blocked files instead of {self.expected_files()}, "
+                      f"and {self.chain.postfix.waiting()} messages in the queue")
+
+    def look_at_blocked(self):
+        """Reads the folder, and sets it against what was sent."""
+        self.files, errors = stored.read_blocked(self.chain)
+        self.errors += errors
+        blocked_to = collections.defaultdict(list)
+        for file in self.files:
+            message = self.by_identity.get(file.identity)
+            if message is None or not message.is_spam or message.is_refused:
+                self.complain(f"{file.name} should not have been blocked")
+                continue
+            blocked_to[file.identity] += file.recipients
+            wrong = stored.difference(file.data, message)
+            if wrong:
+                self.complain(f"{file.name} ({message.features}) is not what was sent: {wrong}")
+            if file.sender != message.sender:
+                self.complain(f"{file.name} says that its sender is {file.sender!r} instead of {message.sender!r}")
+            # rspamd rates no message with a test line: it only says that it is spam.
+            if message.kind != messages.SPAM_MARK and float(file.rating or 0) < LEAST_RATING[message.kind]:
+                self.complain(f"{file.name} ({message.kind}) is rated {file.rating!r} only")
+        for message in self.messages:
+            if message.is_spam and not message.is_refused and \
+                    sorted(blocked_to[message.identity]) != sorted(message.recipients):
+                self.complain(f"{message.identity} ({message.kind}, {message.features}) is blocked for "
+                              f"{blocked_to[message.identity]} instead of {message.recipients}")
+
+    def expectation(self):
+        """What the program is to show, for the test that drives it."""
+        return {"name": self.chain.name, "profile": self.chain.profile, "archive": self.chain.archive + "/",
+                "packed": self.chain.is_packed, "host": LOOPBACK, "port": self.chain.postfix.port_behind,
+                "command": self.chain.postfix.sendmail,
+                "files": {file.name: {"rating": file.rating, "sender": file.sender, "recipients": file.recipients,
+                                      "way": self.ways[file.identity]}
+                          for file in self.files if file.identity in self.ways}}
+
+    def look_at_untouched(self):
+        """Listing must leave the folder alone."""
+        if stored.read_blocked(self.chain)[0] != self.files:
+            self.complain("the folder has changed while it was listed")
+
+    def release_by_smtp(self, client, file):
+        send(client, file.sender, file.recipients, stored.outgoing(file.data).replace(b"\n", b"\r\n"))
+
+    def release_by_command(self, file):
+        subprocess.run([*self.chain.postfix.sendmail, "-f", file.sender, "--", *file.recipients],
+                       input=stored.outgoing(file.data), capture_output=True, check=True)
+
+    def release(self):
+        """Hands the blocked files to the server behind the filter, with the envelope that stands in them."""
+        with connect(self.chain.postfix.port_behind) as client:
+            for file in self.files:
+                try:
+                    if self.ways.get(file.identity) == SMTPLIB:
+                        self.release_by_smtp(client, file)
+                    else:
+                        self.release_by_command(file)
+                    self.released.add(file.identity)
+                except (smtplib.SMTPException, subprocess.CalledProcessError) as error:
+                    self.complain(f"{file.name} cannot be released: {error}")
+
+    def judge(self, chosen):
+        """Looks for messages in all Maildirs: how many are whole for each recipient, with some nowhere, or wrong."""
+        copies = self.copies()
+        whole = nowhere = wrong = 0
+        for message in chosen:
+            found = copies.get(message.identity, [])
+            missing = set(message.recipients) - {copy.recipient for copy in found}
+            faults = [f"in the Maildir of {copy.recipient} {error}" for copy in found
+                      for error in stored.copy_errors(copy, message, self.record)]
+            if sorted(copy.recipient for copy in found) != sorted(message.recipients) and not missing:
+                faults.append("was delivered to " + ", ".join(sorted(copy.recipient for copy in found)))
+            for recipient in sorted(missing):
+                self.complain(f"{message.identity} ({message.kind}, {message.features}) is not in the Maildir of "
+                              f"{recipient}")
+            for fault in faults:
+                self.complain(f"{message.identity} ({message.kind}, {message.features}) {fault}")
+            nowhere += bool(missing)
+            wrong += bool(faults) and not missing
+            whole += not missing and not faults
+        return whole, nowhere, wrong
+
+    def rows(self):
+        """The lines of the table: what the filter lets pass, and each way of releases. What is refused is told to the
+        sender, and has to be nowhere."""
+        copies = self.copies()
+        for message in self.messages:
+            if message.is_refused and message.identity in copies:
+                self.complain(f"{message.identity} was refused and delivered")
+        ordinary = [message for message in self.messages if not message.is_spam]
+        rows = [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary)]]
+        in_folder = {file.identity for file in self.files}
+        for way in WAYS:
+            chosen = [message for message in self.messages if self.ways.get(message.identity) == way]
+            counts = [len([message for message in chosen if message.identity in done])
+                      for done in (self.refused, in_folder, self.listed, self.released)]
+            if self.chain.is_packed:
+                counts[2] = f"{counts[2]}{BY_NAME}"
+            rows.append([self.chain.name, way, len(chosen), *counts,
+                         *self.judge([message for message in chosen if not message.is_refused])])
+        return rows
+
+
+def run_program(program, tests, place):
+    """Lets the program list each folder. Its test says how many rows were right; returns what went wrong."""
+    expectations = os.path.join(place, "expectations.json")
+    with open(expectations, "w", encoding="utf-8") as file:
+        json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
+    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": expectations, "QT_QPA_PLATFORM": "offscreen",
+                   "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place, "XDG_CACHE_HOME": place}
+    done = subprocess.run([program], env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          errors="replace", check=False)
+    print(done.stdout)
+    listed = dict(re.findall(r"^listed: (\w+) (\d+)$", done.stdout, re.MULTILINE))
+    errors = [f"the program's test has ended with {done.returncode}"] if done.returncode else []
+    for test in tests:
+        rows = int(listed.get(test.chain.name, 0))
+        if rows != len(test.files):
+            errors.append(f"{test.chain.name}: the program lists {rows} of {len(test.files)} files as they are")
+        else:
+            test.listed = {file.identity for file in test.files}
+        test.look_at_untouched()
+    return errors
+
+
+def print_table(rows):
+    table = [COLUMNS, *[[str(cell) for cell in row] for row in rows]]
+    widths = [max(len(row[column]) for row in table) for column in range(len(COLUMNS))]
+    for row in table:
+        print("  ".join(cell.ljust(width) if column < 2 else cell.rjust(width)
+                        for column, (cell, width) in enumerate(zip(row, widths))))
+    print(f"{BY_NAME} by name only: the program does not read packed files yet")
+
+
+def run(place, keeper, servers, program):
+    """Everything; returns the rows of the table and what went wrong."""
+    key, record = make_key(place)
+    tests = []
+    for name, make in MAKERS.items():
+        chains, starts = make(make_folder(os.path.join(place, name)))
+        servers += [start(keeper) for start in starts]
+        tests += [ChainTest(chain, key, record) for chain in chains]
+    for server in servers:
+        server.wait_until_it_answers()
+    with open(os.path.join(place, "sent.json"), "w", encoding="utf-8") as file:
+        json.dump({test.chain.name: [{"identity": message.identity, "kind": message.kind, "features": message.features,
+                                      "sender": message.sender, "recipients": message.recipients}
+                                     for message in test.messages] for test in tests}, file, indent=1)
+    for test in tests:
+        began = time.monotonic()
+        test.send()
+        test.wait(is_released=False)
+        test.look_at_blocked()
+        print(f"{test.chain.name}: {len(test.messages)} messages sent, {len(test.files)} files in the folder, "
+              f"{time.monotonic() - began:.0f} s", flush=True)
+    errors = run_program(program, tests, place) if program else []
+    for test in tests:
+        test.release()
+    for test in tests:
+        test.wait(is_released=True)
+    rows = [row for test in tests for row in test.rows()]
+    for test in tests:
+        unknown = set(stored.read_maildirs(test.chain.postfix)) - {one for other in tests for one in other.by_identity}
+        if unknown:
+            test.complain(f"there are messages in the Maildirs that nobody has sent: {sorted(unknown)}")
+        errors += test.errors
+    return rows, errors
+
+
+class Interrupted(Exception):
+    """The test is to end at once."""
+
+
+def interrupt(number, _frame):
+    raise Interrupted(f"interrupted by signal {number}")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--program", help="the test that drives the program; without it only the servers are tried")
+    program = parser.parse_args().program
+    if os.geteuid() != 0:
+        sys.exit("The servers change to users of their own, for which this needs root.")
+    os.environ["PATH"] += ":/usr/local/sbin:/usr/sbin:/sbin"
+    os.umask(0o022)
+    leave_the_network()
+    place = tempfile.mkdtemp(prefix="quellbox-mail-")
+    os.chmod(place, 0o755)
+    keeper, servers = Keeper(), []
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, interrupt)
+    rows, errors = [], []
+    try:
+        rows, errors = run(place, keeper, servers, program)
+    except (Interrupted, RuntimeError, OSError, smtplib.SMTPException) as error:
+        errors.append(f"{type(error).__name__}: {error}")
+    finally:
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            signal.signal(number, signal.SIG_IGN)
+        for server in servers:
+            server.end()
+        keeper.end()
+        if os.environ.get("KEEP"):
+            print(f"All messages and logs are in {place}")
+        else:
+            shutil.rmtree(place, ignore_errors=True)
+    for error in errors:
+        print("wrong: " + error)
+    if rows:
+        print_table(rows)
+    print(f"{len(errors)} differences" if errors or not rows else "Every message is where it has to be.")
+    sys.exit(1 if errors or not rows else 0)
+
+
+if __name__ == "__main__":
+    main()
