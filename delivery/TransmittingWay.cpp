@@ -10,14 +10,6 @@
 
 namespace quellbox {
 
-namespace {
-
-QString Translated(const char* text) {
-    return QCoreApplication::translate("quellbox", text);
-}
-
-} // namespace
-
 TransmittingWay::TransmittingWay(FileSystem& files, const Clock& clock, const Folder& archive,
                                  const ServerProfile& profile, std::unique_ptr<Transmitter> transmitter)
     : files_(files), clock_(clock), archive_(archive), profile_(profile), transmitter_(std::move(transmitter)),
@@ -27,7 +19,7 @@ TransmittingWay::~TransmittingWay() = default;
 
 QString TransmittingWay::Release(const QString& name) {
     if (isStopped_) {
-        throw FileError(archive_.PathOf(name), Translated(QT_TRANSLATE_NOOP("quellbox", "It was not sent any more.")),
+        throw FileError(archive_.PathOf(name), QCoreApplication::translate("quellbox", "It was not sent any more."),
                         FileProblem::NotTaken);
     }
     const QString path = sending_.Take(name, clock_.Now());
@@ -58,8 +50,8 @@ DeliveryOutcome TransmittingWay::Transmit(const QString& path) const {
     const Envelope envelope = EnvelopeOf(message, profile_);
     if (envelope.recipients.isEmpty()) {
         return {DeliveryFate::Failed,
-                Translated(QT_TRANSLATE_NOOP("quellbox", "The message does not say to whom it was sent: it has none of "
-                                                         "the fields in which the chosen server writes that."))};
+                QCoreApplication::translate("quellbox", "The message does not say to whom it was sent: it has none of "
+                                                        "the fields in which the chosen server writes that.")};
     }
     return transmitter_->Transmit(envelope, WithoutServerFields(message, profile_), [this] { return !isStopped_; });
 }
@@ -69,11 +61,10 @@ void TransmittingWay::RemoveDelivered(const QString& path, const QString& name) 
     try {
         files_.RemoveEvenReadOnly(path);
     } catch (const FileError& error) {
-        throw FileError(
-            archive_.PathOf(name),
-            Translated(QT_TRANSLATE_NOOP("quellbox", "It was delivered, but its file cannot be removed: %1"))
-                .arg(error.Reason()),
-            FileProblem::Uncertain);
+        throw FileError(archive_.PathOf(name),
+                        QCoreApplication::translate("quellbox", "It was delivered, but its file cannot be removed: %1")
+                            .arg(error.Reason()),
+                        FileProblem::Uncertain);
     }
 }
 

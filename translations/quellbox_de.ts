@@ -72,6 +72,49 @@
     </message>
 </context>
 <context>
+    <name>frmDeliveryFields</name>
+    <message>
+        <source>Unblocked messages &amp;leave by</source>
+        <translation>Freigegebene &amp;Nachrichten gehen an</translation>
+    </message>
+    <message>
+        <source>&amp;Mail server</source>
+        <translation>&amp;Mailserver</translation>
+    </message>
+    <message>
+        <source>P&amp;ort</source>
+        <translation>P&amp;ort</translation>
+    </message>
+    <message>
+        <source>Se&amp;curity</source>
+        <translation>&amp;Sicherung</translation>
+    </message>
+    <message>
+        <source>&amp;User</source>
+        <translation>Ben&amp;utzer</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Passwort</translation>
+    </message>
+    <message>
+        <source>Kept where the desktop keeps passwords, and not among the settings</source>
+        <translation>Wird dort aufbewahrt, wo der Desktop Passwörter aufbewahrt, und nicht bei den Einstellungen</translation>
+    </message>
+    <message>
+        <source>as before</source>
+        <translation>wie bisher</translation>
+    </message>
+    <message>
+        <source>Comm&amp;and, which gets the message as its input</source>
+        <translation>Befe&amp;hl, der die Nachricht als Eingabe erhält</translation>
+    </message>
+</context>
+<context>
     <name>frmFailures</name>
     <message>
         <source>Messages that could not be dealt with</source>
@@ -479,6 +522,22 @@
     <message>
         <source>With 0 days, no history is written.</source>
         <translation>Bei 0 Tagen wird kein Verlauf geschrieben.</translation>
+    </message>
+    <message>
+        <source>&amp;Server</source>
+        <translation>Se&amp;rver</translation>
+    </message>
+    <message>
+        <source>The messages were &amp;blocked by</source>
+        <translation>Die Nachrichten wurden &amp;blockiert von</translation>
+    </message>
+    <message>
+        <source>D&amp;etect</source>
+        <translation>Er&amp;kennen</translation>
+    </message>
+    <message>
+        <source>Look at the newest messages of the archive</source>
+        <translation>Die neuesten Nachrichten des Archivs ansehen</translation>
     </message>
 </context>
 <context>
@@ -1097,6 +1156,214 @@
         <source>What is done cannot be written into the history at the moment. It is tried again while this program runs. %1: %2</source>
         <translation>Was getan wird, kann im Moment nicht in den Verlauf geschrieben werden. Solange dieses Programm läuft, wird es wieder versucht. %1: %2</translation>
     </message>
+    <message>
+        <source>The password store is locked.</source>
+        <translation>Der Passwortspeicher ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The password store was not opened, because that was refused.</source>
+        <translation>Der Passwortspeicher wurde nicht geöffnet, weil das abgelehnt wurde.</translation>
+    </message>
+    <message>
+        <source>There is no password store. GNOME Keyring and KWallet are programs for that. The system says: %1</source>
+        <translation>Es gibt keinen Passwortspeicher. GNOME Keyring und KWallet sind Programme dafür. Das System meldet: %1</translation>
+    </message>
+    <message>
+        <source>The password store cannot be used: %1</source>
+        <translation>Der Passwortspeicher kann nicht benutzt werden: %1</translation>
+    </message>
+    <message>
+        <source>The packed file is damaged</source>
+        <translation>Die gepackte Datei ist beschädigt</translation>
+    </message>
+    <message>
+        <source>Unpacked, the message would be too large</source>
+        <translation>Entpackt wäre die Nachricht zu groß</translation>
+    </message>
+    <message>
+        <source>The message is packed, and the pickup directory takes only .EML files.</source>
+        <translation>Die Nachricht ist gepackt, und das Pickup-Verzeichnis nimmt nur .EML-Dateien an.</translation>
+    </message>
+    <message>
+        <source>Intelligent Message Filter</source>
+        <translation>Intelligent Message Filter</translation>
+    </message>
+    <message>
+        <source>Exchange Server</source>
+        <translation>Exchange Server</translation>
+    </message>
+    <message>
+        <source>amavis</source>
+        <translation>amavis</translation>
+    </message>
+    <message>
+        <source>rspamd</source>
+        <translation>rspamd</translation>
+    </message>
+    <message>
+        <source>SpamAssassin</source>
+        <translation>SpamAssassin</translation>
+    </message>
+    <message>
+        <source>No server has that name.</source>
+        <translation>Kein Server heißt so.</translation>
+    </message>
+    <message>
+        <source>There is no such way of delivery.</source>
+        <translation>Diesen Weg der Zustellung gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>A port is a number from 1 to 65535.</source>
+        <translation>Ein Port ist eine Zahl von 1 bis 65535.</translation>
+    </message>
+    <message>
+        <source>There is no such way of securing a connection.</source>
+        <translation>So kann eine Verbindung nicht gesichert werden.</translation>
+    </message>
+    <message>
+        <source>It was not delivered, and is still in the archive.</source>
+        <translation>Sie wurde nicht zugestellt und ist noch im Archiv.</translation>
+    </message>
+    <message>
+        <source>Ask the recipient, or look into the mail server&apos;s log, before it is sent again: it is in the archive, and is not sent by itself.</source>
+        <translation>Fragen Sie den Empfänger oder sehen Sie im Protokoll des Mailservers nach, bevor sie noch einmal gesendet wird: Sie ist im Archiv und wird nicht von selbst gesendet.</translation>
+    </message>
+    <message>
+        <source>Let the server that has packed it release the message.</source>
+        <translation>Lassen Sie den Server, der sie gepackt hat, die Nachricht freigeben.</translation>
+    </message>
+    <message>
+        <source>The command has a quotation mark without its end.</source>
+        <translation>Im Befehl fehlt das Ende eines Anführungszeichens.</translation>
+    </message>
+    <message>
+        <source>The command names no program.</source>
+        <translation>Der Befehl nennt kein Programm.</translation>
+    </message>
+    <message>
+        <source>The command does not say where the recipients go: %1 is missing.</source>
+        <translation>Der Befehl sagt nicht, wo die Empfänger stehen: %1 fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 has to be an argument of its own.</source>
+        <translation>%1 muss ein eigenes Argument sein.</translation>
+    </message>
+    <message>
+        <source>The command takes one recipient only, unless it has %1.</source>
+        <translation>Der Befehl nimmt nur einen Empfänger, es sei denn, er enthält %1.</translation>
+    </message>
+    <message>
+        <source>The program would take an address for an option, as it begins with a hyphen and does not stand behind --.</source>
+        <translation>Das Programm hielte eine Adresse für eine Option, da sie mit einem Bindestrich beginnt und nicht hinter -- steht.</translation>
+    </message>
+    <message>
+        <source>%1 was interrupted in the middle: the message may have been delivered.</source>
+        <translation>%1 wurde mittendrin unterbrochen: Die Nachricht kann zugestellt worden sein.</translation>
+    </message>
+    <message>
+        <source>%1 has refused the message (code %2).</source>
+        <translation>%1 hat die Nachricht abgelehnt (Code %2).</translation>
+    </message>
+    <message>
+        <source>The program would take an address for several ones.</source>
+        <translation>Das Programm hielte eine Adresse für mehrere.</translation>
+    </message>
+    <message>
+        <source>The message was not sent, as the program was told to stop.</source>
+        <translation>Die Nachricht wurde nicht gesendet, da das Programm anhalten sollte.</translation>
+    </message>
+    <message>
+        <source>There is no program named %1.</source>
+        <translation>Es gibt kein Programm namens %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started: %2</source>
+        <translation>%1 kann nicht gestartet werden: %2</translation>
+    </message>
+    <message>
+        <source>The message has no recipient.</source>
+        <translation>Die Nachricht hat keinen Empfänger.</translation>
+    </message>
+    <message>
+        <source>This is no address that can be sent to a server: %1</source>
+        <translation>Das ist keine Adresse, die an einen Server gesendet werden kann: %1</translation>
+    </message>
+    <message>
+        <source>The connection to %1 ended before the message was sent.</source>
+        <translation>Die Verbindung zu %1 endete, bevor die Nachricht gesendet war.</translation>
+    </message>
+    <message>
+        <source>The server %1 did not answer in time.</source>
+        <translation>Der Server %1 hat nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>What the server %1 answered cannot be understood.</source>
+        <translation>Was der Server %1 geantwortet hat, ist nicht zu verstehen.</translation>
+    </message>
+    <message>
+        <source>The server %1 cannot be used: %2</source>
+        <translation>Der Server %1 kann nicht benutzt werden: %2</translation>
+    </message>
+    <message>
+        <source>The server %1 does not let anybody log in.</source>
+        <translation>Am Server %1 kann sich niemand anmelden.</translation>
+    </message>
+    <message>
+        <source>The password is not sent, as the connection to the server is not encrypted.</source>
+        <translation>Das Kennwort wird nicht gesendet, da die Verbindung zum Server nicht verschlüsselt ist.</translation>
+    </message>
+    <message>
+        <source>This is no server that can be connected to: %1</source>
+        <translation>Das ist kein Server, zu dem eine Verbindung möglich ist: %1</translation>
+    </message>
+    <message>
+        <source>The connection ended before the server had answered: the message may have been delivered.</source>
+        <translation>Die Verbindung endete, bevor der Server geantwortet hatte: Die Nachricht kann zugestellt worden sein.</translation>
+    </message>
+    <message>
+        <source>The server takes no addresses with letters outside ASCII.</source>
+        <translation>Der Server nimmt keine Adressen mit Buchstaben außerhalb von ASCII.</translation>
+    </message>
+    <message>
+        <source>The message has 8-bit characters, which the server does not take. Converting it would make its signatures invalid.</source>
+        <translation>Die Nachricht enthält 8-Bit-Zeichen, die der Server nicht annimmt. Eine Umwandlung machte ihre Signaturen ungültig.</translation>
+    </message>
+    <message>
+        <source>The message has %1; the server takes at most %2.</source>
+        <translation>Die Nachricht hat %1; der Server nimmt höchstens %2.</translation>
+    </message>
+    <message>
+        <source>The server %1 gave an unexpected answer: %2</source>
+        <translation>Der Server %1 gab eine unerwartete Antwort: %2</translation>
+    </message>
+    <message>
+        <source>It was not sent any more.</source>
+        <translation>Sie wurde nicht mehr gesendet.</translation>
+    </message>
+    <message>
+        <source>The message does not say to whom it was sent: it has none of the fields in which the chosen server writes that.</source>
+        <translation>Die Nachricht sagt nicht, an wen sie gesendet wurde: Sie hat keines der Felder, in die der gewählte Server das schreibt.</translation>
+    </message>
+    <message>
+        <source>It was delivered, but its file cannot be removed: %1</source>
+        <translation>Sie wurde zugestellt, aber ihre Datei lässt sich nicht entfernen: %1</translation>
+    </message>
+    <message>
+        <source>Answer of the mail server</source>
+        <translation>Antwort des Mailservers</translation>
+    </message>
+    <message>
+        <source>Delivered by</source>
+        <translation>Zugestellt über</translation>
+    </message>
+    <message>
+        <source>The program ended while the message was being sent. It may have been delivered.</source>
+        <translation>Das Programm endete, während die Nachricht gesendet wurde. Sie kann zugestellt worden sein.</translation>
+    </message>
+    <message>
+        <source>This will verify the delivery by %1.</source>
+        <translation>Damit wird die Zustellung über %1 geprüft.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1128,6 +1395,52 @@
     <message>
         <source>Raw message contents</source>
         <translation>Quelltext der Nachricht</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::DeliveryDesk</name>
+    <message>
+        <source>No password for the mail server is kept. Enter it in the options, on the page &quot;Server&quot;.</source>
+        <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Server“ ein.</translation>
+    </message>
+    <message>
+        <source>The program ended while the message was being sent. It may have been delivered.</source>
+        <translation>Das Programm endete, während die Nachricht gesendet wurde. Sie kann zugestellt worden sein.</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::DeliveryFields</name>
+    <message>
+        <source>the pickup directory</source>
+        <translation>das Pickup-Verzeichnis</translation>
+    </message>
+    <message>
+        <source>SMTP, to a mail server</source>
+        <translation>einen Mailserver, mit SMTP</translation>
+    </message>
+    <message>
+        <source>a command</source>
+        <translation>einen Befehl</translation>
+    </message>
+    <message>
+        <source>TLS as soon as the server offers it (STARTTLS)</source>
+        <translation>TLS, sobald der Server es anbietet (STARTTLS)</translation>
+    </message>
+    <message>
+        <source>TLS from the beginning</source>
+        <translation>TLS von Anfang an</translation>
+    </message>
+    <message>
+        <source>none; then without a user</source>
+        <translation>keine; dann ohne Benutzer</translation>
+    </message>
+    <message>
+        <source>The name of the mail server is needed.</source>
+        <translation>Der Name des Mailservers fehlt.</translation>
+    </message>
+    <message>
+        <source>A password is sent through a secured connection only.</source>
+        <translation>Ein Passwort wird nur durch eine gesicherte Verbindung gesendet.</translation>
     </message>
 </context>
 <context>
@@ -1481,6 +1794,10 @@
         <source>Select Pickup Directory</source>
         <translation>Pickup-Verzeichnis auswählen</translation>
     </message>
+    <message>
+        <source>The password for the mail server could not be kept: %1</source>
+        <translation>Das Passwort für den Mailserver ließ sich nicht aufbewahren: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::StatusBarView</name>
@@ -1556,6 +1873,10 @@
     <message>
         <source>Testmessage send. Verify postmaster mailbox now!</source>
         <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
+    </message>
+    <message>
+        <source>The mail server has taken the test message. Verify postmaster mailbox now!</source>
+        <translation>Der Mailserver hat die Testnachricht angenommen. Prüfen Sie jetzt das Postfach des Postmasters!</translation>
     </message>
 </context>
 <context>
@@ -1665,6 +1986,35 @@
     <message>
         <source>These are the files of the program&apos;s own folder. Choose the directory with the blocked messages by File &gt; Folder &gt; Archive..., and the one from which the mail server delivers by File &gt; Folder &gt; Pickup...</source>
         <translation>Dies sind die Dateien im eigenen Ordner des Programms. Wählen Sie das Verzeichnis mit den blockierten Nachrichten mit Datei &gt; Verzeichnis &gt; Archiv... und das, aus dem der Mailserver zustellt, mit Datei &gt; Verzeichnis &gt; Pickup...</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmOptions</name>
+    <message>
+        <source>Looking at the newest messages...</source>
+        <translation>Die neuesten Nachrichten werden angesehen...</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>The archive holds no messages.</source>
+        <translation>Das Archiv enthält keine Nachrichten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The newest messages (%n) do not say which server has blocked them.</source>
+        <translation>
+            <numerusform>Die neuesten Nachrichten (%n) sagen nicht, welcher Server sie blockiert hat.</numerusform>
+            <numerusform>Die neuesten Nachrichten (%n) sagen nicht, welcher Server sie blockiert hat.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Found in %1 of the newest messages (%n): %2</source>
+        <translation>
+            <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
+            <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
+        </translation>
     </message>
 </context>
 <context>
