@@ -1,5 +1,6 @@
 #include "mail/ServerProfile.h"
 
+#include "mail/AsciiDigit.h"
 #include "mail/Charset.h"
 #include "mail/DisplayText.h"
 #include "mail/HeaderDecoder.h"
@@ -86,10 +87,6 @@ std::vector<ServerProfile> MakeProfiles() {
         profile.wanted = WantedOf(profile);
     }
     return profiles;
-}
-
-bool IsAsciiDigit(QChar character) {
-    return character >= u'0' && character <= u'9';
 }
 
 /// The number with which a text begins, after spaces: a sign, digits and at most one point between them. Empty where

@@ -1,5 +1,6 @@
 #include "settings/TextConversion.h"
 
+#include "mail/AsciiDigit.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -9,10 +10,6 @@
 
 namespace quellbox {
 namespace {
-
-bool IsAsciiDigit(QChar character) {
-    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
-}
 
 bool IsBlank(QChar character) {
     return character == QLatin1Char(' ') || (character >= QLatin1Char('\t') && character <= QLatin1Char('\r'));
