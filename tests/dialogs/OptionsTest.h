@@ -45,6 +45,7 @@ protected:
             return index == 0 ? state.ArchiveDir : state.PickupDir;
         };
         calls.maintainWhitelist = [this] { ++whitelists; };
+        calls.keepPassword = [this](const QString& password) { passwords.append(password); };
         dialog = std::make_unique<frmOptions>(files, pool, program, state, std::move(calls), nullptr);
         dialog->show();
         dialog->activateWindow();
@@ -112,6 +113,7 @@ protected:
     ThreadWorkPool pool;
     ProgramInfo program = TestProgram(QStringLiteral("/prog/"));
     AppState state;
+    QStringList passwords; ///< that were to be kept
     QList<bool> filterTaken;
     QList<qint16> selected;
     int whitelists = 0;

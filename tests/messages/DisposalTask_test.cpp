@@ -27,7 +27,7 @@ DisposalResult Dispose(
     DisposalResult result;
     QObject::connect(&task, &DisposalTask::RowsLeft, rowsLeft);
     QObject::connect(&task, &DisposalTask::Ended, [&result](const DisposalResult& ended) { result = ended; });
-    task.Start(action, {folders.archive, folders.pickup, packing}, rows);
+    task.Start(action, {folders.archive, folders.pickup, nullptr, packing}, rows);
     EXPECT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
     return result;
 }
