@@ -199,7 +199,7 @@ TEST_F(MainStart, FourMenuEntriesHavePictures) {
 TEST_F(MainStart, TheArchiveOfTheCommandLineIsListedAndNotStored) {
     files_.Add(QStringLiteral("/other/only.eml"), "Subject: only\n\n");
     AddThree();
-    frmMain window({files_, store_, clock_, shell_, pool_, volumes_, program_}, QStringLiteral("/other/"));
+    frmMain window({files_, store_, clock_, shell_, pool_, volumes_, passwords_, program_}, QStringLiteral("/other/"));
     EXPECT_EQ(window.windowTitle().toStdString(), "Quellbox - /other/");
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
@@ -221,7 +221,7 @@ TEST_F(MainStart, RealFoldersAreListedNewestFirst) {
     }
     Set("ArchiveDir", qPrintable(folder.path() + QLatin1Char('/')));
     const std::unique_ptr<FileSystem> disk = MakeLocalFileSystem();
-    frmMain window({*disk, store_, clock_, shell_, pool_, volumes_, program_});
+    frmMain window({*disk, store_, clock_, shell_, pool_, volumes_, passwords_, program_});
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.Messages().Count() == 2; }, patience));
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.State().SelectedCount == 1; }, patience));
