@@ -20,14 +20,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds waitSlice(100);
 constexpr qsizetype mostSentAtOnce = 64 * 1024;
 
-/// A handle of the library, which `free` gives back.
-template <class Handle, auto free>
-struct CurlDeleter {
-    void operator()(Handle* handle) const { free(handle); }
-};
-template <class Handle, auto free>
-using CurlHandle = std::unique_ptr<Handle, CurlDeleter<Handle, free>>;
-
 bool IsLibraryReady() {
     static std::once_flag once;
     static bool isReady = false;
@@ -103,6 +95,14 @@ public:
     const SmtpCapabilities& Capabilities() const { return capabilities_; }
 
 private:
+    /// A handle of the library, which `free` gives back.
+    template <class Handle, auto free>
+    struct CurlDeleter {
+        void operator()(Handle* handle) const { free(handle); }
+    };
+    template <class Handle, auto free>
+    using CurlHandle = std::unique_ptr<Handle, CurlDeleter<Handle, free>>;
+
     bool Prepare();
     bool SetAddress();
     template <class Value>
