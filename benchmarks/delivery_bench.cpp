@@ -41,6 +41,7 @@ double TimeOfDelivery(bool offersPipelining, int sessions) {
     std::atomic<int> delivered = 0;
     const double seconds = Time([&] {
         std::vector<std::thread> threads;
+        threads.reserve(static_cast<size_t>(sessions));
         for (int thread = 0; thread < sessions; ++thread) {
             threads.emplace_back([&] {
                 SmtpSession session(server.Address());
@@ -58,6 +59,7 @@ double TimeOfDelivery(bool offersPipelining, int sessions) {
 
     Require(delivered == messages, "a message was not delivered");
     std::vector<QByteArray> wanted;
+    wanted.reserve(messages);
     std::vector<QByteArray> taken;
     for (int number = 0; number < messages; ++number) {
         wanted.push_back(MessageNumber(number));

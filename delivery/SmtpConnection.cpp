@@ -12,14 +12,6 @@
 
 namespace quellbox {
 
-/// A handle of the library, which `free` gives back.
-template <class Handle, auto free>
-struct CurlDeleter {
-    void operator()(Handle* handle) const { free(handle); }
-};
-template <class Handle, auto free>
-using CurlHandle = std::unique_ptr<Handle, CurlDeleter<Handle, free>>;
-
 namespace {
 
 using std::chrono::milliseconds;
@@ -103,6 +95,14 @@ public:
     const SmtpCapabilities& Capabilities() const { return capabilities_; }
 
 private:
+    /// A handle of the library, which `free` gives back.
+    template <class Handle, auto free>
+    struct CurlDeleter {
+        void operator()(Handle* handle) const { free(handle); }
+    };
+    template <class Handle, auto free>
+    using CurlHandle = std::unique_ptr<Handle, CurlDeleter<Handle, free>>;
+
     bool Prepare();
     bool SetAddress();
     template <class Value>

@@ -34,7 +34,7 @@ DeliveryOutcome SmtpSession::Deliver(const Envelope& envelope, const QByteArray&
     const QByteArray text = SmtpText(message);
     bool endedUnheard = false;
     if (connection_) {
-        const DeliveryOutcome outcome = Talk(envelope, text, endedUnheard);
+        DeliveryOutcome outcome = Talk(envelope, text, endedUnheard);
         if (!endedUnheard) {
             return outcome;
         }

@@ -53,7 +53,7 @@ void DeliveryFields::cboDelivery_Change() {
     ui_->lblDeliveryTrouble->setText({});
 }
 
-bool DeliveryFields::IsComplete() {
+QWidget* DeliveryFields::IncompleteField() {
     const QString way = ui_->cboDelivery->currentData().toString();
     QString problem;
     if (way == QLatin1String(DeliveryKeys::command) &&
@@ -61,7 +61,7 @@ bool DeliveryFields::IsComplete() {
         return Refuse(ui_->txtDeliveryCommand, problem);
     }
     if (way != QLatin1String(DeliveryKeys::smtp)) {
-        return true;
+        return nullptr;
     }
     if (ui_->txtSmtpHost->text().trimmed().isEmpty()) {
         return Refuse(ui_->txtSmtpHost, tr("The name of the mail server is needed."));
@@ -70,15 +70,14 @@ bool DeliveryFields::IsComplete() {
     if (isOpen && !ui_->txtSmtpUser->text().trimmed().isEmpty()) {
         return Refuse(ui_->cboSmtpSecurity, tr("A password is sent through a secured connection only."));
     }
-    return true;
+    return nullptr;
 }
 
 // Assistive tools read it with the field.
-bool DeliveryFields::Refuse(QWidget* field, const QString& why) {
+QWidget* DeliveryFields::Refuse(QWidget* field, const QString& why) {
     ui_->lblDeliveryTrouble->setText(why);
     field->setAccessibleDescription(why);
-    field->setFocus();
-    return false;
+    return field;
 }
 
 void DeliveryFields::TakeSettings(AppState& state) const {

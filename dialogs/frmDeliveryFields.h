@@ -24,8 +24,8 @@ public:
     /// Shows what is set. The password stays where it is kept.
     void ShowSettings(const AppState& state);
 
-    /// True when the chosen way has what it needs; else says what is missing, and gives that field the focus.
-    bool IsComplete();
+    /// Null when the chosen way has what it needs; else the field in which something is missing, and says what.
+    QWidget* IncompleteField();
 
     void TakeSettings(AppState& state) const;
 
@@ -35,7 +35,7 @@ public:
 private:
     void FillChoices();
     void cboDelivery_Change();
-    bool Refuse(QWidget* field, const QString& why);
+    QWidget* Refuse(QWidget* field, const QString& why);
 
     std::unique_ptr<Ui::frmDeliveryFields> ui_;
 };

@@ -270,8 +270,9 @@ void frmOptions::cmdOK_Click() {
     if (ui_->txtRefreshInterval->isModified()) {
         txtRefreshInterval_Validate(); // pressed without having got the focus
     }
-    if (!ui_->delivery->IsComplete()) {
+    if (QWidget* incomplete = ui_->delivery->IncompleteField()) {
         ui_->tbsOptions->setCurrentWidget(ui_->fraOptions6);
+        incomplete->setFocus();
         return;
     }
     TakeDelivery();

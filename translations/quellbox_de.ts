@@ -79,7 +79,7 @@
     </message>
     <message>
         <source>&amp;Mail server</source>
-        <translation>&amp;Mailserver</translation>
+        <translation>&amp;Host</translation>
     </message>
     <message>
         <source>P&amp;ort</source>
@@ -525,7 +525,7 @@
     </message>
     <message>
         <source>&amp;Server</source>
-        <translation>Se&amp;rver</translation>
+        <translation>&amp;Mailserver</translation>
     </message>
     <message>
         <source>The messages were &amp;blocked by</source>
@@ -1401,7 +1401,7 @@
     <name>quellbox::DeliveryDesk</name>
     <message>
         <source>No password for the mail server is kept. Enter it in the options, on the page &quot;Server&quot;.</source>
-        <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Server“ ein.</translation>
+        <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Mailserver“ ein.</translation>
     </message>
     <message>
         <source>The program ended while the message was being sent. It may have been delivered.</source>

@@ -42,7 +42,8 @@ protected:
     }
 
     void UnblockAll() {
-        List()->selectAll();
+        Click(0);
+        QTest::keyClick(List(), Qt::Key_A, Qt::ControlModifier);
         Command("mnuActionsUnblock")->trigger();
         Settle();
     }
