@@ -43,7 +43,7 @@ protected:
 
     void UnblockAll() {
         Click(0);
-        QTest::keyClick(List(), Qt::Key_A, Qt::ControlModifier);
+        Command("mnuEditSelectAll")->trigger();
         Command("mnuActionsUnblock")->trigger();
         Settle();
     }
