@@ -184,7 +184,7 @@ TEST_F(DeliveryDeskTest, ThePickupTestGoesTheSameWay) {
     const DialogVisit visit("msgConfirm", [](QDialog& dialog) {
         auto& question = dynamic_cast<QMessageBox&>(dialog);
         EXPECT_TRUE(question.text().contains(QStringLiteral("smtp://127.0.0.1:"))) << question.text().toStdString();
-        question.button(QMessageBox::Ok)->click();
+        question.button(QMessageBox::Yes)->click();
     });
     Command("mnuToolsTest")->trigger();
     Settle();
