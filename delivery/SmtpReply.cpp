@@ -16,13 +16,14 @@ constexpr qsizetype mostReplyLines = 256;
 // Of what was not asked for yet, or is not taken yet while many recipients are told at once.
 constexpr qsizetype mostWaitingBytes = 4 * 1024 * 1024;
 
-bool IsDigit(char byte, char first, char last) {
+bool IsBetween(char byte, char first, char last) {
     return byte >= first && byte <= last;
 }
 
 /// The code that a line begins with, 0 when it begins with none.
 int CodeOf(QByteArrayView line) {
-    if (line.size() < 3 || !IsDigit(line[0], '2', '5') || !IsDigit(line[1], '0', '9') || !IsDigit(line[2], '0', '9')) {
+    if (line.size() < 3 || !IsBetween(line[0], '2', '5') || !IsBetween(line[1], '0', '9') ||
+        !IsBetween(line[2], '0', '9')) {
         return 0;
     }
     return (line[0] - '0') * 100 + (line[1] - '0') * 10 + (line[2] - '0');
