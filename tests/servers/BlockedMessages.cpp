@@ -20,13 +20,18 @@ QStringList Texts(const QJsonArray& values) {
 }
 
 BlockedFolder FolderOf(const QJsonObject& chain) {
-    BlockedFolder folder{chain[u"profile"_s].toString(), chain[u"archive"_s].toString(), chain[u"packed"_s].toBool(),
-                         chain[u"host"_s].toString(),    chain[u"port"_s].toInt(),       {}};
+    const QStringList sendmail = Texts(chain[u"command"_s].toArray());
+    BlockedFolder folder{chain[u"profile"_s].toString(),
+                         chain[u"archive"_s].toString(),
+                         chain[u"host"_s].toString(),
+                         chain[u"port"_s].toInt(),
+                         sendmail.join(u' ') + u" -f SENDER -- RECIPIENT..."_s,
+                         {}};
     const QJsonObject files = chain[u"files"_s].toObject();
     for (auto file = files.begin(); file != files.end(); ++file) {
         const QJsonObject message = file.value().toObject();
         folder.messages.insert(file.key(), {message[u"rating"_s].toString(), message[u"sender"_s].toString(),
-                                            Texts(message[u"recipients"_s].toArray())});
+                                            message[u"way"_s].toString()});
     }
     return folder;
 }

@@ -12,16 +12,16 @@ namespace quellbox::servers {
 struct BlockedMessage {
     QString rating;
     QString sender; ///< of the envelope; empty for a bounce
-    QStringList recipients;
+    QString way;    ///< on which it is to be released, as the setting `Delivery` has it
 };
 
 /// A folder that a real filter has filled, and the server through which its messages are released.
 struct BlockedFolder {
     QString profile; ///< as the setting `ServerProfile` has it
     QString archive;
-    bool isPacked = false; ///< the files are compressed with gzip
     QString host;
     int port = 0;                            ///< behind the filter
+    QString command;                         ///< the same, as the setting `DeliveryCommand` has it
     QHash<QString, BlockedMessage> messages; ///< by file name
 };
 

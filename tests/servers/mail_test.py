@@ -31,12 +31,12 @@ SIOCSIFFLAGS = 0x8914
 IFF_UP = 1
 PATIENCE = 90  # seconds until messages are where they have to be
 REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
-# How blocked messages are released. Each of them goes one of these ways, in turn.
-SMTPLIB, SENDMAIL = "smtplib", "sendmail"
-WAYS = [SMTPLIB, SENDMAIL]
+# How blocked messages are released. Each of them goes one of these ways, in turn: those of the program, as its setting
+# "Delivery" has them, or those of this test where the program is left out.
+SMTP, COMMAND, SMTPLIB, SENDMAIL = "smtp", "command", "smtplib", "sendmail"
+WAYS_OF_PROGRAM, OWN_WAYS = [SMTP, COMMAND], [SMTPLIB, SENDMAIL]
 
-# Marks what the program lists without reading it.
-BY_NAME = "*"
+EXPECTATIONS = "expectations.json"  # what the program is to show and to do, in the test's folder
 
 # What a message is rated at least for why it is spam.
 LEAST_RATING = {messages.SPAM_GTUBE: 900, messages.SPAM_RULE: 8}
@@ -78,14 +78,14 @@ def send(client, sender, recipients, data):
 class ChainTest:
     """One chain: its messages, and what has become of them."""
 
-    def __init__(self, chain, key, record):
-        self.chain, self.record = chain, record
+    def __init__(self, chain, key, record, all_ways):
+        self.chain, self.record, self.all_ways = chain, record, all_ways
         self.messages = messages.make_messages(chain.name, key)
         self.by_identity = {message.identity: message for message in self.messages}
         self.refused, self.released, self.errors, self.files = set(), set(), [], []
         self.listed = set()  # identities of what the program lists as it is
         spam = [message.identity for message in self.messages if message.is_spam]
-        self.ways = {identity: WAYS[number % len(WAYS)] for number, identity in enumerate(spam)}
+        self.ways = {identity: all_ways[number % len(all_ways)] for number, identity in enumerate(spam)}
 
     def complain(self, text):
         self.errors.append(f"{self.chain.name}: {text}")
@@ -124,7 +124,7 @@ class ChainTest:
         while time.monotonic() < deadline:
             delivered = sum(len(copies) for copies in self.copies().values())
             files = len(self.visible_files())
-            if (delivered >= self.expected_copies(is_released) and files >= self.expected_files()
+            if (delivered >= self.expected_copies(is_released) and (is_released or files >= self.expected_files())
                     and not self.chain.postfix.waiting()):
                 return
             time.sleep(0.5)
@@ -160,9 +160,9 @@ class ChainTest:
     def expectation(self):
         """What the program is to show, for the test that drives it."""
         return {"name": self.chain.name, "profile": self.chain.profile, "archive": self.chain.archive + "/",
-                "packed": self.chain.is_packed, "host": LOOPBACK, "port": self.chain.postfix.port_behind,
+                "host": LOOPBACK, "port": self.chain.postfix.port_behind,
                 "command": self.chain.postfix.sendmail,
-                "files": {file.name: {"rating": file.rating, "sender": file.sender, "recipients": file.recipients,
+                "files": {file.name: {"rating": file.rating, "sender": file.sender,
                                       "way": self.ways[file.identity]}
                           for file in self.files if file.identity in self.ways}}
 
@@ -222,29 +222,32 @@ class ChainTest:
         ordinary = [message for message in self.messages if not message.is_spam]
         rows = [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary)]]
         in_folder = {file.identity for file in self.files}
-        for way in WAYS:
+        for way in self.all_ways:
             chosen = [message for message in self.messages if self.ways.get(message.identity) == way]
             counts = [len([message for message in chosen if message.identity in done])
                       for done in (self.refused, in_folder, self.listed, self.released)]
-            if self.chain.is_packed:
-                counts[2] = f"{counts[2]}{BY_NAME}"
             rows.append([self.chain.name, way, len(chosen), *counts,
                          *self.judge([message for message in chosen if not message.is_refused])])
         return rows
 
 
-def run_program(program, tests, place):
-    """Lets the program list each folder. Its test says how many rows were right; returns what went wrong."""
-    expectations = os.path.join(place, "expectations.json")
-    with open(expectations, "w", encoding="utf-8") as file:
-        json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
-    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": expectations, "QT_QPA_PLATFORM": "offscreen",
-                   "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place, "XDG_CACHE_HOME": place}
-    done = subprocess.run([program], env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                          errors="replace", check=False)
+def drive(program, what, place):
+    """Runs some of the tests that drive the program; returns its output and how it has ended."""
+    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": os.path.join(place, EXPECTATIONS),
+                   "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place,
+                   "XDG_CACHE_HOME": place}
+    done = subprocess.run([program, f"--gtest_filter=*{what}*"], env=environment, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, errors="replace", check=False)
     print(done.stdout)
-    listed = dict(re.findall(r"^listed: (\w+) (\d+)$", done.stdout, re.MULTILINE))
-    errors = [f"the program's test has ended with {done.returncode}"] if done.returncode else []
+    return done.stdout, [f"the program's test {what} has ended with {done.returncode}"] if done.returncode else []
+
+
+def list_by_program(program, tests, place):
+    """Lets the program list each folder. Its test says how many rows were right; returns what went wrong."""
+    with open(os.path.join(place, EXPECTATIONS), "w", encoding="utf-8") as file:
+        json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
+    output, errors = drive(program, "Lists", place)
+    listed = dict(re.findall(r"^listed: (\w+) (\d+)$", output, re.MULTILINE))
     for test in tests:
         rows = int(listed.get(test.chain.name, 0))
         if rows != len(test.files):
@@ -255,13 +258,23 @@ def run_program(program, tests, place):
     return errors
 
 
+def release_by_program(program, tests, place):
+    """Lets the program release all that is blocked; returns what went wrong."""
+    errors = drive(program, "Releases", place)[1]
+    for test in tests:
+        left = set(test.visible_files())
+        test.released = {file.identity for file in test.files if file.name not in left}
+        if left:
+            test.complain(f"the program has not released {sorted(left)}")
+    return errors
+
+
 def print_table(rows):
     table = [COLUMNS, *[[str(cell) for cell in row] for row in rows]]
     widths = [max(len(row[column]) for row in table) for column in range(len(COLUMNS))]
     for row in table:
         print("  ".join(cell.ljust(width) if column < 2 else cell.rjust(width)
                         for column, (cell, width) in enumerate(zip(row, widths))))
-    print(f"{BY_NAME} by name only: the program does not read packed files yet")
 
 
 def run(place, keeper, servers, program):
@@ -271,7 +284,8 @@ def run(place, keeper, servers, program):
     for name, make in MAKERS.items():
         chains, starts = make(make_folder(os.path.join(place, name)))
         servers += [start(keeper) for start in starts]
-        tests += [ChainTest(chain, key, record) for chain in chains]
+        ways = WAYS_OF_PROGRAM if program else OWN_WAYS
+        tests += [ChainTest(chain, key, record, ways) for chain in chains]
     for server in servers:
         server.wait_until_it_answers()
     with open(os.path.join(place, "sent.json"), "w", encoding="utf-8") as file:
@@ -285,9 +299,13 @@ def run(place, keeper, servers, program):
         test.look_at_blocked()
         print(f"{test.chain.name}: {len(test.messages)} messages sent, {len(test.files)} files in the folder, "
               f"{time.monotonic() - began:.0f} s", flush=True)
-    errors = run_program(program, tests, place) if program else []
-    for test in tests:
-        test.release()
+    errors = []
+    if program:
+        errors += list_by_program(program, tests, place)
+        errors += release_by_program(program, tests, place)
+    else:
+        for test in tests:
+            test.release()
     for test in tests:
         test.wait(is_released=True)
     rows = [row for test in tests for row in test.rows()]
