@@ -4,6 +4,8 @@
 #include "settings/DeliveryKeys.h"
 #include "ui_frmDeliveryFields.h"
 
+#include <QAbstractItemView>
+
 #include <algorithm>
 
 namespace quellbox {
@@ -14,6 +16,11 @@ constexpr int lastPort = 65535;
 
 void Choose(QComboBox& box, const QString& key) {
     box.setCurrentIndex(std::max(0, box.findData(key)));
+}
+
+/// Assistive tools know the name of a box from its label, but not that of the list that it opens.
+void NameList(const QComboBox& box, const QLabel& label) {
+    box.view()->setAccessibleName(label.text().remove(QLatin1Char('&')));
 }
 
 } // namespace
@@ -37,6 +44,8 @@ void DeliveryFields::FillChoices() {
                                   QLatin1String(SecurityKeys::startTls));
     ui_->cboSmtpSecurity->addItem(tr("TLS from the beginning"), QLatin1String(SecurityKeys::tls));
     ui_->cboSmtpSecurity->addItem(tr("none; then without a user"), QLatin1String(SecurityKeys::none));
+    NameList(*ui_->cboDelivery, *ui_->lblDelivery);
+    NameList(*ui_->cboSmtpSecurity, *ui_->lblSmtpSecurity);
 }
 
 void DeliveryFields::ShowSettings(const AppState& state) {
