@@ -50,11 +50,16 @@ WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray
 } // namespace
 
 ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup, DeliveryDesk& delivery)
-    : parts_(parts), refresh_(refresh), setup_(setup), delivery_(delivery) {
+    : parts_(parts), refresh_(refresh), setup_(setup), delivery_(delivery),
+      watch_(parts.ports.files, parts.ports.pool, parts.ports.clock) {
     connect(&parts_.jobs, &WindowJobs::Removing, this,
             [this](const QString& name) { parts_.panels.SetInfo(tr("Removing %1").arg(CleanseForDisplay(name))); });
     connect(&parts_.jobs, &WindowJobs::CleansingEnded, this,
             parts_.errors.Guarded(this, &ToolsDesk::jobs_CleansingEnded));
+}
+
+void ToolsDesk::Close() {
+    watch_.Stop();
 }
 
 void ToolsDesk::mnuToolsCleansing_Click() {
@@ -146,8 +151,12 @@ void ToolsDesk::WriteTest() {
     const auto send = [&files = parts_.ports.files, user = parts_.state.UserName,
                        folder = QString(parts_.state.PickupDir), moment,
                        record] { return TryPickupTest(files, user, folder, moment, *record); };
-    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
+    const QString folder = parts_.state.PickupDir;
+    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this, folder, record](const WindowJobs::Error& error) {
         TellTest(error, tr("Testmessage send. Verify postmaster mailbox now!"));
+        if (!error) {
+            watch_.Start(PickupTestPath(folder), folder, record);
+        }
     });
 }
 

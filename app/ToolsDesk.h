@@ -3,6 +3,7 @@
 #include "app/WindowJobs.h"
 #include "app/WindowParts.h"
 #include "dialogs/CleansingTask.h"
+#include "dialogs/PickupWatch.h"
 
 #include <QObject>
 
@@ -27,6 +28,9 @@ public:
     /// Asks, and sends a message of the program's own on the way on which messages are unblocked.
     void SendPickupTest();
 
+    /// Nobody looks any more whether the test message is taken.
+    void Close();
+
 private:
     bool ConfirmCleansing();
     void CleanseArchive();
@@ -42,6 +46,7 @@ private:
     RefreshDesk& refresh_;
     SetupDesk& setup_;
     DeliveryDesk& delivery_;
+    PickupWatch watch_;
 };
 
 } // namespace quellbox

@@ -310,6 +310,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     jobs_.Close();
     expiry_->Close();
     delivery_->Close();
+    tools_->Close();
     history_->Close();
     journal_.Hurry();
     contents_->Close();

@@ -1364,6 +1364,13 @@
         <source>This will verify the delivery by %1.</source>
         <translation>Damit wird die Zustellung über %1 geprüft.</translation>
     </message>
+    <message numerus="yes">
+        <source>Nobody has taken the test message for %n seconds: no mail server looks into this directory, or it refuses the message.</source>
+        <translation>
+            <numerusform>Seit %n Sekunde hat niemand die Testnachricht abgeholt: Kein Mailserver sieht in dieses Verzeichnis, oder er weist die Nachricht ab.</numerusform>
+            <numerusform>Seit %n Sekunden hat niemand die Testnachricht abgeholt: Kein Mailserver sieht in dieses Verzeichnis, oder er weist die Nachricht ab.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -1,0 +1,74 @@
+#include "dialogs/PickupWatch.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+namespace quellbox {
+
+namespace {
+
+/// A folder that cannot be seen says nothing of the file.
+bool IsTaken(const FileSystem& files, const QString& path, const QString& pickupDir) {
+    return files.FolderExists(pickupDir) && !files.FileExists(path) && files.FolderExists(pickupDir);
+}
+
+} // namespace
+
+PickupWatch::PickupWatch(const FileSystem& files, WorkPool& pool, const Clock& clock, std::chrono::milliseconds pause)
+    : files_(files), pool_(pool), clock_(clock) {
+    timer_.setSingleShot(true);
+    timer_.setInterval(pause);
+    timer_.callOnTimeout(this, &PickupWatch::Look);
+}
+
+void PickupWatch::Start(const QString& path, const QString& pickupDir, std::shared_ptr<ActionRecord> record) {
+    Stop();
+    path_ = path;
+    pickupDir_ = pickupDir;
+    since_ = clock_.Now();
+    record_ = std::move(record);
+    timer_.start();
+}
+
+void PickupWatch::Stop() {
+    timer_.stop();
+    if (looking_) {
+        looking_->GiveUp();
+    }
+    record_.reset();
+}
+
+// Where the folder does not answer, the next look begins when this one has ended.
+void PickupWatch::Look() {
+    looking_.emplace(
+        pool_, 1, [&files = files_, path = path_, folder = pickupDir_](size_t) { return IsTaken(files, path, folder); },
+        [this](size_t, bool isTaken) { TakeLook(isTaken); }, [](SeriesEnd) {}, oneAtATime);
+    looking_->Start();
+}
+
+void PickupWatch::TakeLook(bool isTaken) {
+    const qint64 seconds = since_.secsTo(clock_.Now());
+    if (isTaken) {
+        End(std::nullopt, QCoreApplication::translate("quellbox",
+                                                      "The mail server has taken the test message after %n "
+                                                      "seconds.",
+                                                      nullptr, static_cast<int>(seconds)));
+    } else if (seconds >= patienceSeconds) {
+        End(FileFailure(path_, QCoreApplication::translate(
+                                   "quellbox",
+                                   "Nobody has taken the test message for %n seconds: no mail server looks "
+                                   "into this directory, or it refuses the message.",
+                                   nullptr, patienceSeconds)),
+            {});
+    } else {
+        timer_.start();
+    }
+}
+
+void PickupWatch::End(const std::optional<FileFailure>& failure, const QString& detail) {
+    const std::shared_ptr<ActionRecord> record = std::exchange(record_, nullptr);
+    record->Take({MessageRow(QStringLiteral("quellbox.eml"), -1, 0, {}), failure, 0, detail, true});
+}
+
+} // namespace quellbox
