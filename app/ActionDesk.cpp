@@ -53,7 +53,8 @@ ActionDesk::ActionDesk(const WindowParts& parts, ListDesk& list, DeliveryDesk& d
 }
 
 void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toleratedNow) {
-    const std::shared_ptr<ReleaseWay> way = action == Action::remove ? nullptr : delivery_.NewWay();
+    const std::shared_ptr<ReleaseWay> way =
+        action == Action::remove ? nullptr : delivery_.NewWay(DeliveryDesk::Starter::User);
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way,
                                   ProfileOf(parts_.state.ServerProfile).packing};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;

@@ -44,7 +44,9 @@ std::shared_ptr<Object> DeletedAside(std::unique_ptr<Object> object, WorkPool& p
 /// What cannot be brought back now is tried again the next day.
 QStringList TryToReturn(FileSystem& files, const Folder& archive, const QDateTime& before) {
     try {
-        return ReturnLeftBehind(files, archive, before);
+        const LeftBehind left = ReturnLeftBehind(files, archive, before);
+        LogFailures({left.errors.begin(), left.errors.end()});
+        return left.returned;
     } catch (const FileError& error) {
         LogFailures({FileFailure(error)});
         return {};
@@ -55,8 +57,8 @@ QStringList TryToReturn(FileSystem& files, const Folder& archive, const QDateTim
 
 DeliveryDesk::DeliveryDesk(const WindowParts& parts) : parts_(parts) {}
 
-std::shared_ptr<ReleaseWay> DeliveryDesk::NewWay() {
-    std::unique_ptr<Transmitter> transmitter = MakeTransmitter();
+std::shared_ptr<ReleaseWay> DeliveryDesk::NewWay(Starter starter) {
+    std::unique_ptr<Transmitter> transmitter = MakeTransmitter(starter);
     if (!transmitter) {
         return nullptr;
     }
@@ -71,14 +73,14 @@ std::shared_ptr<ReleaseWay> DeliveryDesk::NewWay() {
 }
 
 std::shared_ptr<Transmitter> DeliveryDesk::NewTransmitter() {
-    std::unique_ptr<Transmitter> transmitter = MakeTransmitter();
+    std::unique_ptr<Transmitter> transmitter = MakeTransmitter(Starter::User);
     return transmitter ? DeletedAside(std::move(transmitter), parts_.ports.pool) : nullptr;
 }
 
-std::unique_ptr<Transmitter> DeliveryDesk::MakeTransmitter() {
+std::unique_ptr<Transmitter> DeliveryDesk::MakeTransmitter(Starter starter) {
     const AppState& state = parts_.state;
     if (state.Delivery == QLatin1String(DeliveryKeys::smtp)) {
-        return std::make_unique<SmtpTransmitter>(ServerOf(state), AskForPassword());
+        return std::make_unique<SmtpTransmitter>(ServerOf(state), PasswordFor(starter));
     }
     if (state.Delivery == QLatin1String(DeliveryKeys::command)) {
         return std::make_unique<CommandTransmitter>(state.DeliveryCommand);
@@ -87,10 +89,20 @@ std::unique_ptr<Transmitter> DeliveryDesk::MakeTransmitter() {
 }
 
 /// Null where the server wants none.
-std::shared_ptr<const AwaitedPassword> DeliveryDesk::AskForPassword() {
+std::shared_ptr<const AwaitedPassword> DeliveryDesk::PasswordFor(Starter starter) {
     if (parts_.state.SmtpUser.isEmpty()) {
         return nullptr;
     }
+    const QString account = SmtpAccount(parts_.state);
+    const bool isKnown = password_ && account_ == account;
+    if (!isKnown || (starter == Starter::User && password_->HasFailed())) {
+        account_ = account;
+        password_ = AskForPassword();
+    }
+    return password_;
+}
+
+std::shared_ptr<const AwaitedPassword> DeliveryDesk::AskForPassword() {
     const auto awaited = std::make_shared<AwaitedPassword>();
     parts_.ports.passwords.Read(SmtpAccount(parts_.state), *this, [awaited](const PasswordAnswer& answer) {
         if (answer.password) {

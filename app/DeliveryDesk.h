@@ -26,14 +26,19 @@ public:
     explicit DeliveryDesk(const WindowParts& parts);
 
     /// The way for one action on the present archive; null where messages go into the pickup directory. A password that
-    /// is needed is asked for at once, and whoever releases a message waits for it.
-    std::shared_ptr<ReleaseWay> NewWay();
+    /// is needed is asked for at once, and whoever releases a message waits for it. Where that has failed, only the
+    /// user has it asked for once more.
+    enum class Starter { User, Refresh };
+    std::shared_ptr<ReleaseWay> NewWay(Starter starter);
 
     /// Who transmits a message that is in no archive; null as with NewWay().
     std::shared_ptr<Transmitter> NewTransmitter();
 
     /// Where the messages of `way` go, for the history.
     QString TargetOf(const std::shared_ptr<ReleaseWay>& way) const;
+
+    /// The password that is kept is another one by now.
+    void ForgetPassword() { password_ = nullptr; }
 
     /// What is under way ends as soon as it can.
     void Close();
@@ -42,12 +47,15 @@ public:
     void BringBackLeftBehind(const RefreshResult& result);
 
 private:
-    std::unique_ptr<Transmitter> MakeTransmitter();
+    std::unique_ptr<Transmitter> MakeTransmitter(Starter starter);
+    std::shared_ptr<const AwaitedPassword> PasswordFor(Starter starter);
     std::shared_ptr<const AwaitedPassword> AskForPassword();
     void TellLeftBehind(const Folder& archive, const QStringList& names);
 
     WindowParts parts_;
     std::vector<std::weak_ptr<ReleaseWay>> ways_;
+    std::shared_ptr<const AwaitedPassword> password_; // asked for once, and not by every refresh
+    QString account_;                                 // whose it is
     std::optional<OrderedWork<QStringList>> bringing_;
 };
 

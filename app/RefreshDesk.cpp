@@ -47,7 +47,7 @@ void RefreshDesk::RefreshArchive(bool markNew) {
         parts_.jobs.Refresh(markNew, IsInBulkMode());
         return;
     }
-    const std::shared_ptr<ReleaseWay> way = delivery_.NewWay();
+    const std::shared_ptr<ReleaseWay> way = delivery_.NewWay(DeliveryDesk::Starter::Refresh);
     parts_.jobs.Refresh(markNew, IsInBulkMode(),
                         parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, delivery_.TargetOf(way)}),
                         way);

@@ -126,6 +126,10 @@ void SetupDesk::KeepPassword(const QString& password) {
             parts_.errors.Show(tr("The password for the mail server could not be kept: %1").arg(answer.error));
         }
     };
+    if (parts_.state.SmtpUser.isEmpty()) {
+        return;
+    }
+    Q_EMIT PasswordEntered();
     const QString account = SmtpAccount(parts_.state);
     if (password.isEmpty()) {
         parts_.ports.passwords.Remove(account, *this, tell);

@@ -34,6 +34,9 @@ Q_SIGNALS:
     /// The archive was chosen, which is this one now.
     void ArchiveChosen();
 
+    /// The password for the mail server is another one.
+    void PasswordEntered();
+
 private:
     bool AskForDirectory(const QString& title);
     void ShowOptions();

@@ -36,9 +36,14 @@ WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, cons
 }
 
 /// The same by a mail server, which knows the postmaster without a domain (RFC 5321, section 4.5.1).
-WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record) {
+WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record,
+                                      const std::atomic<bool>& isClosed) {
     const MessageRow row(QStringLiteral("quellbox.eml"), -1, 0, {});
-    const DeliveryOutcome outcome = transmitter.Transmit({{}, {"postmaster"}}, message, [] { return true; });
+    const DeliveryOutcome outcome = transmitter.Transmit(
+        [&message] {
+            return OutgoingMessage{{{}, {"postmaster"}}, message};
+        },
+        [&isClosed] { return !isClosed; });
     if (outcome.fate == DeliveryFate::Delivered) {
         record.Take({row, std::nullopt, 0, outcome.words, true});
         return std::nullopt;
@@ -60,6 +65,7 @@ ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& 
 
 void ToolsDesk::Close() {
     watch_.Stop();
+    *isClosed_ = true;
 }
 
 void ToolsDesk::mnuToolsCleansing_Click() {
@@ -165,7 +171,9 @@ void ToolsDesk::TransmitTest(const std::shared_ptr<Transmitter>& transmitter) {
         TransmissionTestMessage(parts_.state.UserName, transmitter->Target(), parts_.ports.clock.Now());
     const std::shared_ptr<ActionRecord> record =
         parts_.journal.Begin({HistoryAction::PickupTest, {}, transmitter->Target()});
-    const auto send = [transmitter, message, record] { return TryTransmissionTest(*transmitter, message, *record); };
+    const auto send = [transmitter, message, record, isClosed = isClosed_] {
+        return TryTransmissionTest(*transmitter, message, *record, *isClosed);
+    };
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
         TellTest(error, tr("The mail server has taken the test message. Verify postmaster mailbox now!"));
     });

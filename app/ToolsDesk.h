@@ -7,6 +7,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <memory>
 
 namespace quellbox {
@@ -47,6 +48,7 @@ private:
     SetupDesk& setup_;
     DeliveryDesk& delivery_;
     PickupWatch watch_;
+    const std::shared_ptr<std::atomic<bool>> isClosed_ = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace quellbox

@@ -106,6 +106,7 @@ void frmMain::ConnectParts() {
     connect(this, &frmMain::NothingFound, this, &QApplication::beep);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, this, &frmMain::UpdateMainCaption);
     connect(setup_.get(), &SetupDesk::ArchiveChosen, history_.get(), &HistoryDesk::LookForUndo);
+    connect(setup_.get(), &SetupDesk::PasswordEntered, delivery_.get(), &DeliveryDesk::ForgetPassword);
     connect(tray_.get(), &TrayPresence::Told, &panels_, &StatusPanels::SetInfo);
     connect(help_.get(), &HelpDesk::Failed, this, &frmMain::ReportError);
     connect(&failures_, &FailureList::Changed, this, [this] { stbBottom->ShowFailures(failures_.Count()); });
@@ -307,10 +308,10 @@ void frmMain::ReportError(const QString& text) {
 
 void frmMain::closeEvent(QCloseEvent* event) {
     timer_.Close();
+    tools_->Close();
     jobs_.Close();
     expiry_->Close();
     delivery_->Close();
-    tools_->Close();
     history_->Close();
     journal_.Hurry();
     contents_->Close();

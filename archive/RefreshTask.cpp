@@ -216,7 +216,7 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
          folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_,
          profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
-            const bool maySend = !folders.way || !IsUncertainName((*entries)[item].name);
+            const bool maySend = !IsUncertainName((*entries)[item].name);
             if (tolerated && maySend && tolerated->TolerableSender(read.row.row.Tag().toLower())) {
                 Release(fileSystem, folders, record.get(), read);
             }
@@ -261,6 +261,7 @@ QString RefreshTask::TryToRelease(FileSystem& files, const DisposalFolders& fold
         return answer;
     } catch (const FileError& error) {
         read.failure = FileFailure(error);
+        read.wasMoved = error.Problem() == FileProblem::Uncertain; // to another name
         return {};
     }
 }

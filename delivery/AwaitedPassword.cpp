@@ -19,6 +19,11 @@ void AwaitedPassword::Set(const Answer& answer) {
     answered_.wakeAll();
 }
 
+bool AwaitedPassword::HasFailed() const {
+    const QMutexLocker lock(&mutex_);
+    return answer_ && !answer_->trouble.isEmpty();
+}
+
 std::optional<AwaitedPassword::Answer> AwaitedPassword::Await(const std::function<bool()>& goOn) const {
     QMutexLocker lock(&mutex_);
     while (!answer_ && goOn()) {

@@ -20,6 +20,9 @@ public:
     /// The first answer counts.
     void Set(const Answer& answer);
 
+    /// Whether the answer was that there is none.
+    bool HasFailed() const;
+
     /// Waits, and looks now and then whether that is still wanted; empty when it is not.
     std::optional<Answer> Await(const std::function<bool()>& goOn) const;
 

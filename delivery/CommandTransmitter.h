@@ -13,7 +13,7 @@ public:
     /// `line` is the command as the user has written it; every message fails where it cannot be understood.
     explicit CommandTransmitter(const QString& line);
 
-    DeliveryOutcome Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) override;
+    DeliveryOutcome Transmit(const Load& load, const GoOn& goOn) override;
     QString Target() const override;
 
 private:

@@ -13,6 +13,12 @@ struct Envelope {
     QByteArrayList recipients;
 };
 
+/// A message as it is handed over.
+struct OutgoingMessage {
+    Envelope envelope;
+    QByteArray bytes;
+};
+
 /// What has become of a message that was to be delivered.
 enum class DeliveryFate {
     Delivered, ///< the other side has it, and has said so

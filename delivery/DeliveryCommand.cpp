@@ -67,12 +67,25 @@ std::optional<QStringList> SplitWords(const QString& line) {
     return quote.isNull() ? std::optional(words) : std::nullopt;
 }
 
+/// Windows has its shell run such a program, and that finds commands in addresses.
+bool IsBatchFile(const QString& program) {
+    return program.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive) ||
+           program.endsWith(QLatin1String(".cmd"), Qt::CaseInsensitive);
+}
+
+QString TextOfBatchFile() {
+    return QCoreApplication::translate("quellbox", "A batch file cannot be the command, as the shell would run it.");
+}
+
 QString ProblemOfCommand(const std::optional<QStringList>& words) {
     if (!words) {
         return QCoreApplication::translate("quellbox", "The command has a quotation mark without its end.");
     }
     if (words->isEmpty() || words->first().isEmpty()) {
         return QCoreApplication::translate("quellbox", "The command names no program.");
+    }
+    if (IsBatchFile(words->first())) {
+        return TextOfBatchFile();
     }
     const bool namesRecipient = std::any_of(words->begin() + 1, words->end(),
                                             [](const QString& word) { return word.contains(RecipientWord()); });

@@ -13,7 +13,6 @@ struct Field {
     QByteArrayView value;
     qsizetype start = 0;
     qsizetype end = 0;
-    bool isOnTop = false; ///< it stands above the first Received field
 };
 
 qsizetype EndOfLine(QByteArrayView bytes, qsizetype from) {
@@ -37,7 +36,6 @@ bool IsBlankLine(QByteArrayView line) {
 /// The fields of the header block, in their order. Lines that are none are passed over.
 std::vector<Field> FieldsOf(QByteArrayView message) {
     std::vector<Field> fields;
-    bool isOnTop = true;
     const qsizetype limit = std::min(message.size(), kMaximumHeaderBytes);
     for (qsizetype start = 0; start < limit;) {
         const qsizetype end = EndOfField(message, start);
@@ -47,31 +45,11 @@ std::vector<Field> FieldsOf(QByteArrayView message) {
         }
         const qsizetype colon = line.indexOf(':');
         if (colon > 0) {
-            const QByteArray name = line.first(colon).toByteArray().trimmed().toLower();
-            isOnTop = isOnTop && name != "received";
-            fields.push_back({name, line.sliced(colon + 1), start, end, isOnTop});
+            fields.push_back({line.first(colon).toByteArray().trimmed().toLower(), line.sliced(colon + 1), start, end});
         }
         start = end;
     }
     return fields;
-}
-
-/// The addresses of the first of the wanted fields that is there.
-QByteArrayList AddressesIn(const std::vector<Field>& fields, const std::vector<AddressField>& wanted) {
-    for (const AddressField& address : wanted) {
-        QByteArrayList found;
-        bool isThere = false;
-        for (const Field& field : fields) {
-            if (field.isOnTop && field.name == address.name.toLower() && (!isThere || address.repeats)) {
-                isThere = true;
-                found.append(PathAddresses(field.value));
-            }
-        }
-        if (isThere) {
-            return found;
-        }
-    }
-    return {};
 }
 
 bool IsAmong(const std::vector<AddressField>& addresses, const QByteArray& name) {
@@ -96,14 +74,59 @@ bool IsOfServer(const ServerProfile& profile, const QByteArray& name) {
            std::any_of(profile.reasons.begin(), profile.reasons.end(), isName);
 }
 
+/// How many fields the server has certainly put on top: those that it is known for, above all others and above the
+/// trace of its reception. Without such a trace nothing separates them from what the sender wrote. What separates the
+/// messages of a mailbox may come first.
+size_t CountOnTop(const std::vector<Field>& fields, const ServerProfile& profile) {
+    const bool hasTrace =
+        std::any_of(fields.begin(), fields.end(), [](const Field& field) { return field.name == "received"; });
+    const auto isOthers = [&profile](const Field& field) {
+        return !IsOfServer(profile, field.name) && !field.name.startsWith("from ");
+    };
+    const auto end = std::find_if(fields.begin(), fields.end(), isOthers);
+    return hasTrace ? static_cast<size_t>(end - fields.begin()) : 0;
+}
+
+/// Which of the wanted fields counts: the topmost one, unless one that stands beside it overrides it. Null without any.
+const AddressField* ChooseField(const std::vector<Field>& onTop, const ServerProfile& profile,
+                                const std::vector<AddressField>& wanted) {
+    const AddressField* chosen = nullptr;
+    for (const Field& field : onTop) {
+        const auto found = std::find_if(wanted.begin(), wanted.end(), [&field](const AddressField& address) {
+            return address.name.toLower() == field.name;
+        });
+        const bool isEnvelope = IsAmong(profile.senders, field.name) || IsAmong(profile.recipients, field.name);
+        if (found != wanted.end() && (chosen == nullptr || found->overrides)) {
+            chosen = &*found;
+        } else if (chosen != nullptr && !isEnvelope) {
+            break;
+        }
+    }
+    return chosen;
+}
+
+QByteArrayList AddressesIn(const std::vector<Field>& onTop, const ServerProfile& profile,
+                           const std::vector<AddressField>& wanted) {
+    QByteArrayList found;
+    const AddressField* chosen = ChooseField(onTop, profile, wanted);
+    for (const Field& field : onTop) {
+        if (chosen != nullptr && field.name == chosen->name.toLower()) {
+            found.append(PathAddresses(field.value));
+            chosen = chosen->repeats ? chosen : nullptr;
+        }
+    }
+    return found;
+}
+
 } // namespace
 
 Envelope EnvelopeOf(QByteArrayView message, const ServerProfile& profile) {
-    const std::vector<Field> fields = FieldsOf(message);
-    const QByteArrayList senders = AddressesIn(fields, profile.senders);
+    std::vector<Field> fields = FieldsOf(message);
+    fields.resize(CountOnTop(fields, profile));
+    const QByteArrayList senders = AddressesIn(fields, profile, profile.senders);
     Envelope envelope;
     envelope.sender = senders.isEmpty() ? QByteArray() : senders.first();
-    for (const QByteArray& recipient : AddressesIn(fields, profile.recipients)) {
+    for (const QByteArray& recipient : AddressesIn(fields, profile, profile.recipients)) {
         if (!envelope.recipients.contains(recipient)) {
             envelope.recipients.append(recipient);
         }
@@ -116,9 +139,12 @@ QByteArray WithoutServerFields(const QByteArray& message, const ServerProfile& p
     outgoing.reserve(message.size());
     // What separates the messages of a mailbox is no field.
     qsizetype copied = message.startsWith("From ") ? EndOfLine(message, 0) : 0;
-    for (const Field& field : FieldsOf(message)) {
-        if (field.name == "bcc" || (field.isOnTop && IsOfServer(profile, field.name))) {
-            outgoing.append(QByteArrayView(message).sliced(copied, field.start - copied));
+    const std::vector<Field> fields = FieldsOf(message);
+    const size_t onTop = CountOnTop(fields, profile);
+    for (size_t number = 0; number < fields.size(); ++number) {
+        const Field& field = fields[number];
+        if (field.name == "bcc" || number < onTop) {
+            outgoing.append(QByteArrayView(message).sliced(copied, std::max(copied, field.start) - copied));
             copied = field.end;
         }
     }

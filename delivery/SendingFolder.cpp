@@ -1,7 +1,5 @@
 #include "delivery/SendingFolder.h"
 
-#include "platform/RuntimeError.h"
-
 #include <QMutexLocker>
 #include <QRandomGenerator>
 #include <QRegularExpression>
@@ -100,21 +98,9 @@ QString SendingFolder::Take(const QString& name, const QDateTime& now) {
     return path;
 }
 
-void SendingFolder::Return(const QString& path, const QString& name) {
-    try {
-        files_.Move(path, archive_.PathOf(name));
-    } catch (const FileError& error) {
-        if (error.Problem() != FileProblem::Exists) {
-            throw;
-        }
-        ReturnMarked(path, name); // a message of this name has come meanwhile
-    }
-}
-
-QString SendingFolder::ReturnMarked(const QString& path, const QString& name) {
-    const QString marked = UncertainName(name);
+QString SendingFolder::Return(const QString& path, const QString& name) {
     for (int number = 1;; ++number) {
-        const QString fresh = number == 1 ? marked : WithText(marked, QStringLiteral("-%1").arg(number));
+        const QString fresh = number == 1 ? name : WithText(name, QStringLiteral("-%1").arg(number));
         try {
             files_.Move(path, archive_.PathOf(fresh));
             return fresh;
@@ -126,21 +112,30 @@ QString SendingFolder::ReturnMarked(const QString& path, const QString& name) {
     }
 }
 
-QStringList ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDateTime& before) {
+QString SendingFolder::ReturnMarked(const QString& path, const QString& name) {
+    return Return(path, UncertainName(name));
+}
+
+LeftBehind ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDateTime& before) {
     const Folder folder = SendingFolderOf(archive);
-    QStringList returned;
+    LeftBehind left;
     if (!files.IsRealFolder(folder)) {
-        return returned;
+        return left;
     }
     SendingFolder sending(files, archive);
     for (const FolderEntry& entry : files.Entries(folder)) {
-        const std::optional<SendingName> left = ParseSendingName(entry.name);
-        if (left && left->since < before) {
-            returned.append(sending.ReturnMarked(folder.PathOf(entry.name), left->name));
+        const std::optional<SendingName> message = ParseSendingName(entry.name);
+        if (!message || message->since >= before) {
+            continue;
+        }
+        try {
+            left.returned.append(sending.ReturnMarked(folder.PathOf(entry.name), message->name));
+        } catch (const FileError& error) {
+            left.errors.push_back(error); // another program may have been quicker
         }
     }
     files.RemoveFolder(folder);
-    return returned;
+    return left;
 }
 
 } // namespace quellbox

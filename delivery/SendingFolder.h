@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
+#include "platform/RuntimeError.h"
 
 #include <QDateTime>
 #include <QMutex>
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace quellbox {
 
@@ -44,10 +46,11 @@ public:
     /// the archive then.
     QString Take(const QString& name, const QDateTime& now);
 
-    /// Brings a message back whose file Take() has returned. Throws FileError, and it stays in the folder then.
-    void Return(const QString& path, const QString& name);
+    /// Brings a message back whose file Take() has returned, under another name where its own is taken meanwhile.
+    /// Throws FileError, and it stays in the folder then.
+    QString Return(const QString& path, const QString& name);
 
-    /// The same for one that may have been delivered, and for a name that is taken: it gets another one. Returns it.
+    /// The same for one that may have been delivered, which gets the mark. Returns its name.
     QString ReturnMarked(const QString& path, const QString& name);
 
 private:
@@ -62,8 +65,12 @@ private:
 };
 
 /// Brings back what programs have left there that were ended in the middle: messages that came there before `before`.
-/// They may have been delivered, and get the mark. Returns their names. The folder goes when nothing is left in it.
-/// Throws FileError.
-QStringList ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDateTime& before);
+/// They may have been delivered, and get the mark. The folder goes when nothing is left in it. Throws FileError when
+/// the folder cannot be read.
+struct LeftBehind {
+    QStringList returned;          ///< names that they have in the archive
+    std::vector<FileError> errors; ///< of those that could not be brought back now
+};
+LeftBehind ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDateTime& before);
 
 } // namespace quellbox

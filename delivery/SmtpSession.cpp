@@ -22,6 +22,7 @@ SmtpSession::~SmtpSession() {
 }
 
 DeliveryOutcome SmtpSession::Deliver(const Envelope& envelope, const QByteArray& message) {
+    hasFailedToConnect_ = false;
     if (const QString problem = ProblemOfEnvelope(envelope); !problem.isEmpty()) {
         return {DeliveryFate::Failed, problem};
     }
@@ -48,6 +49,7 @@ DeliveryOutcome SmtpSession::Deliver(const Envelope& envelope, const QByteArray&
 std::optional<DeliveryOutcome> SmtpSession::Connect() {
     auto connection = std::make_unique<SmtpConnection>(server_, goOn_);
     auto problem = connection->Open();
+    hasFailedToConnect_ = problem.has_value();
     if (!problem) {
         connection_ = std::move(connection);
     }

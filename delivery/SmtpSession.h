@@ -35,6 +35,9 @@ public:
     /// Whether there is a connection, as far as is known without asking the server.
     bool IsConnected() const { return connection_ != nullptr; }
 
+    /// Whether the last message failed because no connection could be made.
+    bool HasFailedToConnect() const { return hasFailedToConnect_; }
+
     /// Takes leave of the server (QUIT), if there is a connection, which takes two seconds at most.
     void Close();
 
@@ -45,6 +48,7 @@ private:
     const SmtpServer server_;
     const std::function<bool()> goOn_;
     std::unique_ptr<SmtpConnection> connection_;
+    bool hasFailedToConnect_ = false;
 };
 
 } // namespace quellbox

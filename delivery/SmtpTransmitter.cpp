@@ -29,38 +29,71 @@ struct SmtpTransmitter::Connection {
     SmtpSession session;
 };
 
+/// A connection that is given back at the end, unless it is gone by then.
+struct SmtpTransmitter::Lease {
+    Lease(SmtpTransmitter& itsOwner, std::unique_ptr<Connection> itsConnection)
+        : owner(itsOwner), connection(std::move(itsConnection)) {}
+    ~Lease() {
+        if (connection) {
+            owner.GiveBack(std::move(connection));
+        }
+    }
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+
+    SmtpTransmitter& owner;
+    std::unique_ptr<Connection> connection;
+};
+
 SmtpTransmitter::SmtpTransmitter(SmtpServer server, std::shared_ptr<const AwaitedPassword> password, int connections)
-    : server_(std::move(server)), password_(std::move(password)), left_(connections) {}
+    : server_(std::move(server)), password_(std::move(password)), most_(connections) {}
 
 SmtpTransmitter::~SmtpTransmitter() = default;
 
-DeliveryOutcome SmtpTransmitter::Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) {
+// Where a server takes no more connections of one client, the message goes through one of those that there are.
+DeliveryOutcome SmtpTransmitter::Transmit(const Load& load, const GoOn& goOn) {
     if (const QString trouble = TroubleWithPassword(goOn); !trouble.isEmpty()) {
         return {DeliveryFate::Failed, trouble};
     }
-    std::unique_ptr<Connection> connection = Take(goOn);
-    if (!connection) {
-        const QMutexLocker lock(&mutex_);
-        return {DeliveryFate::Failed, failure_.isEmpty() ? Stopped() : failure_};
+    std::optional<OutgoingMessage> message;
+    for (;;) {
+        Lease lease(*this, Take(goOn));
+        if (!lease.connection) {
+            return TextOfNone();
+        }
+        message = message ? std::move(message) : load();
+        if (!message) {
+            return {};
+        }
+        lease.connection->goOn = goOn;
+        const DeliveryOutcome outcome = lease.connection->session.Deliver(message->envelope, message->bytes);
+        if (IsFinal(lease.connection, outcome)) {
+            return outcome;
+        }
     }
-    connection->goOn = goOn;
-    DeliveryOutcome outcome = connection->session.Deliver(envelope, message);
-    connection->goOn = nullptr;
-    GiveBack(std::move(connection), outcome);
-    return outcome;
+}
+
+DeliveryOutcome SmtpTransmitter::TextOfNone() {
+    const QMutexLocker lock(&mutex_);
+    return {DeliveryFate::Failed, failure_.isEmpty() ? Stopped() : failure_};
+}
+
+// The caller holds the lock.
+bool SmtpTransmitter::MayMakeOne() const {
+    return count_ < (hasConnected_ ? most_ : 1);
 }
 
 /// Waits for a connection that nobody uses. Null when nobody is to go on, or the server cannot be reached.
 std::unique_ptr<SmtpTransmitter::Connection> SmtpTransmitter::Take(const GoOn& goOn) {
     QMutexLocker lock(&mutex_);
-    while (idle_.empty() && left_ == 0 && failuresInARow_ < mostFailuresInARow && goOn()) {
+    while (idle_.empty() && !MayMakeOne() && failuresInARow_ < mostFailuresInARow && goOn()) {
         givenBack_.wait(&mutex_, QDeadlineTimer(askAgainMs));
     }
     if (failuresInARow_ >= mostFailuresInARow || !goOn()) {
         return nullptr;
     }
     if (idle_.empty()) {
-        --left_;
+        ++count_;
         return std::make_unique<Connection>(server_);
     }
     std::unique_ptr<Connection> connection = std::move(idle_.back());
@@ -68,16 +101,31 @@ std::unique_ptr<SmtpTransmitter::Connection> SmtpTransmitter::Take(const GoOn& g
     return connection;
 }
 
-void SmtpTransmitter::GiveBack(std::unique_ptr<Connection> connection, const DeliveryOutcome& outcome) {
+/// False when the message is to be tried on another connection, because this one could not be made; it is gone then.
+bool SmtpTransmitter::IsFinal(std::unique_ptr<Connection>& connection, const DeliveryOutcome& outcome) {
     const QMutexLocker lock(&mutex_);
-    if (connection->session.IsConnected()) {
-        failuresInARow_ = 0;
-    } else if (outcome.fate == DeliveryFate::Failed || outcome.fate == DeliveryFate::Refused) {
-        ++failuresInARow_;
-        failure_ = outcome.words;
+    const bool hasFailed = connection->session.HasFailedToConnect();
+    if (hasFailed && count_ > 1) {
+        most_ = --count_;
+        connection.reset();
+        return false;
     }
+    if (hasFailed) {
+        // What the server has refused, it will refuse again.
+        failuresInARow_ += outcome.fate == DeliveryFate::Refused ? mostFailuresInARow : 1;
+        failure_ = outcome.words;
+    } else if (connection->session.IsConnected()) {
+        failuresInARow_ = 0;
+        hasConnected_ = true;
+    }
+    return true;
+}
+
+void SmtpTransmitter::GiveBack(std::unique_ptr<Connection> connection) {
+    connection->goOn = nullptr;
+    const QMutexLocker lock(&mutex_);
     idle_.push_back(std::move(connection));
-    givenBack_.wakeOne();
+    givenBack_.wakeAll();
 }
 
 QString SmtpTransmitter::TroubleWithPassword(const GoOn& goOn) {

@@ -24,14 +24,18 @@ public:
                     int connections = mostConnections);
     ~SmtpTransmitter() override;
 
-    DeliveryOutcome Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) override;
+    DeliveryOutcome Transmit(const Load& load, const GoOn& goOn) override;
     QString Target() const override;
 
 private:
     struct Connection;
+    struct Lease;
 
     std::unique_ptr<Connection> Take(const GoOn& goOn);
-    void GiveBack(std::unique_ptr<Connection> connection, const DeliveryOutcome& outcome);
+    bool MayMakeOne() const;
+    bool IsFinal(std::unique_ptr<Connection>& connection, const DeliveryOutcome& outcome);
+    void GiveBack(std::unique_ptr<Connection> connection);
+    DeliveryOutcome TextOfNone();
     QString TroubleWithPassword(const GoOn& goOn);
 
     SmtpServer server_;
@@ -39,9 +43,11 @@ private:
     QMutex mutex_;
     QWaitCondition givenBack_;
     std::vector<std::unique_ptr<Connection>> idle_;
-    int left_;               ///< so many more connections may be made
-    int failuresInARow_ = 0; ///< of connecting
-    QString failure_;        ///< the words of the last of them
+    int most_;                  ///< so many connections there may be
+    int count_ = 0;             ///< so many there are, idle ones and others
+    bool hasConnected_ = false; ///< before that there is one at most: a wrong password is not tried many times at once
+    int failuresInARow_ = 0;    ///< of the only connection
+    QString failure_;           ///< the words of the last of them
     bool hasPassword_ = false;
 };
 

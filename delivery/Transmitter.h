@@ -3,6 +3,7 @@
 #include "delivery/Delivery.h"
 
 #include <functional>
+#include <optional>
 
 namespace quellbox {
 
@@ -14,8 +15,12 @@ public:
 
     virtual ~Transmitter() = default;
 
-    /// Transmits one message, and waits for the answer.
-    virtual DeliveryOutcome Transmit(const Envelope& envelope, const QByteArray& message, const GoOn& goOn) = 0;
+    /// Gives the message that is to be transmitted, at the moment when that can begin; nothing where there is none to
+    /// send. Called once at most. What it throws goes on.
+    using Load = std::function<std::optional<OutgoingMessage>()>;
+
+    /// Transmits one message, and waits for the answer. Failed where it was not loaded, or could not be.
+    virtual DeliveryOutcome Transmit(const Load& load, const GoOn& goOn) = 0;
 
     /// As ReleaseWay::Target().
     virtual QString Target() const = 0;

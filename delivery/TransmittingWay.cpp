@@ -18,42 +18,71 @@ TransmittingWay::TransmittingWay(FileSystem& files, const Clock& clock, const Fo
 TransmittingWay::~TransmittingWay() = default;
 
 QString TransmittingWay::Release(const QString& name) {
+    const QString original = archive_.PathOf(name);
     if (isStopped_) {
-        throw FileError(archive_.PathOf(name), QCoreApplication::translate("quellbox", "It was not sent any more."),
+        throw FileError(original, QCoreApplication::translate("quellbox", "It was not sent any more."),
                         FileProblem::NotTaken);
     }
-    const QString path = sending_.Take(name, clock_.Now());
-    DeliveryOutcome outcome;
-    try {
-        outcome = Transmit(path);
-    } catch (const FileError& error) {
-        sending_.Return(path, name);
-        throw FileError(archive_.PathOf(name), error.Reason(), error.Problem());
-    }
+    QString path;
+    const DeliveryOutcome outcome = Transmit(name, path);
     switch (outcome.fate) {
     case DeliveryFate::Delivered:
         RemoveDelivered(path, name);
         break;
     case DeliveryFate::Refused:
     case DeliveryFate::Failed:
-        sending_.Return(path, name);
-        throw FileError(archive_.PathOf(name), outcome.words, FileProblem::NotTaken);
+        if (!path.isEmpty()) {
+            sending_.Return(path, name);
+        }
+        throw FileError(original, outcome.words, FileProblem::NotTaken);
     case DeliveryFate::Uncertain:
         throw FileError(archive_.PathOf(sending_.ReturnMarked(path, name)), outcome.words, FileProblem::Uncertain);
     }
     return outcome.words;
 }
 
-/// Throws FileError when the message cannot be read.
-DeliveryOutcome TransmittingWay::Transmit(const QString& path) const {
+/// `path` is where the message is when it was taken out of the archive. Throws FileError, and it is in the archive
+/// then.
+DeliveryOutcome TransmittingWay::Transmit(const QString& name, QString& path) {
+    DeliveryOutcome unsent;
+    bool wasLoaded = false;
+    const auto load = [&]() -> std::optional<OutgoingMessage> {
+        path = sending_.Take(name, clock_.Now());
+        std::optional<OutgoingMessage> message = Load(path, unsent);
+        wasLoaded = message.has_value();
+        return message;
+    };
+    try {
+        const DeliveryOutcome outcome = transmitter_->Transmit(load, [this] { return !isStopped_; });
+        return unsent.words.isEmpty() ? outcome : unsent;
+    } catch (const FileError& error) {
+        if (!path.isEmpty()) {
+            sending_.Return(path, name);
+        }
+        throw FileError(archive_.PathOf(name), error.Reason(), error.Problem());
+    } catch (const std::exception& error) {
+        const QString reason = QString::fromUtf8(error.what());
+        if (path.isEmpty()) {
+            throw FileError(archive_.PathOf(name), reason);
+        }
+        // As when the memory does not suffice. Of one that was handed over nobody knows.
+        const QString now = wasLoaded ? sending_.ReturnMarked(path, name) : sending_.Return(path, name);
+        throw FileError(archive_.PathOf(now), reason, wasLoaded ? FileProblem::Uncertain : FileProblem::Other);
+    }
+}
+
+/// The message; nothing, and why in `outcome`, where it says nothing of its recipients. Throws FileError when it cannot
+/// be read.
+std::optional<OutgoingMessage> TransmittingWay::Load(const QString& path, DeliveryOutcome& outcome) const {
     const QByteArray message = ReadWholeMessage(files_, path, profile_.packing);
     const Envelope envelope = EnvelopeOf(message, profile_);
     if (envelope.recipients.isEmpty()) {
-        return {DeliveryFate::Failed,
-                QCoreApplication::translate("quellbox", "The message does not say to whom it was sent: it has none of "
-                                                        "the fields in which the chosen server writes that.")};
+        outcome.words =
+            QCoreApplication::translate("quellbox", "The message does not say to whom it was sent: it has none of "
+                                                    "the fields in which the chosen server writes that.");
+        return std::nullopt;
     }
-    return transmitter_->Transmit(envelope, WithoutServerFields(message, profile_), [this] { return !isStopped_; });
+    return OutgoingMessage{envelope, WithoutServerFields(message, profile_)};
 }
 
 // One that stays is brought back later with the mark of those that may have been delivered.
@@ -63,8 +92,7 @@ void TransmittingWay::RemoveDelivered(const QString& path, const QString& name) 
     } catch (const FileError& error) {
         throw FileError(archive_.PathOf(name),
                         QCoreApplication::translate("quellbox", "It was delivered, but its file cannot be removed: %1")
-                            .arg(error.Reason()),
-                        FileProblem::Uncertain);
+                            .arg(error.Reason()));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 namespace quellbox {
 
@@ -26,7 +27,8 @@ public:
     void Stop() override { isStopped_ = true; }
 
 private:
-    DeliveryOutcome Transmit(const QString& path) const;
+    std::optional<OutgoingMessage> Load(const QString& path, DeliveryOutcome& outcome) const;
+    DeliveryOutcome Transmit(const QString& name, QString& path);
     void RemoveDelivered(const QString& path, const QString& name);
 
     FileSystem& files_;

@@ -13,16 +13,17 @@ namespace quellbox {
 
 namespace {
 
-// Without an envelope sender, as in bulk mode, the one of the header says more than nothing.
-QString SenderOf(const HistoryEntry& entry) {
-    if (!entry.sender.isEmpty()) {
-        return entry.sender;
-    }
-    return entry.from.isEmpty() ? entry.detail : entry.from;
-}
-
 bool IsOfMessage(HistoryAction action) {
     return action != HistoryAction::WhitelistAdd && action != HistoryAction::WhitelistRemove;
+}
+
+// Without an envelope sender, as in bulk mode, the one of the header says more than nothing.
+QString SenderOf(const HistoryLine& line) {
+    const HistoryEntry& entry = line.entry;
+    if (!entry.sender.isEmpty() || !entry.from.isEmpty()) {
+        return entry.sender.isEmpty() ? entry.from : entry.sender;
+    }
+    return IsOfMessage(line.facts.action) ? QString() : entry.detail;
 }
 
 } // namespace
@@ -135,7 +136,7 @@ QString CellOf(const HistoryLine& line, int column) {
     case HistoryActionName:
         return NameOf(line.facts.action);
     case HistorySender:
-        return CleanseForDisplay(ShownText(SenderOf(entry)));
+        return CleanseForDisplay(ShownText(SenderOf(line)));
     case HistoryTo:
         return CleanseForDisplay(ShownText(entry.to));
     case HistorySubjectText:

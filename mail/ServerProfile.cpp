@@ -53,7 +53,7 @@ std::vector<ServerProfile> MakeProfiles() {
          .name = QT_TRANSLATE_NOOP("quellbox", "amavis"),
          .ratings = {{"X-Spam-Score"}, {"X-Spam-Status", Form::Number, "score="}, {"X-Spam-Level", Form::Count, "*"}},
          .senders = {{"X-Envelope-From"}, {"Return-Path"}},
-         .recipients = {{"X-Envelope-To-Blocked"}, {"X-Envelope-To"}},
+         .recipients = {{.name = "X-Envelope-To-Blocked", .overrides = true}, {"X-Envelope-To"}},
          .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
          .marks = {"X-Quarantine-ID", "X-Amavis-Alert"},
          .added = {"X-Envelope-", "X-Quarantine-", "X-Amavis-", "X-Spam-"},

@@ -36,7 +36,8 @@ enum class AddressForm {
 struct AddressField {
     QByteArray name;
     AddressForm form = AddressForm::Path;
-    bool repeats = false; ///< the field stands once for each address; else only the topmost one counts
+    bool repeats = false;   ///< the field stands once for each address; else only the topmost one counts
+    bool overrides = false; ///< of an address to whom: it counts although another field stands above it
 };
 
 /// What a spam filter writes into the messages that it blocks.
@@ -47,10 +48,9 @@ struct ServerProfile {
     bool firstRatingDecides = false;   ///< the first that is there counts, also without a rating
     std::vector<AddressField> senders; ///< the first that is there counts
     bool trustsAnyPlace = false; ///< of a sender; else one below the first Received field is the sender's own text
-    std::vector<AddressField> recipients =
-        {};                      ///< the first that is there counts; several addresses have commas between
-    QByteArrayList reasons = {}; ///< fields that say why a message was blocked, as they are to be shown
-    QByteArrayList marks = {};   ///< fields that only this kind of server writes
+    std::vector<AddressField> recipients = {}; ///< the topmost counts; commas separate several addresses
+    QByteArrayList reasons = {};               ///< fields that say why a message was blocked, as they are to be shown
+    QByteArrayList marks = {};                 ///< fields that only this kind of server writes
 
     QByteArrayList added = {}; ///< what other fields the server has put on top begin with, and must not go out
     Packing packing = Packing::Never;

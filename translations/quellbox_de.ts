@@ -1371,6 +1371,10 @@
             <numerusform>Seit %n Sekunden hat niemand die Testnachricht abgeholt: Kein Mailserver sieht in dieses Verzeichnis, oder er weist die Nachricht ab.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>A batch file cannot be the command, as the shell would run it.</source>
+        <translation>Eine Stapeldatei kann nicht der Befehl sein, da die Shell sie ausführen würde.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

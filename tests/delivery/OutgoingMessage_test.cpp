@@ -60,15 +60,43 @@ TEST(OutgoingMessage, WhatTheSenderWroteChoosesNoRecipient) {
     }
 }
 
+TEST(OutgoingMessage, WithoutATraceOfTheReceptionNothingIsBelieved) {
+    const Envelope envelope = EnvelopeIn("Return-Path: <a@example.org>\nDelivered-To: b@example.net\n"
+                                         "X-Original-To: evil@example.org\nSubject: s\n\n",
+                                         "rspamd");
+    EXPECT_TRUE(envelope.recipients.isEmpty());
+}
+
+TEST(OutgoingMessage, WhatFollowsAForeignFieldIsNotBelieved) {
+    const Envelope envelope = EnvelopeIn("Return-Path: <a@example.org>\nDelivered-To: b@example.net\nSubject: s\n"
+                                         "X-Original-To: evil@example.org\nReceived: of the sender\n\n",
+                                         "rspamd");
+    EXPECT_EQ(envelope.recipients, QByteArrayList{"b@example.net"});
+    EXPECT_TRUE(EnvelopeIn("Subject: s\nDelivered-To: evil@example.org\nReceived: of the sender\n\n", "rspamd")
+                    .recipients.isEmpty());
+}
+
+TEST(OutgoingMessage, TheTopmostFieldCounts) {
+    const Envelope envelope = EnvelopeIn("Delivered-To: b@example.net\nX-Original-To: evil@example.org\n"
+                                         "Received: of the sender\n\n",
+                                         "rspamd");
+    EXPECT_EQ(envelope.recipients, QByteArrayList{"b@example.net"});
+    EXPECT_EQ(EnvelopeIn("X-Envelope-To: <b@example.net>\nX-Quarantine-ID: <1>\n"
+                         "X-Envelope-To-Blocked: <evil@example.org>\nReceived: from x\n\n",
+                         "amavis")
+                  .recipients,
+              QByteArrayList{"b@example.net"});
+}
+
 TEST(OutgoingMessage, TheSenderOfBouncesIsNone) {
-    EXPECT_EQ(EnvelopeIn("Return-Path: <>\nDelivered-To: b@example.net\n\n", "rspamd").sender, "");
+    EXPECT_EQ(EnvelopeIn("Return-Path: <>\nDelivered-To: b@example.net\nReceived: from x\n\n", "rspamd").sender, "");
 }
 
 TEST(OutgoingMessage, OnlyWhatTheServerHasPutOnTopGoes) {
     const QByteArray own = "Received: from x\r\n\tby y\r\nX-Spam-Status: of the sender\r\nDKIM-Signature: v=1;\r\n"
                            " b=abc\r\nX-Envelope-To: of the sender\r\n\r\nX-Spam-Score: body\r\n.\r\n\xE4\n";
-    EXPECT_EQ(Stripped("Return-Path: <a@example.org>\r\nX-Spam-Status: Yes,\r\n\tscore=9\r\nX-Other: kept\r\n"
-                       "Delivered-To: b@example.net\r\n" +
+    EXPECT_EQ(Stripped("Return-Path: <a@example.org>\r\nX-Spam-Status: Yes,\r\n\tscore=9\r\n"
+                       "Delivered-To: b@example.net\r\nX-Other: kept\r\n" +
                            own,
                        "spamassassin"),
               "X-Other: kept\r\n" + own);

@@ -40,11 +40,11 @@ TEST_F(SendingFolderTest, AMessageIsOutOfTheArchiveUntilItIsBack) {
 TEST_F(SendingFolderTest, OneThatComesBackNeverReplacesAnother) {
     const QString path = sending_.Take(Text("a.EML"), now_);
     files_.Add(archive_.PathOf(Text("a.EML")), "second");
-    files_.Add(archive_.PathOf(Text("a.uncertain.EML")), "third");
-    sending_.Return(path, Text("a.EML"));
+    files_.Add(archive_.PathOf(Text("a-2.EML")), "third");
+    EXPECT_EQ(sending_.Return(path, Text("a.EML")), Text("a-3.EML"));
     EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a.EML"))), "second");
-    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a.uncertain.EML"))), "third");
-    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a.uncertain-2.EML"))), "first");
+    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a-2.EML"))), "third");
+    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a-3.EML"))), "first");
 }
 
 TEST_F(SendingFolderTest, WhoTakesTheFolderAwayDoesNoHarm) {
@@ -69,17 +69,27 @@ TEST_F(SendingFolderTest, WhatAProgramLeftBehindComesBackMarkedWhenNoneCanBeAtIt
     files_.Add(SendingFolderOf(archive_).PathOf(Text("foreign.txt")), "x");
     sending_.Take(Text("a.EML"), now_.addSecs(-7200));
     const QString young = sending_.Take(Text("b.EML"), now_);
-    EXPECT_EQ(ReturnLeftBehind(files_, archive_, now_.addSecs(-3600)), QStringList{Text("a.uncertain.EML")});
+    EXPECT_EQ(ReturnLeftBehind(files_, archive_, now_.addSecs(-3600)).returned, QStringList{Text("a.uncertain.EML")});
     EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("a.uncertain.EML"))), "first");
     EXPECT_TRUE(files_.FileExists(young));
     EXPECT_TRUE(files_.FileExists(SendingFolderOf(archive_).PathOf(Text("foreign.txt"))));
+}
+
+TEST_F(SendingFolderTest, OneThatCannotBeBroughtBackDoesNotKeepTheOthers) {
+    const QString first = sending_.Take(Text("a.EML"), now_.addSecs(-7200));
+    files_.Add(archive_.PathOf(Text("b.EML")), "second");
+    sending_.Take(Text("b.EML"), now_.addSecs(-7100));
+    files_.FailPath(first, Text("no right"));
+    const LeftBehind left = ReturnLeftBehind(files_, archive_, now_);
+    EXPECT_EQ(left.returned, QStringList{Text("b.uncertain.EML")});
+    EXPECT_EQ(left.errors.size(), 1U);
 }
 
 TEST_F(SendingFolderTest, TheFolderGoesWithTheLastOfThem) {
     sending_.Take(Text("a.EML"), now_.addSecs(-7200));
     ReturnLeftBehind(files_, archive_, now_);
     EXPECT_FALSE(files_.FolderExists(SendingFolderOf(archive_)));
-    EXPECT_TRUE(ReturnLeftBehind(files_, archive_, now_).isEmpty());
+    EXPECT_TRUE(ReturnLeftBehind(files_, archive_, now_).returned.isEmpty());
 }
 
 TEST(SendingName, HoldsWhenAndWhat) {

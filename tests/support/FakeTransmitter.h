@@ -24,12 +24,16 @@ class FakeTransmitter : public Transmitter {
 public:
     explicit FakeTransmitter(FakeTransmissions& transmissions) : transmissions_(transmissions) {}
 
-    DeliveryOutcome Transmit(const Envelope& envelope, const QByteArray& message, const GoOn&) override {
+    DeliveryOutcome Transmit(const Load& load, const GoOn&) override {
+        const std::optional<OutgoingMessage> message = load();
+        if (!message) {
+            return {};
+        }
         {
             const std::lock_guard lock(transmissions_.mutex);
-            transmissions_.sent.emplace_back(envelope, message);
+            transmissions_.sent.emplace_back(message->envelope, message->bytes);
         }
-        return transmissions_.answer(envelope, message);
+        return transmissions_.answer(message->envelope, message->bytes);
     }
 
     QString Target() const override { return QStringLiteral("smtp://fake:25"); }
