@@ -17,12 +17,13 @@ QString ExactTime(const HistoryLine& line) {
 QStringList RowOf(const HistoryLine& line) {
     const HistoryActionFacts& facts = line.facts;
     const HistoryEntry& entry = line.entry;
+    const bool isOfMessage = IsOfMessage(facts.action);
     return {ExactTime(line), NameOf(facts.action), NameOf(entry.result),
             entry.reason,    entry.sender,         entry.from,
             entry.to,        entry.subject,        entry.size < 0 ? QString() : QString::number(entry.size),
-            entry.rating,    entry.file,           entry.detail,
+            entry.rating,    entry.file,           isOfMessage ? QString() : entry.detail,
             facts.archive,   facts.pickup,         facts.kept,
-            facts.account,   facts.computer};
+            facts.account,   facts.computer,       isOfMessage ? entry.detail : QString()};
 }
 
 } // namespace
@@ -44,7 +45,8 @@ TableColumns HistoryTableColumns(bool ratesByNumber) {
             {QStringLiteral("pickup"), Tr("Pickup directory")},
             {QStringLiteral("kept"), Tr("Kept in")},
             {QStringLiteral("account"), Tr("Account")},
-            {QStringLiteral("computer"), Tr("Computer")}};
+            {QStringLiteral("computer"), Tr("Computer")},
+            {QStringLiteral("answer"), Tr("Answer of the mail server")}};
 }
 
 NextRow CellsOf(std::shared_ptr<const std::vector<HistoryLine>> lines) {

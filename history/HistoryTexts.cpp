@@ -13,10 +13,6 @@ namespace quellbox {
 
 namespace {
 
-bool IsOfMessage(HistoryAction action) {
-    return action != HistoryAction::WhitelistAdd && action != HistoryAction::WhitelistRemove;
-}
-
 // Without an envelope sender, as in bulk mode, the one of the header says more than nothing.
 QString SenderOf(const HistoryLine& line) {
     const HistoryEntry& entry = line.entry;
@@ -30,6 +26,10 @@ QString SenderOf(const HistoryLine& line) {
 
 QString Tr(const char* text) {
     return QCoreApplication::translate("quellbox", text);
+}
+
+bool IsOfMessage(HistoryAction action) {
+    return action != HistoryAction::WhitelistAdd && action != HistoryAction::WhitelistRemove;
 }
 
 QString NameOf(HistoryAction action) {

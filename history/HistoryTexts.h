@@ -13,6 +13,9 @@ namespace quellbox {
 /// A text of the history in the user's language.
 QString Tr(const char* text);
 
+/// Whether an action deals with messages, and not with entries of the whitelist.
+bool IsOfMessage(HistoryAction action);
+
 /// What the user reads of an action or a result.
 QString NameOf(HistoryAction action);
 QString NameOf(HistoryResult result);

@@ -30,6 +30,9 @@ TEST(HistoryTexts, TheSenderIsThatOfTheEnvelopeOrElseOfTheHeader) {
     HistoryLine line = Line();
     EXPECT_EQ(CellOf(line, HistorySender), QString());
     line.entry.detail = QStringLiteral("@example.com");
+    line.facts.action = HistoryAction::Unblock;
+    EXPECT_EQ(CellOf(line, HistorySender), QString()) << "it is what a mail server has answered";
+    line.facts.action = HistoryAction::WhitelistAdd;
     EXPECT_EQ(CellOf(line, HistorySender), line.entry.detail);
     line.entry.from = QStringLiteral("Jo");
     EXPECT_EQ(CellOf(line, HistorySender), line.entry.from);
