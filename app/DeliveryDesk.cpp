@@ -66,7 +66,7 @@ std::shared_ptr<ReleaseWay> DeliveryDesk::NewWay(Starter starter) {
     std::unique_ptr<ReleaseWay> way =
         std::make_unique<TransmittingWay>(ports.files, ports.clock, parts_.state.ArchiveDir,
                                           ProfileOf(parts_.state.ServerProfile), std::move(transmitter));
-    const std::shared_ptr<ReleaseWay> shared = DeletedAside(std::move(way), ports.pool);
+    std::shared_ptr<ReleaseWay> shared = DeletedAside(std::move(way), ports.pool);
     std::erase_if(ways_, [](const std::weak_ptr<ReleaseWay>& earlier) { return earlier.expired(); });
     ways_.push_back(shared);
     return shared;

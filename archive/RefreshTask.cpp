@@ -256,7 +256,7 @@ QString RefreshTask::TryToRelease(FileSystem& files, const DisposalFolders& fold
         if (!folders.way && read.row.isPacked) {
             throw MessageIsPacked(folders.archive.PathOf(name));
         }
-        const QString answer = Unblock(files, folders, name);
+        QString answer = Unblock(files, folders, name);
         read.wasMoved = true;
         return answer;
     } catch (const FileError& error) {

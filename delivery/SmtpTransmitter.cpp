@@ -66,7 +66,7 @@ DeliveryOutcome SmtpTransmitter::Transmit(const Load& load, const GoOn& goOn) {
             return {};
         }
         lease.connection->goOn = goOn;
-        const DeliveryOutcome outcome = lease.connection->session.Deliver(message->envelope, message->bytes);
+        DeliveryOutcome outcome = lease.connection->session.Deliver(message->envelope, message->bytes);
         if (IsFinal(lease.connection, outcome)) {
             return outcome;
         }

@@ -53,7 +53,7 @@ DeliveryOutcome TransmittingWay::Transmit(const QString& name, QString& path) {
         return message;
     };
     try {
-        const DeliveryOutcome outcome = transmitter_->Transmit(load, [this] { return !isStopped_; });
+        DeliveryOutcome outcome = transmitter_->Transmit(load, [this] { return !isStopped_; });
         return unsent.words.isEmpty() ? outcome : unsent;
     } catch (const FileError& error) {
         if (!path.isEmpty()) {
