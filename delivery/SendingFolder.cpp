@@ -83,7 +83,7 @@ void SendingFolder::Forget() {
 }
 
 QString SendingFolder::Take(const QString& name, const QDateTime& now) {
-    const QString path = folder_.PathOf(NewSendingName(name, now));
+    QString path = folder_.PathOf(NewSendingName(name, now));
     Make();
     try {
         files_.Move(archive_.PathOf(name), path);
@@ -100,7 +100,7 @@ QString SendingFolder::Take(const QString& name, const QDateTime& now) {
 
 QString SendingFolder::Return(const QString& path, const QString& name) {
     for (int number = 1;; ++number) {
-        const QString fresh = number == 1 ? name : WithText(name, QStringLiteral("-%1").arg(number));
+        QString fresh = number == 1 ? name : WithText(name, QStringLiteral("-%1").arg(number));
         try {
             files_.Move(path, archive_.PathOf(fresh));
             return fresh;
