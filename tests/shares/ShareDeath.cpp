@@ -1,7 +1,7 @@
 #include "tests/shares/ShareDeath.h"
 
 #include "tests/shares/CountedFiles.h"
-#include "tests/shares/PickupWatch.h"
+#include "tests/shares/PickupScanner.h"
 
 #include <chrono>
 #include <cstdio>
@@ -108,7 +108,7 @@ void ShareDeathTest::ExpectNothingLost(const Action& action, bool isWithinShare)
 
 void ShareDeathTest::Try(const Action& action, const Death& death, bool isWithinShare, Sum& sum) {
     ASSERT_NO_FATAL_FAILURE(MakeMessages(isWithinShare));
-    PickupWatch watch(pickupBehind_, messages_);
+    PickupScanner watch(pickupBehind_, messages_);
     CountedFiles files(*files_, death.after, inside);
     const Told told = action.run(files, [&](const std::function<bool()>& hasEnded) {
         LetDie(

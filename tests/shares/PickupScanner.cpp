@@ -1,4 +1,4 @@
-#include "tests/shares/PickupWatch.h"
+#include "tests/shares/PickupScanner.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,10 +15,10 @@ constexpr qint64 settledMs = 100;
 
 } // namespace
 
-PickupWatch::PickupWatch(QString folder, std::map<QString, QByteArray> messages)
+PickupScanner::PickupScanner(QString folder, std::map<QString, QByteArray> messages)
     : folder_(std::move(folder)), messages_(std::move(messages)), thread_([this] { Run(); }) {}
 
-std::string PickupWatch::End() {
+std::string PickupScanner::End() {
     isEnding_ = true;
     if (thread_.joinable()) {
         thread_.join();
@@ -30,7 +30,7 @@ std::string PickupWatch::End() {
     return wrong;
 }
 
-void PickupWatch::Run() {
+void PickupScanner::Run() {
     while (!isEnding_) {
         Look();
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -39,7 +39,7 @@ void PickupWatch::Run() {
 }
 
 // Others want the processor too, so a file is read again only when it may have changed.
-void PickupWatch::Look() {
+void PickupScanner::Look() {
     for (const QString& name : QDir(folder_).entryList({QStringLiteral("*.EML")}, QDir::Files | QDir::Hidden)) {
         const QDateTime changed = QFileInfo(folder_ + name).metadataChangeTime();
         if (changed.isValid() && seen_[name] == changed) {
@@ -53,7 +53,7 @@ void PickupWatch::Look() {
     }
 }
 
-void PickupWatch::Read(const QString& name) {
+void PickupScanner::Read(const QString& name) {
     QFile file(folder_ + name);
     if (!file.open(QIODevice::ReadOnly)) {
         return; // taken back meanwhile

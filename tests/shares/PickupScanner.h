@@ -13,13 +13,13 @@ namespace quellbox {
 
 /// Looks all the time at a folder on this computer as a mail server does, which takes every file of the right ending at
 /// once, whatever is in it.
-class PickupWatch {
+class PickupScanner {
 public:
     /// `messages` are the whole messages by their names.
-    PickupWatch(QString folder, std::map<QString, QByteArray> messages);
-    ~PickupWatch() { End(); }
-    PickupWatch(const PickupWatch&) = delete;
-    PickupWatch& operator=(const PickupWatch&) = delete;
+    PickupScanner(QString folder, std::map<QString, QByteArray> messages);
+    ~PickupScanner() { End(); }
+    PickupScanner(const PickupScanner&) = delete;
+    PickupScanner& operator=(const PickupScanner&) = delete;
 
     /// Looks once more, and returns what a mail server would have taken that was no whole message; a line for each.
     std::string End();
