@@ -2,6 +2,7 @@
 
 #include "mail/HeaderScanner.h"
 #include "mail/PackedFile.h"
+#include "platform/MessagePlaces.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -54,6 +55,7 @@ struct ServerProfile {
 
     QByteArrayList added = {}; ///< what other fields the server has put on top begin with, and must not go out
     Packing packing = Packing::Never;
+    MessagePlaces places = {};
 
     WantedFields wanted = WantedFields(); ///< what a row needs: To, From, Subject, Received, the ratings, the senders
 
