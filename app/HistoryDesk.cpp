@@ -14,6 +14,7 @@
 #include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/KeptFolder.h"
+#include "messages/Unblocking.h"
 #include "settings/frmMessageBox.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
@@ -31,6 +32,12 @@ namespace {
 /// Where the messages of an action are now.
 QString PlaceOf(const HistoryActionFacts& facts) {
     return facts.kept.isEmpty() ? facts.pickup : facts.kept;
+}
+
+/// The path that a message has there.
+QString PathNow(const HistoryActionFacts& facts, const QString& file) {
+    return facts.kept.isEmpty() ? Folder(facts.pickup).PathOf(PickupName(facts.archive, file))
+                                : KeptPath(facts.kept, file);
 }
 
 /// What the user reads, who has only put a message back.
@@ -198,11 +205,11 @@ void HistoryDesk::Undo(const std::vector<UndoItem>& items) {
 void HistoryDesk::UndoNext() {
     const Part& part = left_.front();
     const Folder archive(part.facts.archive);
-    const Folder place(PlaceOf(part.facts));
     std::vector<PutBack> files;
     files.reserve(part.items.size());
     for (const UndoItem& item : part.items) {
-        files.push_back({place.PathOf(item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry), item.id});
+        files.push_back(
+            {PathNow(part.facts, item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry), item.id});
     }
     QStringList emptied;
     if (!part.facts.kept.isEmpty()) {

@@ -68,8 +68,9 @@ void WindowJobs::Dispose(qint16 action, const DisposalFolders& folders, std::vec
 void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr<KeptFolder> kept,
                          std::shared_ptr<ActionRecord> record) {
     if (Begin(Activity::Working, 0)) {
-        cleansing_.Start(archiveDir, days, ports_.clock.Now().date(), std::move(kept), std::move(record),
-                         [this](const QString& name) { return KnownRow(name); });
+        cleansing_.Start(
+            archiveDir, days, ports_.clock.Now().date(), std::move(kept), std::move(record),
+            [this](const QString& name) { return KnownRow(name); }, ProfileOf(state_.ServerProfile).places);
     }
 }
 

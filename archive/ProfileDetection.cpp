@@ -21,9 +21,7 @@ WantedFields AllMarks() {
 
 ProfileDetection::ProfileDetection(const FileSystem& files, WorkPool& pool, const Folder& archive,
                                    std::function<void(Result)> done)
-    : pool_(pool), done_(std::move(done)),
-      listing_(files, pool, archive, [this](Listing listing) { ReadNewest(std::move(listing)); }),
-      marked_(ServerProfiles().size()) {}
+    : files_(files), pool_(pool), archive_(archive), done_(std::move(done)), marked_(ServerProfiles().size()) {}
 
 ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const QString& name,
                                                const WantedFields& all) {
@@ -45,7 +43,27 @@ ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const
 }
 
 void ProfileDetection::Start() {
-    listing_.Start();
+    looking_.emplace(
+        pool_, 1, [&files = files_, archive = archive_](size_t) { return ProfileWithFoldersOf(files, archive); },
+        [this](size_t, const ServerProfile* profile) { byFolders_ = profile; }, [this](SeriesEnd) { List(); },
+        oneAtATime);
+    looking_->Start();
+}
+
+/// Null where the archive has no such folders.
+const ServerProfile* ProfileDetection::ProfileWithFoldersOf(const FileSystem& files, const Folder& archive) {
+    for (const ServerProfile& profile : ServerProfiles()) {
+        if (!profile.places.folders.isEmpty() && HasFoldersOf(files, archive, profile.places)) {
+            return &profile;
+        }
+    }
+    return nullptr;
+}
+
+void ProfileDetection::List() {
+    listing_.emplace(files_, pool_, archive_, byFolders_ != nullptr ? byFolders_->places : MessagePlaces(),
+                     [this](Listing listing) { ReadNewest(std::move(listing)); });
+    listing_->Start();
 }
 
 void ProfileDetection::ReadNewest(Listing listing) {
@@ -91,7 +109,10 @@ void ProfileDetection::End() {
         result_.error.clear();
     }
     const auto most = std::max_element(marked_.begin(), marked_.end());
-    if (*most > 0 && 2 * *most >= result_.looked) {
+    if (byFolders_ != nullptr) {
+        result_.marked = result_.looked;
+        result_.profile = byFolders_;
+    } else if (*most > 0 && 2 * *most >= result_.looked) {
         result_.marked = *most;
         result_.profile = &ServerProfiles()[static_cast<size_t>(most - marked_.begin())];
     }

@@ -8,15 +8,15 @@
 
 namespace quellbox {
 
-/// Finds out which kind of server has blocked the messages of an archive, from the header fields of the newest ones. It
-/// reads beside the thread that wants to know.
+/// Finds out which kind of server has blocked the messages of an archive: from the folders in it, or else from the
+/// header fields of the newest messages. It reads beside the thread that wants to know.
 class ProfileDetection {
 public:
     struct Result {
         const ServerProfile* profile = nullptr; ///< null unless at least half of the messages say so
-        int marked = 0;                         ///< so many messages have a field of that kind of server
-        int looked = 0;                         ///< of so many that could be read
-        QString error;                          ///< why nothing could be read; empty when something could
+        int marked = 0; ///< so many messages have a field of that kind of server, or are in its folders
+        int looked = 0; ///< of so many that could be read
+        QString error;  ///< why nothing could be read; empty when something could
     };
 
     /// So many messages are looked at.
@@ -29,6 +29,8 @@ public:
     void Start();
 
 private:
+    static const ServerProfile* ProfileWithFoldersOf(const FileSystem& files, const Folder& archive);
+    void List();
     void ReadNewest(Listing listing);
     /// What a message has.
     struct Marks {
@@ -40,9 +42,13 @@ private:
     void Count(const Marks& marks);
     void End();
 
+    const FileSystem& files_;
     WorkPool& pool_;
+    const Folder archive_;
     std::function<void(Result)> done_;
-    FolderListing listing_;
+    std::optional<OrderedWork<const ServerProfile*>> looking_;
+    const ServerProfile* byFolders_ = nullptr; // the archive has the folders of this one
+    std::optional<FolderListing> listing_;
     std::optional<OrderedWork<Marks>> reading_;
     std::vector<int> marked_; // by profile
     Result result_;

@@ -27,9 +27,10 @@ constexpr int firstFlushOfNewMs = 150;
 /// Removes what an incremental refresh does not add: everything up to `lastAdded`, or everything when that has
 /// vanished; the answer is then false. Where it was touched since it was listed, and so has moved back in the order,
 /// what lies behind its former place is new as well.
-bool KeepWhatFollows(std::vector<FileEntry>& files, const QString& lastAdded, const Arrival& asListed) {
-    const auto last = std::find_if(files.begin(), files.end(),
-                                   [&lastAdded](const FileEntry& file) { return file.name == lastAdded; });
+template <class IsSame>
+bool KeepWhatFollows(std::vector<FileEntry>& files, const QString& lastAdded, const Arrival& asListed, IsSame isSame) {
+    const auto last =
+        std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return isSame(file.name, lastAdded); });
     if (last == files.end()) {
         files.clear();
         return false;
@@ -74,7 +75,8 @@ void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> r
     again_ = 0;
     reading_.reset();
     flush_.setInterval(isFull_ ? firstFlushMs : firstFlushOfNewMs);
-    listing_.emplace(ports_.files, ports_.pool, archive_, [this](Listing listing) { TakeListing(std::move(listing)); });
+    listing_.emplace(ports_.files, ports_.pool, archive_, ProfileOf(state_.ServerProfile).places,
+                     [this](Listing listing) { TakeListing(std::move(listing)); });
     listing_->Start();
 }
 
@@ -178,7 +180,10 @@ std::vector<FileEntry> RefreshTask::FilesToRead(std::vector<FileEntry> files) {
     if (!isFull_) {
         toRead = FilesToReadAgain(files);
         again_ = toRead.size();
-        result_.cannotFollow = !KeepWhatFollows(files, state_.LastAddedFile, state_.LastArrival);
+        result_.cannotFollow = !KeepWhatFollows(
+            files, state_.LastAddedFile, state_.LastArrival, [this](const QString& left, const QString& right) {
+                return IsSameMessage(archive_, ProfileOf(state_.ServerProfile).places, left, right);
+            });
         // A listed file that was written to again comes later in the order, and is still one row.
         std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
     }

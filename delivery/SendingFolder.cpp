@@ -1,5 +1,7 @@
 #include "delivery/SendingFolder.h"
 
+#include "platform/MessagePlaces.h"
+
 #include <QMutexLocker>
 #include <QRandomGenerator>
 #include <QRegularExpression>
@@ -18,12 +20,13 @@ QString StampFormat() {
     return QStringLiteral("yyyyMMdd-HHmmss-zzz");
 }
 
-QString NewSendingName(const QString& name, const QDateTime& now) {
+// The folder of the archive stands before the name, as in "20261122-080910-123-0a1b2c=new~1.a".
+QString NewSendingName(const Folder& archive, const QString& name, const QDateTime& now) {
     const quint32 random = QRandomGenerator::system()->generate() & 0xFFFFFFU;
-    return QStringLiteral("%1-%2~%3")
-        .arg(now.toUTC().toString(StampFormat()))
-        .arg(random, 6, 16, QLatin1Char('0'))
-        .arg(name);
+    const QString inFolder = NameInFolder(archive, name);
+    const QString folder = name.chopped(inFolder.size()).chopped(inFolder.size() == name.size() ? 0 : 1);
+    return now.toUTC().toString(StampFormat()) + QStringLiteral("-%1").arg(random, 6, 16, QLatin1Char('0')) +
+           (folder.isEmpty() ? folder : QLatin1Char('=') + folder) + QLatin1Char('~') + inFolder;
 }
 
 /// The name with `text` before its ending.
@@ -43,8 +46,9 @@ Folder SendingFolderOf(const Folder& archive) {
 }
 
 std::optional<SendingName> ParseSendingName(const QString& name) {
-    static const QRegularExpression pattern(QStringLiteral("\\A([0-9]{8}-[0-9]{6}-[0-9]{3})-[0-9a-f]{6}~(.+)\\z"),
-                                            QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression pattern(
+        QStringLiteral("\\A([0-9]{8}-[0-9]{6}-[0-9]{3})-[0-9a-f]{6}(?:=([^~]+))?~(.+)\\z"),
+        QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = pattern.match(name);
     if (!match.hasMatch()) {
         return std::nullopt;
@@ -54,7 +58,11 @@ std::optional<SendingName> ParseSendingName(const QString& name) {
     if (!since.isValid()) {
         return std::nullopt;
     }
-    return SendingName{since, match.captured(2)};
+    return SendingName{since, match.captured(2), match.captured(3)};
+}
+
+QString SendingName::In(const Folder& archive) const {
+    return folder.isEmpty() ? name : folder + SeparatorOf(archive) + name;
 }
 
 QString UncertainName(const QString& name) {
@@ -83,7 +91,7 @@ void SendingFolder::Forget() {
 }
 
 QString SendingFolder::Take(const QString& name, const QDateTime& now) {
-    QString path = folder_.PathOf(NewSendingName(name, now));
+    QString path = folder_.PathOf(NewSendingName(archive_, name, now));
     Make();
     try {
         files_.Move(archive_.PathOf(name), path);
@@ -129,7 +137,7 @@ LeftBehind ReturnLeftBehind(FileSystem& files, const Folder& archive, const QDat
             continue;
         }
         try {
-            left.returned.append(sending.ReturnMarked(folder.PathOf(entry.name), message->name));
+            left.returned.append(sending.ReturnMarked(folder.PathOf(entry.name), message->In(archive)));
         } catch (const FileError& error) {
             left.errors.push_back(error); // another program may have been quicker
         }

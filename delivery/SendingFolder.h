@@ -23,7 +23,11 @@ Folder SendingFolderOf(const Folder& archive);
 /// The name under which a message is in the folder: when it came there, and what it was called.
 struct SendingName {
     QDateTime since;
-    QString name;
+    QString folder; ///< of the archive, where the message was in one
+    QString name;   ///< there
+
+    /// What the message was called in this archive, with its folder.
+    QString In(const Folder& archive) const;
 };
 
 /// Empty for a name that no message has there.

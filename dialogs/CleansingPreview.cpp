@@ -1,7 +1,6 @@
 #include "dialogs/CleansingPreview.h"
 
 #include "archive/LocalTime.h"
-#include "dialogs/CleansingTask.h"
 #include "platform/RuntimeError.h"
 
 #include <algorithm>
@@ -33,12 +32,12 @@ struct CleansingPreview::Found {
 
 CleansingPreview::CleansingPreview(const FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
 
-void CleansingPreview::Start(const Folder& archiveDir) {
+void CleansingPreview::Start(const Folder& archiveDir, const MessagePlaces& places) {
     if (listing_) {
         return;
     }
     listing_.emplace(
-        pool_, 1, [&files = files_, archiveDir](size_t) { return Read(files, archiveDir); },
+        pool_, 1, [&files = files_, archiveDir, places](size_t) { return Read(files, archiveDir, places); },
         [this](size_t, std::shared_ptr<Found> found) { found_ = std::move(found); },
         [this](SeriesEnd how) { how == SeriesEnd::Completed ? ReadStatuses() : End(ReasonOf(listing_->Failure())); },
         oneAtATime);
@@ -49,12 +48,13 @@ CleansingPreview::Message CleansingPreview::MessageOf(const FileStatus& status) 
     return {LocalDay(status.modifiedNs), status.size};
 }
 
-std::shared_ptr<CleansingPreview::Found> CleansingPreview::Read(const FileSystem& files, const Folder& folder) {
+std::shared_ptr<CleansingPreview::Found> CleansingPreview::Read(const FileSystem& files, const Folder& archive,
+                                                                const MessagePlaces& places) {
     auto found = std::make_shared<Found>();
-    found->reader = files.ReadFolder(folder);
-    for (FolderEntry& entry : files.Entries(folder)) {
+    found->reader = files.ReadFolder(archive);
+    for (FolderEntry& entry : EntriesOf(files, archive, places)) {
         const bool mayBeFile = entry.kind == EntryKind::File || entry.kind == EntryKind::Unknown;
-        if (entry.hidden || !mayBeFile || !CleansingTask::IsMessage(entry.name)) {
+        if (entry.hidden || !mayBeFile || !IsMessageName(places, entry.name)) {
             continue;
         }
         if (entry.status) {

@@ -3,6 +3,7 @@
 #include "dialogs/CleansingSum.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
+#include "platform/MessagePlaces.h"
 #include "platform/OrderedWork.h"
 
 #include <QObject>
@@ -23,7 +24,7 @@ public:
     CleansingPreview(const FileSystem& files, WorkPool& pool);
 
     /// Does nothing when it was started before.
-    void Start(const Folder& archiveDir);
+    void Start(const Folder& archiveDir, const MessagePlaces& places = {});
 
     bool HasEnded() const { return hasEnded_; }
 
@@ -44,7 +45,7 @@ private:
     };
 
     static Message MessageOf(const FileStatus& status);
-    static std::shared_ptr<Found> Read(const FileSystem& files, const Folder& folder);
+    static std::shared_ptr<Found> Read(const FileSystem& files, const Folder& archive, const MessagePlaces& places);
     void ReadStatuses();
     void Add(const Message& message);
     void End(const QString& error);

@@ -16,13 +16,10 @@ constexpr qint32 progressStep = 25;
 
 CleansingTask::CleansingTask(FileSystem& files, WorkPool& pool) : files_(files), pool_(pool) {}
 
-bool CleansingTask::IsMessage(const QString& name) {
-    return name.endsWith(QLatin1String(".EML"), Qt::CaseInsensitive);
-}
-
 // A run that goes on past midnight keeps what it was to keep when it began.
 void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept,
-                          std::shared_ptr<ActionRecord> record, std::function<MessageRow(const QString& name)> known) {
+                          std::shared_ptr<ActionRecord> record, std::function<MessageRow(const QString& name)> known,
+                          const MessagePlaces& places) {
     if (isRunning_) {
         return;
     }
@@ -34,7 +31,8 @@ void CleansingTask::Start(const Folder& archiveDir, qint16 days, QDate today, st
     result_ = {};
     removing_.reset();
     listing_.emplace(
-        pool_, days < 0 ? 0 : 1, [&files = files_, folder = order_.folder](size_t) { return ReadNames(files, folder); },
+        pool_, days < 0 ? 0 : 1,
+        [&files = files_, archive = order_.folder, places](size_t) { return ReadNames(files, archive, places); },
         [this](size_t, Names names) {
             *names_ = std::move(names.names);
             if (names.failure) {
@@ -65,11 +63,12 @@ void CleansingTask::GiveUp() {
     removing_ ? removing_->TakeFinishedAndGiveUp() : listing_->GiveUp();
 }
 
-CleansingTask::Names CleansingTask::ReadNames(const FileSystem& files, const QString& folder) {
+CleansingTask::Names CleansingTask::ReadNames(const FileSystem& files, const Folder& archive,
+                                              const MessagePlaces& places) {
     Names found;
     try {
-        found.names = VisibleFileNames(files, folder);
-        found.names.removeIf([](const QString& name) { return !IsMessage(name); });
+        found.names = VisibleFileNames(files, archive, places);
+        found.names.removeIf([&places](const QString& name) { return !IsMessageName(places, name); });
     } catch (const FileError& error) {
         found.failure = FileFailure(error);
     }

@@ -5,6 +5,7 @@
 #include "messages/KeptFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
+#include "platform/MessagePlaces.h"
 #include "platform/OrderedWork.h"
 
 #include <QDate>
@@ -28,8 +29,8 @@ struct CleansingResult {
 };
 
 /// Deletes the messages of an archive whose last modification lies outside a window of calendar days, many at once
-/// beside the thread of this object. Messages are the visible files named *.EML in any case that were there at the
-/// start; their folder alone is touched. A failure never stops the run.
+/// beside the thread of this object. Messages are the visible files named *.EML in any case, or as the places say, that
+/// were there at the start; their folder alone is touched. A failure never stops the run.
 ///
 /// What is deleted can be kept in a folder, which is made when the first message is to go there.
 class CleansingTask : public QObject {
@@ -46,7 +47,7 @@ public:
     /// What is done is written into `record` where that is given; `known` tells what is known of a message.
     void Start(const Folder& archiveDir, qint16 days, QDate today, std::shared_ptr<KeptFolder> kept = nullptr,
                std::shared_ptr<ActionRecord> record = nullptr,
-               std::function<MessageRow(const QString& name)> known = {});
+               std::function<MessageRow(const QString& name)> known = {}, const MessagePlaces& places = {});
 
     /// No further file is touched. The run ends when those that have begun have ended.
     void Cancel();
@@ -56,9 +57,6 @@ public:
 
     bool IsRunning() const { return isRunning_; }
     bool IsCancelled() const { return isRunning_ && isCancelled_; }
-
-    /// Whether a visible file of that name is a message.
-    static bool IsMessage(const QString& name);
 
 Q_SIGNALS:
     /// So many files are looked at.
@@ -96,7 +94,7 @@ private:
         std::optional<FileFailure> failure;
     };
 
-    static Names ReadNames(const FileSystem& files, const QString& folder);
+    static Names ReadNames(const FileSystem& files, const Folder& archive, const MessagePlaces& places);
     static bool Remove(FileSystem& files, const QString& path, const Order& order);
     static bool Keep(FileSystem& files, const QString& name, const Order& order);
     static Fate Cleanse(FileSystem& files, const QString& name, const Order& order);

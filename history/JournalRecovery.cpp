@@ -2,6 +2,8 @@
 
 #include "delivery/ReleaseWay.h"
 #include "delivery/SendingFolder.h"
+#include "messages/Unblocking.h"
+#include "platform/MessagePlaces.h"
 #include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -39,10 +41,34 @@ QSet<QString> NamesBeingSent(const FileSystem& files, const Folder& archive) {
     QSet<QString> names;
     for (const QString& name : NamesIn(files, SendingFolderOf(archive))) {
         if (const std::optional<SendingName> sent = ParseSendingName(name)) {
-            names.insert(sent->name);
+            names.insert(sent->In(archive));
         }
     }
     return names;
+}
+
+/// What the archive holds, as far as the files of the action may be there: in itself, or in folders of it.
+QSet<QString> NamesInArchive(const FileSystem& files, const InterruptedAction& action) {
+    const Folder archive = action.facts.archive;
+    QSet<QString> folders;
+    for (const QString& file : action.files) {
+        folders.insert(file.chopped(NameInFolder(archive, file).size()));
+    }
+    QSet<QString> names;
+    for (const QString& folder : folders) {
+        for (const QString& name : NamesIn(files, archive.PathOf(folder))) {
+            names.insert(folder + name);
+        }
+    }
+    return names;
+}
+
+/// What a message is called where the action has moved it, or has moved it from.
+QString OtherName(const HistoryActionFacts& facts, const QString& file) {
+    if (!facts.kept.isEmpty()) {
+        return NameInFolder(facts.kept, file);
+    }
+    return IsReleaseTarget(facts.pickup) ? file : PickupName(facts.archive, file);
 }
 
 /// Empty when the archive cannot be looked at. Where a share is not mounted there is an empty folder in its place.
@@ -52,9 +78,9 @@ std::optional<std::vector<HistoryEntry>> LookFor(const FileSystem& files, const 
             return std::nullopt;
         }
         const QString other = OtherFolder(action.facts);
-        const FoundFiles found{NamesIn(files, action.facts.archive), IsReleaseTarget(other)
-                                                                         ? NamesBeingSent(files, action.facts.archive)
-                                                                         : NamesIn(files, other)};
+        const FoundFiles found{NamesInArchive(files, action), IsReleaseTarget(other)
+                                                                  ? NamesBeingSent(files, action.facts.archive)
+                                                                  : NamesIn(files, other)};
         if (found.archive.isEmpty()) {
             return std::nullopt;
         }
@@ -82,7 +108,7 @@ std::optional<HistoryEntry> OutcomeOf(const InterruptedAction& action, const QSt
     HistoryEntry entry;
     entry.file = file;
     const bool isInArchive = found.archive.contains(file);
-    const bool isInOther = found.other.contains(file);
+    const bool isInOther = found.other.contains(OtherName(action.facts, file));
     const bool shouldBeInArchive = action.facts.action == HistoryAction::Undo;
     if (IsReleaseTarget(action.facts.pickup) && !shouldBeInArchive) {
         entry.isFinal = true;

@@ -26,6 +26,15 @@ WantedFields WantedOf(const ServerProfile& profile) {
     return WantedFields(names);
 }
 
+/// The beginnings are those of its default names, which have no ending unless they are packed.
+std::vector<NamePattern> AmavisNames() {
+    std::vector<NamePattern> names{{{}, QStringLiteral(".eml")}, {{}, QStringLiteral(".gz")}};
+    for (const char* beginning : {"spam-", "virus-", "banned-", "badh-"}) {
+        names.push_back({QLatin1String(beginning), {}});
+    }
+    return names;
+}
+
 std::vector<ServerProfile> MakeProfiles() {
     std::vector<ServerProfile> profiles{
         // The confidence is a percentage, and the envelope stands in fields of the filter's own.
@@ -57,7 +66,8 @@ std::vector<ServerProfile> MakeProfiles() {
          .reasons = {"X-Amavis-Alert", "X-Spam-Status"},
          .marks = {"X-Quarantine-ID", "X-Amavis-Alert"},
          .added = {"X-Envelope-", "X-Quarantine-", "X-Amavis-", "X-Spam-"},
-         .packing = Packing::Possible},
+         .packing = Packing::Possible,
+         .places = {.names = AmavisNames()}},
         // Rspamd's documentation of the module "milter headers".
         {.key = QStringLiteral("rspamd"),
          .name = QT_TRANSLATE_NOOP("quellbox", "rspamd"),
@@ -82,6 +92,21 @@ std::vector<ServerProfile> MakeProfiles() {
          .reasons = {"X-Spam-Status", "X-Spam-Report"},
          .marks = {"X-Spam-Status", "X-Spam-Score", "X-Spam-Level", "X-Spam-Report", "X-Spam-Checker-Version"},
          .added = {"X-Spam-", "X-Envelope-"}},
+        // qmail's maildir(5) and dot-qmail(5) for the folders and the envelope; the rating is that of any of the
+        // filters
+        // which deliver into one.
+        {.key = QStringLiteral("maildir"),
+         .name = QT_TRANSLATE_NOOP("quellbox", "Maildir"),
+         .ratings = {{"X-Spam-Status", Form::Number, "score="},
+                     {"X-Spamd-Result", Form::Number, "["},
+                     {"X-Spam-Score"},
+                     {"X-Rspamd-Score"},
+                     {"X-Spam-Level", Form::Count, "*"}},
+         .senders = {{"Return-Path"}},
+         .recipients = {{"X-Original-To"}, {"Delivered-To"}, {"Envelope-To"}},
+         .reasons = {"X-Spam-Status", "X-Spamd-Result", "X-Spam-Report"},
+         .added = {"X-Spam", "X-Rspamd-"},
+         .places = {.folders = {QStringLiteral("new"), QStringLiteral("cur")}, .names = {{}}}},
     };
     for (ServerProfile& profile : profiles) {
         profile.wanted = WantedOf(profile);

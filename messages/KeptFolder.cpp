@@ -1,5 +1,7 @@
 #include "messages/KeptFolder.h"
 
+#include "platform/MessagePlaces.h"
+
 #include "mail/DisplayText.h"
 
 #include <QCoreApplication>
@@ -53,6 +55,10 @@ QString KeptFoldersName() {
 
 Folder KeptFoldersOf(const Folder& archive) {
     return archive.PathOf(KeptFoldersName() + SeparatorOf(archive));
+}
+
+QString KeptPath(const Folder& kept, const QString& name) {
+    return kept.PathOf(NameInFolder(kept, name));
 }
 
 KeptFolder::KeptFolder(FileSystem& files, const Folder& archive, int days, const QDateTime& now)

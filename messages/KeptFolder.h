@@ -28,6 +28,9 @@ QString KeptFoldersName();
 /// The folder in an archive that has one folder for each action which deleted messages.
 Folder KeptFoldersOf(const Folder& archive);
 
+/// The path of a message in a folder with deleted ones; in its archive it is called `name`, perhaps in a folder of it.
+QString KeptPath(const Folder& kept, const QString& name);
+
 /// Where the messages that one action deletes are kept, so that they can be put back: a folder of its own in the
 /// archive, by whose name everybody knows how long they are to stay. May be used from several threads at once.
 class KeptFolder {
@@ -50,7 +53,9 @@ public:
     bool IsMade() const;
 
     const Folder& Path() const { return folder_; }
-    QString PathOf(const QString& name) const { return folder_.PathOf(name); }
+
+    /// Of a message that is called `name` in the archive, perhaps in a folder of it.
+    QString PathOf(const QString& name) const { return KeptPath(folder_, name); }
 
     /// The name of the folder within KeptFoldersOf() the archive.
     const QString& Name() const { return name_; }

@@ -19,6 +19,10 @@ struct DisposalFolders {
     Packing packing = Packing::Never;  ///< packed messages do not go into the pickup folder
 };
 
+/// What a message is called in the pickup folder, which in the archive is called `name`: the same, unless that begins
+/// with a folder of the archive. Mail servers take up what ends with ".eml" only, and the names in such folders do not.
+QString PickupName(const Folder& archive, const QString& name);
+
 /// Lets a message of the archive go to those to whom it was written. Returns what a mail server has answered; a folder
 /// answers nothing. Throws FileError.
 QString Unblock(FileSystem& files, const DisposalFolders& folders, const QString& name);

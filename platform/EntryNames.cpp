@@ -9,9 +9,10 @@ namespace {
 using Check = bool (FileSystem::*)(const QString& path) const;
 
 /// The names of the entries of a kind that are not hidden. Those of unknown kind are checked with `isOfKind`.
-QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKind kind, Check isOfKind) {
+QStringList VisibleNames(const FileSystem& files, const QString& folder, std::vector<FolderEntry> entries,
+                         EntryKind kind, Check isOfKind) {
     QStringList names;
-    for (FolderEntry& entry : files.Entries(folder)) {
+    for (FolderEntry& entry : entries) {
         if (entry.hidden) {
             continue;
         }
@@ -26,11 +27,15 @@ QStringList VisibleNames(const FileSystem& files, const QString& folder, EntryKi
 } // namespace
 
 QStringList VisibleFileNames(const FileSystem& files, const QString& folder) {
-    return VisibleNames(files, folder, EntryKind::File, &FileSystem::FileExists);
+    return VisibleFileNames(files, folder, MessagePlaces());
+}
+
+QStringList VisibleFileNames(const FileSystem& files, const Folder& archive, const MessagePlaces& places) {
+    return VisibleNames(files, archive, EntriesOf(files, archive, places), EntryKind::File, &FileSystem::FileExists);
 }
 
 QStringList FolderNames(const FileSystem& files, const QString& folder) {
-    return VisibleNames(files, folder, EntryKind::Folder, &FileSystem::FolderExists);
+    return VisibleNames(files, folder, files.Entries(folder), EntryKind::Folder, &FileSystem::FolderExists);
 }
 
 } // namespace quellbox

@@ -41,11 +41,18 @@ bool IsUnanswered(const std::exception_ptr& thrown) {
 
 FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder,
                              std::function<void(Listing)> done)
-    : files_(files), pool_(pool), folder_(folder), done_(std::move(done)) {}
+    : FolderListing(files, pool, folder, MessagePlaces(), std::move(done)) {}
+
+FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const Folder& archive, MessagePlaces places,
+                             std::function<void(Listing)> done)
+    : files_(files), pool_(pool), folder_(archive), places_(std::move(places)), done_(std::move(done)) {}
 
 void FolderListing::Start() {
     reading_.emplace(
-        pool_, 1, [&files = files_, folder = folder_](size_t) { return std::make_shared<Found>(Read(files, folder)); },
+        pool_, 1,
+        [&files = files_, folder = folder_, places = places_](size_t) {
+            return std::make_shared<Found>(Read(files, folder, places));
+        },
         [this](size_t, std::shared_ptr<Found> found) { found_ = std::move(found); },
         [this](SeriesEnd how) {
             if (how != SeriesEnd::Completed) {
@@ -60,7 +67,7 @@ void FolderListing::Start() {
     reading_->Start();
 }
 
-FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& folder) {
+FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& folder, const MessagePlaces& places) {
     Found found;
     found.listing.exists = files.FolderExists(folder);
     try {
@@ -68,6 +75,9 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         found.listing.isMountPoint = found.listing.reader->IsMountPoint();
         Entries entries = files.Entries(folder);
         found.listing.dotFolders = DotFolders(entries);
+        if (!places.folders.isEmpty()) {
+            entries = EntriesOf(files, folder, places);
+        }
         KeepPossibleFiles(entries);
         const auto complete = std::stable_partition(entries.begin(), entries.end(),
                                                     [](const FolderEntry& entry) { return !entry.status; });

@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
+#include "platform/MessagePlaces.h"
 #include "platform/OrderedWork.h"
 
 #include <QString>
@@ -36,6 +37,10 @@ public:
     /// Destruction before that drops the listing without waiting for it.
     FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder, std::function<void(Listing)> done);
 
+    /// The same for the files of an archive that are in the places of messages.
+    FolderListing(const FileSystem& files, WorkPool& pool, const Folder& archive, MessagePlaces places,
+                  std::function<void(Listing)> done);
+
     void Start();
 
 private:
@@ -48,7 +53,7 @@ private:
         Entries incomplete; ///< those whose size and time are still to be read
     };
 
-    static Found Read(const FileSystem& files, const Folder& folder);
+    static Found Read(const FileSystem& files, const Folder& folder, const MessagePlaces& places);
     static std::vector<FileEntry> InOrderOfArrival(Found& found);
     void ReadStatuses();
     void Sort();
@@ -58,6 +63,7 @@ private:
     const FileSystem& files_;
     WorkPool& pool_;
     const Folder folder_;
+    const MessagePlaces places_;
     std::function<void(Listing)> done_;
     std::shared_ptr<Found> found_;
     std::optional<OrderedWork<std::shared_ptr<Found>>> reading_;

@@ -56,6 +56,15 @@ TEST_F(ProfileDetectionTest, TellsAmavisFromTheFilterThatItCalls) {
     EXPECT_EQ(KeyOf(Detect()), u"amavis"_s);
 }
 
+TEST_F(ProfileDetectionTest, TellsAMaildirByItsFolders) {
+    files_.Add(u"/archive/new/1.a"_s, "X-Rspamd-Score: 20\r\n\r\nbody");
+    files_.AddFolder(u"/archive/cur"_s);
+    const ProfileDetection::Result result = Detect();
+    EXPECT_EQ(KeyOf(result), u"maildir"_s);
+    EXPECT_EQ(result.marked, 1);
+    EXPECT_EQ(result.looked, 1);
+}
+
 TEST_F(ProfileDetectionTest, LooksAtTheNewestOnly) {
     for (int number = 0; number < 60; ++number) {
         Add(number, number < 40 ? "X-SCL: 7 80%\r\n" : "X-Spam-Status: Yes, score=13\r\n");

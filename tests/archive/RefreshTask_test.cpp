@@ -65,6 +65,20 @@ TEST_F(RefreshTaskTest, AddsNothingWhenTheLastFileHasVanished) {
     EXPECT_EQ(maximum, 4) << "the first refresh counted, this one had nothing to read";
 }
 
+TEST_F(RefreshTaskTest, FollowsALastFileOfAMaildirThatWasSeenMeanwhile) {
+    state.ServerProfile = u"maildir"_s;
+    AddMessage(u"new/1.a"_s);
+    AddMessage(u"new/2.a"_s);
+    Run();
+    EXPECT_EQ(Keys(), (QStringList{u"new/1.a"_s, u"new/2.a"_s}));
+    files.AddFolder(InArchive(u"cur"_s));
+    files.Move(InArchive(u"new/2.a"_s), InArchive(u"cur/2.a:2,S"_s));
+    AddMessage(u"new/3.a"_s);
+    EXPECT_EQ(Run(true), RefreshOutcome::Completed);
+    EXPECT_FALSE(result.cannotFollow);
+    EXPECT_EQ(Keys(), (QStringList{u"new/1.a"_s, u"new/2.a"_s, u"new/3.a"_s}));
+}
+
 TEST_F(RefreshTaskTest, AddsAListedFileThatIsWrittenAgainNotTwice) {
     AddMessages(3);
     Run();

@@ -75,6 +75,14 @@ TEST_F(SendingFolderTest, WhatAProgramLeftBehindComesBackMarkedWhenNoneCanBeAtIt
     EXPECT_TRUE(files_.FileExists(SendingFolderOf(archive_).PathOf(Text("foreign.txt"))));
 }
 
+TEST_F(SendingFolderTest, OneOutOfAFolderOfTheArchiveComesBackThere) {
+    files_.Add(archive_.PathOf(Text("new/1.a")), "seen");
+    const QString path = sending_.Take(Text("new/1.a"), now_.addSecs(-7200));
+    EXPECT_TRUE(path.startsWith(SendingFolderOf(archive_).Text()));
+    EXPECT_EQ(ReturnLeftBehind(files_, archive_, now_).returned, QStringList{Text("new/1.uncertain.a")});
+    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("new/1.uncertain.a"))), "seen");
+}
+
 TEST_F(SendingFolderTest, OneThatCannotBeBroughtBackDoesNotKeepTheOthers) {
     const QString first = sending_.Take(Text("a.EML"), now_.addSecs(-7200));
     files_.Add(archive_.PathOf(Text("b.EML")), "second");
@@ -96,6 +104,10 @@ TEST(SendingName, HoldsWhenAndWhat) {
     const std::optional<SendingName> name = ParseSendingName(Text("20260615-120000-250-00af3c~Re~ order.EML"));
     ASSERT_TRUE(name);
     EXPECT_EQ(name->name, Text("Re~ order.EML"));
+    EXPECT_EQ(name->In(Text("/archive/")), Text("Re~ order.EML"));
+    const std::optional<SendingName> inFolder = ParseSendingName(Text("20260615-120000-250-00af3c=cur~1.a:2,S"));
+    ASSERT_TRUE(inFolder);
+    EXPECT_EQ(inFolder->In(Text("/archive/")), Text("cur/1.a:2,S"));
     EXPECT_EQ(name->since, QDateTime(QDate(2026, 6, 15), QTime(12, 0, 0, 250), Qt::UTC));
     for (const char* other : {"", "a.EML", "20260615-120000-250-00af3c~", "20261315-120000-250-00af3c~a",
                               "20260615-120000-250-00AF3C~a", "x20260615-120000-250-00af3c~a"}) {

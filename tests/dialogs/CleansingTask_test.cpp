@@ -1,6 +1,7 @@
 #include "dialogs/CleansingTask.h"
 #include "dialogs/CleansingTexts.h"
 
+#include "mail/ServerProfile.h"
 #include "platform/LocalFileSystem.h"
 #include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
@@ -23,14 +24,14 @@ using namespace Qt::StringLiterals;
 using Shown = std::function<void(const QString&)>;
 
 /// A run from its start to its end.
-CleansingResult RunToEnd(FileSystem& files, const Clock& clock, const QString& folder, qint16 days,
-                         const Shown& shown) {
+CleansingResult RunToEnd(FileSystem& files, const Clock& clock, const QString& folder, qint16 days, const Shown& shown,
+                         const MessagePlaces& places = {}) {
     ThreadWorkPool pool;
     CleansingTask task(files, pool);
     CleansingResult result;
     QObject::connect(&task, &CleansingTask::Removing, shown);
     QObject::connect(&task, &CleansingTask::Ended, [&result](const CleansingResult& ended) { result = ended; });
-    task.Start(folder, days, clock.Now().date());
+    task.Start(folder, days, clock.Now().date(), nullptr, nullptr, {}, places);
     EXPECT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
     return result;
 }
@@ -103,6 +104,31 @@ TEST_F(CleansingTest, FilesOfOtherNamesStay) {
     }
     EXPECT_EQ(Run(every).count, 4);
     EXPECT_EQ(Left(), ".hidden.EML d.EMLX e.txt eml f.EML.bak");
+}
+
+TEST_F(CleansingTest, OfAnotherServerTakesItsFilesAndNoOthers) {
+    for (const QString& name : {u"spam-x1"_s, u"virus-x2.gz"_s, u"a.eml"_s, u"amavisd.conf"_s, u"notes.txt"_s}) {
+        Add(name);
+    }
+    const CleansingResult result = RunToEnd(
+        files, clock, archive, every, [](const QString&) {}, ProfileOf(u"amavis"_s).places);
+    EXPECT_EQ(result.count, 3);
+    EXPECT_EQ(Left(), "amavisd.conf notes.txt");
+}
+
+TEST_F(CleansingTest, OfAMaildirTakesWhatWasDelivered) {
+    const QDateTime longAgo = clock.Now().addDays(-30);
+    Add(u"new/1.a"_s, longAgo);
+    Add(u"cur/2.a:2,S"_s, longAgo);
+    Add(u"cur/3.a:2,S"_s);
+    Add(u"tmp/4.a"_s, longAgo);
+    Add(u"dovecot.index"_s, longAgo);
+    const CleansingResult result = RunToEnd(
+        files, clock, archive, 7, [](const QString&) {}, ProfileOf(u"maildir"_s).places);
+    EXPECT_EQ(result.count, 2);
+    EXPECT_TRUE(result.failures.empty());
+    EXPECT_EQ(files.Paths(),
+              (QStringList{archive + u"cur/3.a:2,S"_s, archive + u"dovecot.index"_s, archive + u"tmp/4.a"_s}));
 }
 
 TEST_F(CleansingTest, OneDayEndsAtMidnight) {

@@ -118,6 +118,20 @@ TEST_F(RecoveryTest, MarksWhatAnInterruptedUndoHasPutBack) {
     EXPECT_EQ(Files({{}, HistoryAction::Unblock, HistoryResult::Done}), QStringList({QStringLiteral("b")}));
 }
 
+TEST_F(RecoveryTest, FindsMessagesInFoldersOfTheArchive) {
+    const QString kept = theArchive + QStringLiteral(".kept/1/");
+    Open();
+    const auto record = journal_->Begin({HistoryAction::Delete, theArchive, thePickup, kept});
+    record->Announce({QStringLiteral("new/1.a"), QStringLiteral("cur/2.a:2,S")});
+    record->AwaitAnnounced();
+    Close();
+    files_.Add(theArchive + QStringLiteral("new/1.a"), "whole");
+    files_.Add(kept + QStringLiteral("2.a:2,S"), "whole");
+    EXPECT_EQ(Recover(), 1);
+    EXPECT_EQ(Files({{}, {}, HistoryResult::Failed}), QStringList({QStringLiteral("new/1.a")}));
+    EXPECT_EQ(Files({{}, {}, HistoryResult::Done}), QStringList({QStringLiteral("cur/2.a:2,S")}));
+}
+
 TEST_F(RecoveryTest, LeavesForLaterWhatCannotBeLookedAt) {
     Interrupt({HistoryAction::Delete, QStringLiteral("/away/")});
     EXPECT_EQ(Recover(), 0);
