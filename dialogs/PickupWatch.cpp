@@ -10,7 +10,10 @@ namespace {
 
 /// A folder that cannot be seen says nothing of the file.
 bool IsTaken(const FileSystem& files, const QString& path, const QString& pickupDir) {
-    return files.FolderExists(pickupDir) && !files.FileExists(path) && files.FolderExists(pickupDir);
+    if (!files.FolderExists(pickupDir) || files.FileExists(path)) {
+        return false;
+    }
+    return files.FolderExists(pickupDir); // the share may have gone just before the file was looked for
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "messages/DisposalTask.h"
 
+#include "platform/MessagePlaces.h"
 #include "platform/RuntimeError.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -22,8 +24,19 @@ QStringList KeysOf(const std::vector<MessageRow>& messages) {
     return keys;
 }
 
+/// In a folder of the archive another program may have given a new name to what seems to have gone.
+void RefuseRenamed(const Folder& archive, const QString& key) {
+    if (NameInFolder(archive, key) != key) {
+        throw FileError(archive.PathOf(key),
+                        QCoreApplication::translate("quellbox", "The file is gone, or another program has renamed it. "
+                                                                "Refresh the list."),
+                        FileProblem::Missing);
+    }
+}
+
 /// Moves a file to where it is kept; one that has gone is as good as deleted.
-void Keep(FileSystem& files, const QString& path, KeptFolder& kept, const QString& key) {
+void Keep(FileSystem& files, const Folder& archive, KeptFolder& kept, const QString& key) {
+    const QString path = archive.PathOf(key);
     kept.Make();
     try {
         files.Move(path, kept.PathOf(key));
@@ -33,6 +46,7 @@ void Keep(FileSystem& files, const QString& path, KeptFolder& kept, const QStrin
         if (!isGone || !files.FolderExists(kept.Path())) {
             throw;
         }
+        RefuseRenamed(archive, key);
     }
 }
 
@@ -83,14 +97,13 @@ void DisposalTask::GiveUp() {
 
 /// Returns what a mail server has answered.
 QString DisposalTask::DisposeOfFile(FileSystem& files, const Order& order, const QString& key) {
-    const QString path = order.folders.archive.PathOf(key);
     if (order.action != Action::remove) {
         return Unblock(files, order.folders, key);
     }
     if (order.kept) {
-        Keep(files, path, *order.kept, key);
-    } else {
-        files.Remove(path); // which is content with a file that has gone
+        Keep(files, order.folders.archive, *order.kept, key);
+    } else if (!files.Remove(order.folders.archive.PathOf(key))) {
+        RefuseRenamed(order.folders.archive, key); // else it is as good as deleted
     }
     return {};
 }

@@ -102,9 +102,7 @@ bool ConcernsTarget(int error) {
            error == EDQUOT;
 }
 
-} // namespace
-
-void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
+void TryToMoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     const QByteArray source = SystemPath(from);
     const QByteArray target = SystemPath(to);
     // By name, as it is compared later: for an open file a share may report other values.
@@ -129,6 +127,22 @@ void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
             Withdraw(target, copied);
         }
         throw;
+    }
+}
+
+} // namespace
+
+// The desktop's mount of a share has been seen to deny, on a computer that was very busy, that there is a file which it
+// had just made. The source is untouched then.
+void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
+    try {
+        TryToMoveByCopy(from, to, memory);
+    } catch (const FileError& error) {
+        const bool mayBeThere = error.Problem() == FileProblem::Missing && error.Path() == to;
+        if (!mayBeThere || !IsPresent(FolderOf(SystemPath(to))) || !IsPresent(SystemPath(from))) {
+            throw;
+        }
+        TryToMoveByCopy(from, to, memory);
     }
 }
 

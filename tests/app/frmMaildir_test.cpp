@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QDir>
+#include <QToolButton>
 
 namespace quellbox {
 
@@ -104,6 +105,15 @@ TEST_F(MaildirWindow, TheNextRefreshFindsWhatCameSince) {
     Deliver(u"new/4.a.host"_s, 4);
     Do("mnuAcRefresh");
     EXPECT_TRUE(Listed().contains(u"new/4.a.host"_s));
+}
+
+TEST_F(MaildirWindow, WhatAnotherProgramHasRenamedIsNotToldAsDeleted) {
+    Open();
+    ASSERT_TRUE(QFile(Archive(u"new/1.a.host"_s)).rename(Archive(u"cur/1.a.host"_s)));
+    Click(0);
+    Do("mnuActionsDelete");
+    EXPECT_EQ(Read(Archive(u"cur/1.a.host"_s)), Spam(1));
+    EXPECT_TRUE(Find<QToolButton>("btnFailures")->isVisible());
 }
 
 TEST_F(MaildirWindow, AFolderThatIsNoMaildirIsTold) {
