@@ -1,7 +1,6 @@
 #include "archive/ProfileDetection.h"
 
 #include "mail/HeaderFields.h"
-#include "platform/RuntimeError.h"
 
 #include <algorithm>
 
@@ -21,9 +20,11 @@ WantedFields AllMarks() {
 
 ProfileDetection::ProfileDetection(const FileSystem& files, WorkPool& pool, const Folder& archive,
                                    std::function<void(Result)> done)
-    : pool_(pool), done_(std::move(done)),
-      listing_(files, pool, archive, [this](Listing listing) { ReadNewest(std::move(listing)); }),
-      marked_(ServerProfiles().size()) {}
+    : done_(std::move(done)), marked_(ServerProfiles().size()),
+      messages_(
+          files, pool, archive, newest,
+          [all = AllMarks()](const FolderReader& folder, const QString& name) { return Read(folder, name, all); },
+          [this](const Marks& marks) { Count(marks); }, [this](const QString& error) { End(error); }) {}
 
 ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const QString& name,
                                                const WantedFields& all) {
@@ -44,36 +45,6 @@ ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const
     return marks;
 }
 
-void ProfileDetection::Start() {
-    listing_.Start();
-}
-
-void ProfileDetection::ReadNewest(Listing listing) {
-    if (!listing.reader) {
-        result_.error = listing.error;
-        End();
-        return;
-    }
-    const size_t count = std::min(newest, listing.files.size());
-    QStringList names;
-    for (auto file = listing.files.end() - static_cast<std::ptrdiff_t>(count); file != listing.files.end(); ++file) {
-        names.append(file->name);
-    }
-    reading_.emplace(
-        pool_, count,
-        [names, folder = std::move(listing.reader), all = AllMarks()](size_t item) {
-            return Read(*folder, names[static_cast<qsizetype>(item)], all);
-        },
-        [this](size_t, const Marks& marks) { Count(marks); },
-        [this](SeriesEnd how) {
-            if (how == SeriesEnd::Failed) {
-                result_.error = TextOf(reading_->Failure());
-            }
-            End();
-        });
-    reading_->Start();
-}
-
 void ProfileDetection::Count(const Marks& marks) {
     if (!marks.error.isEmpty()) {
         result_.error = marks.error;
@@ -86,7 +57,10 @@ void ProfileDetection::Count(const Marks& marks) {
 }
 
 // A message may have passed another server before, which has left its fields in it.
-void ProfileDetection::End() {
+void ProfileDetection::End(const QString& error) {
+    if (!error.isEmpty()) {
+        result_.error = error;
+    }
     if (result_.looked > 0) {
         result_.error.clear();
     }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "archive/NewestMessages.h"
 #include "mail/ServerProfile.h"
-#include "platform/FolderListing.h"
 
 #include <functional>
-#include <optional>
+#include <vector>
 
 namespace quellbox {
 
@@ -26,10 +26,9 @@ public:
     /// Destruction before that drops the answer without waiting for it.
     ProfileDetection(const FileSystem& files, WorkPool& pool, const Folder& archive, std::function<void(Result)> done);
 
-    void Start();
+    void Start() { messages_.Start(); }
 
 private:
-    void ReadNewest(Listing listing);
     /// What a message has.
     struct Marks {
         std::vector<bool> of; ///< by profile
@@ -38,14 +37,12 @@ private:
 
     static Marks Read(const FolderReader& folder, const QString& name, const WantedFields& all);
     void Count(const Marks& marks);
-    void End();
+    void End(const QString& error);
 
-    WorkPool& pool_;
     std::function<void(Result)> done_;
-    FolderListing listing_;
-    std::optional<OrderedWork<Marks>> reading_;
     std::vector<int> marked_; // by profile
     Result result_;
+    NewestMessages<Marks> messages_;
 };
 
 } // namespace quellbox

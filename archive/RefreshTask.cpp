@@ -4,6 +4,7 @@
 #include "delivery/SendingFolder.h"
 #include "messages/KeptFolder.h"
 #include "platform/RuntimeError.h"
+#include "settings/ChosenProfile.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QCoreApplication>
@@ -83,7 +84,7 @@ void RefreshTask::Cancel() {
         return;
     }
     listing_.reset();
-    if (isFull_ && !reading_ && profile_ == &ProfileOf(state_.ServerProfile)) {
+    if (isFull_ && !reading_ && profile_ == &ChosenProfile(state_)) {
         // The list is still the one before, so what follows it is known. That of another server is made anew.
         state_.LastAddedFile = model_.Count() > 0 ? listedLast_.name : QString();
         state_.LastArrival = listedLast_;
@@ -118,7 +119,7 @@ void RefreshTask::TakeListing(Listing listing) {
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {
         model_.Clear();
-        profile_ = &ProfileOf(state_.ServerProfile);
+        profile_ = &ChosenProfile(state_);
         model_.SetRatesByNumber(profile_->RatesByNumber());
         failed_.clear();
         listedLast_ = {};
@@ -213,8 +214,8 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
     reading_.emplace(
         ports_.pool, count,
         [&fileSystem = ports_.files, folder = std::move(folder),
-         folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_,
-         profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
+         folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_, profile = &ChosenProfile(state_),
+         entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
             const bool maySend = !IsUncertainName((*entries)[item].name);
             if (tolerated && maySend && tolerated->TolerableSender(read.row.row.Tag().toLower())) {

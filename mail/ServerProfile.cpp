@@ -15,17 +15,6 @@ namespace {
 
 using Form = RatingForm;
 
-WantedFields WantedOf(const ServerProfile& profile) {
-    QByteArrayList names{"To", "From", "Subject", "Received"};
-    for (const RatingField& rating : profile.ratings) {
-        names.append(rating.name);
-    }
-    for (const AddressField& sender : profile.senders) {
-        names.append(sender.name);
-    }
-    return WantedFields(names);
-}
-
 std::vector<ServerProfile> MakeProfiles() {
     std::vector<ServerProfile> profiles{
         // The confidence is a percentage, and the envelope stands in fields of the filter's own.
@@ -160,6 +149,17 @@ QByteArray PathAddress(QByteArray text) {
 }
 
 } // namespace
+
+WantedFields WantedOf(const ServerProfile& profile) {
+    QByteArrayList names{"To", "From", "Subject", "Received"};
+    for (const RatingField& rating : profile.ratings) {
+        names.append(rating.name);
+    }
+    for (const AddressField& sender : profile.senders) {
+        names.append(sender.name);
+    }
+    return WantedFields(names);
+}
 
 bool ServerProfile::RatesByNumber() const {
     return std::all_of(ratings.begin(), ratings.end(), [](const RatingField& rating) {
