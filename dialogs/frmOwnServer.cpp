@@ -4,6 +4,7 @@
 #include "ui_frmOwnServer.h"
 
 #include <QAbstractItemView>
+#include <QLayout>
 
 #include <algorithm>
 
@@ -36,6 +37,10 @@ frmOwnServer::frmOwnServer(const FileSystem& files, WorkPool& pool, const Folder
     ui_->cboRatingForm->addItem(tr("the text before a per cent sign"), QLatin1String(RatingKeys::percent));
     ui_->cboRatingForm->addItem(tr("how often a character is at the beginning"), QLatin1String(RatingKeys::count));
     ui_->cboRatingForm->view()->setAccessibleName(ui_->lblRatingForm->text().remove(QLatin1Char('&')));
+    // The fields stay in their places when something is said below them.
+    const int line = fontMetrics().lineSpacing();
+    ui_->lblTrouble->setMinimumHeight(2 * line);
+    ui_->lblFound->setMinimumHeight(5 * line);
     ShowServer(server);
     cboRatingForm_Change();
     ConnectControls();
@@ -109,6 +114,7 @@ bool frmOwnServer::Refuse(QWidget* field, const QString& why) {
     ui_->lblTrouble->setText(why);
     field->setAccessibleDescription(why);
     field->setFocus();
+    GrowToText();
     return false;
 }
 
@@ -193,6 +199,15 @@ void frmOwnServer::ShowFound(const OwnServerTrial::Result& result) {
 void frmOwnServer::TellFound(const QString& text) {
     ui_->lblFound->setText(text);
     ui_->btnTry->setAccessibleDescription(text);
+    GrowToText();
+}
+
+// What a message says may need more lines than there are.
+void frmOwnServer::GrowToText() {
+    const int needed = layout()->totalHeightForWidth(width());
+    if (isVisible() && needed > height()) {
+        resize(width(), needed);
+    }
 }
 
 void frmOwnServer::btnOK_Click() {

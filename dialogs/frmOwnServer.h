@@ -41,6 +41,7 @@ private:
     void btnTry_Click();
     void ShowFound(const OwnServerTrial::Result& result);
     void TellFound(const QString& text);
+    void GrowToText();
     void btnOK_Click();
 
     const FileSystem& files_;

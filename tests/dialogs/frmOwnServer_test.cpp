@@ -230,6 +230,26 @@ TEST_F(OwnServerDialog, WhatAMessageSaysIsShortenedAndShownAsPlainText) {
     EXPECT_EQ(Find<QLabel>("lblFound")->textFormat(), Qt::PlainText);
 }
 
+TEST_F(OwnServerDialog, TheFieldsStayInTheirPlacesAndTheWholeTextIsShown) {
+    const QByteArray longName(115, 'w');
+    files.Add(QStringLiteral("/archive/") + QString::fromLatin1(longName),
+              "X-Junk-Verdict: points=1\r\nX-Mail-From: <" + longName + "@b.c>\r\nX-Rcpt-To: <" + longName +
+                  "@b.c>\r\nReceived: from x\r\n\r\n");
+    Open();
+    const int place = Field("txtEnding")->y();
+    EXPECT_NE(Refusal("txtReasons", "X-Junk-Verdict-Of-A-Long-Name:"), "");
+    EXPECT_EQ(Field("txtEnding")->y(), place);
+    Type("txtReasons", "");
+    const int before = dialog->height();
+    EXPECT_EQ(Try().size(),
+              std::string("Message: \nSpam confidence: 1\nEnvelope sender: \nRecipients: ").size() + 3 * 115 + 2 * 4);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->height() > before; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Field("txtEnding")->y(), place);
+    const auto* found = Find<QLabel>("lblFound");
+    EXPECT_GE(found->height(), found->heightForWidth(found->width()));
+}
+
 TEST_F(OwnServerDialog, ClosingDropsWhatIsBeingTried) {
     QSemaphore reading;
     QSemaphore mayGoOn;
