@@ -11,10 +11,10 @@
 #include "archive/RefreshTimer.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
-#include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
 #include "messages/frmFailures.h"
+#include "settings/ChosenProfile.h"
 #include "whitelist/WhitelistStore.h"
 #include "whitelist/frmTolerate.h"
 
@@ -56,7 +56,7 @@ void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toler
     const std::shared_ptr<ReleaseWay> way =
         action == Action::remove ? nullptr : delivery_.NewWay(DeliveryDesk::Starter::User);
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way,
-                                  ProfileOf(parts_.state.ServerProfile).packing};
+                                  ChosenProfile(parts_.state).packing};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
     const auto record =
         parts_.journal.Begin({HistoryActionOf(action), folders.archive, delivery_.TargetOf(way),
@@ -138,7 +138,7 @@ void ActionDesk::TolerateSelectedSender() {
     // A message that bulk mode has not opened has a sender all the same.
     const QString path = list_.MessagePath(row);
     const auto read = std::make_shared<HeaderFields>();
-    const ServerProfile& profile = ProfileOf(parts_.state.ServerProfile);
+    const ServerProfile& profile = ChosenProfile(parts_.state);
     const auto readSender = [&files = parts_.ports.files, &profile, path, read]() -> WindowJobs::Error {
         *read = ReadHeaderFields(files, path, profile);
         return std::nullopt;

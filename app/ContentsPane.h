@@ -5,6 +5,7 @@
 #include "contents/frmRawPane.h"
 #include "contents/frmView.h"
 #include "settings/AppState.h"
+#include "settings/ChosenProfile.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -107,7 +108,7 @@ private:
     void MakeTree(QWidget* parent);
     void MakeRaw(QWidget* parent);
     void MakeLoader();
-    const ServerProfile& Profile() const { return ProfileOf(ports_.state.ServerProfile); }
+    const ServerProfile& Profile() const { return ChosenProfile(ports_.state); }
     void Load(Loading wanted);
     void CancelLoading();
     void ClearWhatIsLate();

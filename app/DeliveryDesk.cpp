@@ -8,6 +8,7 @@
 #include "messages/FailureList.h"
 #include "platform/PasswordStore.h"
 #include "platform/RuntimeError.h"
+#include "settings/ChosenProfile.h"
 #include "settings/DeliveryKeys.h"
 
 #include <utility>
@@ -63,9 +64,8 @@ std::shared_ptr<ReleaseWay> DeliveryDesk::NewWay(Starter starter) {
         return nullptr;
     }
     const MainPorts& ports = parts_.ports;
-    std::unique_ptr<ReleaseWay> way =
-        std::make_unique<TransmittingWay>(ports.files, ports.clock, parts_.state.ArchiveDir,
-                                          ProfileOf(parts_.state.ServerProfile), std::move(transmitter));
+    std::unique_ptr<ReleaseWay> way = std::make_unique<TransmittingWay>(
+        ports.files, ports.clock, parts_.state.ArchiveDir, ChosenProfile(parts_.state), std::move(transmitter));
     std::shared_ptr<ReleaseWay> shared = DeletedAside(std::move(way), ports.pool);
     std::erase_if(ways_, [](const std::weak_ptr<ReleaseWay>& earlier) { return earlier.expired(); });
     ways_.push_back(shared);

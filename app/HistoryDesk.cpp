@@ -11,10 +11,10 @@
 #include "history/Journal.h"
 #include "history/frmHistory.h"
 #include "mail/DisplayText.h"
-#include "mail/ServerProfile.h"
 #include "messages/FailureList.h"
 #include "messages/KeptFolder.h"
 #include "messages/Unblocking.h"
+#include "settings/ChosenProfile.h"
 #include "settings/frmMessageBox.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistStore.h"
@@ -176,7 +176,7 @@ void HistoryDesk::WriteLines(const QString& file, std::vector<HistoryLine> lines
     }
     const int count = static_cast<int>(lines.size());
     const auto rows = std::make_shared<const std::vector<HistoryLine>>(std::move(lines));
-    const bool ratesByNumber = ProfileOf(parts_.state.ServerProfile).RatesByNumber();
+    const bool ratesByNumber = ChosenProfile(parts_.state).RatesByNumber();
     exporting_.Write(file, HistoryTableColumns(ratesByNumber), CellsOf(rows), [this, file, count] {
         const QString name = CleanseForDisplay(QDir::toNativeSeparators(file));
         parts_.panels.SetInfo(tr("%n entries written to %1", nullptr, count).arg(name));

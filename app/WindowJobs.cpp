@@ -1,6 +1,7 @@
 #include "app/WindowJobs.h"
 
 #include "platform/RuntimeError.h"
+#include "settings/ChosenProfile.h"
 
 #include <utility>
 
@@ -70,7 +71,7 @@ void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr
     if (Begin(Activity::Working, 0)) {
         cleansing_.Start(
             archiveDir, days, ports_.clock.Now().date(), std::move(kept), std::move(record),
-            [this](const QString& name) { return KnownRow(name); }, ProfileOf(state_.ServerProfile).places);
+            [this](const QString& name) { return KnownRow(name); }, ChosenProfile(state_).places);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "archive/ProfileDetection.h"
 
 #include "mail/HeaderFields.h"
-#include "platform/RuntimeError.h"
 
 #include <algorithm>
 
@@ -61,35 +60,11 @@ const ServerProfile* ProfileDetection::ProfileWithFoldersOf(const FileSystem& fi
 }
 
 void ProfileDetection::List() {
-    listing_.emplace(files_, pool_, archive_, byFolders_ != nullptr ? byFolders_->places : MessagePlaces(),
-                     [this](Listing listing) { ReadNewest(std::move(listing)); });
-    listing_->Start();
-}
-
-void ProfileDetection::ReadNewest(Listing listing) {
-    if (!listing.reader) {
-        result_.error = listing.error;
-        End();
-        return;
-    }
-    const size_t count = std::min(newest, listing.files.size());
-    QStringList names;
-    for (auto file = listing.files.end() - static_cast<std::ptrdiff_t>(count); file != listing.files.end(); ++file) {
-        names.append(file->name);
-    }
-    reading_.emplace(
-        pool_, count,
-        [names, folder = std::move(listing.reader), all = AllMarks()](size_t item) {
-            return Read(*folder, names[static_cast<qsizetype>(item)], all);
-        },
-        [this](size_t, const Marks& marks) { Count(marks); },
-        [this](SeriesEnd how) {
-            if (how == SeriesEnd::Failed) {
-                result_.error = TextOf(reading_->Failure());
-            }
-            End();
-        });
-    reading_->Start();
+    messages_.emplace(
+        files_, pool_, archive_, byFolders_ != nullptr ? byFolders_->places : MessagePlaces(), newest,
+        [all = AllMarks()](const FolderReader& folder, const QString& name) { return Read(folder, name, all); },
+        [this](const Marks& marks) { Count(marks); }, [this](const QString& error) { End(error); });
+    messages_->Start();
 }
 
 void ProfileDetection::Count(const Marks& marks) {
@@ -104,7 +79,10 @@ void ProfileDetection::Count(const Marks& marks) {
 }
 
 // A message may have passed another server before, which has left its fields in it.
-void ProfileDetection::End() {
+void ProfileDetection::End(const QString& error) {
+    if (!error.isEmpty()) {
+        result_.error = error;
+    }
     if (result_.looked > 0) {
         result_.error.clear();
     }

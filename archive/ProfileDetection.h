@@ -1,10 +1,11 @@
 #pragma once
 
+#include "archive/NewestMessages.h"
 #include "mail/ServerProfile.h"
-#include "platform/FolderListing.h"
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace quellbox {
 
@@ -31,7 +32,7 @@ public:
 private:
     static const ServerProfile* ProfileWithFoldersOf(const FileSystem& files, const Folder& archive);
     void List();
-    void ReadNewest(Listing listing);
+
     /// What a message has.
     struct Marks {
         std::vector<bool> of; ///< by profile
@@ -40,7 +41,7 @@ private:
 
     static Marks Read(const FolderReader& folder, const QString& name, const WantedFields& all);
     void Count(const Marks& marks);
-    void End();
+    void End(const QString& error);
 
     const FileSystem& files_;
     WorkPool& pool_;
@@ -48,10 +49,9 @@ private:
     std::function<void(Result)> done_;
     std::optional<OrderedWork<const ServerProfile*>> looking_;
     const ServerProfile* byFolders_ = nullptr; // the archive has the folders of this one
-    std::optional<FolderListing> listing_;
-    std::optional<OrderedWork<Marks>> reading_;
-    std::vector<int> marked_; // by profile
+    std::vector<int> marked_;                  // by profile
     Result result_;
+    std::optional<NewestMessages<Marks>> messages_;
 };
 
 } // namespace quellbox

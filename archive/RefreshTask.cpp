@@ -4,6 +4,7 @@
 #include "delivery/SendingFolder.h"
 #include "messages/KeptFolder.h"
 #include "platform/RuntimeError.h"
+#include "settings/ChosenProfile.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QCoreApplication>
@@ -75,7 +76,7 @@ void RefreshTask::Start(bool markNew, bool bulk, std::shared_ptr<ActionRecord> r
     again_ = 0;
     reading_.reset();
     flush_.setInterval(isFull_ ? firstFlushMs : firstFlushOfNewMs);
-    listing_.emplace(ports_.files, ports_.pool, archive_, ProfileOf(state_.ServerProfile).places,
+    listing_.emplace(ports_.files, ports_.pool, archive_, ChosenProfile(state_).places,
                      [this](Listing listing) { TakeListing(std::move(listing)); });
     listing_->Start();
 }
@@ -85,7 +86,7 @@ void RefreshTask::Cancel() {
         return;
     }
     listing_.reset();
-    if (isFull_ && !reading_ && profile_ == &ProfileOf(state_.ServerProfile)) {
+    if (isFull_ && !reading_ && profile_ == &ChosenProfile(state_)) {
         // The list is still the one before, so what follows it is known. That of another server is made anew.
         state_.LastAddedFile = model_.Count() > 0 ? listedLast_.name : QString();
         state_.LastArrival = listedLast_;
@@ -120,7 +121,7 @@ void RefreshTask::TakeListing(Listing listing) {
     std::vector<FileEntry> files = FilesToRead(std::move(listing.files));
     if (isFull_) {
         model_.Clear();
-        profile_ = &ProfileOf(state_.ServerProfile);
+        profile_ = &ChosenProfile(state_);
         model_.SetRatesByNumber(profile_->RatesByNumber());
         failed_.clear();
         listedLast_ = {};
@@ -182,7 +183,7 @@ std::vector<FileEntry> RefreshTask::FilesToRead(std::vector<FileEntry> files) {
         again_ = toRead.size();
         result_.cannotFollow = !KeepWhatFollows(
             files, state_.LastAddedFile, state_.LastArrival, [this](const QString& left, const QString& right) {
-                return IsSameMessage(archive_, ProfileOf(state_.ServerProfile).places, left, right);
+                return IsSameMessage(archive_, ChosenProfile(state_).places, left, right);
             });
         // A listed file that was written to again comes later in the order, and is still one row.
         std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
@@ -218,8 +219,8 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
     reading_.emplace(
         ports_.pool, count,
         [&fileSystem = ports_.files, folder = std::move(folder),
-         folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_,
-         profile = &ProfileOf(state_.ServerProfile), entries, tolerated, record = record_](size_t item) {
+         folders = DisposalFolders{archive_, state_.PickupDir, way_}, bulk = bulk_, profile = &ChosenProfile(state_),
+         entries, tolerated, record = record_](size_t item) {
             Read read{ReadMessageRow(*folder, (*entries)[item], bulk, *profile), false, std::nullopt};
             const bool maySend = !IsUncertainName((*entries)[item].name);
             if (tolerated && maySend && tolerated->TolerableSender(read.row.row.Tag().toLower())) {

@@ -1,6 +1,6 @@
 #include "contents/ExternalViewer.h"
 
-#include "mail/ServerProfile.h"
+#include "settings/ChosenProfile.h"
 
 namespace quellbox {
 
@@ -9,7 +9,7 @@ bool UsesExternalViewer(const AppState& state) {
 }
 
 bool SuitsExternalViewer(const AppState& state, const QString& messagePath) {
-    return ProfileOf(state.ServerProfile).packing == Packing::Never ||
+    return ChosenProfile(state).packing == Packing::Never ||
            !messagePath.endsWith(QLatin1String(".gz"), Qt::CaseInsensitive);
 }
 

@@ -1,5 +1,7 @@
 #include "delivery/OutgoingMessage.h"
 
+#include "mail/FieldNames.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -67,11 +69,15 @@ bool IsOfDelivery(const QByteArray& name) {
     return name == "return-path" || name == "delivered-to" || name == "x-original-to" || name == "envelope-to";
 }
 
+/// What belongs to the message is not the server's, even where the server writes its rating into it.
 bool IsOfServer(const ServerProfile& profile, const QByteArray& name) {
     const auto isName = [&name](const QByteArray& other) { return other.toLower() == name; };
-    return IsOfDelivery(name) || BeginsAsAdded(profile, name) || IsAmong(profile.senders, name) ||
-           IsAmong(profile.recipients, name) || std::any_of(profile.marks.begin(), profile.marks.end(), isName) ||
-           std::any_of(profile.reasons.begin(), profile.reasons.end(), isName);
+    const auto isRating = [&isName](const RatingField& rating) { return isName(rating.name); };
+    return !IsFieldOfMessage(name) &&
+           (IsOfDelivery(name) || BeginsAsAdded(profile, name) || IsAmong(profile.senders, name) ||
+            IsAmong(profile.recipients, name) || std::any_of(profile.marks.begin(), profile.marks.end(), isName) ||
+            std::any_of(profile.reasons.begin(), profile.reasons.end(), isName) ||
+            std::any_of(profile.ratings.begin(), profile.ratings.end(), isRating));
 }
 
 /// How many fields the server has certainly put on top: those that it is known for, above all others and above the

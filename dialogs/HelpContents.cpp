@@ -92,6 +92,7 @@ QString HelpTopicOfForm(const QString& formName) {
         {QStringLiteral("frmFind"), QStringLiteral("find.html")},
         {QStringLiteral("frmCleansing"), QStringLiteral("cleansing.html")},
         {QStringLiteral("frmOptions"), QStringLiteral("options.html")},
+        {QStringLiteral("frmOwnServer"), QStringLiteral("server-own.html")},
         {QStringLiteral("frmFolders"), QStringLiteral("folders.html")},
         {QStringLiteral("frmFailures"), QStringLiteral("failures.html")},
         {QStringLiteral("frmHistory"), QStringLiteral("history.html")},

@@ -3,7 +3,7 @@
 #include "dialogs/CleansingSum.h"
 #include "dialogs/CleansingTexts.h"
 #include "mail/DisplayText.h"
-#include "mail/ServerProfile.h"
+#include "settings/ChosenProfile.h"
 #include "ui_frmCleansing.h"
 
 #include <QIcon>
@@ -68,7 +68,7 @@ frmCleansing::frmCleansing(const CleansingPorts& ports, AppState& state, QWidget
     midnight_.setSingleShot(true);
     midnight_.setTimerType(Qt::PreciseTimer); // others are minutes late or early
     midnight_.callOnTimeout(this, &frmCleansing::ShowPreview);
-    preview_.Start(state_.ArchiveDir, ProfileOf(state_.ServerProfile).places);
+    preview_.Start(state_.ArchiveDir, ChosenProfile(state_).places);
     ShowPreview();
 }
 

@@ -3,6 +3,8 @@
 
 #include "dialogs/InformationTree.h"
 #include "dialogs/IntervalText.h"
+#include "dialogs/frmOwnServer.h"
+#include "settings/ChosenProfile.h"
 #include "ui_frmOptions.h"
 
 #include <QAbstractItemView>
@@ -42,7 +44,7 @@ bool EntersForeignText(const QEvent& event) {
 frmOptions::frmOptions(const FileSystem& files, WorkPool& pool, const ProgramInfo& program, AppState& state,
                        OptionsCalls calls, QWidget* parent)
     : QDialog(parent), files_(files), pool_(pool), program_(program), state_(state), calls_(std::move(calls)),
-      ui_(new Ui::frmOptions), ChosenFilter(state.FilterDays), ChosenToleration(state.TolerationLevel) {
+      ui_(new Ui::frmOptions), Own(state.Own), ChosenFilter(state.FilterDays), ChosenToleration(state.TolerationLevel) {
     ui_->setupUi(this);
     imlSymbols = {{QStringLiteral("general"), Symbol("info")},     {QStringLiteral("directories"), Symbol("folder")},
                   {QStringLiteral("filter"), Symbol("filter")},    {QStringLiteral("toleration"), Symbol("tolerate")},
@@ -111,11 +113,16 @@ void frmOptions::ShowHistorySettings() {
 }
 
 void frmOptions::ShowServers() {
-    for (const ServerProfile& profile : ServerProfiles()) {
+    const auto add = [this](const ServerProfile& profile) {
         ui_->cboServer->addItem(QCoreApplication::translate("quellbox", profile.name), profile.key);
+    };
+    for (const ServerProfile& profile : ServerProfiles()) {
+        add(profile);
     }
+    add(MakeOwnProfile(Own));
     ui_->cboServer->view()->setAccessibleName(ui_->lblServer->text().remove(QLatin1Char('&')));
-    ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(ProfileOf(state_.ServerProfile).key));
+    ui_->cboServer->setCurrentIndex(ui_->cboServer->findData(ChosenProfile(state_).key));
+    cboServer_Change();
     ui_->delivery->ShowSettings(state_);
 }
 
@@ -140,6 +147,8 @@ void frmOptions::ConnectControls() {
     connect(ui_->btnPickup, &QPushButton::clicked, this, &frmOptions::btnPickup_Click);
     connect(ui_->btnTolerate, &QPushButton::clicked, this, &frmOptions::btnTolerate_Click);
     connect(ui_->cboServer, &QComboBox::activated, this, &frmOptions::DropDetection);
+    connect(ui_->cboServer, &QComboBox::currentIndexChanged, this, &frmOptions::cboServer_Change);
+    connect(ui_->btnOwnServer, &QPushButton::clicked, this, &frmOptions::btnOwnServer_Click);
     connect(ui_->btnDetect, &QPushButton::clicked, this, &frmOptions::btnDetect_Click);
     connect(ui_->cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -203,6 +212,18 @@ void frmOptions::btnTolerate_Click() {
     calls_.maintainWhitelist();
 }
 
+void frmOptions::cboServer_Change() {
+    ui_->btnOwnServer->setEnabled(ui_->cboServer->currentData().toString() == QLatin1String(ownServerKey));
+}
+
+void frmOptions::btnOwnServer_Click() {
+    DropDetection(); // it would choose another server behind that dialog
+    frmOwnServer dialog(files_, pool_, state_.ArchiveDir, Own, this);
+    if (dialog.exec() == QDialog::Accepted) {
+        Own = dialog.Described();
+    }
+}
+
 // A button that is disabled would give the focus to the next one.
 void frmOptions::btnDetect_Click() {
     if (detection_) {
@@ -244,14 +265,15 @@ void frmOptions::DropDetection() {
     TellDetected(QString());
 }
 
-/// Whether it is another one than before.
+/// Whether it is another one than before, or described in another way.
 bool frmOptions::TakeServer() {
-    const QString before = ProfileOf(state_.ServerProfile).key;
+    const ServerProfile& before = ChosenProfile(state_);
     const QString chosen = ui_->cboServer->currentData().toString();
-    if (chosen != before) {
+    if (chosen != before.key) {
         state_.ServerProfile = chosen;
     }
-    return chosen != before;
+    state_.Own = Own;
+    return &ChosenProfile(state_) != &before;
 }
 
 void frmOptions::TakeDelivery() {

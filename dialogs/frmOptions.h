@@ -61,6 +61,8 @@ private:
     void btnArchive_Click();
     void btnPickup_Click();
     void btnTolerate_Click();
+    void cboServer_Change();
+    void btnOwnServer_Click();
     void btnDetect_Click();
     void ShowDetected(const ProfileDetection::Result& result);
     void TellDetected(const QString& text);
@@ -77,6 +79,7 @@ private:
     std::unique_ptr<Ui::frmOptions> ui_;
     std::unique_ptr<ProfileDetection> detection_;
     QHash<QString, QIcon> imlSymbols;
+    OwnServer Own;           // what OK takes over
     qint16 ChosenFilter;     // what OK takes over, also when no button stands for it
     qint16 ChosenToleration; // the same
 };

@@ -15,17 +15,6 @@ namespace {
 
 using Form = RatingForm;
 
-WantedFields WantedOf(const ServerProfile& profile) {
-    QByteArrayList names{"To", "From", "Subject", "Received"};
-    for (const RatingField& rating : profile.ratings) {
-        names.append(rating.name);
-    }
-    for (const AddressField& sender : profile.senders) {
-        names.append(sender.name);
-    }
-    return WantedFields(names);
-}
-
 /// The beginnings are those of its default names, which have no ending unless they are packed.
 std::vector<NamePattern> AmavisNames() {
     std::vector<NamePattern> names{{{}, QStringLiteral(".eml")}, {{}, QStringLiteral(".gz")}};
@@ -185,6 +174,17 @@ QByteArray PathAddress(QByteArray text) {
 }
 
 } // namespace
+
+WantedFields WantedOf(const ServerProfile& profile) {
+    QByteArrayList names{"To", "From", "Subject", "Received"};
+    for (const RatingField& rating : profile.ratings) {
+        names.append(rating.name);
+    }
+    for (const AddressField& sender : profile.senders) {
+        names.append(sender.name);
+    }
+    return WantedFields(names);
+}
 
 bool ServerProfile::RatesByNumber() const {
     return std::all_of(ratings.begin(), ratings.end(), [](const RatingField& rating) {

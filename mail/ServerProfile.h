@@ -63,7 +63,11 @@ struct ServerProfile {
     bool RatesByNumber() const;
 };
 
-/// Every profile, the default one first.
+/// What the list reads of a message, by a profile of which all but that is filled in.
+WantedFields WantedOf(const ServerProfile& profile);
+
+/// Every profile that is known, the default one first. That of a server which the user describes is none of them; see
+/// OwnProfile().
 const std::vector<ServerProfile>& ServerProfiles();
 
 /// The profile that the settings name; the default one where there is none of that name.

@@ -78,6 +78,9 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         if (!places.folders.isEmpty()) {
             entries = EntriesOf(files, folder, places);
         }
+        if (!places.listsOthers) {
+            std::erase_if(entries, [&](const FolderEntry& entry) { return !IsMessageName(places, entry.name); });
+        }
         KeepPossibleFiles(entries);
         const auto complete = std::stable_partition(entries.begin(), entries.end(),
                                                     [](const FolderEntry& entry) { return !entry.status; });

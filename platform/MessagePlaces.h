@@ -22,8 +22,11 @@ struct MessagePlaces {
     /// with its folder, as in "new/1.a".
     QStringList folders = {};
 
-    /// What is called otherwise is listed as well, but no cleansing touches it.
+    /// No cleansing touches what is called otherwise.
     std::vector<NamePattern> names = {{{}, QStringLiteral(".EML")}};
+
+    /// What is called otherwise is listed as well.
+    bool listsOthers = true;
 };
 
 /// Whether a file of that name, which may begin with a folder, is one that a cleansing may delete.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/OwnServer.h"
 #include "platform/FolderPath.h"
 
 #include <QString>
@@ -42,6 +43,7 @@ struct AppState {
     qint32 Whole = 0;              ///< position of the splitter splWhole, twips
     qint32 Bottom = 0;             ///< position of the splitter splBottom, twips
     QString ServerProfile;         ///< key of the profile of the server that blocks the messages
+    OwnServer Own;                 ///< the server with the key "own", as the user describes it
     QString Delivery;              ///< key of the way on which messages are unblocked; see DeliveryKeys
     QString SmtpHost;              ///< mail server for the way "smtp"
     qint32 SmtpPort = 0;           ///< its port

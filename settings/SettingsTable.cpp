@@ -49,7 +49,7 @@ QString ToText(const QString& value) {
 }
 
 bool IsProfile(const QString& key) {
-    return ProfileOf(key).key == key;
+    return ProfileOf(key).key == key || key == QLatin1String(ownServerKey);
 }
 
 bool IsPort(const QString& text) {
@@ -58,11 +58,21 @@ bool IsPort(const QString& text) {
     return isNumber && port >= 1 && port <= 65535;
 }
 
+template <class State, class Value>
+auto& MemberOf(State& state, Value AppState::*member) {
+    return state.*member;
+}
+
+template <class State, class Value>
+auto& MemberOf(State& state, Value OwnServer::*member) {
+    return state.Own.*member;
+}
+
 void AssignMember(AppState& state, const SettingRow& row, const QString& text) {
     if (row.isFit != nullptr && !row.isFit(text)) {
         throw RuntimeError(QCoreApplication::translate("quellbox", row.unfit));
     }
-    std::visit([&](auto member) { Assign(state.*member, text); }, row.member);
+    std::visit([&](auto member) { Assign(MemberOf(state, member), text); }, row.member);
 }
 
 bool IsFolder(const SettingRow& row) {
@@ -86,6 +96,9 @@ QString LoadRow(const SettingsStore& store, const SettingRow& row, const QString
             .arg(QString(row.key), text, defaultText, error.Text());
     }
 }
+
+constexpr const char* notOfEnvelope =
+    QT_TRANSLATE_NOOP("quellbox", "Those are not names of header fields that tell the envelope of a message.");
 
 } // namespace
 
@@ -124,6 +137,23 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("SmtpUser"), QLatin1String(""), &AppState::SmtpUser},
         {QLatin1String("DeliveryCommand"), QLatin1String("sendmail -i -f SENDER -- RECIPIENT..."),
          &AppState::DeliveryCommand},
+        {QLatin1String("OwnRating"), QLatin1String("X-Spam-Score"), &OwnServer::rating, IsRatingField,
+         QT_TRANSLATE_NOOP("quellbox", "The name of a header field is ASCII without blanks and colons.")},
+        {QLatin1String("OwnRatingForm"), QLatin1String(RatingKeys::number), &OwnServer::ratingForm, RatingKeys::IsKey,
+         QT_TRANSLATE_NOOP("quellbox", "A spam confidence has no such form.")},
+        {QLatin1String("OwnRatingText"), QLatin1String(""), &OwnServer::ratingText, IsRatingText,
+         QT_TRANSLATE_NOOP("quellbox", "Only ASCII can be found before a number.")},
+        {QLatin1String("OwnSender"), QLatin1String("Return-Path"), &OwnServer::senders, AreEnvelopeFields,
+         notOfEnvelope},
+        {QLatin1String("OwnRecipients"), QLatin1String("X-Original-To, Delivered-To, Envelope-To"),
+         &OwnServer::recipients, AreEnvelopeFields, notOfEnvelope},
+        {QLatin1String("OwnRecipientsRepeat"), QLatin1String("0"), &OwnServer::recipientsRepeat},
+        {QLatin1String("OwnReasons"), QLatin1String("X-Spam-Status"), &OwnServer::reasons, AreFieldNames,
+         QT_TRANSLATE_NOOP("quellbox", "The name of a header field is ASCII without blanks and colons.")},
+        {QLatin1String("OwnPacked"), QLatin1String("0"), &OwnServer::packed},
+        {QLatin1String("OwnEnding"), QLatin1String(""), &OwnServer::ending, IsFileEnding,
+         QT_TRANSLATE_NOOP("quellbox", "The name of a file has no such characters.")},
+        {QLatin1String("OwnMaildir"), QLatin1String("0"), &OwnServer::maildir},
     };
     return table;
 }
@@ -164,7 +194,7 @@ void SaveSettings(SettingsStore& store, const AppState& state) {
     for (const SettingRow& row : SettingsTable()) {
         const auto write = [&](auto member) {
             if constexpr (!std::is_same_v<decltype(member), Folder AppState::*>) {
-                WriteSetting(store, row.key, ToText(state.*member));
+                WriteSetting(store, row.key, ToText(MemberOf(state, member)));
             }
         };
         std::visit(write, row.member);

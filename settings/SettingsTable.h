@@ -12,10 +12,10 @@
 
 namespace quellbox {
 
-/// The member of AppState that a setting fills. Its type is the type of the setting: folder, 16-bit integer, 32-bit
-/// integer, Boolean or text.
-using SettingMember =
-    std::variant<Folder AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*, QString AppState::*>;
+/// The member of AppState, or of its server "own", that a setting fills. Its type is the type of the setting: folder,
+/// 16-bit integer, 32-bit integer, Boolean or text.
+using SettingMember = std::variant<Folder AppState::*, qint16 AppState::*, qint32 AppState::*, bool AppState::*,
+                                   QString AppState::*, bool OwnServer::*, QString OwnServer::*>;
 
 /// One single-valued setting of the program.
 struct SettingRow {

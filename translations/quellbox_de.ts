@@ -539,6 +539,105 @@
         <source>Look at the newest messages of the archive</source>
         <translation>Die neuesten Nachrichten des Archivs ansehen</translation>
     </message>
+    <message>
+        <source>F&amp;ields...</source>
+        <translation>Fel&amp;der...</translation>
+    </message>
+    <message>
+        <source>Header fields of another server</source>
+        <translation>Kopffelder eines anderen Servers</translation>
+    </message>
+</context>
+<context>
+    <name>frmOwnServer</name>
+    <message>
+        <source>Fields of Another Server</source>
+        <translation>Felder eines anderen Servers</translation>
+    </message>
+    <message>
+        <source>Spam &amp;confidence</source>
+        <translation>Spam-&amp;Bewertung</translation>
+    </message>
+    <message>
+        <source>Name of a header field</source>
+        <translation>Name eines Kopffelds</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keines</translation>
+    </message>
+    <message>
+        <source>It &amp;is</source>
+        <translation>Sie &amp;ist</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>Envelope &amp;sender</source>
+        <translation>&amp;Umschlagabsender</translation>
+    </message>
+    <message>
+        <source>Names of header fields, with commas between them</source>
+        <translation>Namen von Kopffeldern, mit Kommas dazwischen</translation>
+    </message>
+    <message>
+        <source>&amp;Recipients</source>
+        <translation>&amp;Empfänger</translation>
+    </message>
+    <message>
+        <source>&amp;Each recipient has a field of that name</source>
+        <translation>&amp;Jeder Empfänger hat ein Feld dieses Namens</translation>
+    </message>
+    <message>
+        <source>Reaso&amp;ns and others</source>
+        <translation>&amp;Gründe und andere</translation>
+    </message>
+    <message>
+        <source>&amp;Files end with</source>
+        <translation>&amp;Dateien enden auf</translation>
+    </message>
+    <message>
+        <source>The end of the names of those files that are messages</source>
+        <translation>Das Ende der Namen derjenigen Dateien, die Nachrichten sind</translation>
+    </message>
+    <message>
+        <source>anything</source>
+        <translation>beliebig</translation>
+    </message>
+    <message>
+        <source>Files may be &amp;packed (gzip)</source>
+        <translation>Dateien können ge&amp;packt sein (gzip)</translation>
+    </message>
+    <message>
+        <source>The archive is a &amp;Maildir (with the folders new and cur)</source>
+        <translation>Das Archiv ist ein &amp;Maildir (mit den Ordnern new und cur)</translation>
+    </message>
+    <message>
+        <source>In the newest message</source>
+        <translation>In der neuesten Nachricht</translation>
+    </message>
+    <message>
+        <source>&amp;Try</source>
+        <translation>&amp;Ausprobieren</translation>
+    </message>
+    <message>
+        <source>Look for these fields in the newest message of the archive</source>
+        <translation>Diese Felder in der neuesten Nachricht des Archivs suchen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
 </context>
 <context>
     <name>frmTolerate</name>
@@ -1375,6 +1474,30 @@
         <source>A batch file cannot be the command, as the shell would run it.</source>
         <translation>Eine Stapeldatei kann nicht der Befehl sein, da die Shell sie ausführen würde.</translation>
     </message>
+    <message>
+        <source>another server</source>
+        <translation>ein anderer Server</translation>
+    </message>
+    <message>
+        <source>Those are not names of header fields that tell the envelope of a message.</source>
+        <translation>Das sind keine Namen von Kopffeldern, die den Umschlag einer Nachricht nennen.</translation>
+    </message>
+    <message>
+        <source>The name of a header field is ASCII without blanks and colons.</source>
+        <translation>Der Name eines Kopffelds ist ASCII ohne Leerzeichen und Doppelpunkte.</translation>
+    </message>
+    <message>
+        <source>A spam confidence has no such form.</source>
+        <translation>Eine solche Form hat eine Spam-Bewertung nicht.</translation>
+    </message>
+    <message>
+        <source>Only ASCII can be found before a number.</source>
+        <translation>Nur ASCII kann vor einer Zahl gefunden werden.</translation>
+    </message>
+    <message>
+        <source>The name of a file has no such characters.</source>
+        <translation>Der Name einer Datei hat keine solchen Zeichen.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -2026,6 +2149,83 @@
             <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
             <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmOwnServer</name>
+    <message>
+        <source>the number at the beginning</source>
+        <translation>die Zahl am Anfang</translation>
+    </message>
+    <message>
+        <source>the number behind a text</source>
+        <translation>die Zahl hinter einem Text</translation>
+    </message>
+    <message>
+        <source>the text before a per cent sign</source>
+        <translation>der Text vor einem Prozentzeichen</translation>
+    </message>
+    <message>
+        <source>how often a character is at the beginning</source>
+        <translation>wie oft ein Zeichen am Anfang steht</translation>
+    </message>
+    <message>
+        <source>The name of a file has no slashes and no characters that cannot be seen.</source>
+        <translation>Der Name einer Datei hat keine Schrägstriche und keine unsichtbaren Zeichen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be the name of a header field. Such a name has no blanks, no colon and no accented letters.</source>
+        <translation>„%1“ kann nicht der Name eines Kopffelds sein. Ein solcher Name hat keine Leerzeichen, keinen Doppelpunkt und keine Umlaute.</translation>
+    </message>
+    <message>
+        <source>The spam confidence stands in one field only.</source>
+        <translation>Die Spam-Bewertung steht nur in einem Feld.</translation>
+    </message>
+    <message>
+        <source>Enter the one character that is counted.</source>
+        <translation>Geben Sie das eine Zeichen ein, das gezählt wird.</translation>
+    </message>
+    <message>
+        <source>Enter the text behind which the number stands.</source>
+        <translation>Geben Sie den Text ein, hinter dem die Zahl steht.</translation>
+    </message>
+    <message>
+        <source>Only ASCII can be found here.</source>
+        <translation>Nur ASCII kann hier gefunden werden.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is written by the sender of a message, and says nothing about its envelope.</source>
+        <translation>„%1“ stammt vom Absender einer Nachricht und sagt nichts über ihren Umschlag.</translation>
+    </message>
+    <message>
+        <source>Looking at the newest message...</source>
+        <translation>Die neueste Nachricht wird angesehen...</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>The archive holds no messages.</source>
+        <translation>Das Archiv enthält keine Nachrichten.</translation>
+    </message>
+    <message>
+        <source>The archive cannot be read: %1</source>
+        <translation>Das Archiv kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>Message: %1
+Spam confidence: %2
+Envelope sender: %3
+Recipients: %4</source>
+        <translation>Nachricht: %1
+Spam-Bewertung: %2
+Umschlagabsender: %3
+Empfänger: %4</translation>
     </message>
 </context>
 <context>

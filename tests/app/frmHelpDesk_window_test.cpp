@@ -152,8 +152,13 @@ TEST_F(MainHelp, F1WithAModifierIsAnotherKey) {
 TEST_F(MainHelp, EveryDialogHasItsTopicAndItsHelpButton) {
     Open();
     const std::vector<std::pair<const char*, const char*>> forms = {
-        {"frmFind", "find.html"},       {"frmCleansing", "cleansing.html"}, {"frmOptions", "options.html"},
-        {"frmFolders", "folders.html"}, {"frmTolerate", "whitelist.html"},  {"frmAbout", "about.html"},
+        {"frmFind", "find.html"},
+        {"frmCleansing", "cleansing.html"},
+        {"frmOptions", "options.html"},
+        {"frmFolders", "folders.html"},
+        {"frmTolerate", "whitelist.html"},
+        {"frmAbout", "about.html"},
+        {"frmOwnServer", "server-own.html"},
         {"frmOther", "list.html"}, // as the window that it stands above
     };
     for (const auto& [name, topic] : forms) {

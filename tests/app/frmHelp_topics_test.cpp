@@ -181,8 +181,8 @@ TEST_F(HelpTopics, TheTopicOfTheKeysHasEveryShortcut) {
 }
 
 TEST_F(HelpTopics, EveryWindowWithATopicHasOneThatExists) {
-    for (const char* form :
-         {"frmMain", "frmView", "frmTolerate", "frmFind", "frmCleansing", "frmOptions", "frmFolders", "frmAbout"}) {
+    for (const char* form : {"frmMain", "frmView", "frmTolerate", "frmFind", "frmCleansing", "frmOptions",
+                             "frmOwnServer", "frmFolders", "frmAbout"}) {
         EXPECT_TRUE(topics.contains(HelpTopicOfForm(QLatin1String(form)))) << form;
     }
 }

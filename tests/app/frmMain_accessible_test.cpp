@@ -6,6 +6,7 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "dialogs/frmOwnServer.h"
 #include "history/frmHistory.h"
 #include "messages/frmFailures.h"
 #include "tests/support/AccessibleNames.h"
@@ -185,6 +186,14 @@ TEST_F(MainAccessible, TheOptionsDialogIsNamedOnEachTab) {
         EXPECT_EQ(NamelessControls(dialog, &focusable), "") << tab;
         EXPECT_GE(focusable, 4) << "the tabs, three buttons and what is on tab " << tab;
     }
+}
+
+TEST_F(MainAccessible, TheDialogOfAnotherServerIsNamed) {
+    frmOwnServer dialog(files_, pool_, Folder(QStringLiteral("/archive/")), OwnServer(), nullptr);
+    dialog.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(dialog, &focusable), "");
+    EXPECT_GE(focusable, 14) << "six fields, the form, three boxes and four buttons";
 }
 
 TEST_F(MainAccessible, TheAboutBoxIsNamedAndItsLinksAreButtons) {

@@ -6,6 +6,7 @@
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
 #include "dialogs/frmOptions.h"
+#include "dialogs/frmOwnServer.h"
 #include "history/frmHistory.h"
 #include "messages/frmFailures.h"
 #include "tests/support/InstalledTexts.h"
@@ -15,6 +16,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
@@ -227,6 +229,18 @@ TEST_F(MainGerman, TheOptionsDialogIsGermanOnEachTab) {
     }
     const auto* information = dialog.findChild<QTreeWidget*>(QStringLiteral("trvOptions"));
     EXPECT_EQ(information->topLevelItem(1)->text(0).toStdString(), "Verzeichnisse");
+}
+
+TEST_F(MainGerman, TheDialogOfAnotherServerIsGerman) {
+    const frmOwnServer dialog(files_, pool_, Folder(QStringLiteral("/archive/")), OwnServer(), nullptr);
+    EXPECT_EQ(dialog.windowTitle().toStdString(), "Felder eines anderen Servers");
+    QStringList captions = Mnemonics(dialog);
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+        captions += label->text();
+    }
+    EXPECT_EQ(Ambiguous(captions), "");
+    const auto* forms = dialog.findChild<QComboBox*>(QStringLiteral("cboRatingForm"));
+    EXPECT_EQ(forms->itemText(0).toStdString(), "die Zahl am Anfang");
 }
 
 TEST_F(MainGerman, TheAboutBoxIsGerman) {

@@ -1,4 +1,5 @@
 #include "dialogs/frmOptions.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/MainWindowFixture.h"
 #include "tests/support/NativePath.h"
 #include "whitelist/frmTolerate.h"
@@ -131,6 +132,33 @@ TEST_F(MainOptions, AnotherServerMakesTheListAnew) {
     EXPECT_EQ(refreshes_, 3);
     EXPECT_FALSE(window_->Messages().RatesByNumber());
     EXPECT_EQ(Cell(0, ColumnScl) + Cell(1, ColumnScl), "");
+}
+
+TEST_F(MainOptions, AnotherDescriptionOfTheServerMakesTheListAnew) {
+    files_.Add(QStringLiteral("/archive/a.eml"), "X-Junk: 7\nX-Points: 9.5\nSubject: a\n\n", 1);
+    Set("ServerProfile", "own");
+    Set("OwnRating", "X-Junk");
+    OpenRefreshed();
+    EXPECT_EQ(Cell(0, ColumnScl), "7");
+    const auto describe = [this](const char* field) {
+        OnOptions([field](frmOptions& dialog) {
+            dialog.findChild<QTabWidget*>(QStringLiteral("tbsOptions"))->setCurrentIndex(6);
+            const DialogVisit visit("frmOwnServer", [field](QDialog& fields) {
+                fields.findChild<QLineEdit*>(QStringLiteral("txtRating"))->setText(QLatin1String(field));
+                fields.findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
+            });
+            Press(dialog, "btnOwnServer");
+            EXPECT_TRUE(visit.Happened());
+            Press(dialog, "cmdOK");
+        });
+        Action("mnuToolsOptions")->trigger();
+        Settle();
+    };
+    describe("X-Points");
+    EXPECT_EQ(refreshes_, 2);
+    EXPECT_EQ(Cell(0, ColumnScl), "9.5");
+    describe("X-Points");
+    EXPECT_EQ(refreshes_, 2) << "the same one";
 }
 
 TEST_F(MainOptions, TheSameFilterDoesNotRefresh) {

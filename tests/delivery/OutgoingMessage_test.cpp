@@ -1,5 +1,7 @@
 #include "delivery/OutgoingMessage.h"
 
+#include "mail/OwnServer.h"
+
 #include <gtest/gtest.h>
 
 namespace quellbox {
@@ -45,6 +47,31 @@ TEST(OutgoingMessage, OfNestedDeliveriesTheLastOneCounts) {
                                          "spamassassin");
     EXPECT_EQ(envelope.sender, "a@example.org");
     EXPECT_EQ(envelope.recipients, QByteArrayList{"b@example.net"});
+}
+
+TEST(OutgoingMessage, OfADescribedServerWhatItIsSaidToWriteStays) {
+    OwnServer server;
+    server.rating = QStringLiteral("X-Junk");
+    server.senders = QStringLiteral("X-From");
+    server.recipients = QStringLiteral("X-To");
+    server.reasons = QStringLiteral("X-Why");
+    const QByteArray onTop = "X-Why: bulk\nX-Junk: 9\nX-From: <a@example.org>\nX-To: b@example.net\n";
+    const QByteArray rest = "Received: from x\nX-Junk-Score: 1\nX-Why: the sender's\nSubject: s\n\n";
+    const Envelope envelope = EnvelopeOf(onTop + rest, MakeOwnProfile(server));
+    EXPECT_EQ(envelope.sender, "a@example.org");
+    EXPECT_EQ(envelope.recipients, QByteArrayList{"b@example.net"});
+    EXPECT_EQ(WithoutServerFields(onTop + rest, MakeOwnProfile(server)), rest);
+    const QByteArray foreign = "X-Junk-Score: 1\n" + onTop + rest;
+    EXPECT_EQ(WithoutServerFields(foreign, MakeOwnProfile(server)), foreign) << "another name, though it begins so";
+}
+
+TEST(OutgoingMessage, OfADescribedServerWhatBelongsToAMessageGoesOut) {
+    OwnServer server;
+    server.rating = QStringLiteral("Subject");
+    server.reasons = QStringLiteral("Comments, Received, Content-Type");
+    const QByteArray message = "Subject: 9 points\nComments: c\nContent-Type: text/plain\nReceived: from x\n"
+                               "To: b@example.net\n\n";
+    EXPECT_EQ(WithoutServerFields(message, MakeOwnProfile(server)), message);
 }
 
 TEST(OutgoingMessage, WhatTheSenderWroteChoosesNoRecipient) {

@@ -1,4 +1,5 @@
 #include "tests/dialogs/OptionsTest.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/Gzip.h"
 
 #include <QComboBox>
@@ -39,7 +40,7 @@ protected:
 TEST_F(ServerOptions, TheFirstIsTheOneUnlessTheUserChoosesAnother) {
     Open(6);
     EXPECT_EQ(Server()->currentText(), QStringLiteral("Intelligent Message Filter"));
-    EXPECT_EQ(Server()->count(), static_cast<int>(ServerProfiles().size()));
+    EXPECT_EQ(Server()->count(), static_cast<int>(ServerProfiles().size()) + 1);
     Ok();
     EXPECT_EQ(state.ServerProfile, QString()) << "what was not chosen is not changed";
     EXPECT_EQ(filterTaken, QList<bool>({false}));
@@ -107,6 +108,64 @@ TEST_F(ServerOptions, AChoiceOfTheUserPutsAnEndToTheProposal) {
     QCoreApplication::processEvents();
     EXPECT_EQ(Chosen(), QStringLiteral("rspamd"));
     EXPECT_EQ(Find<QLabel>("lblDetected")->text(), QString());
+}
+
+TEST_F(ServerOptions, TheFieldsOfAnotherServerAreThereOnlyForThatOne) {
+    Open(6);
+    EXPECT_FALSE(Find<QPushButton>("btnOwnServer")->isEnabled());
+    Server()->setFocus();
+    QTest::keyClick(Server(), Qt::Key_End);
+    EXPECT_EQ(Server()->currentText(), QStringLiteral("another server"));
+    EXPECT_TRUE(Find<QPushButton>("btnOwnServer")->isEnabled());
+    QTest::keyClick(Server(), Qt::Key_Home);
+    EXPECT_FALSE(Find<QPushButton>("btnOwnServer")->isEnabled());
+}
+
+TEST_F(ServerOptions, TheFieldsOfAnotherServerAreTakenOverByOkOfBothDialogs) {
+    state.ServerProfile = QStringLiteral("own");
+    state.Own = {.rating = QStringLiteral("X-Junk"), .ratingForm = QStringLiteral("number")};
+    const OwnServer before = state.Own;
+    const auto describe = [this](const char* close) {
+        const DialogVisit visit("frmOwnServer", [close](QDialog& fields) {
+            EXPECT_TRUE(fields.findChild<QLineEdit*>(QStringLiteral("txtRating"))->text().startsWith(u"X-Junk"));
+            QTest::keyClicks(fields.findChild<QLineEdit*>(QStringLiteral("txtRating")), QStringLiteral("2"));
+            fields.findChild<QPushButton*>(QLatin1String(close))->click();
+        });
+        Find<QPushButton>("btnOwnServer")->click();
+        EXPECT_TRUE(visit.Happened());
+    };
+    Open(6);
+    EXPECT_EQ(Chosen(), QStringLiteral("own"));
+    describe("btnCancel");
+    Ok();
+    EXPECT_TRUE(state.Own == before);
+    EXPECT_EQ(filterTaken, QList<bool>({false}));
+    Open(6);
+    describe("btnOK");
+    EXPECT_TRUE(state.Own == before);
+    Click(Find<QPushButton>("cmdCancel"));
+    EXPECT_TRUE(state.Own == before);
+    Open(6);
+    describe("btnOK");
+    Ok();
+    EXPECT_TRUE(state.Own.rating.endsWith(u'2')) << state.Own.rating.toStdString();
+    EXPECT_EQ(filterTaken, QList<bool>({false, true})) << "another description makes the list anew";
+}
+
+TEST_F(ServerOptions, TheFieldsOfAServerThatIsNotChosenAreKeptAndMakeNothingAnew) {
+    state.ServerProfile = QStringLiteral("amavis");
+    Open(6);
+    Server()->setCurrentIndex(Server()->count() - 1);
+    const DialogVisit visit("frmOwnServer", [](QDialog& fields) {
+        QTest::keyClicks(fields.findChild<QLineEdit*>(QStringLiteral("txtRating")), QStringLiteral("X-Junk"));
+        fields.findChild<QPushButton*>(QStringLiteral("btnOK"))->click();
+    });
+    Find<QPushButton>("btnOwnServer")->click();
+    Server()->setCurrentIndex(Server()->findData(QStringLiteral("amavis")));
+    Ok();
+    EXPECT_EQ(state.Own.rating, QStringLiteral("X-Junk"));
+    EXPECT_EQ(state.ServerProfile, QStringLiteral("amavis"));
+    EXPECT_EQ(filterTaken, QList<bool>({false}));
 }
 
 TEST_F(ServerOptions, ClosingDropsWhatIsBeingLookedFor) {

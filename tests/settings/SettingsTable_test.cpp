@@ -79,6 +79,16 @@ TEST(LoadSettings, GivesTheDefaultsOfAFirstStart) {
     EXPECT_EQ(state.KeepDeletedDays, 0) << "what is deleted is gone, unless the user wants it otherwise";
     EXPECT_EQ(state.HistoryDays, 90);
     EXPECT_EQ(state.ServerProfile, QStringLiteral("imf"));
+    EXPECT_EQ(state.Own.rating, QStringLiteral("X-Spam-Score"));
+    EXPECT_EQ(state.Own.ratingForm, QStringLiteral("number"));
+    EXPECT_EQ(state.Own.ratingText, QString());
+    EXPECT_EQ(state.Own.senders, QStringLiteral("Return-Path"));
+    EXPECT_EQ(state.Own.recipients, QStringLiteral("X-Original-To, Delivered-To, Envelope-To"));
+    EXPECT_FALSE(state.Own.recipientsRepeat);
+    EXPECT_EQ(state.Own.reasons, QStringLiteral("X-Spam-Status"));
+    EXPECT_FALSE(state.Own.packed);
+    EXPECT_EQ(state.Own.ending, QString());
+    EXPECT_FALSE(state.Own.maildir);
     EXPECT_EQ(state.FilterMessages, 0);
     EXPECT_EQ(state.ContentsAttachment, 0);
     EXPECT_EQ(state.ContentsCollapse, 0);
@@ -230,7 +240,9 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
                             "BulkMode",         "Whole",           "Bottom",          "Contents",
                             "HeaderField",      "KeepDeletedDays", "HistoryDays",     "ServerProfile",
                             "Delivery",         "SmtpHost",        "SmtpPort",        "SmtpSecurity",
-                            "SmtpUser",         "DeliveryCommand"}) {
+                            "SmtpUser",         "DeliveryCommand", "OwnRating",       "OwnRatingForm",
+                            "OwnRatingText",    "OwnSender",       "OwnRecipients",   "OwnRecipientsRepeat",
+                            "OwnReasons",       "OwnPacked",       "OwnEnding",       "OwnMaildir"}) {
         expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
     }
     EXPECT_EQ(store.written, expected);
@@ -269,6 +281,46 @@ TEST(SaveSettings, LeavesFoldersAndPlacementAsTheyAre) {
     EXPECT_EQ(Stored(store, "MainLeft"), QStringLiteral("15"));
 }
 
+TEST(LoadSettings, DropsWhatCannotDescribeAServer) {
+    MemorySettingsStore store;
+    Put(store, "ServerProfile", "own");
+    Put(store, "OwnRating", "X-A, X-B");
+    Put(store, "OwnRatingForm", "guess");
+    Put(store, "OwnRatingText", "\u00E4");
+    Put(store, "OwnSender", "X-Sender, From");
+    Put(store, "OwnRecipients", "X To");
+    Put(store, "OwnReasons", "X-Why:");
+    Put(store, "OwnEnding", "a/b");
+    Put(store, "OwnMaildir", "perhaps");
+    AppState state;
+    EXPECT_EQ(Load(store, state).size(), 8);
+    EXPECT_EQ(state.ServerProfile, QStringLiteral("own"));
+    OwnServer usual = state.Own;
+    EXPECT_TRUE(Load(MemorySettingsStore(), state).isEmpty());
+    EXPECT_TRUE(state.Own == usual);
+    EXPECT_EQ(usual.rating, QStringLiteral("X-Spam-Score"));
+}
+
+TEST(SaveSettings, KeepsTheServerThatTheUserDescribes) {
+    MemorySettingsStore store;
+    AppState state = Loaded(store);
+    state.ServerProfile = QStringLiteral("own");
+    state.Own = {.rating = QStringLiteral("X-Junk"),
+                 .ratingForm = QStringLiteral("count"),
+                 .ratingText = QStringLiteral("*"),
+                 .senders = QStringLiteral("X-A, X-B"),
+                 .recipients = QString(),
+                 .recipientsRepeat = true,
+                 .reasons = QStringLiteral("Subject"),
+                 .packed = true,
+                 .ending = QStringLiteral(".msg"),
+                 .maildir = true};
+    SaveSettings(store, state);
+    const AppState next = Loaded(store);
+    EXPECT_EQ(next.ServerProfile, QStringLiteral("own"));
+    EXPECT_TRUE(next.Own == state.Own);
+}
+
 TEST(SaveSettings, WritesWhatTheNextStartReads) {
     MemorySettingsStore store;
     AppState state = Loaded(store);
@@ -304,5 +356,5 @@ TEST(SettingsTable, NamesEachKeyAndEachMemberOnce) {
         }
     }
     EXPECT_EQ(size_t(keys.size()), table.size());
-    EXPECT_EQ(table.size(), 28u);
+    EXPECT_EQ(table.size(), 38u);
 }
