@@ -202,8 +202,10 @@ void frmOwnServer::TellFound(const QString& text) {
     GrowToText();
 }
 
-// What a message says may need more lines than there are.
+// What a message says may need more lines than there are. Layouts remember heights until they are activated.
 void frmOwnServer::GrowToText() {
+    ui_->fraTrial->layout()->activate();
+    layout()->activate();
     const int needed = layout()->totalHeightForWidth(width());
     if (isVisible() && needed > height()) {
         resize(width(), needed);

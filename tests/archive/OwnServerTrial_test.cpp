@@ -1,5 +1,6 @@
 #include "archive/OwnServerTrial.h"
 
+#include "platform/RuntimeError.h"
 #include "tests/support/Gzip.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/RunUntil.h"
@@ -94,7 +95,7 @@ TEST_F(OwnServerTrialTest, SaysWhatCannotBeRead) {
     EXPECT_EQ(Try().error, QString());
     EXPECT_NE(Try(u"/elsewhere/"_s).error, QString());
     files_.Add(u"/archive/a.eml"_s, Sample());
-    files_.FailPath(u"/archive/a.eml"_s, u"locked"_s);
+    files_.SetReadHook([](const QString& path) { throw FileError(path, u"locked"_s); });
     const OwnServerTrial::Result result = Try();
     EXPECT_TRUE(result.error.endsWith(u"locked"_s)) << result.error.toStdString();
 }

@@ -123,7 +123,8 @@ TEST_F(ServerOptions, TheFieldsOfAnotherServerAreThereOnlyForThatOne) {
 
 TEST_F(ServerOptions, TheFieldsOfAnotherServerAreTakenOverByOkOfBothDialogs) {
     state.ServerProfile = QStringLiteral("own");
-    state.Own = {.rating = QStringLiteral("X-Junk"), .ratingForm = QStringLiteral("number")};
+    state.Own.rating = QStringLiteral("X-Junk");
+    state.Own.ratingForm = QStringLiteral("number");
     const OwnServer before = state.Own;
     const auto describe = [this](const char* close) {
         const DialogVisit visit("frmOwnServer", [close](QDialog& fields) {
