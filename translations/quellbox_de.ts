@@ -1375,6 +1375,22 @@
         <source>A batch file cannot be the command, as the shell would run it.</source>
         <translation>Eine Stapeldatei kann nicht der Befehl sein, da die Shell sie ausführen würde.</translation>
     </message>
+    <message>
+        <source>The message begins with a field that the mail server would take for its envelope.</source>
+        <translation>Die Nachricht beginnt mit einem Feld, das der Mailserver für ihren Umschlag halten würde.</translation>
+    </message>
+    <message>
+        <source>No replay directory is chosen.</source>
+        <translation>Es ist kein Replay-Verzeichnis ausgewählt.</translation>
+    </message>
+    <message>
+        <source>Written into the replay directory as %1.</source>
+        <translation>In das Replay-Verzeichnis geschrieben, als %1.</translation>
+    </message>
+    <message>
+        <source>Nobody knows whether the mail server has it: %1</source>
+        <translation>Niemand weiß, ob der Mailserver sie hat: %1</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1452,6 +1468,14 @@
     <message>
         <source>A password is sent through a secured connection only.</source>
         <translation>Ein Passwort wird nur durch eine gesicherte Verbindung gesendet.</translation>
+    </message>
+    <message>
+        <source>Exchange&apos;s replay directory</source>
+        <translation>das Replay-Verzeichnis von Exchange</translation>
+    </message>
+    <message>
+        <source>The directory that is set as the pickup directory: %1</source>
+        <translation>Das Verzeichnis, das als Pickup-Verzeichnis eingestellt ist: %1</translation>
     </message>
 </context>
 <context>
