@@ -3,6 +3,7 @@
 #include "app/WindowJobs.h"
 #include "archive/RefreshTask.h"
 #include "delivery/CommandTransmitter.h"
+#include "delivery/ReplayTransmitter.h"
 #include "delivery/SmtpTransmitter.h"
 #include "delivery/TransmittingWay.h"
 #include "messages/FailureList.h"
@@ -84,6 +85,9 @@ std::unique_ptr<Transmitter> DeliveryDesk::MakeTransmitter(Starter starter) {
     }
     if (state.Delivery == QLatin1String(DeliveryKeys::command)) {
         return std::make_unique<CommandTransmitter>(state.DeliveryCommand);
+    }
+    if (state.Delivery == QLatin1String(DeliveryKeys::replay)) {
+        return std::make_unique<ReplayTransmitter>(parts_.ports.files, state.PickupDir);
     }
     return nullptr;
 }

@@ -35,17 +35,19 @@ WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, cons
     }
 }
 
-/// The same by a mail server, which knows the postmaster without a domain (RFC 5321, section 4.5.1).
+/// The same on another way. Mail servers know the postmaster without a domain (RFC 5321, section 4.5.1). `path` becomes
+/// that of the file that a mail server has yet to take.
 WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record,
-                                      const std::atomic<bool>& isClosed) {
+                                      const std::atomic<bool>& isClosed, QString& path) {
     const MessageRow row(QStringLiteral("quellbox.eml"), -1, 0, {});
     const DeliveryOutcome outcome = transmitter.Transmit(
         [&message] {
-            return OutgoingMessage{{{}, {"postmaster"}}, message};
+            return OutgoingMessage{{{}, {"postmaster"}}, message, QStringLiteral("quellbox.eml")};
         },
         [&isClosed] { return !isClosed; });
     if (outcome.fate == DeliveryFate::Delivered) {
-        record.Take({row, std::nullopt, 0, outcome.words, true});
+        path = outcome.path;
+        record.Take({row, std::nullopt, 0, outcome.words, path.isEmpty()});
         return std::nullopt;
     }
     record.Take({row, FileFailure(transmitter.Target(), outcome.words), 0, {}, true});
@@ -107,8 +109,9 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
 
 // The test goes on whatever became of the selection; the question shows the folder that is then in force.
 void ToolsDesk::SendPickupTest() {
-    const bool usesPickup = parts_.state.Delivery == QLatin1String(DeliveryKeys::pickup);
-    if (usesPickup && !IsPickupSetUp(parts_.state.PickupDir, parts_.ports.program.Directory)) {
+    const QString& way = parts_.state.Delivery;
+    const bool usesFolder = way == QLatin1String(DeliveryKeys::pickup) || way == QLatin1String(DeliveryKeys::replay);
+    if (usesFolder && !IsPickupSetUp(parts_.state.PickupDir, parts_.ports.program.Directory)) {
         parts_.panels.SetInfo(tr("Exchange Pickup Directory not setup yet."));
         setup_.mnuOpenFolderSelect_Click(1);
     }
@@ -171,11 +174,18 @@ void ToolsDesk::TransmitTest(const std::shared_ptr<Transmitter>& transmitter) {
         TransmissionTestMessage(parts_.state.UserName, transmitter->Target(), parts_.ports.clock.Now());
     const std::shared_ptr<ActionRecord> record =
         parts_.journal.Begin({HistoryAction::PickupTest, {}, transmitter->Target()});
-    const auto send = [transmitter, message, record, isClosed = isClosed_] {
-        return TryTransmissionTest(*transmitter, message, *record, *isClosed);
+    const auto path = std::make_shared<QString>();
+    const auto send = [transmitter, message, record, isClosed = isClosed_, path] {
+        return TryTransmissionTest(*transmitter, message, *record, *isClosed, *path);
     };
-    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this](const WindowJobs::Error& error) {
-        TellTest(error, tr("The mail server has taken the test message. Verify postmaster mailbox now!"));
+    const QString folder = parts_.state.PickupDir;
+    parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this, folder, record, path](const WindowJobs::Error& error) {
+        if (error || path->isEmpty()) {
+            TellTest(error, tr("The mail server has taken the test message. Verify postmaster mailbox now!"));
+            return;
+        }
+        TellTest(error, tr("Testmessage send. Verify postmaster mailbox now!"));
+        watch_.Start(*path, folder, record);
     });
 }
 

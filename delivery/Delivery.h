@@ -17,6 +17,7 @@ struct Envelope {
 struct OutgoingMessage {
     Envelope envelope;
     QByteArray bytes;
+    QString name{}; ///< of its file in the archive
 };
 
 /// What has become of a message that was to be delivered.
@@ -30,6 +31,7 @@ enum class DeliveryFate {
 struct DeliveryOutcome {
     DeliveryFate fate = DeliveryFate::Failed;
     QString words{}; ///< what the other side answered, or what went wrong, for the user to read
+    QString path{};  ///< of the file that a mail server has yet to take; empty where it has the message
 };
 
 } // namespace quellbox

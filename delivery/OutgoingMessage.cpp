@@ -157,4 +157,11 @@ QByteArray WithoutServerFields(const QByteArray& message, const ServerProfile& p
     return outgoing.append(QByteArrayView(message).sliced(copied));
 }
 
+bool HasFieldOnTop(QByteArrayView message, const QByteArrayList& names) {
+    const std::vector<Field> fields = FieldsOf(message);
+    const auto trace =
+        std::find_if(fields.begin(), fields.end(), [](const Field& field) { return field.name == "received"; });
+    return std::any_of(fields.begin(), trace, [&names](const Field& field) { return names.contains(field.name); });
+}
+
 } // namespace quellbox

@@ -4,6 +4,7 @@
 #include "mail/ServerProfile.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 namespace quellbox {
 
@@ -16,5 +17,9 @@ Envelope EnvelopeOf(QByteArrayView message, const ServerProfile& profile);
 /// The message as it is to go out: without the fields that the server has put on top of it, and without Bcc. All other
 /// bytes stay, so that signatures stay valid.
 QByteArray WithoutServerFields(const QByteArray& message, const ServerProfile& profile);
+
+/// Whether a field of one of these names, in lower case, stands above the first Received field, or anywhere in a header
+/// that has none.
+bool HasFieldOnTop(QByteArrayView message, const QByteArrayList& names);
 
 } // namespace quellbox

@@ -27,7 +27,7 @@ public:
 /// Whether a target of the history is that of such a way, and no folder.
 inline bool IsReleaseTarget(const QString& target) {
     return target.startsWith(QLatin1String("smtp://")) || target.startsWith(QLatin1String("smtps://")) ||
-           target.startsWith(QLatin1String("command:"));
+           target.startsWith(QLatin1String("command:")) || target.startsWith(QLatin1String("replay:"));
 }
 
 } // namespace quellbox

@@ -48,7 +48,7 @@ DeliveryOutcome TransmittingWay::Transmit(const QString& name, QString& path) {
     bool wasLoaded = false;
     const auto load = [&]() -> std::optional<OutgoingMessage> {
         path = sending_.Take(name, clock_.Now());
-        std::optional<OutgoingMessage> message = Load(path, unsent);
+        std::optional<OutgoingMessage> message = Load(path, name, unsent);
         wasLoaded = message.has_value();
         return message;
     };
@@ -73,7 +73,8 @@ DeliveryOutcome TransmittingWay::Transmit(const QString& name, QString& path) {
 
 /// The message; nothing, and why in `outcome`, where it says nothing of its recipients. Throws FileError when it cannot
 /// be read.
-std::optional<OutgoingMessage> TransmittingWay::Load(const QString& path, DeliveryOutcome& outcome) const {
+std::optional<OutgoingMessage> TransmittingWay::Load(const QString& path, const QString& name,
+                                                     DeliveryOutcome& outcome) const {
     const QByteArray message = ReadWholeMessage(files_, path, profile_.packing);
     const Envelope envelope = EnvelopeOf(message, profile_);
     if (envelope.recipients.isEmpty()) {
@@ -82,7 +83,7 @@ std::optional<OutgoingMessage> TransmittingWay::Load(const QString& path, Delive
                                                     "the fields in which the chosen server writes that.");
         return std::nullopt;
     }
-    return OutgoingMessage{envelope, WithoutServerFields(message, profile_)};
+    return OutgoingMessage{envelope, WithoutServerFields(message, profile_), name};
 }
 
 // One that stays is brought back later with the mark of those that may have been delivered.

@@ -27,7 +27,7 @@ public:
     void Stop() override { isStopped_ = true; }
 
 private:
-    std::optional<OutgoingMessage> Load(const QString& path, DeliveryOutcome& outcome) const;
+    std::optional<OutgoingMessage> Load(const QString& path, const QString& name, DeliveryOutcome& outcome) const;
     DeliveryOutcome Transmit(const QString& name, QString& path);
     void RemoveDelivered(const QString& path, const QString& name);
 

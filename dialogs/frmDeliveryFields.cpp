@@ -1,6 +1,7 @@
 #include "dialogs/frmDeliveryFields.h"
 
 #include "delivery/DeliveryCommand.h"
+#include "mail/DisplayText.h"
 #include "settings/DeliveryKeys.h"
 #include "ui_frmDeliveryFields.h"
 
@@ -38,6 +39,7 @@ DeliveryFields::~DeliveryFields() = default;
 // The places of the ways are those of their pages.
 void DeliveryFields::FillChoices() {
     ui_->cboDelivery->addItem(tr("the pickup directory"), QLatin1String(DeliveryKeys::pickup));
+    ui_->cboDelivery->addItem(tr("Exchange's replay directory"), QLatin1String(DeliveryKeys::replay));
     ui_->cboDelivery->addItem(tr("SMTP, to a mail server"), QLatin1String(DeliveryKeys::smtp));
     ui_->cboDelivery->addItem(tr("a command"), QLatin1String(DeliveryKeys::command));
     ui_->cboSmtpSecurity->addItem(tr("TLS as soon as the server offers it (STARTTLS)"),
@@ -55,11 +57,24 @@ void DeliveryFields::ShowSettings(const AppState& state) {
     Choose(*ui_->cboSmtpSecurity, state.SmtpSecurity);
     ui_->txtSmtpUser->setText(state.SmtpUser);
     ui_->txtDeliveryCommand->setText(state.DeliveryCommand);
+    ShowPickup(state.PickupDir);
+}
+
+void DeliveryFields::ShowPickup(const QString& folder) {
+    ui_->lblReplay->setText(tr("The directory that is set as the pickup directory: %1").arg(CleanseForDisplay(folder)));
+    DescribeWay();
+}
+
+// Assistive tools read the text with the choice, as it cannot get the focus itself.
+void DeliveryFields::DescribeWay() {
+    const bool isReplay = ui_->cboDelivery->currentData().toString() == QLatin1String(DeliveryKeys::replay);
+    ui_->cboDelivery->setAccessibleDescription(isReplay ? ui_->lblReplay->text() : QString());
 }
 
 void DeliveryFields::cboDelivery_Change() {
     ui_->stkDelivery->setCurrentIndex(ui_->cboDelivery->currentIndex());
     ui_->lblDeliveryTrouble->setText({});
+    DescribeWay();
 }
 
 QWidget* DeliveryFields::IncompleteField() {

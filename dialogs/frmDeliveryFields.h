@@ -27,6 +27,9 @@ public:
     /// Null when the chosen way has what it needs; else the field in which something is missing, and says what.
     QWidget* IncompleteField();
 
+    /// Shows which folder is set as the pickup directory.
+    void ShowPickup(const QString& folder);
+
     void TakeSettings(AppState& state) const;
 
     /// The password that was entered; nothing when that field was left alone.
@@ -35,6 +38,7 @@ public:
 private:
     void FillChoices();
     void cboDelivery_Change();
+    void DescribeWay();
     QWidget* Refuse(QWidget* field, const QString& why);
 
     std::unique_ptr<Ui::frmDeliveryFields> ui_;

@@ -284,7 +284,9 @@ void frmOptions::TakeDelivery() {
 }
 
 void frmOptions::btnPickup_Click() {
-    ui_->txtPickup->setText(CleanseForDisplay(calls_.selectDirectory(1)));
+    const QString folder = calls_.selectDirectory(1);
+    ui_->txtPickup->setText(CleanseForDisplay(folder));
+    ui_->delivery->ShowPickup(folder);
     ShowInformation();
 }
 

@@ -3,9 +3,9 @@
 #include "platform/PosixLeftovers.h"
 
 #include "platform/PosixFile.h"
+#include "platform/TemporaryName.h"
 
 #include <QMutexLocker>
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <ctime>
@@ -18,8 +18,6 @@ namespace quellbox {
 
 namespace {
 
-constexpr char prefix[] = ".quellbox-";
-constexpr char suffix[] = ".tmp";
 constexpr time_t day = 24 * 60 * 60;
 
 /// Whether a temporary file is that of a program that does not run any more, by the time of its last modification.
@@ -32,7 +30,7 @@ bool IsOld(const QByteArray& path) {
 } // namespace
 
 QByteArray Leftovers::NewName() {
-    return prefix + QByteArray::number(QRandomGenerator::system()->generate64(), 16) + suffix;
+    return TemporaryName().toLatin1();
 }
 
 void Leftovers::Add(const QByteArray& path) {
@@ -61,7 +59,7 @@ void Leftovers::RemoveIn(const QByteArray& folder) {
     }
     while (const dirent* entry = ::readdir(stream)) {
         const QByteArray name(entry->d_name);
-        const bool isOurs = name.startsWith(prefix) && name.endsWith(suffix);
+        const bool isOurs = name.startsWith(temporaryPrefix) && name.endsWith(temporarySuffix);
         const bool isLeft = noted.contains(name) || (isFirst && isOurs && IsOld(folder + name));
         if (isLeft && ::unlink((folder + name).constData()) != 0 && errno != ENOENT) {
             Add(folder + name);

@@ -3,10 +3,9 @@
 #include "platform/WindowsFile.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/TemporaryName.h"
 #include "platform/WideText.h"
 #include "platform/WindowsPath.h"
-
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cstddef>
@@ -219,9 +218,7 @@ void WriteAll(const Handle& file, const char* bytes, qint64 count, const QString
 }
 
 TemporaryFile::TemporaryFile(const QString& target) : target_(target), place_(SystemPath(target)) {
-    const QString random = QString::number(QRandomGenerator::system()->generate64(), 16);
-    path_ = place_.substr(0, place_.find_last_of(L'\\') + 1) +
-            (QLatin1String(".quellbox-") + random + QLatin1String(".tmp")).toStdWString();
+    path_ = place_.substr(0, place_.find_last_of(L'\\') + 1) + TemporaryName().toStdWString();
     file_.emplace(
         CreateFileW(path_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file_->IsOpen()) {

@@ -3,7 +3,8 @@
 namespace quellbox {
 
 bool DeliveryKeys::IsKey(const QString& text) {
-    return text == QLatin1String(pickup) || text == QLatin1String(smtp) || text == QLatin1String(command);
+    return text == QLatin1String(pickup) || text == QLatin1String(replay) || text == QLatin1String(smtp) ||
+           text == QLatin1String(command);
 }
 
 bool SecurityKeys::IsKey(const QString& text) {

@@ -7,6 +7,7 @@ namespace quellbox {
 /// The ways on which messages are unblocked, as the settings have them.
 namespace DeliveryKeys {
 constexpr auto pickup = "pickup";   ///< into the pickup directory
+constexpr auto replay = "replay";   ///< into Exchange's replay directory
 constexpr auto smtp = "smtp";       ///< to a mail server
 constexpr auto command = "command"; ///< to a program
 bool IsKey(const QString& text);

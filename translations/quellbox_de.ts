@@ -1498,6 +1498,34 @@
         <source>The name of a file has no such characters.</source>
         <translation>Der Name einer Datei hat keine solchen Zeichen.</translation>
     </message>
+    <message>
+        <source>The message begins with a field that the mail server would take for its envelope.</source>
+        <translation>Die Nachricht beginnt mit einem Feld, das der Mailserver für ihren Umschlag halten würde.</translation>
+    </message>
+    <message>
+        <source>No replay directory is chosen.</source>
+        <translation>Es ist kein Replay-Verzeichnis ausgewählt.</translation>
+    </message>
+    <message>
+        <source>Written into the replay directory as %1.</source>
+        <translation>In das Replay-Verzeichnis geschrieben, als %1.</translation>
+    </message>
+    <message>
+        <source>Nobody knows whether the mail server has it: %1</source>
+        <translation>Niemand weiß, ob der Mailserver sie hat: %1</translation>
+    </message>
+    <message>
+        <source>It has none of the folders in which the chosen server keeps messages: %1</source>
+        <translation>Es hat keinen der Ordner, in denen der ausgewählte Server Nachrichten aufbewahrt: %1</translation>
+    </message>
+    <message>
+        <source>Maildir</source>
+        <translation>Maildir</translation>
+    </message>
+    <message>
+        <source>The file is gone, or another program has renamed it. Refresh the list.</source>
+        <translation>Die Datei ist weg, oder ein anderes Programm hat sie umbenannt. Aktualisieren Sie die Liste.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1575,6 +1603,14 @@
     <message>
         <source>A password is sent through a secured connection only.</source>
         <translation>Ein Passwort wird nur durch eine gesicherte Verbindung gesendet.</translation>
+    </message>
+    <message>
+        <source>Exchange&apos;s replay directory</source>
+        <translation>das Replay-Verzeichnis von Exchange</translation>
+    </message>
+    <message>
+        <source>The directory that is set as the pickup directory: %1</source>
+        <translation>Das Verzeichnis, das als Pickup-Verzeichnis eingestellt ist: %1</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,5 @@
 #include "delivery/SendingFolder.h"
+#include "history/frmHistory.h"
 #include "tests/support/DialogVisit.h"
 #include "tests/support/FakeSmtpServer.h"
 #include "tests/support/RealFolderWindow.h"
@@ -176,6 +177,72 @@ TEST_F(DeliveryDeskTest, AProgramGetsTheMessageWhereThatIsSet) {
     EXPECT_EQ(Read(script + QStringLiteral(".out")).toStdString(), own.toStdString());
     EXPECT_EQ(Read(script + QStringLiteral(".args")), "-f joe@example.org -- ann@example.net\n");
     EXPECT_EQ(server->Connections(), 0);
+}
+
+TEST_F(DeliveryDeskTest, TheReplayDirectoryGetsTheMessageWithItsEnvelope) {
+    Serve({});
+    Set("Delivery", QStringLiteral("replay"));
+    OpenWith(20);
+    UnblockAll();
+    EXPECT_TRUE(Files().isEmpty());
+    EXPECT_TRUE(Waiting().isEmpty());
+    const QStringList replayed = QDir(Pickup()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    ASSERT_EQ(replayed.size(), 20);
+    EXPECT_EQ(replayed[0], QStringLiteral("m0001.eml"));
+    for (const QString& name : replayed) {
+        EXPECT_EQ(Read(Pickup(name)).toStdString(),
+                  "X-Sender: <joe@example.org>\r\nX-Receiver: <ann@example.net>\r\n" + own.toStdString());
+    }
+    Command("mnuEditUndo")->trigger();
+    Settle();
+    EXPECT_TRUE(Files().isEmpty()) << "the mail server has them";
+    EXPECT_EQ(server->Connections(), 0);
+}
+
+TEST_F(DeliveryDeskTest, WithoutTheReplayDirectoryTheMessagesStay) {
+    Serve({});
+    Set("Delivery", QStringLiteral("replay"));
+    QDir().rmdir(Pickup());
+    OpenWith(3);
+    UnblockAll();
+    EXPECT_EQ(Files(), (QStringList{Name(1), Name(2), Name(3)}));
+    EXPECT_TRUE(Waiting().isEmpty());
+    const QStringList reasons = Reasons();
+    ASSERT_EQ(reasons.size(), 3);
+    EXPECT_TRUE(reasons[0].startsWith(Pickup())) << reasons[0].toStdString();
+}
+
+TEST_F(DeliveryDeskTest, ThePickupTestIsWatchedInTheReplayDirectory) {
+    Serve({});
+    Set("Delivery", QStringLiteral("replay"));
+    Open();
+    QString question;
+    const DialogVisit visit("msgConfirm", [&question](QDialog& dialog) {
+        auto& box = dynamic_cast<QMessageBox&>(dialog);
+        question = box.text();
+        box.button(QMessageBox::Yes)->click();
+    });
+    Command("mnuToolsTest")->trigger();
+    Settle();
+    EXPECT_TRUE(question.contains(QStringLiteral("replay:") + Pickup())) << question.toStdString();
+    const QByteArray message = Read(Pickup(QStringLiteral("quellbox.eml")));
+    EXPECT_TRUE(message.startsWith("X-Sender: <>\r\nX-Receiver: <postmaster>\r\nDate: ")) << message.toStdString();
+    EXPECT_EQ(window->Panels().Info().text, QStringLiteral("Testmessage send. Verify postmaster mailbox now!"));
+    Command("mnuToolsHistory")->trigger();
+    const HistoryModel& history = Find<frmHistory>("frmHistory")->Model();
+    const auto isTold = [&history](const char* text) {
+        for (int row = 0; row < history.rowCount(); ++row) {
+            const HistoryLine* line = history.Line(row);
+            if (line != nullptr && line->entry.detail.contains(QLatin1String(text))) {
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isTold("Written into the replay directory as quellbox.eml."); }));
+    EXPECT_FALSE(isTold("has taken the test message"));
+    QFile::remove(Pickup(QStringLiteral("quellbox.eml")));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isTold("has taken the test message"); }));
 }
 
 TEST_F(DeliveryDeskTest, ThePickupTestGoesTheSameWay) {

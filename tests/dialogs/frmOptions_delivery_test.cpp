@@ -91,6 +91,27 @@ TEST_F(DeliveryOptions, NobodyLogsInWithoutASecuredConnection) {
     EXPECT_EQ(Trouble(), QStringLiteral("A password is sent through a secured connection only."));
 }
 
+TEST_F(DeliveryOptions, TheReplayDirectoryIsTheOneThatIsSetAsThePickupDirectory) {
+    Open(6);
+    auto* folder = Find<QLabel>("lblReplay");
+    EXPECT_FALSE(folder->isVisible());
+    Choose("cboDelivery", "replay");
+    EXPECT_TRUE(folder->isVisible());
+    EXPECT_FALSE(Field("txtSmtpHost")->isVisible());
+    EXPECT_FALSE(Field("txtDeliveryCommand")->isVisible());
+    EXPECT_TRUE(folder->text().endsWith(QStringLiteral(": /pickup/"))) << folder->text().toStdString();
+    EXPECT_EQ(Way()->accessibleDescription(), folder->text());
+    Find<QTabWidget>("tbsOptions")->setCurrentIndex(1);
+    Click(Find<QPushButton>("btnPickup"));
+    EXPECT_TRUE(folder->text().endsWith(QStringLiteral(": /new&1/"))) << folder->text().toStdString();
+    Ok();
+    EXPECT_EQ(state.Delivery, QStringLiteral("replay"));
+    Reopen();
+    EXPECT_EQ(Way()->currentData().toString(), QStringLiteral("replay"));
+    Choose("cboDelivery", "pickup");
+    EXPECT_EQ(Way()->accessibleDescription(), QString());
+}
+
 TEST_F(DeliveryOptions, ACommandHasToNameTheRecipients) {
     state.DeliveryCommand = QStringLiteral("sendmail -i");
     Open(6);

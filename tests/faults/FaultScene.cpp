@@ -151,7 +151,7 @@ Found FaultScene::LookForDeleted(const Told& told) const {
 
 int FaultScene::LeftBehind(Wanted wanted) const {
     const QStringList left =
-        QDir(Target(wanted)).entryList({QStringLiteral(".quellbox-*.tmp")}, QDir::Files | QDir::Hidden);
+        QDir(Target(wanted)).entryList({QStringLiteral(".quellbox-*.part")}, QDir::Files | QDir::Hidden);
     return static_cast<int>(left.size());
 }
 

@@ -221,7 +221,7 @@ TEST_F(MoveFaultTest, ASourceWhoseFolderIsGoneWasNotRemoved) {
 
 TEST_F(MoveFaultTest, ATemporaryFileThatCannotBeRemovedIsRemovedWithTheNextMove) {
     calls_.answer = [](const SystemCall& call) {
-        const bool fails = call.name == "fsync" || (call.name == "unlink" && call.path.endsWith(".tmp"));
+        const bool fails = call.name == "fsync" || (call.name == "unlink" && call.path.endsWith(".part"));
         return fails ? Answer{EIO} : Answer();
     };
     EXPECT_FALSE(Copies());
@@ -239,7 +239,7 @@ TEST_F(MoveFaultTest, ATemporaryFileThatWasMadeAlthoughNobodySaidSoIsRemovedWith
         int created = 0;
         calls_.answer = [&](const SystemCall& call) {
             const bool creates =
-                call.name == "open" && call.path.endsWith(".tmp") && !QFile::exists(QFile::decodeName(call.path));
+                call.name == "open" && call.path.endsWith(".part") && !QFile::exists(QFile::decodeName(call.path));
             created += creates ? 1 : 0;
             return creates ? Answer{error, true} : Answer();
         };
@@ -254,7 +254,7 @@ TEST_F(MoveFaultTest, ATemporaryFileThatWasMadeAlthoughNobodySaidSoIsRemovedWith
 
 /// A program that was killed has left it there.
 TEST_F(MoveFaultTest, AnOldTemporaryFileIsRemovedAndAFreshOneStays) {
-    for (const char* name : {"pickup/.quellbox-1.tmp", "pickup/.quellbox-2.tmp", "pickup/other.tmp"}) {
+    for (const char* name : {"pickup/.quellbox-1.part", "pickup/.quellbox-2.part", "pickup/other.part"}) {
         QFile file(Path(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("half");
@@ -263,7 +263,7 @@ TEST_F(MoveFaultTest, AnOldTemporaryFileIsRemovedAndAFreshOneStays) {
         file.setFileTime(QDateTime::currentDateTime().addDays(-days), QFileDevice::FileModificationTime);
     }
     EXPECT_TRUE(Copies());
-    EXPECT_EQ(NamesIn(Path("pickup")).join(QLatin1Char(' ')), Text(".quellbox-2.tmp a.EML other.tmp"));
+    EXPECT_EQ(NamesIn(Path("pickup")).join(QLatin1Char(' ')), Text(".quellbox-2.part a.EML other.part"));
 }
 
 /// Its two names may be one, by two paths.
