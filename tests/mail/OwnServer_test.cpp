@@ -113,7 +113,7 @@ TEST(OwnServer, IsMadeOnceForEachDescriptionAndStays) {
         EXPECT_NE(&OwnProfile(server), &first);
     }
     EXPECT_EQ(&OwnProfile(WithRating(RatingKeys::number)), &first);
-    EXPECT_EQ(first.ratings.at(0).name, "X-Junk");
+    EXPECT_EQ(first.ratings.at(0).name, QByteArray("X-Junk"));
 }
 
 TEST(OwnServer, IsMadeOnceForAllThreads) {

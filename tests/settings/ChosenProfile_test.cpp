@@ -17,7 +17,7 @@ TEST(ChosenProfile, OfADescribedServerIsAnotherOneWhenTheDescriptionChanges) {
     state.Own.rating = QStringLiteral("X-Junk");
     const ServerProfile* before = &ChosenProfile(state);
     EXPECT_EQ(before->key, QStringLiteral("own"));
-    EXPECT_EQ(before->ratings.at(0).name, "X-Junk");
+    EXPECT_EQ(before->ratings.at(0).name, QByteArray("X-Junk"));
     EXPECT_EQ(&ChosenProfile(state), before);
     state.Own.rating = QStringLiteral("X-Other");
     EXPECT_NE(&ChosenProfile(state), before);
