@@ -16,8 +16,8 @@ namespace {
 // So long a program waits while another one writes.
 constexpr int busyTimeoutMs = 3000;
 
-// No name of a file has it, on any system.
-constexpr QLatin1Char between('/');
+// No name of a message has it, on any system, also where it begins with a folder.
+constexpr QLatin1String between("//");
 
 // What is done with the rows of one action needs only the index; newer actions have higher numbers. "folded" is what a
 // search looks through, because SQLite knows upper and lower case of ASCII only.

@@ -2,6 +2,8 @@
 
 #include "mail/OwnServer.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 namespace quellbox {
@@ -41,6 +43,17 @@ TEST(OutgoingMessage, ThoseToWhomAmavisBlockedItComeFirst) {
     EXPECT_EQ(envelope.recipients, QByteArrayList{"c@example.net"});
 }
 
+TEST(OutgoingMessage, OutOfAMaildirAMessageGoesToWhomItWasSent) {
+    QFile file(QStringLiteral(QUELLBOX_TEST_DATA "/servers/maildir.eml"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray message = file.readAll();
+    const ServerProfile& profile = ProfileOf(QStringLiteral("maildir"));
+    const Envelope envelope = EnvelopeOf(message, profile);
+    EXPECT_EQ(envelope.sender, "bounce@shop.example");
+    EXPECT_EQ(envelope.recipients, QByteArrayList{"jo@corp.example"});
+    EXPECT_TRUE(WithoutServerFields(message, profile).startsWith("Received: from mail.shop.example"));
+}
+
 TEST(OutgoingMessage, OfNestedDeliveriesTheLastOneCounts) {
     const Envelope envelope = EnvelopeIn("Return-Path: <a@example.org>\nDelivered-To: b@example.net\n"
                                          "Delivered-To: list@example.org\nReceived: from x\n\n",
@@ -75,7 +88,7 @@ TEST(OutgoingMessage, OfADescribedServerWhatBelongsToAMessageGoesOut) {
 }
 
 TEST(OutgoingMessage, WhatTheSenderWroteChoosesNoRecipient) {
-    for (const char* profile : {"imf", "exchange", "amavis", "rspamd", "spamassassin"}) {
+    for (const char* profile : {"imf", "exchange", "amavis", "rspamd", "spamassassin", "maildir"}) {
         const Envelope envelope =
             EnvelopeIn("Received: from x\nX-Sender: evil@example.org\nX-Receiver: evil@example.org\n"
                        "X-Envelope-From: evil@example.org\nX-Envelope-To: evil@example.org\n"
