@@ -44,19 +44,18 @@ ProfileDetection::Marks ProfileDetection::Read(const FolderReader& folder, const
 void ProfileDetection::Start() {
     looking_.emplace(
         pool_, 1, [&files = files_, archive = archive_](size_t) { return ProfileWithFoldersOf(files, archive); },
-        [this](size_t, const ServerProfile* profile) { byFolders_ = profile; }, [this](SeriesEnd) { List(); },
-        oneAtATime);
+        [this](size_t, std::optional<size_t> profile) { byFolders_ = profile ? &ServerProfiles()[*profile] : nullptr; },
+        [this](SeriesEnd) { List(); }, oneAtATime);
     looking_->Start();
 }
 
-/// Null where the archive has no such folders.
-const ServerProfile* ProfileDetection::ProfileWithFoldersOf(const FileSystem& files, const Folder& archive) {
-    for (const ServerProfile& profile : ServerProfiles()) {
-        if (!profile.places.folders.isEmpty() && HasFoldersOf(files, archive, profile.places)) {
-            return &profile;
-        }
-    }
-    return nullptr;
+/// The place of the profile; empty where the archive has no such folders.
+std::optional<size_t> ProfileDetection::ProfileWithFoldersOf(const FileSystem& files, const Folder& archive) {
+    const std::vector<ServerProfile>& all = ServerProfiles();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const ServerProfile& profile) {
+        return !profile.places.folders.isEmpty() && HasFoldersOf(files, archive, profile.places);
+    });
+    return found == all.end() ? std::nullopt : std::optional(static_cast<size_t>(found - all.begin()));
 }
 
 void ProfileDetection::List() {

@@ -30,7 +30,7 @@ public:
     void Start();
 
 private:
-    static const ServerProfile* ProfileWithFoldersOf(const FileSystem& files, const Folder& archive);
+    static std::optional<size_t> ProfileWithFoldersOf(const FileSystem& files, const Folder& archive);
     void List();
 
     /// What a message has.
@@ -47,7 +47,7 @@ private:
     WorkPool& pool_;
     const Folder archive_;
     std::function<void(Result)> done_;
-    std::optional<OrderedWork<const ServerProfile*>> looking_;
+    std::optional<OrderedWork<std::optional<size_t>>> looking_;
     const ServerProfile* byFolders_ = nullptr; // the archive has the folders of this one
     std::vector<int> marked_;                  // by profile
     Result result_;

@@ -36,14 +36,14 @@ bool KeepWhatFollows(std::vector<FileEntry>& files, const QString& lastAdded, co
         files.clear();
         return false;
     }
-    const bool wasTouched = asListed.name == lastAdded && last->status.modifiedNs > asListed.modifiedNs;
+    const bool wasTouched = isSame(asListed.name, lastAdded) && last->status.modifiedNs > asListed.modifiedNs;
     if (!wasTouched) {
         files.erase(files.begin(), last + 1);
         return true;
     }
     std::erase_if(files, [&](const FileEntry& file) {
         const auto place = std::tie(file.status.modifiedNs, file.name);
-        return file.name == lastAdded || place < std::tie(asListed.modifiedNs, asListed.name);
+        return isSame(file.name, lastAdded) || place < std::tie(asListed.modifiedNs, asListed.name);
     });
     return true;
 }

@@ -2,6 +2,7 @@
 
 #include "delivery/EnvelopeAddress.h"
 #include "delivery/OutgoingMessage.h"
+#include "delivery/SmtpText.h"
 #include "platform/TemporaryName.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,15 @@
 namespace quellbox {
 
 namespace {
+
+// What the server reads, or writes, at the top of such a file besides the envelope ("Pickup directory and Replay
+// directory" of Microsoft Learn, and files that it has exported).
+const QByteArrayList& FieldsOfReplay() {
+    static const QByteArrayList names{"x-sender",     "x-receiver",        "x-createdby",
+                                      "x-helodomain", "x-extendedprops",   "x-extendedmessageprops",
+                                      "x-source",     "x-sourceipaddress", "x-endofinjectedxheaders"};
+    return names;
+}
 
 constexpr char senderField[] = "X-Sender";
 constexpr char recipientField[] = "X-Receiver";
@@ -23,8 +33,7 @@ QByteArray EnvelopeLine(const char* field, const QByteArray& address) {
 
 /// Whether the server would take what the sender has written for a part of the envelope.
 bool GoesOnWithEnvelope(const QByteArray& message) {
-    return message.startsWith(' ') || message.startsWith('\t') ||
-           HasFieldOnTop(message, {QByteArray(senderField).toLower(), QByteArray(recipientField).toLower()});
+    return message.startsWith(' ') || message.startsWith('\t') || HasFieldOnTop(message, FieldsOfReplay());
 }
 
 /// Why a message cannot go into a replay directory, for the user; empty when it can.
@@ -39,7 +48,7 @@ QString ProblemForReplay(const OutgoingMessage& message) {
 /// Whether the file system has said why it has not done something, and not merely that something went wrong.
 bool IsAnswered(FileProblem problem) {
     return problem == FileProblem::Missing || problem == FileProblem::Exists || problem == FileProblem::NoRight ||
-           problem == FileProblem::NoRoom || problem == FileProblem::InUse;
+           problem == FileProblem::NoRoom;
 }
 
 } // namespace
@@ -63,7 +72,7 @@ QByteArray ReplayText(const OutgoingMessage& message) {
     for (const QByteArray& recipient : message.envelope.recipients) {
         text += EnvelopeLine(recipientField, recipient);
     }
-    return text + message.bytes;
+    return text + WithCrLf(message.bytes);
 }
 
 ReplayTransmitter::ReplayTransmitter(FileSystem& files, const Folder& folder) : files_(files), folder_(folder) {}

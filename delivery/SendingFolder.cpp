@@ -29,10 +29,20 @@ QString NewSendingName(const Folder& archive, const QString& name, const QDateTi
            (folder.isEmpty() ? folder : QLatin1Char('=') + folder) + QLatin1Char('~') + inFolder;
 }
 
+/// What other programs leave alone of a name: in a folder of the archive what follows a colon is theirs (see
+/// IsSameMessage()).
+QString LastingPart(const QString& name) {
+    const bool isInFolder = name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\'));
+    const qsizetype colon = isInFolder ? name.lastIndexOf(QLatin1Char(':')) : -1;
+    return colon < 0 ? name : name.left(colon);
+}
+
 /// The name with `text` before its ending.
 QString WithText(const QString& name, const QString& text) {
-    const qsizetype point = name.lastIndexOf(QLatin1Char('.'));
-    return point <= 0 ? name + text : name.left(point) + text + name.mid(point);
+    const QString lasting = LastingPart(name);
+    const qsizetype point = lasting.lastIndexOf(QLatin1Char('.'));
+    const qsizetype place = point <= 0 ? lasting.size() : point;
+    return name.left(place) + text + name.mid(place);
 }
 
 } // namespace
@@ -47,7 +57,7 @@ Folder SendingFolderOf(const Folder& archive) {
 
 std::optional<SendingName> ParseSendingName(const QString& name) {
     static const QRegularExpression pattern(
-        QStringLiteral("\\A([0-9]{8}-[0-9]{6}-[0-9]{3})-[0-9a-f]{6}(?:=([^~]+))?~(.+)\\z"),
+        QStringLiteral("\\A([0-9]{8}-[0-9]{6}-[0-9]{3})-[0-9a-f]{6}(?:=([^~./\\\\][^~/\\\\]*))?~(.+)\\z"),
         QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = pattern.match(name);
     if (!match.hasMatch()) {
@@ -70,8 +80,9 @@ QString UncertainName(const QString& name) {
 }
 
 bool IsUncertainName(const QString& name) {
-    const qsizetype point = name.lastIndexOf(QLatin1Char('.'));
-    return point > 0 && (name.left(point).contains(uncertainMark) || name.mid(point) == uncertainMark);
+    const QString lasting = LastingPart(name);
+    const qsizetype point = lasting.lastIndexOf(QLatin1Char('.'));
+    return point > 0 && (lasting.left(point).contains(uncertainMark) || lasting.mid(point) == uncertainMark);
 }
 
 SendingFolder::SendingFolder(FileSystem& files, const Folder& archive)

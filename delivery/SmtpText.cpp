@@ -24,21 +24,23 @@ bool ForEachSmtpLine(QByteArrayView rest, Take take) {
     return true;
 }
 
-} // namespace
+enum class Dots { AsTheyAre, Doubled };
 
-QByteArray SmtpText(const QByteArray& message) {
+/// The message with a CRLF behind each line, and one more dot where a line begins with one, if that is wanted.
+QByteArray AsLines(const QByteArray& message, Dots dots) {
     qsizetype lines = 0;
-    const bool isFit = ForEachSmtpLine(message, [&lines](QByteArrayView line, QByteArrayView lineEnd) {
+    const auto getsDot = [dots](QByteArrayView line) { return dots == Dots::Doubled && line.startsWith('.'); };
+    const bool isFit = ForEachSmtpLine(message, [&](QByteArrayView line, QByteArrayView lineEnd) {
         ++lines;
-        return lineEnd.size() == 2 && !line.startsWith('.');
+        return lineEnd.size() == 2 && !getsDot(line);
     });
     if (isFit && lines > 0) {
         return message;
     }
     QByteArray text;
     text.reserve(message.size() + message.size() / 32 + 2);
-    ForEachSmtpLine(message, [&text](QByteArrayView line, QByteArrayView) {
-        if (line.startsWith('.')) {
+    ForEachSmtpLine(message, [&](QByteArrayView line, QByteArrayView) {
+        if (getsDot(line)) {
             text += '.';
         }
         text.append(line);
@@ -46,6 +48,16 @@ QByteArray SmtpText(const QByteArray& message) {
         return true;
     });
     return text.isEmpty() ? QByteArrayLiteral("\r\n") : text;
+}
+
+} // namespace
+
+QByteArray SmtpText(const QByteArray& message) {
+    return AsLines(message, Dots::Doubled);
+}
+
+QByteArray WithCrLf(const QByteArray& message) {
+    return AsLines(message, Dots::AsTheyAre);
 }
 
 qint64 SmtpTextSize(const QByteArray& text) {

@@ -9,6 +9,9 @@ namespace quellbox {
 /// the end of a line and servers that do not would see different messages, which is how messages are smuggled in.
 QByteArray SmtpText(const QByteArray& message);
 
+/// The message with lines that end with CRLF; a CR or LF alone becomes that.
+QByteArray WithCrLf(const QByteArray& message);
+
 /// The size of such a text as servers count it: without the dots that were added (RFC 1870, section 5).
 qint64 SmtpTextSize(const QByteArray& text);
 

@@ -30,7 +30,7 @@ struct CleansingResult {
 
 /// Deletes the messages of an archive whose last modification lies outside a window of calendar days, many at once
 /// beside the thread of this object. Messages are the visible files named *.EML in any case, or as the places say, that
-/// were there at the start; their folder alone is touched. A failure never stops the run.
+/// were there at the start; nothing but their folders is touched. A failure never stops the run.
 ///
 /// What is deleted can be kept in a folder, which is made when the first message is to go there.
 class CleansingTask : public QObject {

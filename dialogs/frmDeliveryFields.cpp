@@ -6,6 +6,7 @@
 #include "ui_frmDeliveryFields.h"
 
 #include <QAbstractItemView>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -22,6 +23,13 @@ void Choose(QComboBox& box, const QString& key) {
 /// Assistive tools know the name of a box from its label, but not that of the list that it opens.
 void NameList(const QComboBox& box, const QLabel& label) {
     box.view()->setAccessibleName(label.text().remove(QLatin1Char('&')));
+}
+
+/// Whether a folder has the name that an Exchange server gives its pickup directory.
+bool IsCalledPickup(const QString& folder) {
+    static const QRegularExpression pattern(QStringLiteral(R"((\A|[/\\])pickup[/\\]*\z)"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(folder).hasMatch();
 }
 
 } // namespace
@@ -61,6 +69,7 @@ void DeliveryFields::ShowSettings(const AppState& state) {
 }
 
 void DeliveryFields::ShowPickup(const QString& folder) {
+    pickup_ = folder;
     ui_->lblReplay->setText(tr("The directory that is set as the pickup directory: %1").arg(CleanseForDisplay(folder)));
     DescribeWay();
 }
@@ -83,6 +92,11 @@ QWidget* DeliveryFields::IncompleteField() {
     if (way == QLatin1String(DeliveryKeys::command) &&
         !ParseDeliveryCommand(ui_->txtDeliveryCommand->text(), &problem)) {
         return Refuse(ui_->txtDeliveryCommand, problem);
+    }
+    if (way == QLatin1String(DeliveryKeys::replay) && IsCalledPickup(pickup_)) {
+        return Refuse(ui_->cboDelivery,
+                      tr("This is the Pickup directory of the server, which does not read the envelope "
+                         "in a file. Set the Replay directory beside it."));
     }
     if (way != QLatin1String(DeliveryKeys::smtp)) {
         return nullptr;

@@ -42,6 +42,7 @@ private:
     QWidget* Refuse(QWidget* field, const QString& why);
 
     std::unique_ptr<Ui::frmDeliveryFields> ui_;
+    QString pickup_;
 };
 
 } // namespace quellbox

@@ -16,8 +16,15 @@ namespace {
 // So long a program waits while another one writes.
 constexpr int busyTimeoutMs = 3000;
 
-// No name of a message has it, on any system, also where it begins with a folder.
+// No name of a message has two in a row, also where it begins with a folder. Such a text has one more in front: earlier
+// versions, which knew no folders, wrote only one between the names.
 constexpr QLatin1String between("//");
+constexpr QLatin1Char inFront('/');
+
+QStringList AnnouncedNames(const QString& text) {
+    return text.startsWith(inFront) ? text.mid(1).split(between, Qt::SkipEmptyParts)
+                                    : text.split(inFront, Qt::SkipEmptyParts);
+}
 
 // What is done with the rows of one action needs only the index; newer actions have higher numbers. "folded" is what a
 // search looks through, because SQLite knows upper and lower case of ASCII only.
@@ -215,7 +222,7 @@ qint64 JournalDatabase::AddAction(const HistoryActionFacts& facts, const QString
 void JournalDatabase::Announce(qint64 action, const QStringList& files) {
     QSqlQuery query = Prepared(QStringLiteral("INSERT INTO intent (action, files) VALUES (?, ?)"));
     query.addBindValue(action);
-    query.addBindValue(files.join(between));
+    query.addBindValue(inFront + files.join(between));
     Run(query);
 }
 
@@ -401,7 +408,7 @@ QStringList JournalDatabase::UnwrittenFiles(qint64 action) {
     Run(announced);
     QStringList files;
     while (announced.next()) {
-        files += announced.value(0).toString().split(between, Qt::SkipEmptyParts);
+        files += AnnouncedNames(announced.value(0).toString());
     }
     QSqlQuery written = Prepared(QStringLiteral("SELECT file FROM entry WHERE action = %1").arg(action));
     Run(written);

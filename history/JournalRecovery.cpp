@@ -47,10 +47,10 @@ QSet<QString> NamesBeingSent(const FileSystem& files, const Folder& archive) {
     return names;
 }
 
-/// What the archive holds, as far as the files of the action may be there: in itself, or in folders of it.
+/// What the archive holds, in itself and in those of its folders that the files of the action were in.
 QSet<QString> NamesInArchive(const FileSystem& files, const InterruptedAction& action) {
     const Folder archive = action.facts.archive;
-    QSet<QString> folders;
+    QSet<QString> folders{QString()};
     for (const QString& file : action.files) {
         folders.insert(file.chopped(NameInFolder(archive, file).size()));
     }

@@ -15,9 +15,9 @@ namespace {
 
 using Form = RatingForm;
 
-/// The beginnings are those of its default names, which have no ending unless they are packed.
+/// The beginnings are those of its default names, which have no ending of their own.
 std::vector<NamePattern> AmavisNames() {
-    std::vector<NamePattern> names{{{}, QStringLiteral(".eml")}, {{}, QStringLiteral(".gz")}};
+    std::vector<NamePattern> names{{{}, QStringLiteral(".eml")}, {{}, QStringLiteral(".eml.gz")}};
     for (const char* beginning : {"spam-", "virus-", "banned-", "badh-"}) {
         names.push_back({QLatin1String(beginning), {}});
     }
@@ -81,9 +81,8 @@ std::vector<ServerProfile> MakeProfiles() {
          .reasons = {"X-Spam-Status", "X-Spam-Report"},
          .marks = {"X-Spam-Status", "X-Spam-Score", "X-Spam-Level", "X-Spam-Report", "X-Spam-Checker-Version"},
          .added = {"X-Spam-", "X-Envelope-"}},
-        // qmail's maildir(5) and dot-qmail(5) for the folders and the envelope; the rating is that of any of the
-        // filters
-        // which deliver into one.
+        // qmail's maildir(5) and dot-qmail(5) for the folders and the envelope; the rating is that of whichever
+        // filter delivers into one.
         {.key = QStringLiteral("maildir"),
          .name = QT_TRANSLATE_NOOP("quellbox", "Maildir"),
          .ratings = {{"X-Spam-Status", Form::Number, "score="},

@@ -29,8 +29,7 @@ void RefuseRenamed(const Folder& archive, const QString& key) {
     if (NameInFolder(archive, key) != key) {
         throw FileError(archive.PathOf(key),
                         QCoreApplication::translate("quellbox", "The file is gone, or another program has renamed it. "
-                                                                "Refresh the list."),
-                        FileProblem::Missing);
+                                                                "Refresh the list."));
     }
 }
 

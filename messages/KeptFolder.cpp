@@ -1,8 +1,7 @@
 #include "messages/KeptFolder.h"
 
-#include "platform/MessagePlaces.h"
-
 #include "mail/DisplayText.h"
+#include "platform/MessagePlaces.h"
 
 #include <QCoreApplication>
 #include <QMutexLocker>

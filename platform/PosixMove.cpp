@@ -46,8 +46,8 @@ void RefuseChanged(const struct stat& before, const struct stat& after, const QS
 }
 
 /// Copies the file at `from` (links followed) to a new file beside `to`. Both are closed afterwards. Throws FileError.
-void MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, bool withPermissions,
-              Leftovers& leftovers) {
+void TryToMakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, bool withPermissions,
+                   Leftovers& leftovers) {
     struct stat before {};
     const Descriptor source(OpenRegular(from, before));
     copy.emplace(to, 0600, leftovers);
@@ -68,6 +68,23 @@ struct stat StatusOf(const QByteArray& bytes, int (*call)(const char*, struct st
         ThrowFileError(path, errno);
     }
     return status;
+}
+
+/// The copy and its status by name. The desktop's mount of a share has been seen to deny, on a computer that was very
+/// busy, that there is a file which it had just made; another copy is made then. Throws FileError.
+struct stat MakeCopy(std::optional<TemporaryFile>& copy, const QString& from, const QString& to, bool withPermissions,
+                     Leftovers& leftovers) {
+    for (bool isFirst = true;; isFirst = false) {
+        try {
+            TryToMakeCopy(copy, from, to, withPermissions, leftovers);
+            return StatusOf(copy->Path(), &::lstat, to);
+        } catch (const FileError& error) {
+            const bool isDenied = error.Problem() == FileProblem::Missing && error.Path() == to;
+            if (!isFirst || !isDenied || !IsPresent(FolderOf(SystemPath(to)))) {
+                throw;
+            }
+        }
+    }
 }
 
 /// Removes the source, unless it was written to since `before`. Throws FileError.
@@ -102,14 +119,15 @@ bool ConcernsTarget(int error) {
            error == EDQUOT;
 }
 
-void TryToMoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
+} // namespace
+
+void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
     const QByteArray source = SystemPath(from);
     const QByteArray target = SystemPath(to);
     // By name, as it is compared later: for an open file a share may report other values.
     const struct stat before = StatusOf(source, &::stat, from);
     std::optional<TemporaryFile> copy;
-    MakeCopy(copy, from, to, !memory.IsOnUsersShare(target), memory.Left());
-    const struct stat copied = StatusOf(copy->Path(), &::lstat, to);
+    const struct stat copied = MakeCopy(copy, from, to, !memory.IsOnUsersShare(target), memory.Left());
     const bool isOnUsersShare = IsUsersShare(ParseMountTable(MountTableText()), DeviceOf(copied));
     memory.SetOnUsersShare(target, isOnUsersShare);
     if (const int error = RenameNoReplace(copy->Path(), target, memory, copied); error != 0) {
@@ -127,22 +145,6 @@ void TryToMoveByCopy(const QString& from, const QString& to, FolderMemory& memor
             Withdraw(target, copied);
         }
         throw;
-    }
-}
-
-} // namespace
-
-// The desktop's mount of a share has been seen to deny, on a computer that was very busy, that there is a file which it
-// had just made. The source is untouched then.
-void MoveByCopy(const QString& from, const QString& to, FolderMemory& memory) {
-    try {
-        TryToMoveByCopy(from, to, memory);
-    } catch (const FileError& error) {
-        const bool mayBeThere = error.Problem() == FileProblem::Missing && error.Path() == to;
-        if (!mayBeThere || !IsPresent(FolderOf(SystemPath(to))) || !IsPresent(SystemPath(from))) {
-            throw;
-        }
-        TryToMoveByCopy(from, to, memory);
     }
 }
 

@@ -27,6 +27,22 @@ QString NamedAsAFile(const QString& folder) {
     return IsShareText(folder) && folder.endsWith(backslash) ? folder.chopped(1) : folder;
 }
 
+/// Reads a folder of a share by the place where that is mounted. Names that begin with a folder have a backslash behind
+/// it, which is no separator there.
+class ShareFolderReader : public FolderReader {
+public:
+    explicit ShareFolderReader(std::unique_ptr<FolderReader> reader) : reader_(std::move(reader)) {}
+
+    bool IsMountPoint() const override { return reader_->IsMountPoint(); }
+    std::optional<FileStatus> Status(const QString& name) const override { return reader_->Status(Local(name)); }
+    std::unique_ptr<InputFile> Open(const QString& name) const override { return reader_->Open(Local(name)); }
+
+private:
+    static QString Local(QString name) { return name.replace(backslash, QLatin1Char('/')); }
+
+    const std::unique_ptr<FolderReader> reader_;
+};
+
 } // namespace
 
 ShareFileSystem::ShareFileSystem(std::unique_ptr<FileSystem> files, const Volumes& volumes)
@@ -128,7 +144,8 @@ std::unique_ptr<InputFile> ShareFileSystem::Open(const QString& path) const {
 }
 
 std::unique_ptr<FolderReader> ShareFileSystem::ReadFolder(const QString& folder) const {
-    return files_->ReadFolder(FolderOrThrow(folder));
+    std::unique_ptr<FolderReader> reader = files_->ReadFolder(FolderOrThrow(folder));
+    return IsShareText(folder) ? std::make_unique<ShareFolderReader>(std::move(reader)) : std::move(reader);
 }
 
 void ShareFileSystem::PrepareMoves(const QString& folder) const {

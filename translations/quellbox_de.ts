@@ -1612,6 +1612,10 @@
         <source>The directory that is set as the pickup directory: %1</source>
         <translation>Das Verzeichnis, das als Pickup-Verzeichnis eingestellt ist: %1</translation>
     </message>
+    <message>
+        <source>This is the Pickup directory of the server, which does not read the envelope in a file. Set the Replay directory beside it.</source>
+        <translation>Das ist das Pickup-Verzeichnis des Servers, das den Umschlag in einer Datei nicht liest. Stellen Sie das Replay-Verzeichnis daneben ein.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::EntryCombo</name>

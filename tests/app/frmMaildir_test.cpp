@@ -1,10 +1,10 @@
-#include "history/frmHistory.h"
-#include "mail/ServerProfile.h"
+#include "tests/support/DialogVisit.h"
 #include "tests/support/RealFolderWindow.h"
 
 #include <QAction>
 #include <QDir>
 #include <QToolButton>
+#include <QTreeWidget>
 
 namespace quellbox {
 
@@ -104,7 +104,7 @@ TEST_F(MaildirWindow, TheNextRefreshFindsWhatCameSince) {
     QFile(Archive(u"cur/2.a.host"_s)).rename(Archive(u"new/2.a.host"_s)); // another program changes its mind
     Deliver(u"new/4.a.host"_s, 4);
     Do("mnuAcRefresh");
-    EXPECT_TRUE(Listed().contains(u"new/4.a.host"_s));
+    EXPECT_EQ(Listed(), (QStringList{u"new/1.a.host"_s, u"new/2.a.host"_s, u"new/4.a.host"_s}));
 }
 
 TEST_F(MaildirWindow, WhatAnotherProgramHasRenamedIsNotToldAsDeleted) {
@@ -113,7 +113,15 @@ TEST_F(MaildirWindow, WhatAnotherProgramHasRenamedIsNotToldAsDeleted) {
     Click(0);
     Do("mnuActionsDelete");
     EXPECT_EQ(Read(Archive(u"cur/1.a.host"_s)), Spam(1));
-    EXPECT_TRUE(Find<QToolButton>("btnFailures")->isVisible());
+    ASSERT_TRUE(Find<QToolButton>("btnFailures")->isVisible());
+    QString reason;
+    const DialogVisit visit("frmFailures", [&reason](QDialog& dialog) {
+        const auto* list = dialog.findChild<QTreeWidget*>(u"lvwFailures"_s);
+        reason = list != nullptr && list->topLevelItemCount() == 1 ? list->topLevelItem(0)->text(1) : QString();
+        dialog.reject();
+    });
+    Find<QToolButton>("btnFailures")->click();
+    EXPECT_TRUE(reason.contains(u"renamed"_s)) << reason.toStdString();
 }
 
 TEST_F(MaildirWindow, AFolderThatIsNoMaildirIsTold) {

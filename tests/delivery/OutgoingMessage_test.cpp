@@ -2,8 +2,6 @@
 
 #include "mail/OwnServer.h"
 
-#include <QFile>
-
 #include <gtest/gtest.h>
 
 namespace quellbox {
@@ -44,9 +42,9 @@ TEST(OutgoingMessage, ThoseToWhomAmavisBlockedItComeFirst) {
 }
 
 TEST(OutgoingMessage, OutOfAMaildirAMessageGoesToWhomItWasSent) {
-    QFile file(QStringLiteral(QUELLBOX_TEST_DATA "/servers/maildir.eml"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray message = file.readAll();
+    const QByteArray message = "Return-Path: <bounce@shop.example>\nX-Original-To: jo@corp.example\n"
+                               "Delivered-To: junk-jo@corp.example\nX-Spam-Status: Yes, score=12.4\n"
+                               "Received: from mail.shop.example\nTo: jo@corp.example\n\nbody\n";
     const ServerProfile& profile = ProfileOf(QStringLiteral("maildir"));
     const Envelope envelope = EnvelopeOf(message, profile);
     EXPECT_EQ(envelope.sender, "bounce@shop.example");

@@ -13,7 +13,7 @@ namespace quellbox {
 
 namespace {
 
-const QByteArray own = "Received: from x\r\nSubject: s\r\n\r\nbody\n";
+const QByteArray own = "Received: from x\r\nSubject: s\r\n\r\nbody\r\n";
 const QByteArray blocked = "X-Envelope-From: <a@example.org>\r\nX-Envelope-To: <b@example.net>\r\n" + own;
 const QByteArray replayed = "X-Sender: <a@example.org>\r\nX-Receiver: <b@example.net>\r\n" + own;
 
@@ -150,8 +150,19 @@ DeliveryOutcome Transmit(FileSystem& files, const Folder& folder, const Outgoing
 TEST(ReplayTransmitter, TheEnvelopeStandsAboveTheMessage) {
     EXPECT_EQ(ReplayText({{"a@example.org", {"b@example.net", "c@example.net"}}, "Subject: s\n\nbody"}),
               "X-Sender: <a@example.org>\r\nX-Receiver: <b@example.net>\r\nX-Receiver: <c@example.net>\r\n"
-              "Subject: s\n\nbody");
+              "Subject: s\r\n\r\nbody\r\n");
     EXPECT_EQ(ReplayText({{{}, {"b@example.net"}}, own}), "X-Sender: <>\r\nX-Receiver: <b@example.net>\r\n" + own);
+}
+
+TEST(ReplayTransmitter, WhatTheServerWouldTakeForItsOwnIsRefused) {
+    MemoryFileSystem files;
+    const Folder replay(Text("/replay"));
+    files.AddFolder(replay);
+    for (const char* field : {"X-Sender", "x-receiver", "X-CreatedBy", "X-EndOfInjectedXHeaders"}) {
+        const OutgoingMessage message{{"a@example.org", {"b@example.net"}}, field + QByteArray(": <c@d.e>\r\n") + own};
+        EXPECT_EQ(Transmit(files, replay, message).fate, DeliveryFate::Failed) << field;
+    }
+    EXPECT_TRUE(files.Paths().isEmpty());
 }
 
 TEST(ReplayTransmitter, NamesAreThoseOfTheArchiveWhereAWindowsShareAllowsThem) {

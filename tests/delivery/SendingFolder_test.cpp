@@ -109,6 +109,10 @@ TEST(SendingName, HoldsWhenAndWhat) {
     ASSERT_TRUE(inFolder);
     EXPECT_EQ(inFolder->In(Text("/archive/")), Text("cur/1.a:2,S"));
     EXPECT_EQ(name->since, QDateTime(QDate(2026, 6, 15), QTime(12, 0, 0, 250), Qt::UTC));
+    for (const char* other :
+         {"20260615-120000-250-00af3c=..~x", "20260615-120000-250-00af3c=.hidden~x", "20260615-120000-250-00af3c=~x"}) {
+        EXPECT_FALSE(ParseSendingName(Text(other))) << "leads out of the archive: " << other;
+    }
     for (const char* other : {"", "a.EML", "20260615-120000-250-00af3c~", "20261315-120000-250-00af3c~a",
                               "20260615-120000-250-00AF3C~a", "x20260615-120000-250-00af3c~a"}) {
         EXPECT_FALSE(ParseSendingName(Text(other))) << other;
@@ -121,6 +125,11 @@ TEST(UncertainName, KeepsTheEndingAndIsMarkedOnce) {
     for (const char* name : {"a.uncertain.EML", "a.uncertain-2.EML", "noending.uncertain"}) {
         EXPECT_TRUE(IsUncertainName(Text(name))) << name;
         EXPECT_EQ(UncertainName(Text(name)), Text(name));
+    }
+    EXPECT_EQ(UncertainName(Text("cur/1.a.host:2,S")), Text("cur/1.a.uncertain.host:2,S"));
+    EXPECT_EQ(UncertainName(Text("cur/12345:2,S")), Text("cur/12345.uncertain:2,S"));
+    for (const char* name : {"cur/12345.uncertain:2,S", "new/12345.uncertain", "cur/1.uncertain.host:2,FS"}) {
+        EXPECT_TRUE(IsUncertainName(Text(name))) << name << ", whatever a mail program has added";
     }
     EXPECT_FALSE(IsUncertainName(Text("uncertain.EML")));
     EXPECT_FALSE(IsUncertainName(Text("a.EML")));

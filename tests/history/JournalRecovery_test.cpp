@@ -132,6 +132,19 @@ TEST_F(RecoveryTest, FindsMessagesInFoldersOfTheArchive) {
     EXPECT_EQ(Files({{}, {}, HistoryResult::Done}), QStringList({QStringLiteral("cur/2.a:2,S")}));
 }
 
+TEST_F(RecoveryTest, EndsAnActionOfWhichEverythingWasWritten) {
+    Open();
+    const auto record = journal_->Begin({HistoryAction::Delete, theArchive});
+    record->Announce({QStringLiteral("a")});
+    record->AwaitAnnounced();
+    record->Take(Handled(QStringLiteral("a")));
+    Close();
+    files_.Add(theArchive + QStringLiteral("another"), "whole");
+    EXPECT_EQ(Recover(), 1);
+    Close();
+    EXPECT_EQ(Recover(), 0) << "once";
+}
+
 TEST_F(RecoveryTest, LeavesForLaterWhatCannotBeLookedAt) {
     Interrupt({HistoryAction::Delete, QStringLiteral("/away/")});
     EXPECT_EQ(Recover(), 0);

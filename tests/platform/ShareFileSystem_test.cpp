@@ -61,6 +61,21 @@ protected:
     ShareFileSystem files_{std::unique_ptr<FileSystem>(local_), volumes_};
 };
 
+TEST_F(ShareFileSystemTest, ReadsWhatIsInFoldersOfAnArchiveOnAShare) {
+    local_->Add(Text("/mnt/mail/box/new/1.a"), "first", 7);
+    local_->AddFolder(Text("/mnt/mail/box"));
+    const Folder box = Text(R"(\\nas\mail\box)");
+    const MessagePlaces places{.folders = {Text("new"), Text("cur")}, .names = {{}}};
+    const std::vector<FolderEntry> entries = EntriesOf(files_, box, places);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, Text(R"(new\1.a)"));
+    const std::unique_ptr<FolderReader> reader = files_.ReadFolder(box);
+    EXPECT_EQ(reader->Status(entries[0].name), (FileStatus{5, 7}));
+    EXPECT_EQ(ReadWhole(*reader->Open(entries[0].name)), "first");
+    files_.Move(box.PathOf(entries[0].name), Text("/pickup/1.a"));
+    EXPECT_EQ(local_->Bytes(Text("/pickup/1.a")), "first");
+}
+
 TEST_F(ShareFileSystemTest, EveryCallReachesTheMountedFolder) {
     EXPECT_TRUE(files_.FolderExists(Text(R"(\\NAS\mail\spam\)")));
     EXPECT_TRUE(files_.FolderExists(Text(R"(\\nas\mail\spam)")));
