@@ -112,6 +112,18 @@ TEST_F(DeliveryOptions, TheReplayDirectoryIsTheOneThatIsSetAsThePickupDirectory)
     EXPECT_EQ(Way()->accessibleDescription(), QString());
 }
 
+TEST_F(DeliveryOptions, APickupDirectoryOfAnExchangeServerIsNotTakenForItsReplayDirectory) {
+    state.PickupDir = QStringLiteral("//mx/TransportRoles/PickUp/");
+    Open(6);
+    Choose("cboDelivery", "replay");
+    Ok();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(Trouble().contains(QStringLiteral("Replay directory"))) << Trouble().toStdString();
+    Choose("cboDelivery", "pickup");
+    Ok();
+    EXPECT_FALSE(dialog->isVisible());
+}
+
 TEST_F(DeliveryOptions, ACommandHasToNameTheRecipients) {
     state.DeliveryCommand = QStringLiteral("sendmail -i");
     Open(6);
