@@ -85,6 +85,11 @@ TEST_P(ServerWindowTest, ReleasesEachMessageOnItsWay) {
     EXPECT_TRUE(QDir(folder_.archive).entryList(QDir::Files).isEmpty());
 }
 
+// What has become of each message is looked for where they are; here it only must not hold up the window.
+TEST_P(ServerWindowTest, EndsUnblockingWhileTheServerIsKilled) {
+    Unblock(u"smtp"_s);
+}
+
 INSTANTIATE_TEST_SUITE_P(Chains, ServerWindowTest, testing::Values("amavis", "amavis_packed", "spamassassin", "rspamd"),
                          [](const auto& tested) { return std::string(tested.param); });
 

@@ -29,7 +29,7 @@ from servers import LOOPBACK, MAKERS, Keeper, make_folder
 CLONE_NEWNET = 0x40000000
 SIOCSIFFLAGS = 0x8914
 IFF_UP = 1
-PATIENCE = 90  # seconds until messages are where they have to be
+PATIENCE = 240  # seconds until messages are where they have to be, also on a computer that has other work
 REJECTED = 554  # what a milter's refusal becomes, RFC 5321, section 4.2.3
 # How blocked messages are released. Each of them goes one of these ways, in turn: those of the program, as its setting
 # "Delivery" has them, or those of this test where the program is left out.
@@ -38,10 +38,15 @@ WAYS_OF_PROGRAM, OWN_WAYS = [SMTP, COMMAND], [SMTPLIB, SENDMAIL]
 
 EXPECTATIONS = "expectations.json"  # what the program is to show and to do, in the test's folder
 
+# The chain whose server is killed, how many messages the program then releases at once, and when the server is killed:
+# as soon as that share of them has left the archive.
+KILLED_CHAIN, KILLED_COUNT, KILLED_AT = "spamassassin", 60, [0.2, 0.4, 0.6]
+
 # What a message is rated at least for why it is spam.
 LEAST_RATING = {messages.SPAM_GTUBE: 900, messages.SPAM_RULE: 8}
 
-COLUMNS = ["server", "way", "messages", "refused", "blocked", "listed", "released", "found whole", "nowhere", "wrong"]
+COLUMNS = ["server", "way", "messages", "refused", "blocked", "listed", "released", "found whole", "nowhere", "wrong",
+           "uncertain"]
 
 
 def leave_the_network():
@@ -78,9 +83,9 @@ def send(client, sender, recipients, data):
 class ChainTest:
     """One chain: its messages, and what has become of them."""
 
-    def __init__(self, chain, key, record, all_ways):
+    def __init__(self, chain, sent, record, all_ways):
         self.chain, self.record, self.all_ways = chain, record, all_ways
-        self.messages = messages.make_messages(chain.name, key)
+        self.messages = sent
         self.by_identity = {message.identity: message for message in self.messages}
         self.refused, self.released, self.errors, self.files = set(), set(), [], []
         self.listed = set()  # identities of what the program lists as it is
@@ -220,32 +225,144 @@ class ChainTest:
             if message.is_refused and message.identity in copies:
                 self.complain(f"{message.identity} was refused and delivered")
         ordinary = [message for message in self.messages if not message.is_spam]
-        rows = [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary)]]
+        rows = [[self.chain.name, "passes", len(ordinary), "", "", "", "", *self.judge(ordinary), ""]]
         in_folder = {file.identity for file in self.files}
         for way in self.all_ways:
             chosen = [message for message in self.messages if self.ways.get(message.identity) == way]
             counts = [len([message for message in chosen if message.identity in done])
                       for done in (self.refused, in_folder, self.listed, self.released)]
             rows.append([self.chain.name, way, len(chosen), *counts,
-                         *self.judge([message for message in chosen if not message.is_refused])])
+                         *self.judge([message for message in chosen if not message.is_refused]), ""])
         return rows
+
+
+class KillTest(ChainTest):
+    """Spam that the program releases by SMTP, all of it at once, while the server behind the filter is killed."""
+
+    def __init__(self, chain, key, record, number):
+        super().__init__(chain, messages.make_spam(f"{chain.name}.killed{number}", key, KILLED_COUNT), record, [SMTP])
+        self.uncertain = set()
+
+    def expectation(self):
+        # What may have been delivered is not released again.
+        expected = super().expectation()
+        for name, file in expected["files"].items():
+            file["way"] = "" if is_uncertain(name) else file["way"]
+        return expected
+
+    def wait_until_quiet(self):
+        """Until the server has delivered all that it has taken."""
+        deadline = time.monotonic() + PATIENCE
+        while self.chain.postfix.waiting() and time.monotonic() < deadline:
+            time.sleep(0.5)
+        if self.chain.postfix.waiting():
+            self.complain("the server still has messages in its queue")
+
+    def judge_each(self, when):
+        """Looks where each message is; returns how many were taken by the server. No message may be nowhere, and none
+        in two places, or there twice, without being marked."""
+        copies = self.copies()
+        self.files, errors = stored.read_blocked(self.chain)
+        self.errors += errors
+        sending = os.path.join(self.chain.archive, ".quellbox-sending")
+        if os.path.isdir(sending) and os.listdir(sending):
+            self.complain(f"{when}, {os.listdir(sending)} are still being sent")
+        places = collections.defaultdict(list)
+        for file in self.files:
+            places[file.identity].append(file)
+        taken = 0
+        for message in self.messages:
+            files, found = places[message.identity], copies.get(message.identity, [])
+            names = [file.name for file in files]
+            by_acceptance = collections.defaultdict(set)
+            for copy in found:
+                by_acceptance[stored.acceptance(copy)].add(copy.recipient)
+            marked = any(is_uncertain(name) for name in names)
+            faults = [error for copy in found for error in stored.copy_errors(copy, message, self.record)]
+            faults += [wrong for file in files if (wrong := stored.difference(file.data, message))]
+            faults += ["was not delivered to all" for people in by_acceptance.values()
+                       if people != set(message.recipients)]
+            if len(names) > 1 or len(by_acceptance) > 1 or (found and names and not marked):
+                faults.append(f"is there twice without being marked: {names}, taken {len(by_acceptance)} times")
+            if not found and not names:
+                faults.append("is lost")
+            for fault in faults:
+                self.complain(f"{when}, {message.identity} ({message.features}) {fault}")
+            taken += bool(found)
+            if marked:
+                self.uncertain.add(message.identity)
+        return taken
+
+    def run(self, program, place, server, keeper, share):
+        """Sends, has the program release, and kills the server when that share of the messages has left the archive.
+        Returns the server that was started instead, and the line of the table."""
+        self.send()
+        self.wait(is_released=False)
+        self.look_at_blocked()
+        blocked = len(self.files)
+        write_expectations(place, [self])
+        process = start_program(program, f"IsKilled/{self.chain.name}", place)
+        while len(self.visible_files()) > blocked * (1 - share) and process.poll() is None:
+            time.sleep(0.0005)
+        killed = server.kill()
+        self.errors += end_program(process, "IsKilled")[1]
+        server = self.chain.postfix.start(keeper)
+        server.wait_until_it_answers()
+        self.wait_until_quiet()
+        taken = self.judge_each("after the kill")
+        left = [file for file in self.files if not is_uncertain(file.name)]
+        delivered = [message for message in self.messages if message.identity in self.copies()]
+        print(f"{self.chain.name}: killed {dict(collections.Counter(killed))}; afterwards {taken} of {blocked} messages "
+              f"were in the Maildirs, {len(left)} in the archive as before, {len(self.uncertain)} marked there, of "
+              f"which {len(self.uncertain & {message.identity for message in delivered})} were delivered", flush=True)
+        if not left or taken == 0:
+            self.complain("the server was not killed in the middle")
+        else:
+            write_expectations(place, [self])
+            self.errors += end_program(start_program(program, f"IsKilled/{self.chain.name}", place), "IsKilled")[1]
+        self.wait_until_quiet()
+        taken_in_the_end = self.judge_each("in the end")
+        whole = taken_in_the_end + len(self.uncertain - {identity for identity in self.copies()})
+        row = [self.chain.name, f"smtp, killed at {share:.0%}", len(self.messages), "", blocked, "", taken, whole,
+               len(self.messages) - whole, len(self.errors), len(self.uncertain)]
+        for name in self.visible_files():
+            os.remove(os.path.join(self.chain.archive, name))
+        return server, row
+
+
+def is_uncertain(name):
+    return ".uncertain" in name
+
+
+def start_program(program, what, place):
+    """Starts some of the tests that drive the program."""
+    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": os.path.join(place, EXPECTATIONS),
+                   "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place,
+                   "XDG_CACHE_HOME": place}
+    return subprocess.Popen([program, f"--gtest_filter=*{what}*"], env=environment, stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, text=True, errors="replace")
+
+
+def end_program(process, what):
+    """Waits for these; returns their output and how they have ended."""
+    output = process.communicate()[0]
+    print(output)
+    return output, [f"the program's test {what} has ended with {process.returncode}"] if process.returncode else []
 
 
 def drive(program, what, place):
     """Runs some of the tests that drive the program; returns its output and how it has ended."""
-    environment = {**os.environ, "QUELLBOX_MAIL_EXPECTATIONS": os.path.join(place, EXPECTATIONS),
-                   "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC", "XDG_CONFIG_HOME": place, "XDG_DATA_HOME": place,
-                   "XDG_CACHE_HOME": place}
-    done = subprocess.run([program, f"--gtest_filter=*{what}*"], env=environment, stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, text=True, errors="replace", check=False)
-    print(done.stdout)
-    return done.stdout, [f"the program's test {what} has ended with {done.returncode}"] if done.returncode else []
+    return end_program(start_program(program, what, place), what)
+
+
+def write_expectations(place, tests):
+    with open(os.path.join(place, EXPECTATIONS), "w", encoding="utf-8") as file:
+        json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
 
 
 def list_by_program(program, tests, place):
     """Lets the program list each folder. Its test says how many rows were right; returns what went wrong."""
-    with open(os.path.join(place, EXPECTATIONS), "w", encoding="utf-8") as file:
-        json.dump({"chains": [test.expectation() for test in tests]}, file, indent=1)
+    write_expectations(place, tests)
     output, errors = drive(program, "Lists", place)
     listed = dict(re.findall(r"^listed: (\w+) (\d+)$", output, re.MULTILINE))
     for test in tests:
@@ -285,7 +402,7 @@ def run(place, keeper, servers, program):
         chains, starts = make(make_folder(os.path.join(place, name)))
         servers += [start(keeper) for start in starts]
         ways = WAYS_OF_PROGRAM if program else OWN_WAYS
-        tests += [ChainTest(chain, key, record, ways) for chain in chains]
+        tests += [ChainTest(chain, messages.make_messages(chain.name, key), record, ways) for chain in chains]
     for server in servers:
         server.wait_until_it_answers()
     with open(os.path.join(place, "sent.json"), "w", encoding="utf-8") as file:
@@ -313,6 +430,24 @@ def run(place, keeper, servers, program):
         unknown = set(stored.read_maildirs(test.chain.postfix)) - {one for other in tests for one in other.by_identity}
         if unknown:
             test.complain(f"there are messages in the Maildirs that nobody has sent: {sorted(unknown)}")
+        errors += test.errors
+    if program:
+        killed_rows, killed_errors = run_killed(place, keeper, servers, program, (key, record), tests)
+        rows += killed_rows
+        errors += killed_errors
+    return rows, errors
+
+
+def run_killed(place, keeper, servers, program, key_and_record, tests):
+    """The releases during which the server is killed; returns rows of the table and what went wrong."""
+    chain = next(test.chain for test in tests if test.chain.name == KILLED_CHAIN)
+    rows, errors = [], []
+    for number, share in enumerate(KILLED_AT):
+        test = KillTest(chain, *key_and_record, number)
+        server = next(server for server in servers if server.port == chain.port and server.name == "postfix")
+        fresh, row = test.run(program, place, server, keeper, share)
+        servers[servers.index(server)] = fresh
+        rows.append(row)
         errors += test.errors
     return rows, errors
 

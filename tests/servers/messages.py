@@ -1,6 +1,7 @@
 """The messages that are sent through each chain: the same bytes in every run, except for signatures and their key."""
 import base64
 import dataclasses
+import itertools
 import random
 
 import dkim
@@ -192,6 +193,12 @@ def make_message(number, chain, key):
     features = f"{body.__name__} {style}" + (" signed" if is_signed else "")
     return Message(identity, kind, features, envelope_sender(number), recipients, data, is_signed,
                    chain.startswith("rspamd") and kind == SPAM_GTUBE)
+
+
+def make_spam(chain, key, count):
+    """So many messages of one chain that the filter blocks."""
+    blocked = (number for number in itertools.count() if spam_kind(number, chain) != ORDINARY)
+    return [make_message(number, chain, key) for number in itertools.islice(blocked, count)]
 
 
 def make_messages(chain, key):

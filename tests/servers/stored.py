@@ -85,6 +85,8 @@ def read_blocked(chain):
     """All files in the directory of a chain, and what is wrong with them."""
     files, errors = [], []
     for name in sorted(os.listdir(chain.archive)):
+        if os.path.isdir(os.path.join(chain.archive, name)):
+            continue  # of the program, while it sends
         with open(os.path.join(chain.archive, name), "rb") as file:
             data = file.read()
         if chain.is_packed:
@@ -127,6 +129,12 @@ def read_maildirs(postfix):
             identity = (values(data, "message-id") or [""])[0].strip("<>")
             copies.setdefault(identity, []).append(Copy(f"{person}@{DOMAIN}", data))
     return copies
+
+
+def acceptance(copy):
+    """Under what the server that delivered a copy has taken the message: the name in its own Received field, which is
+    the topmost one. A server that was killed may deliver the same acceptance once more."""
+    return re.search(r"\sid\s+(\S+?);?\s", values(copy.data, "received")[0] + " ").group(1)
 
 
 def copy_errors(copy, message, record):
