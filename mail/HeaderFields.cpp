@@ -29,12 +29,26 @@ HeaderFields Failed(LoadError error) {
 // The order in which ServerProfile::wanted begins.
 enum ListedField : size_t { FieldTo, FieldFrom, FieldSubject, FieldReceived, firstRating };
 
+/// The rating from the first line of its field, if it stands there: filters fold long lists of their tests behind it,
+/// which cost more to decode than all the rest of a row. Empty where the whole field has to be looked at.
+QString RatingInFirstLine(const RatingField& field, QByteArrayView raw) {
+    raw = raw.trimmed();
+    const qsizetype fold = raw.indexOf('\n');
+    if (fold < 0 || field.form != RatingForm::Number)
+        return {};
+    const QByteArrayView line = raw.first(fold).trimmed();
+    const bool isPrintable = std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    return isPrintable && !line.contains("=?") ? RatingText(field, QString::fromLatin1(line)) : QString();
+}
+
 QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
     for (size_t rating = 0; rating < profile.ratings.size(); ++rating) {
         if (!scanner.Has(firstRating + rating))
             continue;
-        const QString value = DecodeHeaderValue(scanner.Value(firstRating + rating, bytes));
-        QString text = RatingText(profile.ratings[rating], value);
+        const QByteArrayView raw = scanner.Value(firstRating + rating, bytes);
+        QString text = RatingInFirstLine(profile.ratings[rating], raw);
+        if (text.isEmpty())
+            text = RatingText(profile.ratings[rating], DecodeHeaderValue(raw));
         if (profile.firstRatingDecides || !text.isEmpty())
             return text;
     }

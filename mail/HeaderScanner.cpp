@@ -52,7 +52,9 @@ bool IsOrdinaryName(QByteArrayView name) {
 qsizetype ColonOfField(QByteArrayView line, QByteArrayView lowerCasedName) {
     const auto isSame = [](char lower, char c) { return c == lower || (c >= 'A' && c <= 'Z' && (c | 0x20) == lower); };
     qsizetype colon = lowerCasedName.size();
-    if (line.size() <= colon || !std::equal(lowerCasedName.begin(), lowerCasedName.end(), line.begin(), isSame))
+    // Most lines have another length of the name, and are not compared at all.
+    if (line.size() <= colon || (line[colon] != ':' && line[colon] != ' ' && line[colon] != '\t') ||
+        !std::equal(lowerCasedName.begin(), lowerCasedName.end(), line.begin(), isSame))
         return -1;
     while (colon < line.size() && (line[colon] == ' ' || line[colon] == '\t'))
         ++colon;

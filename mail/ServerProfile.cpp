@@ -172,6 +172,21 @@ QByteArray PathAddress(QByteArray text) {
     return text.trimmed();
 }
 
+/// Whether a path has nothing that PathAddress() alone understands: quotes, backslashes, folds, a route, or bytes that
+/// are not printable.
+bool IsSimplePath(QByteArrayView path) {
+    return !path.startsWith("<@") && !path.startsWith("< ") &&
+           std::all_of(path.begin(), path.end(), [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+}
+
+/// The same as PathAddress(), for a simple path, and without a copy.
+QByteArrayView SimplePathAddress(QByteArrayView path) {
+    const bool hasBrackets = path.startsWith('<');
+    path = path.sliced(hasBrackets ? 1 : 0);
+    const qsizetype end = path.indexOf(hasBrackets ? '>' : ' ');
+    return (end < 0 ? path : path.first(end)).trimmed();
+}
+
 } // namespace
 
 WantedFields WantedOf(const ServerProfile& profile) {
@@ -222,6 +237,10 @@ QString RatingText(const RatingField& field, const QString& value) {
 QString AddressText(const AddressField& field, QByteArrayView raw) {
     if (field.form == AddressForm::Text) {
         return DecodeHeaderValue(raw);
+    }
+    raw = raw.trimmed();
+    if (IsSimplePath(raw)) { // which nearly every one is
+        return QString::fromLatin1(SimplePathAddress(raw));
     }
     const QByteArray address = PathAddress(Unfolded(raw));
     return CleanseForDisplay(DecodeUndeclared(address));

@@ -152,6 +152,19 @@ TEST(ServerProfile, ReadsPathsOfEveryForm) {
     EXPECT_EQ(Sender("rspamd", "Return-Path:\r\n <a@\r\n b.c>\r\n"), "a@ b.c");
 }
 
+TEST(ServerProfile, ReadsARatingOnWhicheverLineOfItsFieldItStands) {
+    for (const char* field :
+         {"Yes, score=12.5\n required=5", "Yes,\n score=12.5 required=5", "Yes,\n\tscore=12.5\n\ttests",
+          "Yes, score=\n 12.5", "Yes, score=12.5\r\n tests=\xE4", "\xE4, score=12.5\n tests",
+          "Yes,\tscore=12.5\r\n tests", "=?utf-8?q?Yes=2C_score=3D12=2E5?=\n tests", "=?utf-8?q?Yes=2C?=\n score=12.5",
+          "Yes, score=none\n score=12.5 score=12.5"}) {
+        const bool isNone = QByteArray(field).contains("none"); // the first place counts
+        EXPECT_EQ(Rating("spamassassin", QByteArray("X-Spam-Status: ") + field + "\n"), isNone ? "" : "12.5") << field;
+    }
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes, score=12\n .5\n"), "12") << "a fold is a blank";
+    EXPECT_EQ(Rating("spamassassin", "X-Spam-Status: Yes, score=12.\n 5\n"), "12");
+}
+
 TEST(ServerProfile, BelievesNoSenderThatTheSenderWrote) {
     const QByteArray received = "Received: from x by y; Mon, 2 Mar 2026 09:15:00 +0000\r\n";
     for (const auto& [key, field] :
