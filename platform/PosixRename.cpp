@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 
 namespace quellbox {
@@ -87,10 +89,43 @@ bool IsPresent(const QByteArray& path) {
     return error == 0 || error == EACCES || error == EPERM || error == EBUSY || error == ELOOP;
 }
 
+namespace {
+
+/// Calls `rename`, which returns an error or 0, and once more when a share denies that there is the file or its new
+/// folder: the desktop's mount has been seen to do so, on a computer that was very busy. What was done all the same
+/// cannot be done twice.
+template <class Rename>
+int RenameThoughDenied(const QByteArray& from, const QByteArray& to, Rename rename) {
+    constexpr auto pause = std::chrono::milliseconds(20);
+    const int error = rename();
+    struct stat present {};
+    if (error != ENOENT || ::lstat(from.constData(), &present) != 0 || !IsPresent(FolderOf(to))) {
+        return error;
+    }
+    std::this_thread::sleep_for(pause);
+    return rename();
+}
+
+/// Asks whether there is such a file before it renames, and renames over one that comes in between.
+int RenameIfFree(const QByteArray& from, const QByteArray& to) {
+    struct stat present {};
+    if (::lstat(to.constData(), &present) == 0) {
+        return EEXIST;
+    }
+    if (errno != ENOENT) {
+        return errno;
+    }
+    return ErrorUnlessInUse([&] { return ::rename(from.constData(), to.constData()); });
+}
+
+} // namespace
+
 int RenameAtomically([[maybe_unused]] const QByteArray& from, [[maybe_unused]] const QByteArray& to) {
 #ifdef RENAME_NOREPLACE
-    return ErrorUnlessInUse(
-        [&] { return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE); });
+    return RenameThoughDenied(from, to, [&] {
+        return ErrorUnlessInUse(
+            [&] { return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE); });
+    });
 #else
     return ENOSYS;
 #endif
@@ -112,14 +147,7 @@ int RenameByLink(const QByteArray& from, const QByteArray& to) {
 }
 
 int RenameChecked(const QByteArray& from, const QByteArray& to, const std::optional<struct stat>& before) {
-    struct stat present {};
-    if (::lstat(to.constData(), &present) == 0) {
-        return EEXIST;
-    }
-    if (errno != ENOENT) {
-        return errno;
-    }
-    const int error = ErrorUnlessInUse([&] { return ::rename(from.constData(), to.constData()); });
+    const int error = RenameThoughDenied(from, to, [&] { return RenameIfFree(from, to); });
     return error == 0 || HasArrived(from, to, before) ? 0 : error;
 }
 

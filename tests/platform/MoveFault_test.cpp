@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <functional>
 #include <unistd.h>
+#include <utility>
 
 namespace quellbox {
 
@@ -290,6 +291,42 @@ TEST_F(MoveFaultTest, ARenameWhoseAnswerWasLostHasMoved) {
         EXPECT_TRUE(failed_);
         EXPECT_EQ(ReadWhole(*files_, from_), "shorter");
     }
+}
+
+/// A busy share may deny for a moment what it has.
+TEST_F(MoveFaultTest, ARenameThatIsDeniedOnceIsDoneTheSecondTime) {
+    FailFirst("renameat2", ENOENT, false);
+    EXPECT_EQ(RenameAtomically(From(), To()), 0);
+    EXPECT_TRUE(failed_);
+    ExpectOnlyIn(to_);
+    FailFirst("rename", ENOENT, false);
+    EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), 0);
+    EXPECT_TRUE(failed_);
+    ExpectOnlyIn(to_);
+}
+
+TEST_F(MoveFaultTest, ACopyThatIsDeniedOnceIsMadeASecondTime) {
+    bool isDenied = false;
+    calls_.answer = [&isDenied](const SystemCall& call) {
+        const bool isStatusOfCopy = call.name == "lstat" && call.path.endsWith(".part");
+        return isStatusOfCopy && !std::exchange(isDenied, true) ? Answer{ENOENT} : Answer();
+    };
+    EXPECT_TRUE(Copies());
+    EXPECT_TRUE(isDenied);
+    ExpectOnlyIn(to_);
+}
+
+/// The second time it is looked again whether somebody else has taken the name.
+TEST_F(MoveFaultTest, ARenameThatIsDeniedNeverReplacesWhatHasComeSince) {
+    FailFirst("rename", ENOENT, false);
+    calls_.after = [this](const SystemCall& call) {
+        if (call.name == "rename") {
+            files_->WriteWhole(to_, "somebody else's");
+        }
+    };
+    EXPECT_EQ(RenameChecked(From(), To(), std::nullopt), EEXIST);
+    EXPECT_EQ(ReadWhole(*files_, to_), "somebody else's");
+    EXPECT_EQ(ReadWhole(*files_, from_), "message");
 }
 
 TEST_F(MoveFaultTest, AFailedRenameIsNoMoveWhereTheTargetIsAnotherFile) {
