@@ -6,8 +6,8 @@
 namespace quellbox {
 
 /// What the names of files begin and end with that are not whole, or not in their place yet. No mail server picks up
-/// such a file. The ending is not .tmp, under which Exchange keeps the files that it has begun to read ("Pickup directory
-/// and Replay directory" of Microsoft Learn).
+/// such a file. The ending is not .tmp, under which Exchange keeps the files that it has begun to read ("Pickup
+/// directory and Replay directory" of Microsoft Learn).
 constexpr char temporaryPrefix[] = ".quellbox-";
 constexpr char temporarySuffix[] = ".part";
 
