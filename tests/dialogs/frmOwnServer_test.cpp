@@ -225,8 +225,9 @@ TEST_F(OwnServerDialog, WhatAMessageSaysIsShortenedAndShownAsPlainText) {
               "X-Junk-Verdict: <b>" + QByteArray(500, 'x') + "%\r\nX-Mail-From: <a@b.c>\r\n\r\n");
     Open();
     Choose("percent");
-    EXPECT_EQ(Try(), "Message: m.eml\nSpam confidence: <b>" + std::string(117, 'x') +
-                         "...\nEnvelope sender: a@b.c\nRecipients: nothing");
+    const QString shortened = QStringLiteral("<b>") + QString(117, QLatin1Char('x')) + QStringLiteral("...");
+    EXPECT_EQ(Try(), "Message: m.eml\nSpam confidence: " + shortened.toStdString() +
+                         "\nEnvelope sender: a@b.c\nRecipients: nothing");
     EXPECT_EQ(Find<QLabel>("lblFound")->textFormat(), Qt::PlainText);
 }
 
