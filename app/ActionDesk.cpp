@@ -9,6 +9,7 @@
 #include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "delivery/ChosenDelivery.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
@@ -59,7 +60,7 @@ void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toler
                                   ChosenProfile(parts_.state).packing};
     const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
     const auto record =
-        parts_.journal.Begin({HistoryActionOf(action), folders.archive, delivery_.TargetOf(way),
+        parts_.journal.Begin({HistoryActionOf(action), folders.archive, TargetOf(way.get(), parts_.state),
                               kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
     parts_.jobs.Dispose(action, folders, RowsOf(parts_.list.SelectedRanges()), kept, record);
 }

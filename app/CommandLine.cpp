@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
-#include "app/Translation.h"
 #include "platform/Display.h"
+#include "settings/Translation.h"
 
 #include <QCoreApplication>
 #include <QLocale>

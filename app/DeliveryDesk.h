@@ -4,10 +4,10 @@
 #include "delivery/AwaitedPassword.h"
 #include "delivery/ReleaseWay.h"
 #include "delivery/Transmitter.h"
+#include "messages/FileFailure.h"
 #include "platform/OrderedWork.h"
 
 #include <QObject>
-#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -34,9 +34,6 @@ public:
     /// Who transmits a message that is in no archive; null as with NewWay().
     std::shared_ptr<Transmitter> NewTransmitter();
 
-    /// Where the messages of `way` go, for the history.
-    QString TargetOf(const std::shared_ptr<ReleaseWay>& way) const;
-
     /// The password that is kept is another one by now.
     void ForgetPassword() { password_ = nullptr; }
 
@@ -47,16 +44,15 @@ public:
     void BringBackLeftBehind(const RefreshResult& result);
 
 private:
-    std::unique_ptr<Transmitter> MakeTransmitter(Starter starter);
+    std::unique_ptr<Transmitter> NewTransmitterFor(Starter starter);
     std::shared_ptr<const AwaitedPassword> PasswordFor(Starter starter);
-    std::shared_ptr<const AwaitedPassword> AskForPassword();
-    void TellLeftBehind(const Folder& archive, const QStringList& names);
+    void TellInterrupted(const std::vector<FileFailure>& failures);
 
     WindowParts parts_;
     std::vector<std::weak_ptr<ReleaseWay>> ways_;
     std::shared_ptr<const AwaitedPassword> password_; // asked for once, and not by every refresh
     QString account_;                                 // whose it is
-    std::optional<OrderedWork<QStringList>> bringing_;
+    std::optional<OrderedWork<std::vector<FileFailure>>> bringing_;
 };
 
 } // namespace quellbox

@@ -8,6 +8,7 @@
 #include "app/MessageListView.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
+#include "delivery/ChosenDelivery.h"
 #include "history/Journal.h"
 #include "messages/FailureList.h"
 
@@ -48,9 +49,9 @@ void RefreshDesk::RefreshArchive(bool markNew) {
         return;
     }
     const std::shared_ptr<ReleaseWay> way = delivery_.NewWay(DeliveryDesk::Starter::Refresh);
-    parts_.jobs.Refresh(markNew, IsInBulkMode(),
-                        parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, delivery_.TargetOf(way)}),
-                        way);
+    parts_.jobs.Refresh(
+        markNew, IsInBulkMode(),
+        parts_.journal.Begin({HistoryAction::AutoTolerate, state.ArchiveDir, TargetOf(way.get(), state)}), way);
 }
 
 void RefreshDesk::RefreshCleansed(qint32 removed) {

@@ -1,10 +1,10 @@
 #include "app/CommandLine.h"
 #include "app/ContrastStyle.h"
-#include "app/Translation.h"
 #include "app/TrayIcon.h"
 #include "app/frmMain.h"
 #include "archive/ArchiveArgument.h"
 #include "platform/ShareFileSystem.h"
+#include "settings/Translation.h"
 #include "settings/frmMessageBox.h"
 
 #include <QApplication>

@@ -1526,6 +1526,10 @@
         <source>The file is gone, or another program has renamed it. Refresh the list.</source>
         <translation>Die Datei ist weg, oder ein anderes Programm hat sie umbenannt. Aktualisieren Sie die Liste.</translation>
     </message>
+    <message>
+        <source>No password for the mail server is kept. Enter it in the options, on the page &quot;Server&quot;.</source>
+        <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Mailserver“ ein.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1557,17 +1561,6 @@
     <message>
         <source>Raw message contents</source>
         <translation>Quelltext der Nachricht</translation>
-    </message>
-</context>
-<context>
-    <name>quellbox::DeliveryDesk</name>
-    <message>
-        <source>No password for the mail server is kept. Enter it in the options, on the page &quot;Server&quot;.</source>
-        <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Mailserver“ ein.</translation>
-    </message>
-    <message>
-        <source>The program ended while the message was being sent. It may have been delivered.</source>
-        <translation>Das Programm endete, während die Nachricht gesendet wurde. Sie kann zugestellt worden sein.</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Translation.h"
+#include "settings/Translation.h"
 
 #include <QApplication>
 #include <QTranslator>

@@ -1,4 +1,4 @@
-#include "app/Translation.h"
+#include "settings/Translation.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
