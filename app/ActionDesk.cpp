@@ -2,7 +2,6 @@
 
 #include "app/ContentsPane.h"
 #include "app/DeliveryDesk.h"
-#include "app/KeepDeleted.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
@@ -10,10 +9,12 @@
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "delivery/ChosenDelivery.h"
+#include "history/ActionNotes.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
+#include "messages/KeptFolder.h"
 #include "messages/frmFailures.h"
 #include "settings/ChosenProfile.h"
 #include "whitelist/WhitelistStore.h"
@@ -58,7 +59,8 @@ void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toler
         action == Action::remove ? nullptr : delivery_.NewWay(DeliveryDesk::Starter::User);
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way,
                                   ChosenProfile(parts_.state).packing};
-    const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
+    const std::shared_ptr<KeptFolder> kept =
+        action == Action::remove ? FolderToKeepIn(parts_.ports.files, parts_.state, parts_.ports.clock.Now()) : nullptr;
     const auto record =
         parts_.journal.Begin({HistoryActionOf(action), folders.archive, TargetOf(way.get(), parts_.state),
                               kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
@@ -77,7 +79,8 @@ void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
     }
     parts_.list.SortList();
     if (result.refused) {
-        TellRefusal(parts_, HistoryAction::Delete, *result.refused);
+        parts_.errors.Show(
+            NoteRefusal(parts_.journal, HistoryAction::Delete, parts_.state.ArchiveDir, *result.refused));
     }
 }
 
