@@ -5,7 +5,6 @@
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
-#include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "delivery/ChosenDelivery.h"
@@ -17,6 +16,7 @@
 #include "messages/KeptFolder.h"
 #include "messages/frmFailures.h"
 #include "settings/ChosenProfile.h"
+#include "whitelist/WhitelistNotes.h"
 #include "whitelist/WhitelistStore.h"
 #include "whitelist/frmTolerate.h"
 
@@ -167,7 +167,7 @@ void ActionDesk::OfferToTolerate(int row) {
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
-        added = NoteWhitelistChanges(parts_, before);
+        added = NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
     }
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
         ProcessSelectedMessages(Action::unblockTolerated, added);
@@ -186,7 +186,7 @@ void ActionDesk::MaintainWhitelist() {
     frmTolerate dialog(parts_.ports.store, parts_.state, above != nullptr ? above : &parts_.window);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
-    NoteWhitelistChanges(parts_, before);
+    NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
 }
 
 } // namespace quellbox
