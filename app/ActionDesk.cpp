@@ -2,20 +2,21 @@
 
 #include "app/ContentsPane.h"
 #include "app/DeliveryDesk.h"
-#include "app/KeepDeleted.h"
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
-#include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "delivery/ChosenDelivery.h"
+#include "history/ActionNotes.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
 #include "messages/FormatSize.h"
+#include "messages/KeptFolder.h"
 #include "messages/frmFailures.h"
 #include "settings/ChosenProfile.h"
+#include "whitelist/WhitelistNotes.h"
 #include "whitelist/WhitelistStore.h"
 #include "whitelist/frmTolerate.h"
 
@@ -58,7 +59,8 @@ void ActionDesk::ProcessSelectedMessages(qint16 action, const QStringList& toler
         action == Action::remove ? nullptr : delivery_.NewWay(DeliveryDesk::Starter::User);
     const DisposalFolders folders{parts_.state.ArchiveDir, parts_.state.PickupDir, way,
                                   ChosenProfile(parts_.state).packing};
-    const std::shared_ptr<KeptFolder> kept = action == Action::remove ? FolderToKeepIn(parts_) : nullptr;
+    const std::shared_ptr<KeptFolder> kept =
+        action == Action::remove ? FolderToKeepIn(parts_.ports.files, parts_.state, parts_.ports.clock.Now()) : nullptr;
     const auto record =
         parts_.journal.Begin({HistoryActionOf(action), folders.archive, TargetOf(way.get(), parts_.state),
                               kept ? QString(kept->Path()) : QString(), 0, toleratedNow.join(QLatin1Char('\n'))});
@@ -77,7 +79,8 @@ void ActionDesk::jobs_DisposalEnded(const DisposalResult& result) {
     }
     parts_.list.SortList();
     if (result.refused) {
-        TellRefusal(parts_, HistoryAction::Delete, *result.refused);
+        parts_.errors.Show(
+            NoteRefusal(parts_.journal, HistoryAction::Delete, parts_.state.ArchiveDir, *result.refused));
     }
 }
 
@@ -164,7 +167,7 @@ void ActionDesk::OfferToTolerate(int row) {
         dialog.SetSender(message.Tag());
         dialog.SetStatus(ShownText(message.Cell(ColumnFrom)));
         dialog.exec();
-        added = NoteWhitelistChanges(parts_, before);
+        added = NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
     }
     if (!parts_.jobs.IsClosed() && parts_.state.ToleranceResult == ToleranceWord::ok) {
         ProcessSelectedMessages(Action::unblockTolerated, added);
@@ -183,7 +186,7 @@ void ActionDesk::MaintainWhitelist() {
     frmTolerate dialog(parts_.ports.store, parts_.state, above != nullptr ? above : &parts_.window);
     dialog.SetMode(ToleranceWord::whitelist);
     dialog.exec();
-    NoteWhitelistChanges(parts_, before);
+    NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
 }
 
 } // namespace quellbox

@@ -4,7 +4,6 @@
 #include "app/ExportFile.h"
 #include "app/ListDesk.h"
 #include "app/RefreshDesk.h"
-#include "app/WhitelistNotes.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "history/HistoryTable.h"
@@ -17,6 +16,7 @@
 #include "settings/ChosenProfile.h"
 #include "settings/frmMessageBox.h"
 #include "whitelist/WhitelistMatcher.h"
+#include "whitelist/WhitelistNotes.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QApplication>
@@ -271,7 +271,7 @@ void HistoryDesk::StopTolerating(const HistoryActionFacts& facts, const QSet<QSt
     }
     if (entries != before) {
         [[maybe_unused]] const QStringList leftOut = SaveWhitelist(parts_.ports.store, entries);
-        NoteWhitelistChanges(parts_, before);
+        NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
     }
 }
 

@@ -1,16 +1,17 @@
 #include "app/ToolsDesk.h"
 
 #include "app/DeliveryDesk.h"
-#include "app/KeepDeleted.h"
 #include "app/RefreshDesk.h"
 #include "app/SetupDesk.h"
 #include "app/WindowJobs.h"
 #include "archive/RefreshTimer.h"
 #include "dialogs/PickupTest.h"
 #include "dialogs/frmCleansing.h"
+#include "history/ActionNotes.h"
 #include "history/Journal.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
+#include "messages/KeptFolder.h"
 #include "settings/DeliveryKeys.h"
 #include "settings/frmMessageBox.h"
 
@@ -90,7 +91,7 @@ void ToolsDesk::CleanseArchive() {
     }
     parts_.timer.Stop();
     state.LastAddedFile.clear();
-    const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(parts_);
+    const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(parts_.ports.files, state, parts_.ports.clock.Now());
     const auto record =
         parts_.journal.Begin({HistoryAction::Cleanse, archive, {}, kept ? QString(kept->Path()) : QString()});
     parts_.jobs.Cleanse(archive, state.CleansingDays, kept, record);
@@ -103,7 +104,8 @@ void ToolsDesk::jobs_CleansingEnded(const CleansingResult& result) {
         refresh_.RefreshCleansed(result.count);
     }
     if (!parts_.jobs.IsClosed() && result.refused) {
-        TellRefusal(parts_, HistoryAction::Cleanse, *result.refused);
+        parts_.errors.Show(
+            NoteRefusal(parts_.journal, HistoryAction::Cleanse, parts_.state.ArchiveDir, *result.refused));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "mail/DisplayText.h"
 #include "platform/MessagePlaces.h"
+#include "settings/AppState.h"
 
 #include <QCoreApplication>
 #include <QMutexLocker>
@@ -89,6 +90,13 @@ std::optional<FileFailure> KeptFolder::Refusal() const {
 bool KeptFolder::IsMade() const {
     const QMutexLocker lock(&mutex_);
     return state_ == State::Made;
+}
+
+std::shared_ptr<KeptFolder> FolderToKeepIn(FileSystem& files, const AppState& state, const QDateTime& now) {
+    if (state.KeepDeletedDays <= 0) {
+        return nullptr;
+    }
+    return std::make_shared<KeptFolder>(files, state.ArchiveDir, state.KeepDeletedDays, now);
 }
 
 QString TextOfRefusal(const Folder& archive, const FileFailure& refusal) {

@@ -7,9 +7,12 @@
 #include <QDateTime>
 #include <QMutex>
 
+#include <memory>
 #include <optional>
 
 namespace quellbox {
+
+struct AppState;
 
 /// What the name of a folder with deleted messages says of it.
 struct KeptFolderName {
@@ -71,6 +74,10 @@ private:
     State state_ = State::New;
     std::optional<FileError> error_;
 };
+
+/// Where the messages of the archive in the settings that are deleted now are to be kept; null where the user wants
+/// none to be kept. `files` has to outlive it.
+std::shared_ptr<KeptFolder> FolderToKeepIn(FileSystem& files, const AppState& state, const QDateTime& now);
 
 /// What the user reads when messages could not be deleted, because there is no folder to keep them in.
 QString TextOfRefusal(const Folder& archive, const FileFailure& refusal);

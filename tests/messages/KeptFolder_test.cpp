@@ -1,6 +1,7 @@
 #include "messages/KeptFolder.h"
 
 #include "platform/RuntimeError.h"
+#include "settings/AppState.h"
 #include "tests/support/CallGate.h"
 #include "tests/support/MemoryFileSystem.h"
 #include "tests/support/NativePath.h"
@@ -11,6 +12,7 @@
 #include <QSet>
 #include <QTimeZone>
 
+#include <array>
 #include <thread>
 #include <vector>
 
@@ -168,6 +170,21 @@ TEST_F(KeptFolderOnDisk, TheSecondActionFindsTheFolderAbove) {
     second.Make();
     EXPECT_TRUE(QDir(first.Path()).exists());
     EXPECT_TRUE(QDir(second.Path()).exists());
+}
+
+TEST_F(KeptFolderTest, TheSettingsSayForHowLongAndWhetherAtAll) {
+    AppState state;
+    state.ArchiveDir = archive_;
+    for (const qint16 days : std::array<qint16, 2>{-1, 0}) {
+        state.KeepDeletedDays = days;
+        EXPECT_EQ(FolderToKeepIn(files_, state, moment), nullptr) << days;
+    }
+    state.KeepDeletedDays = 7;
+    const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(files_, state, moment);
+    ASSERT_NE(kept, nullptr);
+    EXPECT_TRUE(kept->Path().Text().startsWith(KeptFoldersOf(archive_).Text())) << kept->Path().Text().toStdString();
+    EXPECT_EQ(ParseKeptFolderName(kept->Name()), (KeptFolderName{moment, 7}));
+    EXPECT_EQ(files_.CallCount(), 0);
 }
 
 TEST(TextOfRefusal, NamesArchiveAndReason) {

@@ -1,6 +1,5 @@
-#include "app/WhitelistNotes.h"
+#include "whitelist/WhitelistNotes.h"
 
-#include "app/WindowParts.h"
 #include "history/Journal.h"
 #include "whitelist/WhitelistStore.h"
 
@@ -16,21 +15,22 @@ QStringList Without(QStringList entries, const QStringList& others) {
     return entries;
 }
 
-void Note(const WindowParts& parts, HistoryAction action, const QStringList& entries) {
+void NoteEach(Journal& journal, const Folder& archive, HistoryAction action, const QStringList& entries) {
     for (const QString& entry : entries) {
         HistoryEntry noted;
         noted.detail = entry;
-        parts.journal.Note({action, parts.state.ArchiveDir}, noted);
+        journal.Note({action, archive}, noted);
     }
 }
 
 } // namespace
 
-QStringList NoteWhitelistChanges(const WindowParts& parts, const QStringList& before) {
-    const QStringList now = LoadWhitelist(parts.ports.store);
+QStringList NoteWhitelistChanges(Journal& journal, const SettingsStore& store, const Folder& archive,
+                                 const QStringList& before) {
+    const QStringList now = LoadWhitelist(store);
     QStringList added = Without(now, before);
-    Note(parts, HistoryAction::WhitelistRemove, Without(before, now));
-    Note(parts, HistoryAction::WhitelistAdd, added);
+    NoteEach(journal, archive, HistoryAction::WhitelistRemove, Without(before, now));
+    NoteEach(journal, archive, HistoryAction::WhitelistAdd, added);
     return added;
 }
 

@@ -1,0 +1,17 @@
+#include "history/ActionNotes.h"
+
+#include "history/Journal.h"
+#include "messages/KeptFolder.h"
+
+namespace quellbox {
+
+QString NoteRefusal(Journal& journal, HistoryAction action, const Folder& archive, const FileFailure& refusal) {
+    HistoryEntry entry;
+    entry.result = HistoryResult::Failed;
+    entry.reason = TextOfRefusal(archive, refusal);
+    journal.Note({action, archive}, entry);
+    LogFailures({refusal});
+    return entry.reason;
+}
+
+} // namespace quellbox

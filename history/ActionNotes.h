@@ -1,0 +1,15 @@
+#pragma once
+
+#include "history/HistoryTypes.h"
+#include "messages/FileFailure.h"
+#include "platform/FolderPath.h"
+
+namespace quellbox {
+
+class Journal;
+
+/// Writes into the history, and to the log, that an action has deleted nothing of an archive, because it could not have
+/// been kept. Returns what the user is to read.
+QString NoteRefusal(Journal& journal, HistoryAction action, const Folder& archive, const FileFailure& refusal);
+
+} // namespace quellbox
