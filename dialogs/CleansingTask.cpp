@@ -67,8 +67,7 @@ CleansingTask::Names CleansingTask::ReadNames(const FileSystem& files, const Fol
                                               const MessagePlaces& places) {
     Names found;
     try {
-        found.names = VisibleFileNames(files, archive, places);
-        found.names.removeIf([&places](const QString& name) { return !IsMessageName(places, name); });
+        found.names = CleansingNames(files, archive, places);
     } catch (const FileError& error) {
         found.failure = FileFailure(error);
     }

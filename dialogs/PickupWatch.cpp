@@ -25,8 +25,10 @@ PickupWatch::PickupWatch(const FileSystem& files, WorkPool& pool, const Clock& c
     timer_.callOnTimeout(this, &PickupWatch::Look);
 }
 
-void PickupWatch::Start(const QString& path, const QString& pickupDir, std::shared_ptr<ActionRecord> record) {
+void PickupWatch::Start(const QString& path, const QString& pickupDir, std::shared_ptr<ActionRecord> record,
+                        int patience) {
     Stop();
+    patience_ = patience;
     path_ = path;
     pickupDir_ = pickupDir;
     since_ = clock_.Now();
@@ -53,25 +55,29 @@ void PickupWatch::Look() {
 void PickupWatch::TakeLook(bool isTaken) {
     const qint64 seconds = since_.secsTo(clock_.Now());
     if (isTaken) {
-        End(std::nullopt, QCoreApplication::translate("quellbox",
-                                                      "The mail server has taken the test message after %n "
-                                                      "seconds.",
-                                                      nullptr, static_cast<int>(seconds)));
-    } else if (seconds >= patienceSeconds) {
-        End(FileFailure(path_, QCoreApplication::translate(
-                                   "quellbox",
-                                   "Nobody has taken the test message for %n seconds: no mail server looks "
-                                   "into this directory, or it refuses the message.",
-                                   nullptr, patienceSeconds)),
-            {});
+        End({true, QCoreApplication::translate("quellbox",
+                                               "The mail server has taken the test message after %n "
+                                               "seconds.",
+                                               nullptr, static_cast<int>(seconds))});
+    } else if (seconds >= patience_) {
+        End({false, QCoreApplication::translate("quellbox",
+                                                "Nobody has taken the test message for %n seconds: no mail server "
+                                                "looks into this directory, or it refuses the message.",
+                                                nullptr, patience_)});
     } else {
         timer_.start();
     }
 }
 
-void PickupWatch::End(const std::optional<FileFailure>& failure, const QString& detail) {
+void PickupWatch::End(const Outcome& outcome) {
     const std::shared_ptr<ActionRecord> record = std::exchange(record_, nullptr);
-    record->Take({MessageRow(QStringLiteral("quellbox.eml"), -1, 0, {}), failure, 0, detail, true});
+    const MessageRow message(QStringLiteral("quellbox.eml"), -1, 0, {});
+    if (outcome.isTaken) {
+        record->Take({message, std::nullopt, 0, outcome.text, true});
+    } else {
+        record->Take({message, FileFailure(path_, outcome.text), 0, {}, true});
+    }
+    Q_EMIT Ended(outcome);
 }
 
 } // namespace quellbox

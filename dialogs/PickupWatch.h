@@ -28,19 +28,29 @@ public:
     PickupWatch(const FileSystem& files, WorkPool& pool, const Clock& clock,
                 std::chrono::milliseconds pause = usualPause);
 
-    /// Begins with the file at `path`, which has just been written, in the pickup directory. What is found out goes
-    /// into `record`. An earlier watch ends.
-    void Start(const QString& path, const QString& pickupDir, std::shared_ptr<ActionRecord> record);
+    /// Begins with the file at `path`, which has just been written, in the pickup directory. What is found out after
+    /// `patience` seconds at most goes into `record`. An earlier watch ends.
+    void Start(const QString& path, const QString& pickupDir, std::shared_ptr<ActionRecord> record,
+               int patience = patienceSeconds);
 
     /// Ends it; nothing is written down then.
     void Stop();
 
     bool IsWatching() const { return record_ != nullptr; }
 
+    /// What was found out.
+    struct Outcome {
+        bool isTaken = false;
+        QString text; ///< the same in words
+    };
+
+Q_SIGNALS:
+    void Ended(const PickupWatch::Outcome& outcome);
+
 private:
     void Look();
     void TakeLook(bool isTaken);
-    void End(const std::optional<FileFailure>& failure, const QString& detail);
+    void End(const Outcome& outcome);
 
     const FileSystem& files_;
     WorkPool& pool_;
@@ -49,6 +59,7 @@ private:
     QString path_;
     QString pickupDir_;
     QDateTime since_;
+    int patience_ = patienceSeconds;
     std::shared_ptr<ActionRecord> record_;
     std::optional<OrderedWork<bool>> looking_;
 };

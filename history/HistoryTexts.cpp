@@ -68,6 +68,42 @@ QString NameOf(HistoryResult result) {
     return {};
 }
 
+QString KeyOf(HistoryAction action) {
+    switch (action) {
+    case HistoryAction::Unblock:
+        return QStringLiteral("unblock");
+    case HistoryAction::Delete:
+        return QStringLiteral("delete");
+    case HistoryAction::Tolerate:
+        return QStringLiteral("tolerate");
+    case HistoryAction::AutoTolerate:
+        return QStringLiteral("deliver-tolerated");
+    case HistoryAction::Cleanse:
+        return QStringLiteral("cleanse");
+    case HistoryAction::WhitelistAdd:
+        return QStringLiteral("whitelist-add");
+    case HistoryAction::WhitelistRemove:
+        return QStringLiteral("whitelist-remove");
+    case HistoryAction::PickupTest:
+        return QStringLiteral("pickup-test");
+    case HistoryAction::Undo:
+        return QStringLiteral("undo");
+    }
+    return {}; // of a later version
+}
+
+QString KeyOf(HistoryResult result) {
+    switch (result) {
+    case HistoryResult::Done:
+        return QStringLiteral("done");
+    case HistoryResult::Failed:
+        return QStringLiteral("failed");
+    case HistoryResult::Undone:
+        return QStringLiteral("undone");
+    }
+    return {};
+}
+
 const std::vector<HistoryAction>& HistoryActions() {
     static const std::vector<HistoryAction> all{
         HistoryAction::Unblock,         HistoryAction::Delete,     HistoryAction::Tolerate,

@@ -20,6 +20,10 @@ bool IsOfMessage(HistoryAction action);
 QString NameOf(HistoryAction action);
 QString NameOf(HistoryResult result);
 
+/// The same for programs: never changed, and never translated.
+QString KeyOf(HistoryAction action);
+QString KeyOf(HistoryResult result);
+
 /// All of them, in the order in which they are offered.
 const std::vector<HistoryAction>& HistoryActions();
 const std::vector<HistoryResult>& HistoryResults();

@@ -2,6 +2,8 @@
 
 #include "platform/FolderPath.h"
 
+#include <algorithm>
+
 namespace quellbox {
 
 namespace {
@@ -32,6 +34,26 @@ QStringList VisibleFileNames(const FileSystem& files, const QString& folder) {
 
 QStringList VisibleFileNames(const FileSystem& files, const Folder& archive, const MessagePlaces& places) {
     return VisibleNames(files, archive, EntriesOf(files, archive, places), EntryKind::File, &FileSystem::FileExists);
+}
+
+QStringList CleansingNames(const FileSystem& files, const Folder& archive, const MessagePlaces& places) {
+    QStringList names = VisibleFileNames(files, archive, places);
+    names.removeIf([&places](const QString& name) { return !IsMessageName(places, name); });
+    return names;
+}
+
+bool IsFileName(const QString& text) {
+    if (text.isEmpty() || text == QLatin1String(".") || text == QLatin1String("..")) {
+        return false;
+    }
+    // What begins with a drive, or names a stream of a file, has a colon.
+#ifdef _WIN32
+    constexpr QStringView refused(u"/\\:");
+#else
+    constexpr QStringView refused(u"/");
+#endif
+    return std::none_of(text.begin(), text.end(),
+                        [refused](QChar character) { return character.isNull() || refused.contains(character); });
 }
 
 QStringList FolderNames(const FileSystem& files, const QString& folder) {

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "archive/MessageReading.h"
+#include "console/Choices.h"
+#include "console/Session.h"
+
+#include <functional>
+#include <vector>
+
+namespace quellbox {
+
+/// Reads the messages of the archive that are wanted, in order of arrival, and hands over the row of each; false ends
+/// that. Rows of messages that cannot be read say why, and are handed over as far as they are wanted all the same.
+/// Throws UnreachableError when there is no such archive.
+void ForEachRow(Session& session, const MessageChoice& choice, const std::function<bool(const ReadRow& row)>& take);
+
+/// The same, all at once.
+std::vector<MessageRow> RowsOf(Session& session, const MessageChoice& choice);
+
+/// The rows of the messages with these names, in their order; of what is no file of the archive there is a failure.
+/// Throws UsageError for what cannot be a name, and UnreachableError.
+struct NamedRows {
+    std::vector<MessageRow> rows;
+    std::vector<FileFailure> failures;
+};
+NamedRows RowsOf(Session& session, const QStringList& names);
+
+/// Throws UnreachableError when there is no such archive.
+void RequireArchive(Session& session);
+
+/// Makes sure that a text can be the name of a message in the archive: a path is none. Throws UsageError.
+void RequireName(Session& session, const QString& name);
+
+} // namespace quellbox

@@ -1,0 +1,160 @@
+#include "archive/MessageReading.h"
+#include "console/ArchiveRows.h"
+#include "console/Aside.h"
+#include "console/Command.h"
+#include "console/TableWriter.h"
+#include "contents/StructureTree.h"
+#include "mail/MailMessage.h"
+#include "mail/PackedFile.h"
+#include "messages/ListTable.h"
+#include "settings/ChosenProfile.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace quellbox {
+
+namespace {
+
+/// Text of a message on a terminal, to which no character of it may give orders.
+QString Harmless(QString text) {
+    text.remove(QLatin1Char('\r'));
+    text.removeIf([](QChar character) {
+        const bool isBreak = character == QLatin1Char('\n') || character == QLatin1Char('\t');
+        const bool isDirection = (character >= QChar(0x202A) && character <= QChar(0x202E)) ||
+                                 (character >= QChar(0x2066) && character <= QChar(0x2069));
+        return !isBreak && (character.category() == QChar::Other_Control || isDirection);
+    });
+    return text;
+}
+
+QString WithLineEnd(const QString& text) {
+    return text.isEmpty() || text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n');
+}
+
+/// The texts of all parts, one after the other, each attachment as a line of its own.
+QString ReadableText(const MailMessage& message) {
+    QString text;
+    for (const MessagePart& part : message.Parts()) {
+        if (!part.attachment.isEmpty()) {
+            text += QCoreApplication::translate("quellbox", "[Attachment: %1]").arg(part.attachment) +
+                    QLatin1Char('\n');
+        } else {
+            text += WithLineEnd(part.text);
+        }
+    }
+    return Harmless(text);
+}
+
+QStringList Attachments(const MailMessage& message) {
+    QStringList names;
+    for (const MessagePart& part : message.Parts()) {
+        if (!part.attachment.isEmpty()) {
+            names.append(part.attachment);
+        }
+    }
+    return names;
+}
+
+void PrintReadable(OutputBuffer& output, const MailMessage& message) {
+    constexpr std::array<std::pair<const char*, const char*>, 5> fields{
+        {{"Date", "DATE"}, {"From", "FROM"}, {"To", "TO"}, {"Cc", "CC"}, {"Subject", "Subject"}}};
+    for (const auto& [name, property] : fields) {
+        const QString value = message.Property(QLatin1String(property));
+        if (!value.isEmpty()) {
+            output.Append(QLatin1String(name) + QStringLiteral(": ") +
+                          Harmless(value).replace(QLatin1Char('\n'), QLatin1Char(' ')) + QLatin1Char('\n'));
+        }
+    }
+    output.Append(QLatin1Char('\n') + ReadableText(message));
+}
+
+void AddNodes(TableWriter& table, const StructureTree& nodes, int level) {
+    for (const StructureNode& node : nodes) {
+        table.Add({QString::number(level), node.text});
+        AddNodes(table, node.children, level + 1);
+    }
+}
+
+void PrintNodes(OutputBuffer& output, const StructureTree& nodes, int level) {
+    for (const StructureNode& node : nodes) {
+        output.Append(QString(2 * level, QLatin1Char(' ')) + node.text + QLatin1Char('\n'));
+        PrintNodes(output, node.children, level + 1);
+    }
+}
+
+void PrintTree(Session& session, OutputForm form, const StructureTree& tree) {
+    if (form == OutputForm::Text) {
+        OutputBuffer output(session);
+        PrintNodes(output, tree, 0);
+        return;
+    }
+    TableWriter table(session, form, {{QStringLiteral("level"), QCoreApplication::translate("quellbox", "Level"), true},
+                                      {QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")}});
+    AddNodes(table, tree, 0);
+}
+
+void PrintRow(Session& session, OutputForm form, const MessageRow& row, const MailMessage& message) {
+    TableColumns columns = ListTableColumns(ChosenProfile(session.State()).RatesByNumber());
+    columns.push_back({QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")});
+    columns.push_back({QStringLiteral("attachments"), QCoreApplication::translate("quellbox", "Attachments")});
+    TableWriter table(session, form, columns);
+    table.Add(CellsOf(row) << ReadableText(message) << Attachments(message).join(QLatin1Char('\n')));
+}
+
+/// The one message that is named. Throws CommandError.
+MessageRow NamedMessage(Session& session, const QString& name) {
+    NamedRows named = RowsOf(session, QStringList(name));
+    if (named.rows.empty()) {
+        session.Tell(named.failures);
+        throw CommandError(ExitCode::SomeFailed, {});
+    }
+    return std::move(named.rows.front());
+}
+
+} // namespace
+
+void AddShowOptions(QCommandLineParser& parser) {
+    parser.addOptions({{QStringLiteral("raw"),
+                        QCoreApplication::translate("quellbox", "Print the bytes of the message as they are.")},
+                       {QStringLiteral("tree"),
+                        QCoreApplication::translate("quellbox", "Print the structure of the message.")}});
+}
+
+ExitCode RunShow(Session& session, const QCommandLineParser& parser) {
+    RequireArguments(parser, 1, 1);
+    const OutputForm form = ReadForm(parser);
+    const bool isRaw = parser.isSet(QStringLiteral("raw"));
+    const bool isTree = parser.isSet(QStringLiteral("tree"));
+    if (isRaw && (isTree || form != OutputForm::Text)) {
+        throw UsageError(
+            QCoreApplication::translate("quellbox", "--raw cannot be combined with --tree, --csv or --json."));
+    }
+    const MessageRow row = NamedMessage(session, parser.positionalArguments().first());
+    const ServerProfile& profile = ChosenProfile(session.State());
+    const QByteArray bytes = CallAside(session, [&files = session.Ports().files,
+                                                 path = session.Archive().PathOf(row.Key()), packing = profile.packing] {
+        return ReadWholeMessage(files, path, packing);
+    });
+    if (isRaw) {
+        OutputBuffer(session).Append(QByteArrayView(bytes));
+        return ExitCode::Done;
+    }
+    MailMessage message;
+    if (message.LoadBytes(bytes) != 0) {
+        throw CommandError(ExitCode::SomeFailed, row.Key() + QStringLiteral(": ") + message.LastErrorText());
+    }
+    if (isTree) {
+        PrintTree(session, form, BuildStructureTree(message, profile.reasons));
+    } else if (form == OutputForm::Text) {
+        OutputBuffer output(session);
+        PrintReadable(output, message);
+    } else {
+        PrintRow(session, form, row, message);
+    }
+    return ExitCode::Done;
+}
+
+} // namespace quellbox

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace quellbox {
+
+/// The arguments of a program without its own name, in the readable form of PathBytes.h: they may be names of files,
+/// whose bytes need not be those of any character set.
+QStringList ArgumentTexts(int argc, char** argv);
+
+/// The text of a name of a file as the standard input gives it, and the bytes in which the standard output gives it.
+QString NameFromBytes(const QByteArray& bytes);
+QByteArray BytesOfName(const QString& name);
+
+/// A line of the standard input without what ends lines here besides a line feed.
+QByteArray NameOfLine(const QByteArray& line);
+
+/// Makes the standard streams ready for bytes that are text in UTF-8: no line end is changed, and what is written to a
+/// reader who has gone is an error of the write, not the end of the program.
+void PrepareStreams();
+
+/// Whether somebody reads the standard error output on a terminal.
+bool IsErrorTerminal();
+
+/// The columns of the terminal to which the standard output goes; 0 for what is no terminal.
+int TerminalColumns();
+
+/// Writes to the standard output. Returns false when nobody reads it any more, or it cannot be written.
+bool WriteOutput(QByteArrayView bytes);
+
+/// Whether WriteOutput() has failed because its reader has gone, which is no error of the program.
+bool IsOutputClosed();
+
+/// Tells that the user wants the program to end: Ctrl+C, and what else asks a program without a window to end. A second
+/// time ends it at once. There is one object at most.
+class Interrupts : public QObject {
+    Q_OBJECT
+
+public:
+    Interrupts();
+    ~Interrupts() override;
+    Interrupts(const Interrupts&) = delete;
+    Interrupts& operator=(const Interrupts&) = delete;
+
+    /// Whether it was told, also before the event loop gets to the signal.
+    bool Came() const;
+
+Q_SIGNALS:
+    void Interrupted();
+
+private:
+    class Watch;
+
+    std::unique_ptr<Watch> watch_;
+};
+
+} // namespace quellbox
