@@ -11,13 +11,9 @@
 #include "history/frmHistory.h"
 #include "mail/DisplayText.h"
 #include "messages/FailureList.h"
-#include "messages/KeptFolder.h"
-#include "messages/Unblocking.h"
 #include "settings/ChosenProfile.h"
 #include "settings/frmMessageBox.h"
-#include "whitelist/WhitelistMatcher.h"
-#include "whitelist/WhitelistNotes.h"
-#include "whitelist/WhitelistStore.h"
+#include "whitelist/UndoneTolerance.h"
 
 #include <QApplication>
 #include <QDir>
@@ -26,53 +22,6 @@
 #include <utility>
 
 namespace quellbox {
-
-namespace {
-
-/// Where the messages of an action are now.
-QString PlaceOf(const HistoryActionFacts& facts) {
-    return facts.kept.isEmpty() ? facts.pickup : facts.kept;
-}
-
-/// The path that a message has there.
-QString PathNow(const HistoryActionFacts& facts, const QString& file) {
-    return facts.kept.isEmpty() ? Folder(facts.pickup).PathOf(PickupName(facts.archive, file))
-                                : KeptPath(facts.kept, file);
-}
-
-/// What the user reads, who has only put a message back.
-FileFailure Explain(const FileFailure& failure, const HistoryActionFacts& facts) {
-    if (failure.problem == FileProblem::Exists) {
-        return {failure.path, HistoryDesk::tr("The archive holds a message of this name already.")};
-    }
-    if (failure.problem != FileProblem::Missing || !failure.path.startsWith(PlaceOf(facts))) {
-        return failure;
-    }
-    return {failure.path, facts.kept.isEmpty()
-                              ? HistoryDesk::tr("The mail server has taken the message out of the pickup directory.")
-                              : HistoryDesk::tr("The message is not kept any more.")};
-}
-
-MessageRow RowOf(const HistoryEntry& entry) {
-    return {entry.file, entry.size, 0, {entry.to, entry.from, entry.subject, entry.rating, entry.sender}};
-}
-
-/// The lines that a filter lets through, so many at a time: the length of a question has a limit.
-std::vector<HistoryLine> AllLines(JournalDatabase& database, const HistoryFilter& filter) {
-    constexpr size_t step = 1000;
-    const HistoryIds ids = database.Find(filter);
-    std::vector<HistoryLine> lines;
-    lines.reserve(ids.size());
-    for (size_t first = 0; first < ids.size(); first += step) {
-        const auto begin = ids.begin() + static_cast<std::ptrdiff_t>(first);
-        const auto count = static_cast<std::ptrdiff_t>(std::min(step, ids.size() - first));
-        std::vector<HistoryLine> some = database.Lines(HistoryIds(begin, begin + count));
-        std::move(some.begin(), some.end(), std::back_inserter(lines));
-    }
-    return lines;
-}
-
-} // namespace
 
 HistoryDesk::HistoryDesk(const WindowParts& parts, ListDesk& list, RefreshDesk& refresh, ExportDesk& exporting)
     : parts_(parts), list_(list), refresh_(refresh), exporting_(exporting),
@@ -142,17 +91,16 @@ void HistoryDesk::TellUndoable() {
 // What is the latest action is asked when all that was done before the key was pressed is written down.
 void HistoryDesk::mnuEditUndo_Click() {
     const auto find = [archive = QString(parts_.state.ArchiveDir)](JournalDatabase& database) {
-        const std::optional<qint64> latest = database.LatestToUndo(archive);
-        return latest ? database.ItemsToUndo(*latest) : std::vector<UndoItem>();
+        return LatestItemsToUndo(database, archive);
     };
     parts_.journal.AskFor(Journal::Question::ReadsAll, this, find,
-                          [this](const std::vector<UndoItem>& items) { Undo(items); });
+                          [this](std::vector<UndoItem> items) { Undo(std::move(items)); });
 }
 
 void HistoryDesk::UndoEntries(const HistoryIds& entries) {
     const auto find = [entries](JournalDatabase& database) { return database.ItemsToUndo(entries); };
     parts_.journal.AskFor(Journal::Question::ReadsAll, this, find,
-                          [this](const std::vector<UndoItem>& items) { Undo(items); });
+                          [this](std::vector<UndoItem> items) { Undo(std::move(items)); });
 }
 
 void HistoryDesk::Export(const HistoryFilter& filter) {
@@ -162,7 +110,7 @@ void HistoryDesk::Export(const HistoryFilter& filter) {
     if (file.isEmpty()) {
         return;
     }
-    const auto read = [filter](JournalDatabase& database) { return AllLines(database, filter); };
+    const auto read = [filter](JournalDatabase& database) { return LinesOf(database, filter); };
     parts_.journal.AskFor(Journal::Question::Reads, this, read, [this, file](std::vector<HistoryLine> lines) {
         parts_.errors.Guard([&] { WriteLines(file, std::move(lines)); });
     });
@@ -184,18 +132,12 @@ void HistoryDesk::WriteLines(const QString& file, std::vector<HistoryLine> lines
 }
 
 // One action after the other, so that each has a record of its own. What the user has begun since goes first.
-void HistoryDesk::Undo(const std::vector<UndoItem>& items) {
+void HistoryDesk::Undo(std::vector<UndoItem> items) {
     const bool isElsewhere = QApplication::activeModalWidget() != nullptr;
     if (items.empty() || isUndoing_ || isElsewhere || !parts_.jobs.MakeWay()) {
         return;
     }
-    for (const UndoItem& item : items) {
-        const bool isNew = left_.empty() || left_.back().items.front().action != item.action;
-        if (isNew) {
-            left_.push_back({item.facts, {}});
-        }
-        left_.back().items.push_back(item);
-    }
+    left_ = DivideByAction(std::move(items));
     isUndoing_ = true;
     mustRefresh_ = false;
     failures_.clear();
@@ -203,75 +145,32 @@ void HistoryDesk::Undo(const std::vector<UndoItem>& items) {
 }
 
 void HistoryDesk::UndoNext() {
-    const Part& part = left_.front();
-    const Folder archive(part.facts.archive);
-    std::vector<PutBack> files;
-    files.reserve(part.items.size());
-    for (const UndoItem& item : part.items) {
-        files.push_back(
-            {PathNow(part.facts, item.entry.file), archive.PathOf(item.entry.file), RowOf(item.entry), item.id});
-    }
-    QStringList emptied;
-    if (!part.facts.kept.isEmpty()) {
-        emptied << part.facts.kept << KeptFoldersOf(archive);
-    }
-    const qint64 action = part.items.front().action;
+    const UndoPart& part = left_.front();
     parts_.timer.Stop();
-    parts_.jobs.PutFilesBack(
-        std::move(files), emptied,
-        parts_.journal.Begin({HistoryAction::Undo, part.facts.archive, part.facts.pickup, part.facts.kept, action}));
+    parts_.jobs.PutFilesBack(FilesToPutBack(part), FoldersEmptiedBy(part), parts_.journal.Begin(SubjectOfUndo(part)));
 }
 
 void HistoryDesk::jobs_PutBackEnded(const PutBackResult& result) {
     if (!isUndoing_) {
         return;
     }
-    TakeFates(left_.front(), result);
-    const bool wasWhole = std::all_of(result.fates.begin(), result.fates.end(),
-                                      [](const PutBackFate& fate) { return fate.isDone || fate.failure; });
+    const UndoOutcome outcome = OutcomeOf(left_.front(), result);
+    TakeOutcome(left_.front().facts, outcome);
     left_.pop_front();
-    if (left_.empty() || !wasWhole || parts_.jobs.IsClosed()) {
+    if (left_.empty() || !outcome.isWhole || parts_.jobs.IsClosed()) {
         EndUndo();
     } else {
         UndoNext();
     }
 }
 
-void HistoryDesk::TakeFates(const Part& part, const PutBackResult& result) {
-    QSet<QString> senders;
-    for (size_t item = 0; item < result.fates.size(); ++item) {
-        const PutBackFate& fate = result.fates[item];
-        if (fate.failure) {
-            failures_.push_back(Explain(*fate.failure, part.facts));
-        } else if (fate.isDone) {
-            senders.insert(part.items[item].entry.sender.toLower());
-        }
-    }
-    mustRefresh_ = mustRefresh_ || parts_.state.ArchiveDir == part.facts.archive;
-    if (!senders.isEmpty()) {
-        parts_.errors.Guard([&] { StopTolerating(part.facts, senders); });
-    }
-}
-
-// Left on the whitelist, a sender would be tolerated again by the next refresh. What the user has added goes as it
-// came; of what a refresh has tolerated, whatever had matched.
-void HistoryDesk::StopTolerating(const HistoryActionFacts& facts, const QSet<QString>& senders) {
-    const QStringList added = facts.detail.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    const auto matches = [&senders](const QString& entry) {
-        const WhitelistMatcher matcher{QStringList(entry)};
-        return std::any_of(senders.begin(), senders.end(),
-                           [&matcher](const QString& sender) { return matcher.TolerableSender(sender); });
-    };
-    const QStringList before = LoadWhitelist(parts_.ports.store);
-    QStringList entries = before;
-    if (facts.action == HistoryAction::Tolerate) {
-        entries.removeIf([&added](const QString& entry) { return added.contains(entry); });
-    } else if (facts.action == HistoryAction::AutoTolerate) {
-        entries.removeIf(matches);
-    }
-    if (entries != before) {
-        [[maybe_unused]] const QStringList leftOut = SaveWhitelist(parts_.ports.store, entries);
-        NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
+void HistoryDesk::TakeOutcome(const HistoryActionFacts& facts, const UndoOutcome& outcome) {
+    failures_.insert(failures_.end(), outcome.failures.begin(), outcome.failures.end());
+    mustRefresh_ = mustRefresh_ || parts_.state.ArchiveDir == facts.archive;
+    if (!outcome.senders.isEmpty()) {
+        parts_.errors.Guard([&] {
+            StopTolerating(parts_.ports.store, parts_.journal, parts_.state.ArchiveDir, facts, outcome.senders);
+        });
     }
 }
 

@@ -4,11 +4,10 @@
 #include "history/HistoryTypes.h"
 #include "history/JournalDatabase.h"
 #include "history/JournalRecovery.h"
-#include "messages/PutBackTask.h"
+#include "history/UndoPlan.h"
 
 #include <QDate>
 #include <QObject>
-#include <QSet>
 
 #include <deque>
 #include <memory>
@@ -38,21 +37,14 @@ public:
     void Close();
 
 private:
-    /// What is taken back of one action.
-    struct Part {
-        HistoryActionFacts facts;
-        std::vector<UndoItem> items;
-    };
-
     void TellTrouble(const QString& text);
     void UndoEntries(const HistoryIds& entries);
     void Export(const HistoryFilter& filter);
     void WriteLines(const QString& file, std::vector<HistoryLine> lines);
-    void Undo(const std::vector<UndoItem>& items);
+    void Undo(std::vector<UndoItem> items);
     void UndoNext();
     void jobs_PutBackEnded(const PutBackResult& result);
-    void TakeFates(const Part& part, const PutBackResult& result);
-    void StopTolerating(const HistoryActionFacts& facts, const QSet<QString>& senders);
+    void TakeOutcome(const HistoryActionFacts& facts, const UndoOutcome& outcome);
     void MaintainDaily();
     void EndUndo();
     void TellUndoable();
@@ -63,8 +55,8 @@ private:
     ExportDesk& exporting_;
     JournalRecovery recovery_;
     std::unique_ptr<frmHistory> window_;
-    bool isUndoable_ = false; // the latest action
-    std::deque<Part> left_;   // to be taken back; the first of them is under way
+    bool isUndoable_ = false;   // the latest action
+    std::deque<UndoPart> left_; // to be taken back; the first of them is under way
     std::vector<FileFailure> failures_;
     QDate maintained_; // forgot what is old, and completed what a program that ended has left open
     bool isUndoing_ = false;

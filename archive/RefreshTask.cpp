@@ -134,26 +134,8 @@ void RefreshTask::TakeListing(Listing listing) {
 
 /// Ends the refresh when there is nothing to list; the answer is then true.
 bool RefreshTask::RefuseListing(const Listing& listing) {
-    if (!listing.exists) {
-        End(RefreshOutcome::ArchiveMissing,
-            QCoreApplication::translate("quellbox", "Archive %1 not found").arg(archive_.Text().toUpper()));
-        return true;
-    }
-    if (listing.isUnanswered) {
-        End(RefreshOutcome::Unreadable,
-            QCoreApplication::translate("quellbox", "The server of the archive does not answer: %1")
-                .arg(listing.error));
-        return true;
-    }
-    if (!listing.error.isEmpty()) {
-        End(RefreshOutcome::Unreadable,
-            QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(listing.error));
-        return true;
-    }
-    if (IsNoLongerMounted(listing)) {
-        End(RefreshOutcome::Unreadable,
-            QCoreApplication::translate("quellbox", "The share of the archive is not mounted any more: %1")
-                .arg(archive_.Text()));
+    if (const std::optional<ListingRefusal> refusal = check_.Refusal(archive_, listing)) {
+        End(refusal->isMissing ? RefreshOutcome::ArchiveMissing : RefreshOutcome::Unreadable, refusal->reason);
         return true;
     }
     if (listing.files.size() >= std::numeric_limits<qint16>::max()) {
@@ -165,14 +147,6 @@ bool RefreshTask::RefuseListing(const Listing& listing) {
         return true;
     }
     return false;
-}
-
-// Where a share was mounted, there is an empty folder when it no longer is. That must not pass for an empty archive.
-bool RefreshTask::IsNoLongerMounted(const Listing& listing) {
-    if (listing.isMountPoint) {
-        mounted_ = archive_;
-    }
-    return !listing.isMountPoint && mounted_ == archive_;
 }
 
 // What is to be read again comes first.
@@ -235,8 +209,7 @@ void RefreshTask::ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const 
 
 void RefreshTask::EndReading(SeriesEnd how) {
     if (how == SeriesEnd::Failed) {
-        End(RefreshOutcome::Unreadable,
-            QCoreApplication::translate("quellbox", "Archive cannot be read: %1").arg(TextOf(reading_->Failure())));
+        End(RefreshOutcome::Unreadable, UnreadableArchive(TextOf(reading_->Failure())));
         return;
     }
     End(how == SeriesEnd::Completed ? RefreshOutcome::Completed : RefreshOutcome::Cancelled);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/ListingRefusal.h"
 #include "archive/MessageReading.h"
 #include "messages/ActionRecord.h"
 #include "messages/FileFailure.h"
@@ -103,7 +104,6 @@ private:
 
     void TakeListing(Listing listing);
     bool RefuseListing(const Listing& listing);
-    bool IsNoLongerMounted(const Listing& listing);
     std::vector<FileEntry> FilesToRead(std::vector<FileEntry> files);
     std::vector<FileEntry> FilesToReadAgain(const std::vector<FileEntry>& files);
     void ReadFiles(std::vector<FileEntry> files, std::shared_ptr<const FolderReader> folder);
@@ -125,8 +125,8 @@ private:
     std::shared_ptr<ActionRecord> record_;
     std::shared_ptr<ReleaseWay> way_;
     std::map<QString, Failed> failed_; // by file name
-    Folder mounted_;                   // the archive, if something was mounted there when it was listed
-    Folder archive_;                   // as it was when the refresh began
+    ListingCheck check_;
+    Folder archive_; // as it was when the refresh began
     RefreshResult result_;
     std::vector<MessageRow> batch_; // not yet in the list
     QTimer flush_;

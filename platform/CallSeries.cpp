@@ -201,7 +201,20 @@ void CallSeries::Start() {
         return;
     }
     stall_.start();
-    Shared::Grow(shared_, ReaderCount(std::chrono::nanoseconds(0), QThread::idealThreadCount()));
+    const int few = ReaderCount(std::chrono::nanoseconds(0), QThread::idealThreadCount());
+    Shared::Grow(shared_, std::max(few, plan_->firstWorkers));
+}
+
+void CallSeries::StartHeldBack() {
+    isHeldBack_ = true;
+    Start();
+}
+
+void CallSeries::HandOver() {
+    isHeldBack_ = false;
+    if (!ended_) {
+        again_.start(0);
+    }
 }
 
 void CallSeries::Cancel() {
@@ -241,6 +254,11 @@ std::exception_ptr CallSeries::Failure() const {
     return shared_->failure;
 }
 
+int CallSeries::Workers() const {
+    const QMutexLocker lock(&shared_->mutex);
+    return shared_->workers;
+}
+
 // On a worker's thread. What is posted is dropped with the timer.
 void CallSeries::Wake() {
     QMetaObject::invokeMethod(
@@ -248,7 +266,7 @@ void CallSeries::Wake() {
 }
 
 void CallSeries::TakeTurn() {
-    if (ended_) {
+    if (ended_ || isHeldBack_) {
         return;
     }
     again_.stop();

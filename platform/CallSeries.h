@@ -32,6 +32,7 @@ public:
         size_t count = 0;
         WorkPool::Kind kind = WorkPool::Kind::Series;
         int mostWorkers = 0;                     ///< no more at the same time; 0 sets no limit besides the pool's
+        int firstWorkers = 0;                    ///< so many begin, where that is more than usual
         std::function<void(size_t)> call;        ///< on a worker's thread; leaves the result of an item for `take`
         std::function<void(size_t)> take;        ///< on the owner's thread, in order
         std::function<void(SeriesEnd)> finished; ///< on the owner's thread, once
@@ -44,6 +45,10 @@ public:
     CallSeries& operator=(const CallSeries&) = delete;
 
     void Start();
+
+    /// The same, but nothing is handed over before HandOver(), so that it can come behind another series.
+    void StartHeldBack();
+    void HandOver();
 
     /// No further item begins. What has begun is still handed over, and then the series ends.
     void Cancel();
@@ -61,6 +66,9 @@ public:
     size_t Taken() const { return next_; }
 
     std::exception_ptr Failure() const;
+
+    /// How many workers the calls were found to need.
+    int Workers() const;
 
 private:
     struct Shared;
@@ -80,6 +88,7 @@ private:
     size_t next_ = 0;
     size_t leftOut_ = 0;
     bool ended_ = false;
+    bool isHeldBack_ = false;
     bool isOverBudget_ = false;
     int gatherMs_ = 1;
     size_t doneAtLastLook_ = 0;

@@ -18,6 +18,18 @@ private:
 
 } // namespace
 
+void FileSystem::VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const {
+    for (FolderEntry& entry : Entries(folder)) {
+        visit(std::move(entry));
+    }
+}
+
+std::vector<FolderEntry> FileSystem::VisitedEntries(const QString& folder) const {
+    std::vector<FolderEntry> entries;
+    VisitEntries(folder, [&entries](FolderEntry entry) { entries.push_back(std::move(entry)); });
+    return entries;
+}
+
 std::unique_ptr<FolderReader> FileSystem::ReadFolder(const QString& folder) const {
     return std::make_unique<PathFolderReader>(*this, folder);
 }

@@ -85,6 +85,10 @@ public:
     /// FileError.
     virtual std::vector<FolderEntry> Entries(const QString& folder) const = 0;
 
+    /// Calls `visit` for each of these entries, so that those of a large folder need not be in memory all at once.
+    /// Throws FileError, maybe after some calls, and what `visit` throws, which ends it.
+    virtual void VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const;
+
     /// Size and time of a regular file (or of the one that a symbolic link names); empty when it has vanished or is
     /// something else.
     virtual std::optional<FileStatus> Status(const QString& path) const = 0;
@@ -139,6 +143,10 @@ public:
     /// Creates a file with these bytes in one step, so that no program ever reads a part of them; replaces an existing
     /// file. Throws FileError.
     virtual void WriteWhole(const QString& path, const QByteArray& bytes) = 0;
+
+protected:
+    /// Entries() of an adaptor that has a VisitEntries() of its own.
+    std::vector<FolderEntry> VisitedEntries(const QString& folder) const;
 };
 
 /// Reads a file to its end. Stops early, with what it has, when `goOn` is given and says no. Throws FileError.

@@ -39,6 +39,28 @@ bool IsUnanswered(const std::exception_ptr& thrown) {
 
 } // namespace
 
+void FolderState::Open(const FileSystem& files, const Folder& folder, const std::function<void()>& list) {
+    exists = files.FolderExists(folder);
+    try {
+        reader = files.ReadFolder(folder);
+        isMountPoint = reader->IsMountPoint();
+        list();
+    } catch (const FileError& thrown) {
+        // A folder on a server that does not answer seems not to exist, but that is no news of the folder.
+        isUnanswered = thrown.Problem() == FileProblem::NoAnswer;
+        exists = exists || isUnanswered;
+        reader = nullptr;
+        error = thrown.Text();
+    }
+}
+
+void FolderState::SetFailure(const std::exception_ptr& thrown) {
+    exists = true;
+    isUnanswered = IsUnanswered(thrown);
+    reader = nullptr;
+    error = TextOf(thrown);
+}
+
 FolderListing::FolderListing(const FileSystem& files, WorkPool& pool, const Folder& folder,
                              std::function<void(Listing)> done)
     : FolderListing(files, pool, folder, MessagePlaces(), std::move(done)) {}
@@ -69,10 +91,7 @@ void FolderListing::Start() {
 
 FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& folder, const MessagePlaces& places) {
     Found found;
-    found.listing.exists = files.FolderExists(folder);
-    try {
-        found.listing.reader = files.ReadFolder(folder);
-        found.listing.isMountPoint = found.listing.reader->IsMountPoint();
+    found.listing.Open(files, folder, [&] {
         Entries entries = files.Entries(folder);
         found.listing.dotFolders = DotFolders(entries);
         if (!places.folders.isEmpty()) {
@@ -87,13 +106,7 @@ FolderListing::Found FolderListing::Read(const FileSystem& files, const Folder& 
         found.complete.assign(std::make_move_iterator(complete), std::make_move_iterator(entries.end()));
         entries.erase(complete, entries.end());
         found.incomplete = std::move(entries);
-    } catch (const FileError& error) {
-        // A folder on a server that does not answer seems not to exist, but that is no news of the folder.
-        found.listing.isUnanswered = error.Problem() == FileProblem::NoAnswer;
-        found.listing.exists = found.listing.exists || found.listing.isUnanswered;
-        found.listing.reader = nullptr;
-        found.listing.error = error.Text();
-    }
+    });
     return found;
 }
 
@@ -139,9 +152,7 @@ std::vector<FileEntry> FolderListing::InOrderOfArrival(Found& found) {
 
 void FolderListing::Fail(const std::exception_ptr& thrown) {
     Listing listing;
-    listing.exists = true;
-    listing.error = TextOf(thrown);
-    listing.isUnanswered = IsUnanswered(thrown);
+    listing.SetFailure(thrown);
     End(std::move(listing));
 }
 

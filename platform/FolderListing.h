@@ -18,15 +18,25 @@ struct FileEntry {
     FileStatus status;
 };
 
-/// What a folder was found to hold.
-struct Listing {
+/// Whether a folder could be listed.
+struct FolderState {
     bool exists = false;
-    bool isUnanswered = false;    ///< the server of the folder does not answer; there is an error then
-    QString error;                ///< why the folder cannot be read; empty when it can
-    bool isMountPoint = false;    ///< something is mounted at the folder
+    bool isUnanswered = false;                  ///< the server of the folder does not answer; there is an error then
+    QString error;                              ///< why the folder cannot be read; empty when it can
+    bool isMountPoint = false;                  ///< something is mounted at the folder
+    std::shared_ptr<const FolderReader> reader; ///< of its files; null where there is an error
+
+    /// Opens the folder and then calls `list`, which lists it. A FileError, also of `list`, becomes the state.
+    void Open(const FileSystem& files, const Folder& folder, const std::function<void()>& list);
+
+    /// What was thrown has ended the listing.
+    void SetFailure(const std::exception_ptr& thrown);
+};
+
+/// What a folder was found to hold.
+struct Listing : FolderState {
     QStringList dotFolders;       ///< names with a dot before them, of what is no file as far as the folder reports
     std::vector<FileEntry> files; ///< in order of arrival: time of last modification, then name
-    std::shared_ptr<const FolderReader> reader; ///< of these files; null where there is an error
 };
 
 /// Lists the regular files of a folder, beside the thread that wants them. A file that vanishes meanwhile is left out.

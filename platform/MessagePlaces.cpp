@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <iterator>
 
 namespace quellbox {
 
@@ -15,13 +14,13 @@ Folder FolderIn(const Folder& archive, const QString& name) {
     return archive.PathOf(name + SeparatorOf(archive));
 }
 
-void AddEntries(const FileSystem& files, const Folder& archive, const QString& folder,
-                std::vector<FolderEntry>& entries) {
-    std::vector<FolderEntry> found = files.Entries(FolderIn(archive, folder));
-    for (FolderEntry& entry : found) {
-        entry.name.prepend(folder + SeparatorOf(archive));
-    }
-    entries.insert(entries.end(), std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
+void VisitFolder(const FileSystem& files, const Folder& archive, const QString& folder,
+                 const std::function<void(FolderEntry)>& visit) {
+    const QString prefix = folder + SeparatorOf(archive);
+    files.VisitEntries(FolderIn(archive, folder), [&](FolderEntry entry) {
+        entry.name.prepend(prefix);
+        visit(std::move(entry));
+    });
 }
 
 /// What stays the same when a message is marked as read, or by a flag.
@@ -40,14 +39,21 @@ bool IsMessageName(const MessagePlaces& places, const QString& name) {
 }
 
 std::vector<FolderEntry> EntriesOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places) {
-    if (places.folders.isEmpty()) {
-        return files.Entries(archive);
-    }
     std::vector<FolderEntry> entries;
+    VisitEntriesOf(files, archive, places, [&entries](FolderEntry entry) { entries.push_back(std::move(entry)); });
+    return entries;
+}
+
+void VisitEntriesOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places,
+                    const std::function<void(FolderEntry)>& visit) {
+    if (places.folders.isEmpty()) {
+        files.VisitEntries(archive, visit);
+        return;
+    }
     int missing = 0;
     for (const QString& folder : places.folders) {
         try {
-            AddEntries(files, archive, folder, entries);
+            VisitFolder(files, archive, folder, visit);
         } catch (const FileError& error) {
             if (error.Problem() != FileProblem::Missing) {
                 throw;
@@ -62,7 +68,6 @@ std::vector<FolderEntry> EntriesOf(const FileSystem& files, const Folder& archiv
                             .arg(places.folders.join(QStringLiteral(", "))),
                         FileProblem::Missing);
     }
-    return entries;
 }
 
 bool HasFoldersOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places) {

@@ -36,6 +36,10 @@ bool IsMessageName(const MessagePlaces& places, const QString& name);
 /// another one. Throws FileError.
 std::vector<FolderEntry> EntriesOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places);
 
+/// Calls `visit` for each of these entries; see FileSystem::VisitEntries(). Throws FileError, and what `visit` throws.
+void VisitEntriesOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places,
+                    const std::function<void(FolderEntry)>& visit);
+
 /// Whether all folders are there that the messages are in.
 bool HasFoldersOf(const FileSystem& files, const Folder& archive, const MessagePlaces& places);
 

@@ -61,13 +61,13 @@ public:
         return GetStatus(path, status) && S_ISREG(status.st_mode);
     }
 
-    std::vector<FolderEntry> Entries(const QString& folder) const override {
-        std::vector<FolderEntry> entries;
-        List(folder, [&entries](QByteArrayView name, EntryKind kind) {
-            entries.push_back(
+    std::vector<FolderEntry> Entries(const QString& folder) const override { return VisitedEntries(folder); }
+
+    void VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const override {
+        List(folder, [&visit](QByteArrayView name, EntryKind kind) {
+            visit(
                 {PathText(QByteArray::fromRawData(name.data(), name.size())), kind, name.front() == '.', std::nullopt});
         });
-        return entries;
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {
@@ -161,7 +161,7 @@ private:
             if (name != "." && name != "..") {
                 const EntryKind kind = KindOf(*entry);
                 take(name, kind);
-                if (kind != EntryKind::File) {
+                if (kind != EntryKind::File && others.size() <= FolderMemory::mostOthers) {
                     others.insert(name.toByteArray());
                 }
             }

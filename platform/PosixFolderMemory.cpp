@@ -16,7 +16,6 @@ namespace quellbox {
 namespace {
 
 constexpr qsizetype mostFolders = 64;
-constexpr qsizetype mostOthers = 1000;
 
 struct MemoryFreer {
     void operator()(char* memory) const { std::free(memory); }

@@ -24,6 +24,9 @@ enum class RenameMethod {
 /// share each one costs a round trip. Paths are bytes. May be used from several threads at once.
 class FolderMemory {
 public:
+    /// So many entries of a folder that are no regular files are remembered; with more of them it counts as not listed.
+    static constexpr qsizetype mostOthers = 1000;
+
     /// To be called when `folder` has been listed: all its entries are regular files, except for those in `others`. The
     /// method for renaming is found out anew afterwards, since another file system may have been mounted there.
     void SetListed(const QByteArray& folder, QSet<QByteArray> others);

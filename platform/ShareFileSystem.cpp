@@ -128,11 +128,19 @@ bool ShareFileSystem::FileExists(const QString& path) const {
 }
 
 std::vector<FolderEntry> ShareFileSystem::Entries(const QString& folder) const {
-    std::vector<FolderEntry> entries = files_->Entries(FolderOrThrow(folder));
-    if (IsShareText(folder)) {
-        std::erase_if(entries, [](const FolderEntry& entry) { return IsNoNameOnAShare(entry.name); });
+    return VisitedEntries(folder);
+}
+
+void ShareFileSystem::VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const {
+    if (!IsShareText(folder)) {
+        files_->VisitEntries(folder, visit);
+        return;
     }
-    return entries;
+    files_->VisitEntries(FolderOrThrow(folder), [&visit](FolderEntry entry) {
+        if (!IsNoNameOnAShare(entry.name)) {
+            visit(std::move(entry));
+        }
+    });
 }
 
 std::optional<FileStatus> ShareFileSystem::Status(const QString& path) const {

@@ -25,6 +25,7 @@ public:
     bool IsRealFolder(const QString& folder) const override;
     bool FileExists(const QString& path) const override;
     std::vector<FolderEntry> Entries(const QString& folder) const override;
+    void VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const override;
     std::optional<FileStatus> Status(const QString& path) const override;
     std::unique_ptr<InputFile> Open(const QString& path) const override;
     std::unique_ptr<FolderReader> ReadFolder(const QString& folder) const override;

@@ -11,11 +11,16 @@
 #include <cstddef>
 #include <cwchar>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace quellbox {
 
 namespace {
+
+struct SearchCloser {
+    void operator()(HANDLE search) const { FindClose(search); }
+};
 
 /// The whole path of one that depends on the current drive or folder.
 QString WholePath(const QString& path) {
@@ -186,13 +191,13 @@ void VisitEntries(const QString& folder, const std::function<void(const WIN32_FI
         }
         ThrowFileError(folder, error);
     }
+    const std::unique_ptr<void, SearchCloser> closer(search);
     do {
         if (!IsDots(entry)) {
             visit(entry);
         }
     } while (FindNextFileW(search, &entry) != 0);
     const DWORD error = GetLastError();
-    FindClose(search);
     if (error != ERROR_NO_MORE_FILES) {
         ThrowFileError(folder, error);
     }

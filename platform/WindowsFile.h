@@ -56,7 +56,8 @@ bool IsSymbolicLink(const std::wstring& systemPath);
 /// The name of an entry, also one that begins with a byte order mark.
 QString NameOf(const WIN32_FIND_DATAW& entry);
 
-/// Calls `visit` for every entry of `folder` but "." and "..", in no particular order. Throws FileError.
+/// Calls `visit` for every entry of `folder` but "." and "..", in no particular order. Throws FileError, and what
+/// `visit` throws.
 void VisitEntries(const QString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit);
 
 /// Reads up to `capacity` bytes; 0 at the end. Throws FileError.

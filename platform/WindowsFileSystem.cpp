@@ -112,16 +112,15 @@ public:
 
     bool FileExists(const QString& path) const override { return Status(path).has_value(); }
 
-    std::vector<FolderEntry> Entries(const QString& folder) const override {
-        std::vector<FolderEntry> entries;
-        VisitEntries(folder, [&entries](const WIN32_FIND_DATAW& entry) {
+    std::vector<FolderEntry> Entries(const QString& folder) const override { return VisitedEntries(folder); }
+
+    void VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const override {
+        quellbox::VisitEntries(folder, [&visit](const WIN32_FIND_DATAW& entry) {
             const EntryKind kind = KindOf(entry);
             // For a link the folder reports the size and time of the link itself.
             const bool isKnown = kind == EntryKind::File && IsSettled(StatusOf(entry));
-            entries.push_back(
-                {NameOf(entry), kind, IsHidden(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
+            visit({NameOf(entry), kind, IsHidden(entry), isKnown ? std::optional(StatusOf(entry)) : std::nullopt});
         });
-        return entries;
     }
 
     std::optional<FileStatus> Status(const QString& path) const override {

@@ -1530,6 +1530,18 @@
         <source>No password for the mail server is kept. Enter it in the options, on the page &quot;Server&quot;.</source>
         <translation>Für den Mailserver ist kein Passwort aufbewahrt. Geben Sie es in den Optionen auf der Seite „Mailserver“ ein.</translation>
     </message>
+    <message>
+        <source>The archive holds a message of this name already.</source>
+        <translation>Im Archiv liegt schon eine Nachricht dieses Namens.</translation>
+    </message>
+    <message>
+        <source>The mail server has taken the message out of the pickup directory.</source>
+        <translation>Der Mailserver hat die Nachricht aus dem Pickup-Verzeichnis geholt.</translation>
+    </message>
+    <message>
+        <source>The message is not kept any more.</source>
+        <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1652,18 +1664,6 @@
 </context>
 <context>
     <name>quellbox::HistoryDesk</name>
-    <message>
-        <source>The mail server has taken the message out of the pickup directory.</source>
-        <translation>Der Mailserver hat die Nachricht aus dem Pickup-Verzeichnis geholt.</translation>
-    </message>
-    <message>
-        <source>The message is not kept any more.</source>
-        <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
-    </message>
-    <message>
-        <source>The archive holds a message of this name already.</source>
-        <translation>Im Archiv liegt schon eine Nachricht dieses Namens.</translation>
-    </message>
     <message>
         <source>History of %1</source>
         <translation>Verlauf vom %1</translation>

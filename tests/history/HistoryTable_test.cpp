@@ -1,9 +1,6 @@
 #include "history/HistoryTable.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "tests/history/JournalFile.h"
 
 using namespace quellbox;
 
@@ -73,6 +70,48 @@ TEST(HistoryTable, AnUnknownSizeIsNone) {
     QStringList cells;
     ASSERT_TRUE(CellsOf(lines)(cells));
     EXPECT_TRUE(cells[8].isEmpty());
+}
+
+using HistoryLines = JournalTest;
+
+TEST_F(HistoryLines, AreAskedForInStepsAndStayInTheirOrder) {
+    constexpr int count = 2'001; // two steps and one more
+    QStringList files;
+    for (int file = 0; file < count; ++file) {
+        files += QString::number(file);
+    }
+    Open();
+    Act(HistoryAction::Delete, files);
+    ASSERT_TRUE(RunUntil(
+        [this] { return Answer([](JournalDatabase& database) { return database.Find({}).size(); }) == count; }));
+    const auto lines = Answer([](JournalDatabase& database) { return LinesOf(database, {}); });
+    ASSERT_EQ(lines.size(), static_cast<size_t>(count));
+    for (size_t line = 1; line < lines.size(); ++line) {
+        ASSERT_LT(lines[line].id, lines[line - 1].id) << line;
+    }
+}
+
+TEST_F(HistoryLines, AreNoMoreThanAskedForAndThoseTheNewest) {
+    Open();
+    Act(HistoryAction::Delete, {QStringLiteral("a")});
+    Act(HistoryAction::Unblock, {QStringLiteral("b")});
+    Act(HistoryAction::Unblock, {QStringLiteral("c")});
+    ASSERT_TRUE(RunUntil([this] { return Lines().size() == 3; }));
+    const auto files = [this](const HistoryFilter& filter, size_t most) {
+        QStringList found;
+        for (const HistoryLine& line :
+             Answer([&](JournalDatabase& database) { return LinesOf(database, filter, most); })) {
+            found += line.entry.file;
+        }
+        return found.join(QLatin1Char(' ')).toStdString();
+    };
+    EXPECT_EQ(files({}, 0), "");
+    EXPECT_EQ(files({}, 2), "c b");
+    EXPECT_EQ(files({}, 3), "c b a");
+    EXPECT_EQ(files({}, 4), "c b a");
+    HistoryFilter deleted;
+    deleted.action = HistoryAction::Delete;
+    EXPECT_EQ(files(deleted, 2), "a");
 }
 
 } // namespace
