@@ -1,6 +1,7 @@
 #include "console/Choices.h"
 
 #include "archive/DayWindow.h"
+#include "history/HistoryTexts.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QCoreApplication>
@@ -27,10 +28,6 @@ constexpr std::array<NamedField, 7> matchFields{{{"date", FieldMatch::Field::Cel
                                                  {"subject", FieldMatch::Field::Cell, ColumnSubject},
                                                  {"size", FieldMatch::Field::Cell, ColumnSize},
                                                  {"name", FieldMatch::Field::Name, 0}}};
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("quellbox", text);
-}
 
 FieldMatch ReadMatch(const QString& text) {
     const qsizetype sign = text.indexOf(QLatin1Char('='));

@@ -1,6 +1,7 @@
 #include "console/CommandLineTexts.h"
 
 #include "console/TableWriter.h"
+#include "history/HistoryTexts.h"
 
 #include <QCoreApplication>
 
@@ -9,10 +10,6 @@
 namespace quellbox {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("quellbox", text);
-}
 
 QString ExitCodes() {
     return Tr(QT_TRANSLATE_NOOP("quellbox", "Exit codes: 0 done, 1 some messages failed, 2 wrong usage, 3 the archive or "

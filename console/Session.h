@@ -3,6 +3,7 @@
 #include "console/ExitCode.h"
 #include "delivery/AwaitedPassword.h"
 #include "delivery/ReleaseWay.h"
+#include "delivery/Transmitter.h"
 #include "history/Journal.h"
 #include "messages/FileFailure.h"
 #include "platform/Clock.h"

@@ -1,8 +1,8 @@
 #include "mail/TextWidth.h"
 
-#include <QStringIterator>
-
 #include <glib.h>
+
+#include <limits>
 
 namespace quellbox {
 
@@ -15,18 +15,26 @@ int ColumnsOfCharacter(char32_t character) {
     return g_unichar_iswide(character) ? 2 : 1;
 }
 
+/// The length of the character that a text begins with, which may be a pair of surrogates.
+qsizetype LengthOfFirst(QStringView text) {
+    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
+    return isPair ? 2 : 1;
+}
+
 /// The beginning of a text that takes no more columns, which are counted.
 QStringView Beginning(QStringView text, int mostColumns, int& columns) {
     columns = 0;
-    QStringIterator character(text);
     qsizetype end = 0;
-    while (character.hasNext()) {
-        const int more = ColumnsOfCharacter(character.next());
-        if (columns + more > mostColumns) {
+    while (end < text.size()) {
+        const qsizetype length = LengthOfFirst(text.sliced(end));
+        const char32_t character =
+            length == 2 ? QChar::surrogateToUcs4(text[end], text[end + 1]) : char32_t{text[end].unicode()};
+        const int more = ColumnsOfCharacter(character);
+        if (more > mostColumns - columns) {
             break;
         }
         columns += more;
-        end = character.position() - text.begin();
+        end += length;
     }
     return text.first(end);
 }
@@ -35,9 +43,7 @@ QStringView Beginning(QStringView text, int mostColumns, int& columns) {
 
 int ColumnsOf(QStringView text) {
     int columns = 0;
-    for (QStringIterator character(text); character.hasNext();) {
-        columns += ColumnsOfCharacter(character.next());
-    }
+    Beginning(text, std::numeric_limits<int>::max(), columns);
     return columns;
 }
 
