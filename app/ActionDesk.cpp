@@ -29,13 +29,6 @@ namespace quellbox {
 
 namespace {
 
-HistoryAction HistoryActionOf(qint16 action) {
-    if (action == Action::remove) {
-        return HistoryAction::Delete;
-    }
-    return action == Action::unblockTolerated ? HistoryAction::Tolerate : HistoryAction::Unblock;
-}
-
 std::vector<int> RowsOf(const std::vector<RowRange>& ranges) {
     std::vector<int> rows;
     for (const RowRange& range : ranges) {

@@ -19,44 +19,6 @@
 
 namespace quellbox {
 
-namespace {
-
-/// What becomes of it is written into `record`, also when nobody waits for it any more.
-WindowJobs::Error TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
-                                const QString& moment, ActionRecord& record) {
-    const QString path = PickupTestPath(pickupDir);
-    const MessageRow message(QStringLiteral("quellbox.eml"), -1, 0, {});
-    try {
-        WritePickupTest(files, userName, pickupDir, moment);
-        record.Take({message, std::nullopt});
-        return std::nullopt;
-    } catch (const RuntimeError& error) {
-        record.Take({message, FileFailure(path, error.Text())});
-        return error.Text();
-    }
-}
-
-/// The same on another way. Mail servers know the postmaster without a domain (RFC 5321, section 4.5.1). `path` becomes
-/// that of the file that a mail server has yet to take.
-WindowJobs::Error TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record,
-                                      const std::atomic<bool>& isClosed, QString& path) {
-    const MessageRow row(QStringLiteral("quellbox.eml"), -1, 0, {});
-    const DeliveryOutcome outcome = transmitter.Transmit(
-        [&message] {
-            return OutgoingMessage{{{}, {"postmaster"}}, message, QStringLiteral("quellbox.eml")};
-        },
-        [&isClosed] { return !isClosed; });
-    if (outcome.fate == DeliveryFate::Delivered) {
-        path = outcome.path;
-        record.Take({row, std::nullopt, 0, outcome.words, path.isEmpty()});
-        return std::nullopt;
-    }
-    record.Take({row, FileFailure(transmitter.Target(), outcome.words), 0, {}, true});
-    return outcome.words;
-}
-
-} // namespace
-
 ToolsDesk::ToolsDesk(const WindowParts& parts, RefreshDesk& refresh, SetupDesk& setup, DeliveryDesk& delivery)
     : parts_(parts), refresh_(refresh), setup_(setup), delivery_(delivery),
       watch_(parts.ports.files, parts.ports.pool, parts.ports.clock) {
@@ -178,7 +140,8 @@ void ToolsDesk::TransmitTest(const std::shared_ptr<Transmitter>& transmitter) {
         parts_.journal.Begin({HistoryAction::PickupTest, {}, transmitter->Target()});
     const auto path = std::make_shared<QString>();
     const auto send = [transmitter, message, record, isClosed = isClosed_, path] {
-        return TryTransmissionTest(*transmitter, message, *record, *isClosed, *path);
+        return TryTransmissionTest(
+            *transmitter, message, *record, [&isClosed] { return !*isClosed; }, *path);
     };
     const QString folder = parts_.state.PickupDir;
     parts_.jobs.Call(WindowJobs::Effect::Changes, send, [this, folder, record, path](const WindowJobs::Error& error) {

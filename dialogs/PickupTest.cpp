@@ -2,6 +2,7 @@
 
 #include "mail/DisplayText.h"
 #include "platform/AnsiText.h"
+#include "platform/RuntimeError.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -18,6 +19,11 @@ QByteArray InLines(const QByteArray& base64) {
         lines += base64.mid(start, length) + "\r\n";
     }
     return lines;
+}
+
+/// The test message as the record has it.
+MessageRow TestRow() {
+    return {QStringLiteral("quellbox.eml"), -1, 0, {}};
 }
 
 } // namespace
@@ -95,6 +101,35 @@ QByteArray TransmissionTestMessage(const QString& userName, const QString& targe
 
 void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment) {
     files.WriteWhole(PickupTestPath(pickupDir), PickupTestMessage(userName, pickupDir, moment));
+}
+
+std::optional<QString> TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
+                                     const QString& moment, ActionRecord& record) {
+    try {
+        WritePickupTest(files, userName, pickupDir, moment);
+        record.Take({TestRow(), std::nullopt});
+        return std::nullopt;
+    } catch (const RuntimeError& error) {
+        record.Take({TestRow(), FileFailure(PickupTestPath(pickupDir), error.Text())});
+        return error.Text();
+    }
+}
+
+// Mail servers know the postmaster without a domain (RFC 5321, section 4.5.1).
+std::optional<QString> TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record,
+                                           const Transmitter::GoOn& goOn, QString& path) {
+    const DeliveryOutcome outcome = transmitter.Transmit(
+        [&message] {
+            return OutgoingMessage{{{}, {"postmaster"}}, message, TestRow().Key()};
+        },
+        goOn);
+    if (outcome.fate == DeliveryFate::Delivered) {
+        path = outcome.path;
+        record.Take({TestRow(), std::nullopt, 0, outcome.words, path.isEmpty()});
+        return std::nullopt;
+    }
+    record.Take({TestRow(), FileFailure(transmitter.Target(), outcome.words), 0, {}, true});
+    return outcome.words;
 }
 
 } // namespace quellbox

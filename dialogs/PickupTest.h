@@ -1,11 +1,15 @@
 #pragma once
 
+#include "delivery/Transmitter.h"
+#include "messages/ActionRecord.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderPath.h"
 
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
+
+#include <optional>
 
 namespace quellbox {
 
@@ -34,5 +38,15 @@ QByteArray TransmissionTestMessage(const QString& userName, const QString& targe
 
 /// Writes the test message into the pickup folder, where it replaces an earlier one. Throws FileError.
 void WritePickupTest(FileSystem& files, const QString& userName, const QString& pickupDir, const QString& moment);
+
+/// The same, and tells `record` what became of it. Returns what the user is to read when that failed.
+std::optional<QString> TryPickupTest(FileSystem& files, const QString& userName, const QString& pickupDir,
+                                     const QString& moment, ActionRecord& record);
+
+/// Hands a test message over, to the postmaster, and tells `record` what became of it. `path` becomes that of the file
+/// that a mail server has yet to take, and stays empty where the server has the message. Returns what the user is to
+/// read when that failed. Waits for the answer, as long as `goOn` says.
+std::optional<QString> TryTransmissionTest(Transmitter& transmitter, const QByteArray& message, ActionRecord& record,
+                                           const Transmitter::GoOn& goOn, QString& path);
 
 } // namespace quellbox

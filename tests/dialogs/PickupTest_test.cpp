@@ -2,7 +2,9 @@
 
 #include "platform/AnsiText.h"
 #include "platform/RuntimeError.h"
+#include "tests/support/FakeTransmitter.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NotedRecord.h"
 
 #include <QDir>
 
@@ -16,6 +18,21 @@ using namespace Qt::StringLiterals;
 
 const QString program = u"/opt/prog/"_s;
 const QLocale german(QLocale::German, QLocale::Germany);
+
+/// Tries a transmission whose outcome is the given one.
+struct TriedTransmission {
+    explicit TriedTransmission(const DeliveryOutcome& outcome) {
+        transmissions.answer = [outcome](const Envelope&, const QByteArray&) { return outcome; };
+        FakeTransmitter transmitter(transmissions);
+        error = TryTransmissionTest(
+            transmitter, "test", record, [] { return true; }, path);
+    }
+
+    FakeTransmissions transmissions;
+    NotedRecord record;
+    QString path;
+    std::optional<QString> error;
+};
 
 } // namespace
 
@@ -119,6 +136,63 @@ TEST(PickupTest, AMissingFolderIsAnErrorThatNamesThePath) {
         EXPECT_FALSE(error.Reason().isEmpty());
     }
     EXPECT_TRUE(files.Paths().isEmpty());
+}
+
+TEST(PickupTest, TheRecordIsToldThatTheMessageWasWritten) {
+    MemoryFileSystem files;
+    files.AddFolder(u"/pickup/"_s);
+    NotedRecord record;
+    EXPECT_EQ(TryPickupTest(files, u"joe"_s, u"/pickup/"_s, u"now"_s, record), std::nullopt);
+    EXPECT_EQ(files.Bytes(u"/pickup/quellbox.eml"_s), PickupTestMessage(u"joe"_s, u"/pickup/"_s, u"now"_s));
+    ASSERT_EQ(record.taken.size(), 1U);
+    EXPECT_EQ(record.taken[0].message.Key(), u"quellbox.eml"_s);
+    EXPECT_FALSE(record.taken[0].failure);
+    EXPECT_FALSE(record.taken[0].isFinal);
+}
+
+TEST(PickupTest, TheRecordIsToldWhyTheMessageCouldNotBeWritten) {
+    MemoryFileSystem files;
+    NotedRecord record;
+    const std::optional<QString> error = TryPickupTest(files, u"joe"_s, u"/none/"_s, {}, record);
+    ASSERT_TRUE(error);
+    ASSERT_EQ(record.taken.size(), 1U);
+    ASSERT_TRUE(record.taken[0].failure);
+    EXPECT_EQ(record.taken[0].failure->path, PickupTestPath(u"/none/"_s));
+    EXPECT_EQ(record.taken[0].failure->reason, *error);
+}
+
+TEST(PickupTest, AMessageThatTheServerHasCannotBeTakenBack) {
+    const TriedTransmission tried({DeliveryFate::Delivered, u"250 queued"_s});
+    EXPECT_EQ(tried.error, std::nullopt);
+    EXPECT_TRUE(tried.path.isEmpty());
+    ASSERT_EQ(tried.transmissions.sent.size(), 1U);
+    EXPECT_EQ(tried.transmissions.sent[0].first.recipients, QByteArrayList{"postmaster"});
+    EXPECT_TRUE(tried.transmissions.sent[0].first.sender.isEmpty());
+    EXPECT_EQ(tried.transmissions.sent[0].second, "test");
+    ASSERT_EQ(tried.record.taken.size(), 1U);
+    EXPECT_EQ(tried.record.taken[0].detail, u"250 queued"_s);
+    EXPECT_TRUE(tried.record.taken[0].isFinal);
+}
+
+TEST(PickupTest, AFileThatTheServerHasYetToTakeIsNamed) {
+    const TriedTransmission tried({DeliveryFate::Delivered, {}, u"/replay/quellbox.eml"_s});
+    EXPECT_EQ(tried.error, std::nullopt);
+    EXPECT_EQ(tried.path, u"/replay/quellbox.eml"_s);
+    ASSERT_EQ(tried.record.taken.size(), 1U);
+    EXPECT_FALSE(tried.record.taken[0].isFinal);
+}
+
+TEST(PickupTest, WhatTheServerDoesNotTakeIsToldInItsWords) {
+    for (const DeliveryFate fate : {DeliveryFate::Refused, DeliveryFate::Failed, DeliveryFate::Uncertain}) {
+        const TriedTransmission tried({fate, u"550 no"_s, u"/ignored"_s});
+        EXPECT_EQ(tried.error, u"550 no"_s);
+        EXPECT_TRUE(tried.path.isEmpty());
+        ASSERT_EQ(tried.record.taken.size(), 1U);
+        ASSERT_TRUE(tried.record.taken[0].failure);
+        EXPECT_EQ(tried.record.taken[0].failure->path, u"smtp://fake:25"_s);
+        EXPECT_EQ(tried.record.taken[0].failure->reason, u"550 no"_s);
+        EXPECT_TRUE(tried.record.taken[0].isFinal);
+    }
 }
 
 } // namespace quellbox

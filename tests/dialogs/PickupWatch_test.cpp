@@ -3,6 +3,7 @@
 #include "platform/WorkPool.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NotedRecord.h"
 #include "tests/support/RunUntil.h"
 
 #include <gtest/gtest.h>
@@ -10,15 +11,6 @@
 namespace quellbox {
 
 namespace {
-
-class NotedRecord : public ActionRecord {
-public:
-    void Announce(const QStringList&) override {}
-    void AwaitAnnounced() override {}
-    void Take(HandledMessage handled) override { taken.push_back(std::move(handled)); }
-
-    std::vector<HandledMessage> taken;
-};
 
 class PickupWatchTest : public testing::Test {
 protected:

@@ -1,5 +1,6 @@
 #include "history/ActionNotes.h"
 
+#include "messages/DisposalTask.h"
 #include "tests/history/JournalFile.h"
 
 namespace quellbox {
@@ -9,6 +10,12 @@ namespace {
 using ActionNotes = JournalTest;
 
 } // namespace
+
+TEST_F(ActionNotes, EachActionOnMessagesHasOneOfTheHistory) {
+    EXPECT_EQ(HistoryActionOf(Action::unblock), HistoryAction::Unblock);
+    EXPECT_EQ(HistoryActionOf(Action::unblockTolerated), HistoryAction::Tolerate);
+    EXPECT_EQ(HistoryActionOf(Action::remove), HistoryAction::Delete);
+}
 
 TEST_F(ActionNotes, ARefusalIsAnEntryThatSaysWhatTheUserReads) {
     Open();
