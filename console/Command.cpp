@@ -29,7 +29,7 @@ const std::vector<Command>& Commands() {
         {"stats", "",
          QT_TRANSLATE_NOOP("quellbox", "Counts messages and bytes by day, spam confidence, domain of the sender and "
                                        "recipient."),
-         "quellboxctl stats --days 7 --by domain --top 10", AddStatsOptions, RunStats},
+         "quellboxctl stats --days 7 --by domain --top 10", AddListOptions, RunList},
         {"history", "", QT_TRANSLATE_NOOP("quellbox", "Prints what was done, the newest first."),
          "quellboxctl history --action delete --limit 20", AddHistoryOptions, RunHistory},
         {"undo", "[ACTION]",

@@ -1,7 +1,6 @@
 #include "console/OutputBuffer.h"
 
-#include <QCoreApplication>
-#include <QStringEncoder>
+#include "messages/TableLines.h"
 
 #include <utility>
 
@@ -18,14 +17,6 @@ OutputBuffer::OutputBuffer(Session& session) : session_(session) {
     sinceWritten_.start();
 }
 
-OutputBuffer::~OutputBuffer() {
-    try {
-        Flush();
-    } catch (const CommandError& error) {
-        session_.Tell(error.Text());
-    }
-}
-
 void OutputBuffer::Append(QByteArrayView bytes) {
     pending_.append(bytes);
     if (pending_.size() >= enoughToWrite || sinceWritten_.hasExpired(longestMs)) {
@@ -33,10 +24,8 @@ void OutputBuffer::Append(QByteArrayView bytes) {
     }
 }
 
-// Half of a surrogate pair, which UTF-8 does not have, becomes U+FFFD.
 void OutputBuffer::Append(const QString& text) {
-    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    const QByteArray bytes = encoder(text);
+    const QByteArray bytes = TableBytes(text);
     Append(QByteArrayView(bytes));
 }
 
@@ -46,11 +35,7 @@ void OutputBuffer::Flush() {
     if (bytes.isEmpty() || session_.HasOutputEnded() || WriteOutput(bytes)) {
         return;
     }
-    session_.EndOutput();
-    if (!IsOutputClosed()) {
-        throw CommandError(ExitCode::SomeFailed,
-                           QCoreApplication::translate("quellbox", "The output cannot be written."));
-    }
+    session_.EndOutput(IsOutputClosed());
 }
 
 } // namespace quellbox

@@ -13,12 +13,11 @@ public:
     /// `session` has to outlive this object, and is told when nobody reads the output any more.
     explicit OutputBuffer(Session& session);
 
-    /// Writes what is left, and tells the user when that cannot be done.
-    ~OutputBuffer();
+    /// Writes what is left.
+    ~OutputBuffer() { Flush(); }
     OutputBuffer(const OutputBuffer&) = delete;
     OutputBuffer& operator=(const OutputBuffer&) = delete;
 
-    /// These throw CommandError when the output cannot be written, unless nobody reads it any more.
     void Append(QByteArrayView bytes);
     void Append(const QString& text);
     void Flush();

@@ -125,7 +125,11 @@ void Session::Await(const std::function<void(std::function<void()> done)>& start
     }
 }
 
-void Session::EndOutput() {
+void Session::EndOutput(bool isClosed) {
+    if (!isClosed && !outputHasFailed_) {
+        outputHasFailed_ = true;
+        Tell(QCoreApplication::translate("quellbox", "The output cannot be written."));
+    }
     outputHasEnded_ = true;
     Q_EMIT OutputEnded();
 }

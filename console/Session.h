@@ -78,9 +78,12 @@ public:
     /// one nobody waits any longer then; so `done` may be called later, but nothing that belongs to the caller be used.
     void Await(const std::function<void(std::function<void()> done)>& start, const std::function<void()>& cancel = {});
 
-    /// Nobody reads the output any more: what only prints is to end.
-    void EndOutput();
+    /// Nothing can be printed any more, and what only prints is to end. That is no error when nobody reads it.
+    void EndOutput(bool isClosed);
     bool HasOutputEnded() const { return outputHasEnded_; }
+
+    /// Whether it was an error.
+    bool HasOutputFailed() const { return outputHasFailed_; }
 
 Q_SIGNALS:
     void OutputEnded();
@@ -93,6 +96,7 @@ private:
     std::weak_ptr<ReleaseWay> way_;
     bool historyFailed_ = false;
     bool outputHasEnded_ = false;
+    bool outputHasFailed_ = false;
 };
 
 } // namespace quellbox

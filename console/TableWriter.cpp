@@ -26,11 +26,7 @@ TableWriter::TableWriter(Session& session, OutputForm form, TableColumns columns
 }
 
 TableWriter::~TableWriter() {
-    try {
-        Flush();
-    } catch (const CommandError& error) {
-        session_.Tell(error.Text());
-    }
+    Flush();
 }
 
 void TableWriter::Add(const QStringList& cells) {
@@ -61,7 +57,7 @@ void TableWriter::Flush() {
 void TableWriter::BeginTable() {
     hasBegun_ = true;
     if (form_ == OutputForm::Csv) {
-        output_.Append(CsvHead(columns_));
+        output_.Append(CsvHeader(columns_));
     }
     if (form_ != OutputForm::Text) {
         return;

@@ -15,7 +15,7 @@ namespace quellbox {
 
 namespace {
 
-constexpr int longestWaitMs = 10'000;
+constexpr int lockWaitMs = 10'000;
 
 /// Keeps another run of this program from changing the whitelist between reading and writing it.
 class WhitelistLock {
@@ -23,7 +23,7 @@ public:
     explicit WhitelistLock(const QString& historyFile)
         : file_(QFileInfo(historyFile).path() + QStringLiteral("/whitelist.lock")) {
         QDir().mkpath(QFileInfo(historyFile).path());
-        if (!file_.tryLock(longestWaitMs) && file_.error() == QLockFile::LockFailedError) {
+        if (!file_.tryLock(lockWaitMs) && file_.error() == QLockFile::LockFailedError) {
             throw CommandError(ExitCode::SomeFailed,
                                QCoreApplication::translate("quellbox", "Another program is changing the whitelist."));
         }

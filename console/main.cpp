@@ -51,7 +51,10 @@ ExitCode RunCommand(const Command& command, const QCommandLineParser& parser, co
         session.Tell(error.Text());
         code = ExitCode::SomeFailed;
     }
-    return session.IsInterrupted() ? ExitCode::Interrupted : code;
+    if (session.IsInterrupted()) {
+        return ExitCode::Interrupted;
+    }
+    return code == ExitCode::Done && session.HasOutputFailed() ? ExitCode::SomeFailed : code;
 }
 
 ExitCode Run(const Command& command, const QCommandLineParser& parser) {

@@ -9,7 +9,7 @@
 namespace quellbox {
 
 /// The arguments of a program without its own name, in the readable form of PathBytes.h: they may be names of files,
-/// whose bytes need not be those of any character set.
+/// whose bytes need not be those of any character set. One in UTF-8 may have that form already, as it was printed.
 QStringList ArgumentTexts(int argc, char** argv);
 
 /// The text of a name of a file as the standard input gives it, and the bytes in which the standard output gives it.

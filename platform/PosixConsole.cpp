@@ -38,8 +38,10 @@ void NoteInterrupt(int number) {
 
 QStringList ArgumentTexts(int argc, char** argv) {
     QStringList texts;
-    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(texts),
-                   [](const char* argument) { return PathText(argument); });
+    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(texts), [](const char* argument) {
+        const QByteArray bytes(argument);
+        return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : PathText(bytes);
+    });
     return texts;
 }
 
