@@ -42,7 +42,7 @@ void ExportDesk::mnuFileExport_Click() {
     const QString file = AskFile();
     if (!file.isEmpty() && parts_.jobs.EndRefresh()) {
         const int count = parts_.model.Count();
-        Write(file, ListTableColumns(parts_.model), CellsOf(CopyOfRows(parts_.model)),
+        Write(file, ListTableColumns(parts_.model.RatesByNumber()), CellsOf(CopyOfRows(parts_.model)),
               [this, file, count] { TellWritten(file, count); });
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "history/HistoryTypes.h"
-#include "messages/TableFile.h"
+#include "messages/TableLines.h"
 
 #include <QStringList>
 

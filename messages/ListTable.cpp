@@ -23,16 +23,24 @@ constexpr std::array<ShownColumn, 6> shownColumns{{{ColumnDate, "date"},
 
 } // namespace
 
-TableColumns ListTableColumns(const MessageListModel& model) {
+TableColumns ListTableColumns(bool ratesByNumber) {
     TableColumns columns;
     for (const ShownColumn& shown : shownColumns) {
-        const QString header = model.headerData(shown.column, Qt::Horizontal, Qt::DisplayRole).toString();
-        const bool isNumber = shown.column == ColumnSize || (shown.column == ColumnScl && model.RatesByNumber());
+        const QString header = MessageListModel::CaptionOf(shown.column);
+        const bool isNumber = shown.column == ColumnSize || (shown.column == ColumnScl && ratesByNumber);
         columns.push_back({QLatin1String(shown.key), header, isNumber});
     }
     columns.push_back({QStringLiteral("file"), QCoreApplication::translate("quellbox", "File name"), false});
     columns.push_back({QStringLiteral("sender"), QCoreApplication::translate("quellbox", "Envelope sender"), false});
     return columns;
+}
+
+QStringList CellsOf(const MessageRow& row) {
+    QStringList cells;
+    for (const ShownColumn& shown : shownColumns) {
+        cells.append(row.Cell(shown.column));
+    }
+    return cells << row.Key() << row.Tag();
 }
 
 std::vector<MessageRow> CopyOfRows(const MessageListModel& model) {
@@ -50,12 +58,7 @@ NextRow CellsOf(std::vector<MessageRow> rows) {
         if (next == held->size()) {
             return false;
         }
-        const MessageRow& row = (*held)[next++];
-        for (const ShownColumn& shown : shownColumns) {
-            cells.append(row.Cell(shown.column));
-        }
-        cells.append(row.Key());
-        cells.append(row.Tag());
+        cells = CellsOf((*held)[next++]);
         return true;
     };
 }

@@ -1,15 +1,18 @@
 #pragma once
 
 #include "messages/MessageListModel.h"
-#include "messages/TableFile.h"
+#include "messages/TableLines.h"
 
 #include <vector>
 
 namespace quellbox {
 
 /// The columns of the list as those of a table for other programs: the ones that are shown, and besides them the name
-/// of the file and the envelope sender. Ratings are numbers where the model says so.
-TableColumns ListTableColumns(const MessageListModel& model);
+/// of the file and the envelope sender. `ratesByNumber` says whether ratings are numbers.
+TableColumns ListTableColumns(bool ratesByNumber);
+
+/// The cells of one row in those columns.
+QStringList CellsOf(const MessageRow& row);
 
 /// All rows, in the order in which the list shows them.
 std::vector<MessageRow> CopyOfRows(const MessageListModel& model);

@@ -55,6 +55,10 @@ void DestroyLater(std::vector<MessageRow> rows) {
 
 } // namespace
 
+QString MessageListModel::CaptionOf(int column) {
+    return QCoreApplication::translate("quellbox", captions[static_cast<size_t>(column)]);
+}
+
 int MessageListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : Count();
 }
@@ -90,7 +94,7 @@ QVariant MessageListModel::headerData(int section, Qt::Orientation orientation, 
     }
     switch (role) {
     case Qt::DisplayRole:
-        return QCoreApplication::translate("quellbox", captions[static_cast<size_t>(section)]);
+        return CaptionOf(section);
     case Qt::TextAlignmentRole:
         return AlignmentOf(section);
     case Qt::DecorationRole:

@@ -21,6 +21,9 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
+    /// What stands above a column, one of Column, in the user's language.
+    static QString CaptionOf(int column);
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

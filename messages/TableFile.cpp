@@ -1,6 +1,5 @@
 #include "messages/TableFile.h"
 
-#include "messages/TableText.h"
 #include "platform/FlushFile.h"
 #include "platform/RuntimeError.h"
 
@@ -8,7 +7,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStringEncoder>
 
 namespace quellbox {
 
@@ -43,49 +41,8 @@ struct TableForm {
     QString (*Line)(const TableColumns& columns, const QStringList& cells);
 };
 
-QString CsvLine(const TableColumns& columns, const QStringList& cells) {
-    QString line;
-    for (size_t column = 0; column < columns.size(); ++column) {
-        const QString cell = cells.value(static_cast<qsizetype>(column));
-        line += column == 0 ? QLatin1String() : QLatin1String(",");
-        if (columns[column].isNumber && (cell.isEmpty() || IsPlainNumber(cell))) {
-            line += cell;
-        } else {
-            AppendCsvText(HarmlessInSpreadsheet(cell), line);
-        }
-    }
-    return line + QLatin1String("\r\n");
-}
-
 QString CsvBeginning(const TableColumns& columns) {
-    QStringList headers;
-    TableColumns texts = columns;
-    for (TableColumn& column : texts) {
-        headers += column.header;
-        column.isNumber = false;
-    }
-    return QChar(QChar::ByteOrderMark) + CsvLine(texts, headers);
-}
-
-void AppendJsonCell(bool isNumber, const QString& cell, QString& line) {
-    if (isNumber && cell.isEmpty()) {
-        line += QLatin1String("null");
-    } else if (isNumber && IsPlainNumber(cell)) {
-        line += cell;
-    } else {
-        AppendJsonText(cell, line);
-    }
-}
-
-QString JsonLine(const TableColumns& columns, const QStringList& cells) {
-    QString line(QLatin1Char('{'));
-    for (size_t column = 0; column < columns.size(); ++column) {
-        line += column == 0 ? QLatin1String() : QLatin1String(",");
-        AppendJsonText(columns[column].key, line);
-        line += QLatin1Char(':');
-        AppendJsonCell(columns[column].isNumber, cells.value(static_cast<qsizetype>(column)), line);
-    }
-    return line + QLatin1String("}\n");
+    return CsvMark() + CsvHeader(columns);
 }
 
 TableForm FormOf(const QString& path) {
@@ -100,10 +57,8 @@ TableForm FormOf(const QString& path) {
                     FileProblem::Other);
 }
 
-/// Half of a surrogate pair, which UTF-8 does not have, becomes U+FFFD.
 void Write(QSaveFile& file, const QString& text) {
-    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    const QByteArray bytes = encoder(text);
+    const QByteArray bytes = TableBytes(text);
     if (file.write(bytes) != bytes.size()) {
         ThrowTableError(file);
     }

@@ -1,5 +1,6 @@
 #include "history/HistoryTable.h"
 
+#include "messages/TableFile.h"
 #include "tests/history/JournalFile.h"
 
 using namespace quellbox;

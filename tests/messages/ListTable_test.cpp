@@ -33,7 +33,7 @@ protected:
 
 TEST_F(ListTable, HasTheColumnsThatAreShownAndTwoMore) {
     QStringList columns;
-    for (const TableColumn& column : ListTableColumns(model)) {
+    for (const TableColumn& column : ListTableColumns(false)) {
         columns += column.key + u'=' + column.header + (column.isNumber ? u" number"_s : QString());
     }
     EXPECT_EQ(columns.join(u", "_s).toStdString(), "date=Date, to=To, from=From, subject=Subject, size=Size number, "
@@ -41,12 +41,15 @@ TEST_F(ListTable, HasTheColumnsThatAreShownAndTwoMore) {
 }
 
 TEST_F(ListTable, RatingsAreNumbersWhereTheServerWritesNumbers) {
-    const auto isNumber = [this] { return ListTableColumns(model).at(5).isNumber; };
-    EXPECT_EQ(ListTableColumns(model).at(5).key, u"scl"_s);
-    model.SetRatesByNumber(true);
-    EXPECT_TRUE(isNumber());
-    model.SetRatesByNumber(false);
-    EXPECT_FALSE(isNumber());
+    EXPECT_EQ(ListTableColumns(true).at(5).key, u"scl"_s);
+    EXPECT_TRUE(ListTableColumns(true).at(5).isNumber);
+    EXPECT_FALSE(ListTableColumns(false).at(5).isNumber);
+}
+
+TEST_F(ListTable, OneRowHasACellForEachColumn) {
+    const MessageRow row(u"a.eml"_s, 300, 1'773'144'183, {u"t1"_s, u"f1"_s, u"s1"_s, u"9 99.0"_s, u"e1"_s});
+    EXPECT_EQ(CellsOf(row).join(u'|').toStdString(), "2026-03-10 12:03:03|t1|f1|s1|300|9 99.0|a.eml|e1");
+    EXPECT_EQ(static_cast<size_t>(CellsOf(row).size()), ListTableColumns(false).size());
 }
 
 TEST_F(ListTable, HasTheRowsInTheOrderOfTheList) {
