@@ -10,8 +10,7 @@ const std::vector<Command>& Commands() {
     static const std::vector<Command> all{
         {"list", "", QT_TRANSLATE_NOOP("quellbox", "Prints the messages of the archive."),
          "quellboxctl list --days 2 --min-scl 7 --match subject=invoice", AddListOptions, RunList},
-        {"show", "NAME",
-         QT_TRANSLATE_NOOP("quellbox", "Prints the header and the text of a message."),
+        {"show", "NAME", QT_TRANSLATE_NOOP("quellbox", "Prints the header and the text of a message."),
          "quellboxctl show 5d6d9c70.EML", AddShowOptions, RunShow},
         {"unblock", "[NAME... | -]",
          QT_TRANSLATE_NOOP("quellbox", "Lets messages go to those to whom they were written."),
@@ -29,7 +28,7 @@ const std::vector<Command>& Commands() {
         {"stats", "",
          QT_TRANSLATE_NOOP("quellbox", "Counts messages and bytes by day, spam confidence, domain of the sender and "
                                        "recipient."),
-         "quellboxctl stats --days 7 --by domain --top 10", AddListOptions, RunList},
+         "quellboxctl stats --days 7 --by domain --top 10", AddStatsOptions, RunStats},
         {"history", "", QT_TRANSLATE_NOOP("quellbox", "Prints what was done, the newest first."),
          "quellboxctl history --action delete --limit 20", AddHistoryOptions, RunHistory},
         {"undo", "[ACTION]",
