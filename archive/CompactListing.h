@@ -45,6 +45,7 @@ private:
         quint64 length : 21;
         quint64 isWide : 1;
     };
+    static_assert(sizeof(Entry) == 24);
 
     char* Room(size_t bytes, size_t alignment, Entry& entry);
     template <class Use>

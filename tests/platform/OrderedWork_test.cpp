@@ -321,6 +321,78 @@ TEST_F(OrderedWorkTest, TheEndMayDestroyTheSeries) {
     EXPECT_EQ(texts, QStringList({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}));
 }
 
+TEST_F(OrderedWorkTest, HeldBackItHandsNothingOverUntilItMay) {
+    Make(pool_, 100, [](size_t item) { return item; });
+    work_->StartHeldBack();
+    pool_.WaitForDone();
+    for (int turn = 0; turn < 5; ++turn) {
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(taken_.empty());
+    EXPECT_FALSE(end_.has_value());
+    work_->HandOver();
+    EXPECT_TRUE(taken_.empty()) << "it comes from the event loop";
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(taken_, UpTo(100));
+    EXPECT_EQ(end_, SeriesEnd::Completed);
+}
+
+TEST_F(OrderedWorkTest, HeldBackItMayHandOverWhileItIsUnderWay) {
+    Make(pool_, 4, [this](size_t item) {
+        gate_.Pass(item);
+        return item;
+    });
+    work_->StartHeldBack();
+    gate_.Let(0);
+    ASSERT_TRUE(RunUntil([this] { return gate_.Passed() == 1; }));
+    EXPECT_TRUE(taken_.empty());
+    work_->HandOver();
+    ASSERT_TRUE(RunUntil([this] { return taken_.size() == 1; }));
+    gate_.LetAll();
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(taken_, UpTo(4));
+}
+
+TEST_F(OrderedWorkTest, HeldBackItTellsAFailureWhenItMayHandOver) {
+    Make(pool_, 1, [](size_t) -> size_t { throw std::runtime_error("no more"); });
+    work_->StartHeldBack();
+    pool_.WaitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(end_.has_value());
+    work_->HandOver();
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(end_, SeriesEnd::Failed);
+}
+
+TEST_F(OrderedWorkTest, HeldBackItIsGivenUpAtOnce) {
+    ManualPool pool;
+    Make(pool, 3, [](size_t item) { return item; });
+    work_->StartHeldBack();
+    work_->GiveUp();
+    EXPECT_EQ(end_, SeriesEnd::Cancelled);
+    work_->HandOver();
+    pool.RunAll();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(taken_.empty());
+    work_.reset();
+}
+
+TEST_F(OrderedWorkTest, BeginsWithAsManyWorkersAsAnotherOneNeeded) {
+    ManualPool pool;
+    WorkOptions options;
+    options.firstWorkers = 40;
+    OrderedWork<size_t> known(
+        pool, 100, [](size_t item) { return item; }, [](size_t, size_t) {}, [](SeriesEnd) {}, options);
+    known.Start();
+    EXPECT_EQ(pool.Waiting(), 40U);
+    EXPECT_EQ(known.Workers(), 40);
+    OrderedWork<size_t> small(
+        pool, 3, [](size_t item) { return item; }, [](size_t, size_t) {}, [](SeriesEnd) {}, options);
+    small.Start();
+    EXPECT_EQ(small.Workers(), 3) << "no more than there are calls";
+    pool.RunAll();
+}
+
 /// More than a slot holds by itself.
 struct Large {
     std::array<size_t, 32> values{};

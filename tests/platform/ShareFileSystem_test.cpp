@@ -217,6 +217,29 @@ TEST_F(ShareFileSystemTest, ANameWithABackslashIsNoNameOfAShare) {
     EXPECT_EQ(FolderNames(files_, Text(R"(\\nas\mail\spam\)")), QStringList());
 }
 
+TEST_F(ShareFileSystemTest, AVisitMakesNoListOfAllEntries) {
+    class VisitedOnly : public MemoryFileSystem {
+    public:
+        std::vector<FolderEntry> Entries(const QString& folder) const override {
+            ADD_FAILURE() << folder.toStdString() << " is listed";
+            return {};
+        }
+        void VisitEntries(const QString& folder, const std::function<void(FolderEntry)>& visit) const override {
+            visit({folder, EntryKind::File, false, std::nullopt});
+            visit({Text(R"(no\name)"), EntryKind::File, false, std::nullopt});
+        }
+    };
+    const ShareFileSystem files(std::make_unique<VisitedOnly>(), volumes_);
+    const auto visited = [&files](const QString& folder) {
+        QStringList names;
+        files.VisitEntries(folder, [&names](const FolderEntry& entry) { names.append(entry.name); });
+        return names;
+    };
+    EXPECT_EQ(visited(Text(R"(\\nas\mail\spam\)")), QStringList{Text("/mnt/mail/spam/")});
+    EXPECT_EQ(visited(Text("/pickup/")), QStringList({Text("/pickup/"), Text(R"(no\name)")}));
+    EXPECT_THROW(visited(Text(R"(\\nas\gone)")), FileError);
+}
+
 TEST_F(ShareFileSystemTest, ServesSeveralThreads) {
     std::atomic<int> found = 0;
     std::vector<std::thread> threads;
