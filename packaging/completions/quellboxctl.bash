@@ -35,6 +35,8 @@ _quellboxctl() {
   local commands='list show unblock delete tolerate deliver-tolerated cleanse stats history undo pickup-test watch'
   local common='--archive --pickup --program --csv --json --help -h'
   local choices='--days --match --min-scl --max-scl --tolerated'
+  local list_form='--names --print0'
+  local dry_run="--dry-run $list_form"
   local with_value=' --archive --pickup --program --days --match --min-scl --max-scl --sort --limit --keep-days --by
     --top --action --result --text --entry --wait --interval '
 
@@ -53,27 +55,26 @@ _quellboxctl() {
     ((i != COMP_CWORD)) || at=$((${#line[@]} - 1))
   done
 
-  # The command, what it was given so far, and the directories that count for it.
+  # What the command was given so far, and the directories that count for it.
   local command= option= word
   local -a given=()
   local -A places=()
-  for ((i = 1; i < ${#line[@]}; i++)); do
+  ((at < 2)) || command=${line[1]}
+  for ((i = 2; i < at; i++)); do
     word=${line[i]}
     if [[ -n $option ]]; then
-      ((i == at)) || places[${option#--}]=$word
-      ((i != at)) || break
+      places[${option#--}]=$word
       option=
     elif [[ $word == --*=* ]]; then
-      option=${word%%=*}
-      ((i == at)) || places[${option#--}]=${word#*=}
-      option=
+      word=${word%%=*}
+      places[${word#--}]=${line[i]#*=}
     elif [[ $with_value == *[[:space:]]"$word"[[:space:]]* ]]; then
-      ((i == at)) || option=$word
-    elif [[ $word != -?* ]] && ((i < at)); then
-      if [[ -z $command ]]; then command=$word; else given+=("$word"); fi
+      option=$word
+    elif [[ $word != -?* ]]; then
+      given+=("$word")
     fi
   done
-  # Places may stand behind the cursor as well, where the command does not.
+  # They may stand behind the cursor as well.
   for ((i = at + 1; i < ${#line[@]}; i++)); do
     case ${line[i]} in
       --archive=* | --program=*) word=${line[i]%%=*} places[${word#--}]=${line[i]#*=} ;;
@@ -96,8 +97,8 @@ _quellboxctl() {
     --sort) mapfile -t COMPREPLY < <(compgen -W 'date to from subject size scl' -- "$value") ;;
     --by) mapfile -t COMPREPLY < <(compgen -W 'day scl domain to' -- "$value") ;;
     --action)
-      mapfile -t COMPREPLY < <(compgen -W 'unblock delete tolerate auto-tolerate cleanse whitelist-add whitelist-remove
-        pickup-test undo' -- "$value")
+      mapfile -t COMPREPLY < <(compgen -W 'unblock delete tolerate deliver-tolerated cleanse whitelist-add
+        whitelist-remove pickup-test undo' -- "$value")
       ;;
     --result) mapfile -t COMPREPLY < <(compgen -W 'done failed undone' -- "$value") ;;
     --match)
@@ -110,18 +111,18 @@ _quellboxctl() {
   if [[ $current == -?* || ($current == - && $command != unblock && $command != delete) ]]; then
     local options
     case $command in
-      '') options='--archive --pickup --program --help -h --version' ;;
-      list) options="$common $choices --sort --reverse --limit --names --print0" ;;
+      '') options='--help -h --version -v' ;;
+      list) options="$common $choices --sort --reverse --limit $list_form" ;;
       show) options="$common --raw --tree" ;;
-      unblock | delete) options="$common $choices --all --dry-run -0" ;;
+      unblock | delete) options="$common $choices --all -0 $dry_run" ;;
       tolerate) options="$common --replace" ;;
-      deliver-tolerated) options="$common --days --dry-run" ;;
-      cleanse) options="$common --keep-days --dry-run" ;;
+      deliver-tolerated) options="$common --days $dry_run" ;;
+      cleanse) options="$common --keep-days $dry_run" ;;
       stats) options="$common $choices --by --top" ;;
       history) options="$common --action --result --text --limit" ;;
       undo) options="$common --entry" ;;
       pickup-test) options="$common --wait" ;;
-      watch) options="$common $choices --interval --names --print0" ;;
+      watch) options="$common $choices --interval $list_form" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     return
