@@ -23,7 +23,7 @@ wineserver -w
 mkdir -p "$WINEPREFIX/dosdevices/unc/localhost"
 ln -sfn "$WINEPREFIX/drive_c" "$WINEPREFIX/dosdevices/unc/localhost/C\$"
 failed=0
-ctest --test-dir "$build/cmake" --output-on-failure --timeout 600 || failed=1
+ctest --test-dir "$build/cmake" --output-on-failure --timeout 1800 || failed=1
 "$recipes/test-program.sh" || failed=1
 "$recipes/test-installer.sh" || failed=1
 exit $failed
