@@ -15,7 +15,7 @@ import tempfile
 import xml.etree.ElementTree as ET
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = ["platform", "mail", "settings", "messages", "delivery", "history", "whitelist", "contents", "archive", "dialogs", "app"]
+FOLDERS = ["platform", "mail", "settings", "messages", "delivery", "history", "whitelist", "contents", "archive", "dialogs", "console", "app"]
 
 
 def update(lupdate, files):

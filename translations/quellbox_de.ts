@@ -1542,6 +1542,382 @@
         <source>The message is not kept any more.</source>
         <translation>Die Nachricht wird nicht mehr aufbewahrt.</translation>
     </message>
+    <message>
+        <source>There is no such message.</source>
+        <translation>Diese Nachricht gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no name of a message.</source>
+        <translation>&quot;%1&quot; ist kein Name einer Nachricht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no FIELD=TEXT; the fields are %2.</source>
+        <translation>&quot;%1&quot; ist kein FELD=TEXT; die Felder sind %2.</translation>
+    </message>
+    <message>
+        <source>--%1: &quot;%2&quot; is no number.</source>
+        <translation>--%1: &quot;%2&quot; ist keine Zahl.</translation>
+    </message>
+    <message>
+        <source>Only messages of that many calendar days, today being the first; 0 for all.</source>
+        <translation>Nur Nachrichten so vieler Kalendertage, von denen heute der erste ist; 0 für alle.</translation>
+    </message>
+    <message>
+        <source>Only messages with that text in a field: %1. Upper and lower case are the same. May be given several times; then all have to match.</source>
+        <translation>Nur Nachrichten mit diesem Text in einem Feld: %1. Groß- und Kleinschreibung ist gleich. Mehrmals möglich; dann muss alles zutreffen.</translation>
+    </message>
+    <message>
+        <source>Only messages with at least that spam confidence.</source>
+        <translation>Nur Nachrichten, deren Spam-Bewertung mindestens so hoch ist.</translation>
+    </message>
+    <message>
+        <source>Only messages with at most that spam confidence.</source>
+        <translation>Nur Nachrichten, deren Spam-Bewertung höchstens so hoch ist.</translation>
+    </message>
+    <message>
+        <source>Only messages whose envelope sender is on the whitelist.</source>
+        <translation>Nur Nachrichten, deren Absender im Umschlag auf der Whitelist steht.</translation>
+    </message>
+    <message>
+        <source>--%1: &quot;%2&quot; is no whole number from %3 to %4.</source>
+        <translation>--%1: &quot;%2&quot; ist keine ganze Zahl von %3 bis %4.</translation>
+    </message>
+    <message>
+        <source>An argument is missing.</source>
+        <translation>Ein Argument fehlt.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one argument too many.</source>
+        <translation>&quot;%1&quot; ist ein Argument zu viel.</translation>
+    </message>
+    <message>
+        <source>Keep the messages of that many calendar days, today being the first; 0 keeps none.</source>
+        <translation>Die Nachrichten so vieler Kalendertage behalten, von denen heute der erste ist; 0 behält keine.</translation>
+    </message>
+    <message>
+        <source>--keep-days is missing: how many days to keep.</source>
+        <translation>--keep-days fehlt: wie viele Tage behalten werden.</translation>
+    </message>
+    <message>
+        <source>Prints the messages of the archive.</source>
+        <translation>Gibt die Nachrichten des Archivs aus.</translation>
+    </message>
+    <message>
+        <source>Prints the header and the text of a message.</source>
+        <translation>Gibt Kopf und Text einer Nachricht aus.</translation>
+    </message>
+    <message>
+        <source>Lets messages go to those to whom they were written.</source>
+        <translation>Lässt Nachrichten zu denen, an die sie geschrieben sind.</translation>
+    </message>
+    <message>
+        <source>Deletes messages.</source>
+        <translation>Löscht Nachrichten.</translation>
+    </message>
+    <message>
+        <source>Keeps the whitelist of tolerated senders.</source>
+        <translation>Führt die Whitelist der tolerierten Absender.</translation>
+    </message>
+    <message>
+        <source>Unblocks the messages of tolerated senders, as an automatic refresh does.</source>
+        <translation>Gibt die Nachrichten tolerierter Absender frei, wie es eine automatische Aktualisierung tut.</translation>
+    </message>
+    <message>
+        <source>Deletes what is older than some days.</source>
+        <translation>Löscht, was älter ist als einige Tage.</translation>
+    </message>
+    <message>
+        <source>Counts messages and bytes by day, spam confidence, domain of the sender and recipient.</source>
+        <translation>Zählt Nachrichten und Bytes nach Tag, Spam-Bewertung, Domäne des Absenders und Empfänger.</translation>
+    </message>
+    <message>
+        <source>Prints what was done, the newest first.</source>
+        <translation>Gibt aus, was getan wurde, das Neueste zuerst.</translation>
+    </message>
+    <message>
+        <source>Takes back the latest action, or the one with that number in the history.</source>
+        <translation>Nimmt die letzte Aktion zurück, oder die mit dieser Nummer im Verlauf.</translation>
+    </message>
+    <message>
+        <source>Sends a test message to the postmaster.</source>
+        <translation>Sendet eine Testnachricht an den Postmaster.</translation>
+    </message>
+    <message>
+        <source>Prints a line for each new message, until it is interrupted.</source>
+        <translation>Gibt für jede neue Nachricht eine Zeile aus, bis es unterbrochen wird.</translation>
+    </message>
+    <message>
+        <source>Exit codes: 0 done, 1 some messages failed, 2 wrong usage, 3 the archive or the pickup directory cannot be reached, 4 interrupted.</source>
+        <translation>Ende mit: 0 getan, 1 manche Nachrichten misslangen, 2 falscher Aufruf, 3 Archiv oder Pickup-Verzeichnis ist nicht zu erreichen, 4 unterbrochen.</translation>
+    </message>
+    <message>
+        <source>The archive, instead of the one in the settings.</source>
+        <translation>Das Archiv, anstelle dessen in den Einstellungen.</translation>
+    </message>
+    <message>
+        <source>The pickup directory, instead of the one in the settings.</source>
+        <translation>Das Pickup-Verzeichnis, anstelle dessen in den Einstellungen.</translation>
+    </message>
+    <message>
+        <source>The program whose settings and history are used (%1).</source>
+        <translation>Das Programm, dessen Einstellungen und Verlauf benutzt werden (%1).</translation>
+    </message>
+    <message>
+        <source>Print this help.</source>
+        <translation>Diese Hilfe ausgeben.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>Looks through the archive of a mail server&apos;s spam filter, and delivers what is no spam, without a window.</source>
+        <translation>Sieht das Archiv des Spamfilters eines Mailservers durch und stellt zu, was kein Spam ist, ohne ein Fenster.</translation>
+    </message>
+    <message>
+        <source>quellboxctl COMMAND --help tells more of a command, quellboxctl --version the version.</source>
+        <translation>quellboxctl COMMAND --help sagt mehr über einen Befehl, quellboxctl --version die Version.</translation>
+    </message>
+    <message>
+        <source>Example: %1</source>
+        <translation>Beispiel: %1</translation>
+    </message>
+    <message>
+        <source>Print the messages, and do nothing with them.</source>
+        <translation>Die Nachrichten ausgeben und nichts mit ihnen tun.</translation>
+    </message>
+    <message>
+        <source>The whitelist is disabled in the options, so no message is delivered by it.</source>
+        <translation>Die Whitelist ist in den Optionen ausgeschaltet, deshalb wird keine Nachricht ihretwegen zugestellt.</translation>
+    </message>
+    <message>
+        <source>-0 needs &quot;-&quot;, for names from the input.</source>
+        <translation>-0 braucht &quot;-&quot;, für Namen aus der Eingabe.</translation>
+    </message>
+    <message>
+        <source>Names come either from the command line or from the input.</source>
+        <translation>Namen kommen entweder von der Befehlszeile oder aus der Eingabe.</translation>
+    </message>
+    <message>
+        <source>Name messages, or choose them by options. For all messages there is --all.</source>
+        <translation>Nennen Sie Nachrichten, oder wählen Sie sie durch Optionen aus. Für alle Nachrichten gibt es --all.</translation>
+    </message>
+    <message>
+        <source>Messages are either named or chosen by options, not both.</source>
+        <translation>Nachrichten werden entweder genannt oder durch Optionen ausgewählt, nicht beides.</translation>
+    </message>
+    <message>
+        <source>All messages of the archive.</source>
+        <translation>Alle Nachrichten des Archivs.</translation>
+    </message>
+    <message>
+        <source>Names from the input (&quot;-&quot;) end with a NUL, not with a line.</source>
+        <translation>Namen aus der Eingabe (&quot;-&quot;) enden mit einem NUL, nicht mit einer Zeile.</translation>
+    </message>
+    <message>
+        <source>--%1: &quot;%2&quot; is none of %3.</source>
+        <translation>--%1: &quot;%2&quot; ist keines von %3.</translation>
+    </message>
+    <message>
+        <source>Entry</source>
+        <translation>Eintrag</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Nummer</translation>
+    </message>
+    <message>
+        <source>Only actions of that kind: %1.</source>
+        <translation>Nur Aktionen dieser Art: %1.</translation>
+    </message>
+    <message>
+        <source>Only what came to that: %1.</source>
+        <translation>Nur was dazu führte: %1.</translation>
+    </message>
+    <message>
+        <source>Only entries with that text somewhere in them.</source>
+        <translation>Nur Einträge, in denen irgendwo dieser Text steht.</translation>
+    </message>
+    <message>
+        <source>Print no more than that many.</source>
+        <translation>Nicht mehr als so viele ausgeben.</translation>
+    </message>
+    <message>
+        <source>--sort: there is no column &quot;%1&quot;.</source>
+        <translation>--sort: Eine Spalte &quot;%1&quot; gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Sort by a column (date, to, from, subject, size, scl) as the window does. Without it the messages come in order of arrival.</source>
+        <translation>Nach einer Spalte sortieren (date, to, from, subject, size, scl), wie es das Fenster tut. Sonst kommen die Nachrichten in der Reihenfolge ihres Eintreffens.</translation>
+    </message>
+    <message>
+        <source>Sort the other way round.</source>
+        <translation>Umgekehrt sortieren.</translation>
+    </message>
+    <message>
+        <source>--reverse needs --sort.</source>
+        <translation>--reverse braucht --sort.</translation>
+    </message>
+    <message>
+        <source>--names and --print0 cannot be combined with --csv or --json.</source>
+        <translation>--names und --print0 gehen nicht zusammen mit --csv oder --json.</translation>
+    </message>
+    <message>
+        <source>Print only names, a line for each.</source>
+        <translation>Nur Namen ausgeben, für jeden eine Zeile.</translation>
+    </message>
+    <message>
+        <source>Print only names, each ended by a NUL.</source>
+        <translation>Nur Namen ausgeben, jeden durch ein NUL beendet.</translation>
+    </message>
+    <message>
+        <source>--program: &quot;%1&quot; is no name of a program.</source>
+        <translation>--program: &quot;%1&quot; ist kein Name eines Programms.</translation>
+    </message>
+    <message>
+        <source>A command is missing. See quellboxctl --help.</source>
+        <translation>Ein Befehl fehlt. Siehe quellboxctl --help.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no command. See quellboxctl --help.</source>
+        <translation>&quot;%1&quot; ist kein Befehl. Siehe quellboxctl --help.</translation>
+    </message>
+    <message>
+        <source>Detail</source>
+        <translation>Einzelheit</translation>
+    </message>
+    <message>
+        <source>Wait that long until the server has taken the message.</source>
+        <translation>So lange warten, bis der Server die Nachricht abgeholt hat.</translation>
+    </message>
+    <message>
+        <source>The mail server has taken the test message. Verify postmaster mailbox now!</source>
+        <translation>Der Mailserver hat die Testnachricht angenommen. Prüfen Sie jetzt das Postfach des Postmasters!</translation>
+    </message>
+    <message>
+        <source>Testmessage send. Verify postmaster mailbox now!</source>
+        <translation>Testnachricht gesendet. Überprüfen Sie jetzt das Postfach des Postmasters!</translation>
+    </message>
+    <message>
+        <source>Exchange Pickup Directory not setup yet.</source>
+        <translation>Das Exchange-Pickup-Verzeichnis ist noch nicht eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Pickup directory %1 not found</source>
+        <translation>Pickup-Verzeichnis %1 nicht gefunden</translation>
+    </message>
+    <message>
+        <source>The output cannot be written.</source>
+        <translation>Die Ausgabe kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>[Attachment: %1]</source>
+        <translation>[Anhang: %1]</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Ebene</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Attachments</source>
+        <translation>Anhänge</translation>
+    </message>
+    <message>
+        <source>Print the bytes of the message as they are.</source>
+        <translation>Die Bytes der Nachricht ausgeben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Print the structure of the message.</source>
+        <translation>Den Aufbau der Nachricht ausgeben.</translation>
+    </message>
+    <message>
+        <source>--raw cannot be combined with --tree, --csv or --json.</source>
+        <translation>--raw geht nicht zusammen mit --tree, --csv oder --json.</translation>
+    </message>
+    <message>
+        <source>Count by that: %1. May be given several times; without it by all.</source>
+        <translation>Danach zählen: %1. Mehrmals möglich; sonst nach allem.</translation>
+    </message>
+    <message>
+        <source>Print no more than that many of each: the latest days, and of all else the most frequent.</source>
+        <translation>Von jedem nicht mehr als so viele ausgeben: die letzten Tage, und von allem anderen die häufigsten.</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Print a table for spreadsheets (RFC 4180, UTF-8).</source>
+        <translation>Eine Tabelle für Tabellenkalkulationen ausgeben (RFC 4180, UTF-8).</translation>
+    </message>
+    <message>
+        <source>Print a JSON object in each line.</source>
+        <translation>In jeder Zeile ein JSON-Objekt ausgeben.</translation>
+    </message>
+    <message>
+        <source>--csv and --json exclude each other.</source>
+        <translation>--csv und --json schließen einander aus.</translation>
+    </message>
+    <message>
+        <source>Another program is changing the whitelist.</source>
+        <translation>Ein anderes Programm ändert gerade die Whitelist.</translation>
+    </message>
+    <message>
+        <source>The settings of this system hold only one of several entries that differ in upper and lower case only; this one is left out: %1</source>
+        <translation>Die Einstellungen dieses Systems halten von mehreren Einträgen, die sich nur in Groß- und Kleinschreibung unterscheiden, nur einen; dieser fehlt: %1</translation>
+    </message>
+    <message>
+        <source>Invalid email address specified</source>
+        <translation>Ungültige E-Mail-Adresse angegeben</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. To agree, give --replace.</source>
+        <translation>Nichts wurde geändert. Um zuzustimmen, geben Sie --replace an.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not on the whitelist.</source>
+        <translation>&quot;%1&quot; steht nicht auf der Whitelist.</translation>
+    </message>
+    <message>
+        <source>Lets a domain take the place of its addresses.</source>
+        <translation>Lässt eine Domäne an die Stelle ihrer Adressen treten.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of list, add, remove and test.</source>
+        <translation>&quot;%1&quot; ist keines von list, add, remove und test.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number of the history.</source>
+        <translation>&quot;%1&quot; ist keine Nummer des Verlaufs.</translation>
+    </message>
+    <message>
+        <source>Give either an action or entries.</source>
+        <translation>Geben Sie entweder eine Aktion oder Einträge an.</translation>
+    </message>
+    <message>
+        <source>Take back one entry of the history. May be given several times.</source>
+        <translation>Einen Eintrag des Verlaufs zurücknehmen. Mehrmals möglich.</translation>
+    </message>
+    <message>
+        <source>There is nothing that can be taken back.</source>
+        <translation>Es gibt nichts, was zurückgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>Look every so many seconds; without it as often as the settings say.</source>
+        <translation>Alle so viele Sekunden nachsehen; sonst so oft, wie die Einstellungen sagen.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
