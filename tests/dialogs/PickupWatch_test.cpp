@@ -73,4 +73,28 @@ TEST_F(PickupWatchTest, NothingIsWrittenDownWhenItIsStopped) {
     EXPECT_TRUE(record_->taken.empty());
 }
 
+TEST_F(PickupWatchTest, TellsWhoeverWaitsWhatItFoundOut) {
+    std::optional<PickupWatch::Outcome> outcome;
+    QObject::connect(&watch_, &PickupWatch::Ended, &watch_,
+                     [&outcome](const PickupWatch::Outcome& found) { outcome = found; });
+    files_.Remove(path_);
+    ASSERT_TRUE(RunUntil([&outcome] { return outcome.has_value(); }));
+    EXPECT_TRUE(outcome->isTaken);
+    EXPECT_EQ(outcome->text, record_->taken[0].detail);
+}
+
+TEST_F(PickupWatchTest, HasThePatienceOfWhoeverWaits) {
+    std::optional<PickupWatch::Outcome> outcome;
+    QObject::connect(&watch_, &PickupWatch::Ended, &watch_,
+                     [&outcome](const PickupWatch::Outcome& found) { outcome = found; });
+    watch_.Start(path_, QStringLiteral("/pickup/"), record_, 20);
+    clock_.Set(noon_.addSecs(19));
+    LookAgain();
+    EXPECT_FALSE(outcome);
+    clock_.Set(noon_.addSecs(20));
+    ASSERT_TRUE(RunUntil([&outcome] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->isTaken);
+    EXPECT_TRUE(outcome->text.contains(QStringLiteral("20"))) << outcome->text.toStdString();
+}
+
 } // namespace quellbox

@@ -1,5 +1,7 @@
 #include "history/HistoryTexts.h"
 
+#include <QSet>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,6 +26,19 @@ TEST(HistoryTexts, EveryActionAndResultHasAName) {
     }
     EXPECT_EQ(HistoryActions().size(), 9U);
     EXPECT_EQ(NameOf(static_cast<HistoryAction>(99)), QString()) << "of a later version";
+}
+
+TEST(HistoryTexts, EveryActionAndResultHasAKeyOfItsOwn) {
+    QSet<QString> keys;
+    for (const HistoryAction action : HistoryActions()) {
+        keys.insert(KeyOf(action));
+    }
+    EXPECT_EQ(keys.size(), static_cast<qsizetype>(HistoryActions().size()));
+    for (const HistoryResult result : HistoryResults()) {
+        keys.insert(KeyOf(result));
+    }
+    EXPECT_EQ(keys.size(), static_cast<qsizetype>(HistoryActions().size() + HistoryResults().size()));
+    EXPECT_FALSE(keys.contains(QString()));
 }
 
 TEST(HistoryTexts, TheSenderIsThatOfTheEnvelopeOrElseOfTheHeader) {

@@ -83,6 +83,31 @@ TEST_F(VisibleFileNamesTest, AskSinglyForLinksOnly) {
 
 #endif
 
+TEST_F(VisibleFileNamesTest, ACleansingMayDeleteThoseOfMessages) {
+    for (const QString& name : {u"a.EML"_s, u"b.eml"_s, u"c.txt"_s, u".d.EML"_s}) {
+        Write(name);
+    }
+    QStringList names = CleansingNames(*files_, Folder(folder_.path()), MessagePlaces());
+    names.sort();
+    EXPECT_EQ(names, QStringList({u"a.EML"_s, u"b.eml"_s}));
+}
+
+TEST(FileName, IsNoPath) {
+    for (const QString& name : {u"a.EML"_s, u" "_s, u"..."_s, u".hidden"_s, u"-x"_s, u"Gr\u00fc\u00dfe"_s}) {
+        EXPECT_TRUE(IsFileName(name)) << name.toStdString();
+    }
+    for (const QString& name : {u""_s, u"."_s, u".."_s, u"/"_s, u"a/b"_s, u"../a"_s, u"a/"_s, QString(QChar(0))}) {
+        EXPECT_FALSE(IsFileName(name)) << name.toStdString();
+    }
+#ifdef _WIN32
+    for (const QString& name : {u"a\\b"_s, u"C:a"_s, u"a:stream"_s}) {
+        EXPECT_FALSE(IsFileName(name)) << name.toStdString();
+    }
+#else
+    EXPECT_TRUE(IsFileName(u"a\\b:c"_s));
+#endif
+}
+
 } // namespace
 
 } // namespace quellbox
