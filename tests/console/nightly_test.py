@@ -4,6 +4,7 @@ end in other ways; and lets its mail be taken by a script.
 
 Usage: nightly_test.py QUELLBOXCTL
 """
+import json
 import os
 import subprocess
 import sys
@@ -73,9 +74,11 @@ class NightlyTest(unittest.TestCase):
         self.assertEqual(self.names(self.archive), ["stranger0.eml"])
         self.assertIn("What remains", text)
         self.assertIn("x.example", text)
-        history = self.call("history", "--csv")
-        self.assertEqual(history.count(",deliver-tolerated,done,"), 2, history)
-        self.assertEqual(history.count(",cleanse,done,"), 1, history)
+        history = [json.loads(line) for line in self.call("history", "--json").splitlines()]
+        self.assertEqual([(entry["action"], entry["result"], entry["file"]) for entry in history[:1]],
+                         [("cleanse", "done", "stranger20.eml")])
+        self.assertEqual({(entry["action"], entry["result"], entry["file"]) for entry in history[1:3]},
+                         {("deliver-tolerated", "done", name) for name in ("friend0.eml", "friend20.eml")})
 
     def test_the_days_that_remain_can_be_chosen(self):
         self.work(0, KEEP_DAYS="30")
