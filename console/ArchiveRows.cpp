@@ -31,15 +31,24 @@ std::shared_ptr<const FolderReader> OpenArchive(Session& session) {
     }
 }
 
+/// A file by its name, or by the form in which the name was printed.
+std::optional<FileEntry> FindNamed(const FolderReader& folder, const MessagePlaces& places, const QString& name) {
+    for (const QString& meant : {name, PrintedName(name)}) {
+        const bool isListed = !meant.isEmpty() && (places.listsOthers || IsMessageName(places, meant));
+        if (const std::optional<FileStatus> status = isListed ? folder.Status(meant) : std::nullopt) {
+            return FileEntry{meant, *status};
+        }
+    }
+    return std::nullopt;
+}
+
 Named ReadNamed(const FolderReader& folder, const Folder& archive, const QString& name, const ServerProfile& profile) {
     try {
-        const std::optional<FileStatus> status = folder.Status(name);
-        if (!status) {
-            return {std::nullopt,
-                    FileFailure(archive.PathOf(name),
-                                QCoreApplication::translate("quellbox", "There is no such message."))};
+        if (const std::optional<FileEntry> file = FindNamed(folder, profile.places, name)) {
+            return {ReadMessageRow(folder, *file, false, profile).row, std::nullopt};
         }
-        return {ReadMessageRow(folder, {name, *status}, false, profile).row, std::nullopt};
+        return {std::nullopt, FileFailure(archive.PathOf(name),
+                                          QCoreApplication::translate("quellbox", "There is no such message."))};
     } catch (const FileError& error) {
         return {std::nullopt, FileFailure(error)};
     }
@@ -47,14 +56,14 @@ Named ReadNamed(const FolderReader& folder, const Folder& archive, const QString
 
 } // namespace
 
-void ForEachRow(Session& session, const MessageChoice& choice, const std::function<bool(const ReadRow& row)>& take) {
+void ForEachRow(Session& session, const MessageChoice& choice, const std::function<bool(const ReadRow& row)>& take,
+                Progress&& progress) {
     ArchiveScan scan(session.Ports().files, session.Ports().pool);
     ScanRequest request{session.Archive(), &ChosenProfile(session.State())};
     request.wants = [choice, today = session.Ports().clock.Now().date()](const FileEntry& file) {
         return choice.WantsFile(file, today);
     };
     ScanResult result;
-    Progress progress;
     std::exception_ptr failure; // which must not pass through the event loop
     qint64 count = 0;
     const auto takeRow = [&](const ReadRow& row) {
@@ -79,8 +88,12 @@ void ForEachRow(Session& session, const MessageChoice& choice, const std::functi
             scan.Start(request, takeRow);
         },
         [&scan] { scan.Cancel(); });
+    progress.Clear();
     if (failure) {
         std::rethrow_exception(failure);
+    }
+    if (session.IsInterrupted()) {
+        throw CommandError(ExitCode::Interrupted, {});
     }
     if (!result.reason.isEmpty()) {
         throw UnreachableError(result.reason);
@@ -102,6 +115,7 @@ NamedRows RowsOf(Session& session, const QStringList& names) {
     }
     const std::shared_ptr<const FolderReader> folder = OpenArchive(session);
     NamedRows found;
+    std::exception_ptr failure;
     std::optional<OrderedWork<Named>> reading;
     session.Await(
         [&](const std::function<void()>& done) {
@@ -117,17 +131,25 @@ NamedRows RowsOf(Session& session, const QStringList& names) {
                         found.failures.push_back(std::move(*named.failure));
                     }
                 },
-                [done](SeriesEnd) { done(); });
+                [&reading, &failure, done](SeriesEnd how) {
+                    failure = how == SeriesEnd::Failed ? reading->Failure() : nullptr;
+                    done();
+                });
             reading->Start();
         },
         [&reading] { reading->GiveUp(); });
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    if (session.IsInterrupted()) {
+        throw CommandError(ExitCode::Interrupted, {});
+    }
     return found;
 }
 
 void RequireArchive(Session& session) {
-    const bool exists = CallAside(session, [&files = session.Ports().files, archive = session.Archive()] {
-        return files.FolderExists(archive);
-    });
+    const bool exists = CallAside(
+        session, [&files = session.Ports().files, archive = session.Archive()] { return files.FolderExists(archive); });
     FolderState state;
     state.exists = exists;
     if (const std::optional<ListingRefusal> refusal = ListingCheck().Refusal(session.Archive(), state)) {

@@ -23,8 +23,7 @@ auto CallAside(Session& session, Call call) {
     session.Await(
         [&](const std::function<void()>& done) {
             work.emplace(
-                session.Ports().pool, 1,
-                [call = std::move(call)](size_t) { return std::make_shared<Result>(call()); },
+                session.Ports().pool, 1, [call = std::move(call)](size_t) { return std::make_shared<Result>(call()); },
                 [&result](size_t, std::shared_ptr<Result> answer) { result = std::move(answer); },
                 [&work, &failure, done](SeriesEnd how) {
                     failure = how == SeriesEnd::Failed ? work->Failure() : nullptr;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace quellbox {
@@ -38,6 +39,10 @@ FieldMatch ReadMatch(const QString& text) {
         throw UsageError(QCoreApplication::translate("quellbox", "\"%1\" is no FIELD=TEXT; the fields are %2.")
                              .arg(text, MatchFields().join(QStringLiteral(", "))));
     }
+    if (sign + 1 == text.size()) { // as from a variable that is not set; it would match every message
+        throw UsageError(
+            QCoreApplication::translate("quellbox", "--match: the text after \"%1\" is missing.").arg(text));
+    }
     return {field->field, field->column, text.mid(sign + 1)};
 }
 
@@ -47,7 +52,7 @@ std::optional<double> ReadScl(const QCommandLineParser& parser, const QString& o
     }
     bool isNumber = false;
     const double number = QLocale::c().toDouble(parser.value(option), &isNumber);
-    if (!isNumber) {
+    if (!isNumber || !std::isfinite(number)) {
         throw UsageError(
             QCoreApplication::translate("quellbox", "--%1: \"%2\" is no number.").arg(option, parser.value(option)));
     }
@@ -69,7 +74,8 @@ QString FieldText(const FieldMatch& match, const MessageRow& row) {
 } // namespace
 
 bool MessageChoice::IsEmpty() const {
-    return days.isEmpty() && matches.empty() && !leastScl && !mostScl && !tolerated;
+    const bool isForAllDays = days.isEmpty() || days == QLatin1String("0");
+    return isForAllDays && matches.empty() && !leastScl && !mostScl && !tolerated;
 }
 
 bool MessageChoice::WantsFile(const FileEntry& file, QDate today) const {
@@ -103,10 +109,10 @@ QStringList MatchFields() {
 }
 
 QCommandLineOption DaysOption() {
-    return {
-        QStringLiteral("days"),
-        Tr(QT_TRANSLATE_NOOP("quellbox", "Only messages of that many calendar days, today being the first; 0 for all.")),
-        QStringLiteral("N")};
+    return {QStringLiteral("days"),
+            Tr(QT_TRANSLATE_NOOP("quellbox",
+                                 "Only messages of that many calendar days, today being the first; 0 for all.")),
+            QStringLiteral("N")};
 }
 
 std::optional<QString> ReadDays(const QCommandLineParser& parser) {

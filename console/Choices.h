@@ -33,7 +33,7 @@ struct MessageChoice {
     std::vector<FieldMatch> matches;
     std::optional<double> leastScl;
     std::optional<double> mostScl;
-    std::shared_ptr<const WhitelistMatcher> tolerated; ///< null where it does not matter
+    std::shared_ptr<const WhitelistMatcher> tolerated;      ///< null where it does not matter
     std::function<bool(const FileEntry& file)> alsoWants{}; ///< of a command that knows more of the files
 
     /// Whether nothing was chosen, so that every message is wanted.

@@ -25,12 +25,11 @@ namespace {
 /// Prints what a cleansing would delete.
 void PrintCleansing(Session& session, const QCommandLineParser& parser, const QString& days) {
     const QDate today = session.Ports().clock.Now().date();
-    const QStringList names = CallAside(session, [&files = session.Ports().files, archive = session.Archive(),
-                                                  places = ChosenProfile(session.State()).places] {
-        return CleansingNames(files, archive, places);
-    });
+    const QStringList names = CallAside(
+        session, [&files = session.Ports().files, archive = session.Archive(),
+                  places = ChosenProfile(session.State()).places] { return CleansingNames(files, archive, places); });
     MessageChoice choice;
-    choice.alsoWants = [&days, today, found = QSet<QString>(names.begin(), names.end())](const FileEntry& file) {
+    choice.alsoWants = [days, today, found = QSet<QString>(names.begin(), names.end())](const FileEntry& file) {
         const bool isKept = days != QLatin1String("0") && IsRecentFile(days, file.status.modifiedNs, today);
         return !isKept && found.contains(file.name);
     };
@@ -42,6 +41,7 @@ void PrintCleansing(Session& session, const QCommandLineParser& parser, const QS
 }
 
 CleansingResult Cleanse(Session& session, qint16 days) {
+    session.NoteChanges();
     const ConsolePorts& ports = session.Ports();
     const AppState& state = session.State();
     const std::shared_ptr<KeptFolder> kept = FolderToKeepIn(ports.files, state, ports.clock.Now());
@@ -84,15 +84,18 @@ ExitCode RunCleanse(Session& session, const QCommandLineParser& parser) {
     }
     const int days = ReadNumber(parser, option, 0, std::numeric_limits<qint16>::max());
     RequireArchive(session);
-    if (parser.isSet(QStringLiteral("dry-run"))) {
+    if (ReadDryRun(parser)) {
         PrintCleansing(session, parser, QString::number(days));
         return ExitCode::Done;
     }
     const CleansingResult result = Cleanse(session, static_cast<qint16>(days));
     session.Tell(result.failures);
+    if (result.count == 0 && !result.failures.empty()) {
+        throw CommandError(ExitCode::Unreachable, {}); // no file failed, so the listing did
+    }
     if (result.refused) {
-        throw CommandError(ExitCode::SomeFailed, NoteRefusal(session.History(), HistoryAction::Cleanse,
-                                                             session.Archive(), *result.refused));
+        throw CommandError(ExitCode::SomeFailed,
+                           NoteRefusal(session.History(), HistoryAction::Cleanse, session.Archive(), *result.refused));
     }
     KeepUp(session);
     const auto failed = static_cast<qint64>(result.failures.size());

@@ -38,7 +38,9 @@ ExitCode RunDelete(Session& session, const QCommandLineParser& parser);
 void AddTolerateOptions(QCommandLineParser& parser);
 ExitCode RunTolerate(Session& session, const QCommandLineParser& parser);
 
+/// The option to print messages and do nothing with them, and how they are printed then.
 void AddDryRunOption(QCommandLineParser& parser);
+bool ReadDryRun(const QCommandLineParser& parser);
 
 void AddDeliverOptions(QCommandLineParser& parser);
 ExitCode RunDeliverTolerated(Session& session, const QCommandLineParser& parser);

@@ -7,6 +7,9 @@
 
 namespace quellbox {
 
+/// Writes a line to the standard error output, of which it gives no orders to a terminal.
+void PrintConsoleError(const QString& text);
+
 /// Adds all options of a command, those that every command has included.
 void AddOptions(const Command& command, QCommandLineParser& parser);
 

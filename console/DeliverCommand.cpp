@@ -38,6 +38,14 @@ void AddDryRunOption(QCommandLineParser& parser) {
     AddListFormOptions(parser);
 }
 
+bool ReadDryRun(const QCommandLineParser& parser) {
+    const bool isDry = parser.isSet(QStringLiteral("dry-run"));
+    if (!isDry && (parser.isSet(QStringLiteral("names")) || parser.isSet(QStringLiteral("print0")))) {
+        throw UsageError(QCoreApplication::translate("quellbox", "--names and --print0 need --dry-run."));
+    }
+    return isDry;
+}
+
 void AddDeliverOptions(QCommandLineParser& parser) {
     parser.addOption(DaysOption());
     AddDryRunOption(parser);
@@ -46,7 +54,7 @@ void AddDeliverOptions(QCommandLineParser& parser) {
 ExitCode RunDeliverTolerated(Session& session, const QCommandLineParser& parser) {
     RequireArguments(parser, 0, 0);
     const OutputForm form = ReadForm(parser);
-    const bool isDry = parser.isSet(QStringLiteral("dry-run"));
+    const bool isDry = ReadDryRun(parser);
     const std::optional<QString> days = ReadDays(parser);
     if (session.State().TolerationLevel == 0) {
         throw UsageError(QCoreApplication::translate(
@@ -63,8 +71,7 @@ ExitCode RunDeliverTolerated(Session& session, const QCommandLineParser& parser)
         }
         return ExitCode::Done;
     }
-    const Handled handled =
-        DisposeOf(session, std::move(rows), Action::unblockTolerated, HistoryAction::AutoTolerate);
+    const Handled handled = DisposeOf(session, std::move(rows), Action::unblockTolerated, HistoryAction::AutoTolerate);
     BringBackLeftBehind(session);
     return TellHandled(session, form, KeyOf(HistoryAction::AutoTolerate), handled);
 }

@@ -17,13 +17,13 @@ Handled DisposeOf(Session& session, std::vector<MessageRow> rows, qint16 action,
     if (rows.empty() || session.IsInterrupted()) {
         return {};
     }
+    session.NoteChanges();
     const ConsolePorts& ports = session.Ports();
     const AppState& state = session.State();
     const bool deletes = action == Action::remove;
     const std::shared_ptr<ReleaseWay> way = deletes ? nullptr : session.NewWay();
     const DisposalFolders folders{state.ArchiveDir, state.PickupDir, way, ChosenProfile(state).packing};
-    const std::shared_ptr<KeptFolder> kept =
-        deletes ? FolderToKeepIn(ports.files, state, ports.clock.Now()) : nullptr;
+    const std::shared_ptr<KeptFolder> kept = deletes ? FolderToKeepIn(ports.files, state, ports.clock.Now()) : nullptr;
     const QString target = TargetOf(way.get(), state);
     MessageListModel model;
     model.Append(std::move(rows));
@@ -39,15 +39,16 @@ Handled DisposeOf(Session& session, std::vector<MessageRow> rows, qint16 action,
                 result = ended;
                 done();
             });
-            task.Start(action, folders, all, kept,
-                       session.History().Begin(
-                           {history, folders.archive, target, kept ? QString(kept->Path()) : QString()}));
+            task.Start(
+                action, folders, all, kept,
+                session.History().Begin({history, folders.archive, target, kept ? QString(kept->Path()) : QString()}));
         },
         [&task] { task.Cancel(); });
     progress.Clear();
     session.Tell(result.failures);
     if (result.refused) {
-        throw CommandError(ExitCode::SomeFailed, NoteRefusal(session.History(), history, state.ArchiveDir, *result.refused));
+        throw CommandError(ExitCode::SomeFailed,
+                           NoteRefusal(session.History(), history, state.ArchiveDir, *result.refused));
     }
     const auto failed = static_cast<qint64>(result.failures.size());
     return {result.rowsGone - failed, failed};

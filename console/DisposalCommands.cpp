@@ -18,20 +18,17 @@ struct Disposal {
 };
 
 /// The names that the command line or the standard input gives. Throws UsageError.
-QStringList ReadNames(const QCommandLineParser& parser) {
+QStringList ReadNames(Session& session, const QCommandLineParser& parser) {
     QStringList names = parser.positionalArguments();
     const bool endsWithNul = parser.isSet(QStringLiteral("0"));
     if (!names.contains(QStringLiteral("-"))) {
-        if (endsWithNul) {
-            throw UsageError(QCoreApplication::translate("quellbox", "-0 needs \"-\", for names from the input."));
-        }
         return names;
     }
     if (names.size() > 1) {
         throw UsageError(
             QCoreApplication::translate("quellbox", "Names come either from the command line or from the input."));
     }
-    return InputNames(endsWithNul ? '\0' : '\n');
+    return InputNames(session, endsWithNul ? '\0' : '\n');
 }
 
 /// The messages that the command line names or chooses; what is named and not there is told, and counted as failed.
@@ -50,7 +47,7 @@ std::vector<MessageRow> ChosenRows(Session& session, const QCommandLineParser& p
         throw UsageError(
             QCoreApplication::translate("quellbox", "Messages are either named or chosen by options, not both."));
     }
-    NamedRows named = RowsOf(session, ReadNames(parser));
+    NamedRows named = RowsOf(session, ReadNames(session, parser));
     session.Tell(named.failures);
     handled.failed = static_cast<qint64>(named.failures.size());
     return std::move(named.rows);
@@ -58,7 +55,11 @@ std::vector<MessageRow> ChosenRows(Session& session, const QCommandLineParser& p
 
 ExitCode Run(Session& session, const QCommandLineParser& parser, const Disposal& disposal) {
     const OutputForm form = ReadForm(parser);
-    const bool isDry = parser.isSet(QStringLiteral("dry-run"));
+    const bool isDry = ReadDryRun(parser);
+    const bool hasInput = parser.positionalArguments().contains(QStringLiteral("-"));
+    if (parser.isSet(QStringLiteral("0")) && !hasInput) {
+        throw UsageError(QCoreApplication::translate("quellbox", "-0 needs \"-\", for names from the input."));
+    }
     if (!isDry && disposal.action != Action::remove) {
         session.RequirePickup();
     }

@@ -26,7 +26,8 @@ QStringList KeysOf(const Values& values) {
 
 /// What an option chooses among values. Throws UsageError.
 template <class Value>
-std::optional<Value> ReadKey(const QCommandLineParser& parser, const QString& option, const std::vector<Value>& values) {
+std::optional<Value> ReadKey(const QCommandLineParser& parser, const QString& option,
+                             const std::vector<Value>& values) {
     if (!parser.isSet(option)) {
         return std::nullopt;
     }
@@ -56,9 +57,9 @@ TableColumns TextColumns() {
 }
 
 QStringList TextCells(const HistoryLine& line) {
-    return {QString::number(line.id),       QString::number(line.actionId), TimeOf(line),
-            KeyOf(line.facts.action),       KeyOf(line.entry.result),       CellOf(line, HistorySender),
-            CellOf(line, HistoryTo),        CellOf(line, HistoryScl),       CellOf(line, HistorySubjectText)};
+    return {QString::number(line.id), QString::number(line.actionId), TimeOf(line),
+            KeyOf(line.facts.action), KeyOf(line.entry.result),       CellOf(line, HistorySender),
+            CellOf(line, HistoryTo),  CellOf(line, HistoryScl),       CellOf(line, HistorySubjectText)};
 }
 
 TableColumns AllColumns(bool ratesByNumber) {
@@ -106,6 +107,7 @@ ExitCode RunHistory(Session& session, const QCommandLineParser& parser) {
     const QString limit = QStringLiteral("limit");
     constexpr int mostOfAll = std::numeric_limits<int>::max();
     const int most = parser.isSet(limit) ? ReadNumber(parser, limit, 0, mostOfAll) : mostOfAll;
+    TellIfNoHistory(session);
     const std::vector<HistoryLine> lines = AskHistory(session, [filter, most](JournalDatabase& database) {
         return LinesOf(database, filter, static_cast<size_t>(most));
     });

@@ -1,23 +1,38 @@
 #include "console/InputNames.h"
 
+#include "console/Aside.h"
 #include "platform/Console.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <cstdio>
 
 namespace quellbox {
 
-QStringList InputNames(char end) {
+namespace {
+
+/// Everything that comes on the standard input; nothing when it cannot be read to its end.
+std::optional<QByteArray> ReadInput() {
     QFile input;
-    QStringList names;
     if (!input.open(stdin, QIODevice::ReadOnly)) {
-        return names;
+        return std::nullopt;
     }
-    for (QByteArray name : input.readAll().split(end)) {
-        if (end == '\n') {
-            name = NameOfLine(name);
-        }
+    const QByteArray bytes = input.readAll();
+    return input.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
+}
+
+} // namespace
+
+QStringList InputNames(Session& session, char end) {
+    const std::optional<QByteArray> bytes = CallAside(session, ReadInput);
+    if (!bytes) {
+        throw CommandError(ExitCode::SomeFailed,
+                           QCoreApplication::translate("quellbox", "The names cannot be read from the input."));
+    }
+    QStringList names;
+    for (const QByteArray& line : bytes->split(end)) {
+        const QByteArray name = end == '\n' ? NameOfLine(line) : line;
         if (!name.isEmpty()) {
             names.append(NameFromBytes(name));
         }

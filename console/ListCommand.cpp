@@ -81,14 +81,21 @@ ExitCode RunList(Session& session, const QCommandLineParser& parser) {
     if (parser.isSet(QStringLiteral("reverse"))) {
         throw UsageError(QCoreApplication::translate("quellbox", "--reverse needs --sort."));
     }
+    Progress progress;
+    if (IsOutputTerminal()) {
+        progress.Hide(); // the rows show how far it is
+    }
     int printed = 0;
-    ForEachRow(session, choice, [&](const ReadRow& row) {
-        if (printed < limit) {
-            writer.Add(row.row);
-            ++printed;
-        }
-        return printed < limit;
-    });
+    ForEachRow(
+        session, choice,
+        [&](const ReadRow& row) {
+            if (printed < limit) {
+                writer.Add(row.row);
+                ++printed;
+            }
+            return printed < limit;
+        },
+        std::move(progress));
     return ExitCode::Done;
 }
 

@@ -36,6 +36,12 @@ ListWriter::ListWriter(Session& session, const QCommandLineParser& parser) : nam
     }
 }
 
+void ListWriter::UseWideColumns() {
+    if (table_) {
+        table_->UseWideColumns();
+    }
+}
+
 void ListWriter::Add(const MessageRow& row) {
     if (table_) {
         table_->Add(CellsOf(row));
@@ -56,7 +62,8 @@ void ListWriter::Flush() {
 void AddListFormOptions(QCommandLineParser& parser) {
     parser.addOptions(
         {{QStringLiteral("names"), QCoreApplication::translate("quellbox", "Print only names, a line for each.")},
-         {QStringLiteral("print0"), QCoreApplication::translate("quellbox", "Print only names, each ended by a NUL.")}});
+         {QStringLiteral("print0"),
+          QCoreApplication::translate("quellbox", "Print only names, each ended by a NUL.")}});
 }
 
 } // namespace quellbox

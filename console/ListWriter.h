@@ -12,6 +12,9 @@ public:
     /// Throws UsageError when the options contradict each other.
     ListWriter(Session& session, const QCommandLineParser& parser);
 
+    /// See TableWriter.
+    void UseWideColumns();
+
     void Add(const MessageRow& row);
 
     /// Writes what has been added, so that whoever reads it has it now.

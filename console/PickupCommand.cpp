@@ -29,12 +29,12 @@ ExitCode WaitForServer(Session& session, OutputForm form, const QString& path, i
     PickupWatch watch(ports.files, ports.pool, ports.clock);
     std::optional<PickupWatch::Outcome> outcome;
     session.Await([&](const std::function<void()>& done) {
-            QObject::connect(&watch, &PickupWatch::Ended, &session, [&outcome, done](const PickupWatch::Outcome& ended) {
-                outcome = ended;
-                done();
-            });
-            watch.Start(path, session.State().PickupDir, std::move(record), seconds);
+        QObject::connect(&watch, &PickupWatch::Ended, &session, [&outcome, done](const PickupWatch::Outcome& ended) {
+            outcome = ended;
+            done();
         });
+        watch.Start(path, session.State().PickupDir, std::move(record), seconds);
+    });
     if (!outcome) {
         return ExitCode::Interrupted;
     }
@@ -57,15 +57,16 @@ Sent Send(Session& session, const std::shared_ptr<ActionRecord>& record,
     const AppState& state = session.State();
     if (!transmitter) {
         const QString moment = GeneralDate(ports.clock.Now(), QLocale());
-        return CallAside(session, [&files = ports.files, user = state.UserName, folder = state.PickupDir.Text(), moment,
-                                   record] {
-            return Sent{TryPickupTest(files, user, folder, moment, *record), PickupTestPath(folder)};
-        });
+        return CallAside(
+            session, [&files = ports.files, user = state.UserName, folder = state.PickupDir.Text(), moment, record] {
+                return Sent{TryPickupTest(files, user, folder, moment, *record), PickupTestPath(folder)};
+            });
     }
     const QByteArray message = TransmissionTestMessage(state.UserName, transmitter->Target(), ports.clock.Now());
     return CallAside(session, [transmitter, message, record, &interrupts = ports.interrupts] {
         Sent sent;
-        sent.error = TryTransmissionTest(*transmitter, message, *record, [&interrupts] { return !interrupts.Came(); }, sent.path);
+        sent.error = TryTransmissionTest(
+            *transmitter, message, *record, [&interrupts] { return !interrupts.Came(); }, sent.path);
         return sent;
     });
 }
@@ -84,6 +85,7 @@ ExitCode RunPickupTest(Session& session, const QCommandLineParser& parser) {
     const QString option = QStringLiteral("wait");
     const int seconds = parser.isSet(option) ? ReadNumber(parser, option, 0, longestWait) : 0;
     session.RequirePickup();
+    session.NoteChanges();
     const std::shared_ptr<Transmitter> transmitter = session.NewTransmitter();
     const QString target = transmitter ? transmitter->Target() : session.State().PickupDir.Text();
     const std::shared_ptr<ActionRecord> record = session.History().Begin({HistoryAction::PickupTest, {}, target});
@@ -93,8 +95,8 @@ ExitCode RunPickupTest(Session& session, const QCommandLineParser& parser) {
     }
     if (sent.path.isEmpty()) {
         Print(session, form, QStringLiteral("taken"),
-              QCoreApplication::translate("quellbox",
-                                          "The mail server has taken the test message. Verify postmaster mailbox now!"));
+              QCoreApplication::translate(
+                  "quellbox", "The mail server has taken the test message. Verify postmaster mailbox now!"));
         return ExitCode::Done;
     }
     if (seconds > 0) {

@@ -2,6 +2,8 @@
 
 #include "platform/Console.h"
 
+#include <QByteArray>
+
 #include <cstdio>
 
 namespace quellbox {
@@ -12,8 +14,7 @@ constexpr qint64 pauseMs = 250;
 
 } // namespace
 
-// Where the rows themselves go to the terminal, they show how far it is.
-Progress::Progress(qint64 maximum) : maximum_(maximum), isWanted_(IsErrorTerminal() && TerminalColumns() == 0) {
+Progress::Progress(qint64 maximum) : maximum_(maximum), isWanted_(IsErrorTerminal()) {
     sinceShown_.start();
 }
 
@@ -26,19 +27,19 @@ void Progress::Show(qint64 done) {
         return;
     }
     sinceShown_.restart();
-    isShown_ = true;
+    QByteArray line = QByteArray::number(done);
     if (maximum_ > 0) {
-        std::fprintf(stderr, "\r%lld / %lld", static_cast<long long>(done), static_cast<long long>(maximum_));
-    } else {
-        std::fprintf(stderr, "\r%lld", static_cast<long long>(done));
+        line += " / " + QByteArray::number(maximum_);
     }
+    shown_ = line.size();
+    std::fprintf(stderr, "\r%s", line.constData());
     std::fflush(stderr);
 }
 
 void Progress::Clear() {
-    if (isShown_) {
-        std::fputs("\r\033[K", stderr);
-        isShown_ = false;
+    if (shown_ > 0) {
+        std::fprintf(stderr, "\r%*s\r", static_cast<int>(shown_), "");
+        shown_ = 0;
     }
 }
 

@@ -14,6 +14,9 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    /// Shows nothing from now on.
+    void Hide() { isWanted_ = false; }
+
     void SetMaximum(qint64 maximum) { maximum_ = maximum; }
     void Show(qint64 done);
 
@@ -22,8 +25,8 @@ public:
 
 private:
     qint64 maximum_;
-    bool isShown_ = false;
-    const bool isWanted_;
+    qsizetype shown_ = 0; // characters of the line
+    bool isWanted_;
     QElapsedTimer sinceShown_;
 };
 

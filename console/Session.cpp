@@ -1,18 +1,19 @@
 #include "console/Session.h"
 
+#include "console/Aside.h"
+#include "console/CommandLineTexts.h"
 #include "delivery/ChosenDelivery.h"
 #include "dialogs/PickupTest.h"
-#include "mail/DisplayText.h"
 #include "settings/DeliveryKeys.h"
 #include "settings/SettingsTable.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QPointer>
 #include <QSysInfo>
 
-#include <cstdio>
 #include <utility>
 
 namespace quellbox {
@@ -20,28 +21,47 @@ namespace quellbox {
 namespace {
 
 /// The folder that an option names; a relative one starts from the folder in which the program works.
+/// One folder has one name in the history, however it is written. Where ".." leads, only the system knows.
 Folder NamedFolder(const QString& text) {
-    return IsShareText(text) ? text : QDir::toNativeSeparators(QDir::current().absoluteFilePath(text));
+    if (text.isEmpty()) {
+        throw UsageError(QCoreApplication::translate("quellbox", "The name of a directory is empty."));
+    }
+    if (IsShareText(text)) {
+        return text;
+    }
+    const QString path = QDir::current().absoluteFilePath(text);
+    const QString real = path.contains(QLatin1String("..")) ? QFileInfo(path).canonicalFilePath() : QString();
+    return QDir::toNativeSeparators(real.isEmpty() ? QDir::cleanPath(path) : real);
 }
 
 } // namespace
 
-Session::Session(const ConsolePorts& ports, const QString& archive, const QString& pickup) : ports_(ports) {
+Session::Session(const ConsolePorts& ports, const std::optional<QString>& archive, const std::optional<QString>& pickup)
+    : ports_(ports) {
     const QStringList warnings =
         ports_.store.TakeWarnings() + LoadSettings(ports_.store, ports_.program.Directory, state_);
     for (const QString& warning : warnings) {
         Tell(warning);
     }
     state_.UserName = ports_.account;
-    if (!archive.isEmpty()) {
-        state_.ArchiveDir = NamedFolder(archive);
+    if (archive) {
+        state_.ArchiveDir = NamedFolder(*archive);
+        isArchiveNamed_ = true;
     }
-    if (!pickup.isEmpty()) {
-        state_.PickupDir = NamedFolder(pickup);
+    if (pickup) {
+        state_.PickupDir = NamedFolder(*pickup);
     }
 }
 
 Session::~Session() = default;
+
+const Folder& Session::Archive() const {
+    if (!isArchiveNamed_ && state_.ArchiveDir == ports_.program.Directory) {
+        throw UnreachableError(QCoreApplication::translate(
+            "quellbox", "No archive is set up. Choose one in the window, or name it by --archive."));
+    }
+    return state_.ArchiveDir;
+}
 
 void Session::RequirePickup() {
     const bool usesFolder = state_.Delivery == QLatin1String(DeliveryKeys::pickup) ||
@@ -52,7 +72,9 @@ void Session::RequirePickup() {
     if (!IsPickupSetUp(state_.PickupDir, ports_.program.Directory)) {
         throw UnreachableError(QCoreApplication::translate("quellbox", "Exchange Pickup Directory not setup yet."));
     }
-    if (!ports_.files.FolderExists(state_.PickupDir)) {
+    const bool exists = CallAside(
+        *this, [&files = ports_.files, folder = state_.PickupDir.Text()] { return files.FolderExists(folder); });
+    if (!exists) {
         throw UnreachableError(
             QCoreApplication::translate("quellbox", "Pickup directory %1 not found").arg(state_.PickupDir.Text()));
     }
@@ -85,8 +107,7 @@ std::unique_ptr<Transmitter> Session::NewTransmitter() {
 }
 
 void Session::Tell(const QString& text) {
-    const QByteArray line = "quellboxctl: " + CleanseForDisplay(text).toUtf8() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
+    PrintConsoleError(text);
 }
 
 void Session::Tell(const std::vector<FileFailure>& failures) {
@@ -95,8 +116,10 @@ void Session::Tell(const std::vector<FileFailure>& failures) {
     }
 }
 
-void Session::Await(const std::function<void(std::function<void()> done)>& start,
-                    const std::function<void()>& cancel) {
+void Session::Await(const std::function<void(std::function<void()> done)>& start, const std::function<void()>& cancel) {
+    if (IsInterrupted()) {
+        throw CommandError(ExitCode::Interrupted, {});
+    }
     QEventLoop loop;
     const auto hasEnded = std::make_shared<bool>(false);
     const auto end = [hasEnded, waiting = QPointer<QEventLoop>(&loop)] {

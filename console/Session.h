@@ -41,13 +41,17 @@ class Session : public QObject {
     Q_OBJECT
 
 public:
-    /// Reads the settings. An `archive` or `pickup` that is not empty takes the place of the one in the settings.
-    Session(const ConsolePorts& ports, const QString& archive, const QString& pickup);
+    /// Reads the settings. An `archive` or `pickup` that is given takes the place of the one in the settings. Throws
+    /// UsageError for one that is empty.
+    Session(const ConsolePorts& ports, const std::optional<QString>& archive, const std::optional<QString>& pickup);
     ~Session() override;
 
     const ConsolePorts& Ports() const { return ports_; }
     AppState& State() { return state_; }
-    const Folder& Archive() const { return state_.ArchiveDir; }
+
+    /// The archive that is worked on. Throws UnreachableError when none is set up: without one the settings have the
+    /// program's own folder, whose files are no messages.
+    const Folder& Archive() const;
 
     /// Throws UnreachableError when messages are to go into the pickup directory and there is none.
     void RequirePickup();
@@ -73,7 +77,12 @@ public:
     /// Whether the user wants the program to end.
     bool IsInterrupted() const { return ports_.interrupts.Came(); }
 
-    /// Begins something by `start`, and waits until it calls what it is given. When the user wants the program to end,
+    /// Files are moved, written or removed from now on; the end of the program waits longer for that.
+    void NoteChanges() { makesChanges_ = true; }
+    bool MakesChanges() const { return makesChanges_; }
+
+    /// Begins something by `start`, and waits until it calls what it is given. Throws CommandError when the user has
+    /// wanted the program to end before. When the user wants the program to end,
     /// or nobody reads the output any more, `cancel` is called, and has to see to it that the end comes soon. Without
     /// one nobody waits any longer then; so `done` may be called later, but nothing that belongs to the caller be used.
     void Await(const std::function<void(std::function<void()> done)>& start, const std::function<void()>& cancel = {});
@@ -94,6 +103,8 @@ private:
     std::unique_ptr<Journal> journal_;
     std::shared_ptr<const AwaitedPassword> password_;
     std::weak_ptr<ReleaseWay> way_;
+    bool isArchiveNamed_ = false;
+    bool makesChanges_ = false;
     bool historyFailed_ = false;
     bool outputHasEnded_ = false;
     bool outputHasFailed_ = false;

@@ -39,13 +39,13 @@ QString ReadableText(const MailMessage& message) {
     QString text;
     for (const MessagePart& part : message.Parts()) {
         if (!part.attachment.isEmpty()) {
-            text += QCoreApplication::translate("quellbox", "[Attachment: %1]").arg(part.attachment) +
-                    QLatin1Char('\n');
+            text +=
+                QCoreApplication::translate("quellbox", "[Attachment: %1]").arg(part.attachment) + QLatin1Char('\n');
         } else {
             text += WithLineEnd(part.text);
         }
     }
-    return Harmless(text);
+    return text;
 }
 
 QStringList Attachments(const MailMessage& message) {
@@ -68,7 +68,7 @@ void PrintReadable(OutputBuffer& output, const MailMessage& message) {
                           Harmless(value).replace(QLatin1Char('\n'), QLatin1Char(' ')) + QLatin1Char('\n'));
         }
     }
-    output.Append(QLatin1Char('\n') + ReadableText(message));
+    output.Append(QLatin1Char('\n') + Harmless(ReadableText(message)));
 }
 
 void AddNodes(TableWriter& table, const StructureTree& nodes, int level) {
@@ -91,8 +91,9 @@ void PrintTree(Session& session, OutputForm form, const StructureTree& tree) {
         PrintNodes(output, tree, 0);
         return;
     }
-    TableWriter table(session, form, {{QStringLiteral("level"), QCoreApplication::translate("quellbox", "Level"), true},
-                                      {QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")}});
+    TableWriter table(session, form,
+                      {{QStringLiteral("level"), QCoreApplication::translate("quellbox", "Level"), true},
+                       {QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")}});
     AddNodes(table, tree, 0);
 }
 
@@ -117,10 +118,10 @@ MessageRow NamedMessage(Session& session, const QString& name) {
 } // namespace
 
 void AddShowOptions(QCommandLineParser& parser) {
-    parser.addOptions({{QStringLiteral("raw"),
-                        QCoreApplication::translate("quellbox", "Print the bytes of the message as they are.")},
-                       {QStringLiteral("tree"),
-                        QCoreApplication::translate("quellbox", "Print the structure of the message.")}});
+    parser.addOptions(
+        {{QStringLiteral("raw"),
+          QCoreApplication::translate("quellbox", "Print the bytes of the message as they are.")},
+         {QStringLiteral("tree"), QCoreApplication::translate("quellbox", "Print the structure of the message.")}});
 }
 
 ExitCode RunShow(Session& session, const QCommandLineParser& parser) {
@@ -134,10 +135,9 @@ ExitCode RunShow(Session& session, const QCommandLineParser& parser) {
     }
     const MessageRow row = NamedMessage(session, parser.positionalArguments().first());
     const ServerProfile& profile = ChosenProfile(session.State());
-    const QByteArray bytes = CallAside(session, [&files = session.Ports().files,
-                                                 path = session.Archive().PathOf(row.Key()), packing = profile.packing] {
-        return ReadWholeMessage(files, path, packing);
-    });
+    const QByteArray bytes =
+        CallAside(session, [&files = session.Ports().files, path = session.Archive().PathOf(row.Key()),
+                            packing = profile.packing] { return ReadWholeMessage(files, path, packing); });
     if (isRaw) {
         OutputBuffer(session).Append(QByteArrayView(bytes));
         return ExitCode::Done;

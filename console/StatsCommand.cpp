@@ -79,13 +79,13 @@ ExitCode RunStats(Session& session, const QCommandLineParser& parser) {
     });
     TableWriter table(session, form,
                       {{QStringLiteral("group"), QCoreApplication::translate("quellbox", "Group")},
+                       {QStringLiteral("value"), QCoreApplication::translate("quellbox", "Value")},
                        {QStringLiteral("count"), QCoreApplication::translate("quellbox", "Messages"), true},
-                       {QStringLiteral("bytes"), QCoreApplication::translate("quellbox", "Bytes"), true},
-                       {QStringLiteral("value"), QCoreApplication::translate("quellbox", "Value")}});
+                       {QStringLiteral("bytes"), QCoreApplication::translate("quellbox", "Bytes"), true}});
     for (const NamedGrouping& known : chosen) {
         for (const StatisticsGroup& group : statistics.Groups(known.by, top)) {
             table.Add(
-                {QLatin1String(known.name), QString::number(group.count), QString::number(group.bytes), group.value});
+                {QLatin1String(known.name), group.value, QString::number(group.count), QString::number(group.bytes)});
         }
     }
     return ExitCode::Done;

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <exception>
 
 namespace quellbox {
 
@@ -25,8 +26,12 @@ TableWriter::TableWriter(Session& session, OutputForm form, TableColumns columns
     sinceFirst_.start();
 }
 
+// A head alone would look like an empty table where there is an error.
 TableWriter::~TableWriter() {
-    Flush();
+    const bool isAnswer = std::uncaught_exceptions() == 0;
+    if (isAnswer || hasBegun_ || !first_.empty()) {
+        Flush();
+    }
 }
 
 void TableWriter::Add(const QStringList& cells) {
@@ -73,6 +78,9 @@ void TableWriter::BeginTable() {
             widths_[column] = std::max(widths_[column], std::min(width, widestText));
         }
     }
+    for (size_t column = 0; hasWideColumns_ && column < widths_.size(); ++column) {
+        widths_[column] = columns_[column].isNumber ? widths_[column] : widestText;
+    }
     output_.Append(TextLine(headers));
     for (const QStringList& cells : std::exchange(first_, {})) {
         output_.Append(TextLine(cells));
@@ -105,8 +113,7 @@ OutputForm ReadForm(const QCommandLineParser& parser) {
     const bool isCsv = parser.isSet(QStringLiteral("csv"));
     const bool isJson = parser.isSet(QStringLiteral("json"));
     if (isCsv && isJson) {
-        throw UsageError(
-            QCoreApplication::translate("quellbox", "--csv and --json exclude each other."));
+        throw UsageError(QCoreApplication::translate("quellbox", "--csv and --json exclude each other."));
     }
     return isCsv ? OutputForm::Csv : isJson ? OutputForm::Json : OutputForm::Text;
 }

@@ -25,6 +25,9 @@ public:
     TableWriter(const TableWriter&) = delete;
     TableWriter& operator=(const TableWriter&) = delete;
 
+    /// The rows come one by one, so that nobody knows how wide a column has to be.
+    void UseWideColumns() { hasWideColumns_ = true; }
+
     void Add(const QStringList& cells);
 
     /// Writes what has been added, so that whoever reads it has it now.
@@ -42,6 +45,7 @@ private:
     std::vector<QStringList> first_; // rows that decide the widths
     QElapsedTimer sinceFirst_;
     bool hasBegun_ = false;
+    bool hasWideColumns_ = false;
 };
 
 /// Adds the options for the form of the output.

@@ -1,37 +1,19 @@
 #include "console/Choices.h"
 #include "console/Command.h"
 #include "console/TableWriter.h"
+#include "console/WhitelistLock.h"
 #include "whitelist/WhitelistMatcher.h"
 #include "whitelist/WhitelistNotes.h"
 #include "whitelist/WhitelistRules.h"
 #include "whitelist/WhitelistStore.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QLockFile>
+
+#include <algorithm>
 
 namespace quellbox {
 
 namespace {
-
-constexpr int lockWaitMs = 10'000;
-
-/// Keeps another run of this program from changing the whitelist between reading and writing it.
-class WhitelistLock {
-public:
-    explicit WhitelistLock(const QString& historyFile)
-        : file_(QFileInfo(historyFile).path() + QStringLiteral("/whitelist.lock")) {
-        QDir().mkpath(QFileInfo(historyFile).path());
-        if (!file_.tryLock(lockWaitMs) && file_.error() == QLockFile::LockFailedError) {
-            throw CommandError(ExitCode::SomeFailed,
-                               QCoreApplication::translate("quellbox", "Another program is changing the whitelist."));
-        }
-    }
-
-private:
-    QLockFile file_;
-};
 
 TableColumns EntryColumns(bool withResult) {
     TableColumns columns{{QStringLiteral("entry"), QCoreApplication::translate("quellbox", "Whitelist entry")}};
@@ -75,11 +57,13 @@ void Store(Session& session, OutputForm form, const QStringList& before, const Q
 }
 
 ExitCode Add(Session& session, OutputForm form, const QString& text, bool mayReplace) {
-    if (!IsValidEntry(text)) {
+    const bool hasBlanks = std::any_of(text.begin(), text.end(),
+                                       [](QChar character) { return character.isSpace() || !character.isPrint(); });
+    if (!IsValidEntry(text) || hasBlanks) {
         throw UsageError(QCoreApplication::translate("quellbox", "Invalid email address specified") +
                          QStringLiteral(": ") + text);
     }
-    const WhitelistLock lock(session.Ports().program.HistoryFile);
+    const WhitelistLock lock(session);
     const QStringList before = LoadWhitelist(session.Ports().store);
     Whitelist whitelist(before);
     QString question;
@@ -88,7 +72,7 @@ ExitCode Add(Session& session, OutputForm form, const QString& text, bool mayRep
         return mayReplace;
     });
     if (added.outcome == AddResult::Outcome::Refused) {
-        session.Tell(question);
+        session.Tell(question.simplified());
         throw CommandError(ExitCode::SomeFailed,
                            QCoreApplication::translate("quellbox", "Nothing was changed. To agree, give --replace."));
     }
@@ -99,10 +83,10 @@ ExitCode Add(Session& session, OutputForm form, const QString& text, bool mayRep
 }
 
 ExitCode Remove(Session& session, OutputForm form, const QString& entry) {
-    const WhitelistLock lock(session.Ports().program.HistoryFile);
+    const WhitelistLock lock(session);
     const QStringList before = LoadWhitelist(session.Ports().store);
     Whitelist whitelist(before);
-    const qsizetype index = before.indexOf(entry);
+    const qsizetype index = before.contains(entry) ? before.indexOf(entry) : before.indexOf(entry.toLower());
     if (index < 0) {
         throw CommandError(ExitCode::SomeFailed,
                            QCoreApplication::translate("quellbox", "\"%1\" is not on the whitelist.").arg(entry));
@@ -118,8 +102,7 @@ ExitCode Test(Session& session, OutputForm form, const QString& sender) {
     TableWriter table(session, form,
                       {{QStringLiteral("sender"), QCoreApplication::translate("quellbox", "Sender")},
                        {QStringLiteral("result"), QCoreApplication::translate("quellbox", "Result")}});
-    table.Add({sender, isTolerated ? QStringLiteral("tolerated")
-                                   : QStringLiteral("not tolerated")});
+    table.Add({sender, isTolerated ? QStringLiteral("tolerated") : QStringLiteral("not tolerated")});
     return isTolerated ? ExitCode::Done : ExitCode::SomeFailed;
 }
 
@@ -134,6 +117,9 @@ ExitCode RunTolerate(Session& session, const QCommandLineParser& parser) {
     RequireArguments(parser, 1, 2);
     const OutputForm form = ReadForm(parser);
     const QString verb = parser.positionalArguments().first();
+    if (parser.isSet(QStringLiteral("replace")) && verb != QLatin1String("add")) {
+        throw UsageError(QCoreApplication::translate("quellbox", "--replace belongs to add."));
+    }
     if (verb == QLatin1String("list")) {
         RequireArguments(parser, 1, 1);
         return PrintEntries(session, form);
@@ -141,7 +127,7 @@ ExitCode RunTolerate(Session& session, const QCommandLineParser& parser) {
     RequireArguments(parser, 2, 2);
     const QString text = parser.positionalArguments().last();
     if (verb == QLatin1String("add")) {
-        return Add(session, form, text, parser.isSet(QStringLiteral("replace")));
+        return Add(session, form, text.trimmed(), parser.isSet(QStringLiteral("replace")));
     }
     if (verb == QLatin1String("remove")) {
         return Remove(session, form, text);
@@ -149,7 +135,8 @@ ExitCode RunTolerate(Session& session, const QCommandLineParser& parser) {
     if (verb == QLatin1String("test")) {
         return Test(session, form, text);
     }
-    throw UsageError(QCoreApplication::translate("quellbox", "\"%1\" is none of list, add, remove and test.").arg(verb));
+    throw UsageError(
+        QCoreApplication::translate("quellbox", "\"%1\" is none of list, add, remove and test.").arg(verb));
 }
 
 } // namespace quellbox

@@ -4,6 +4,7 @@
 #include "console/Disposal.h"
 #include "console/Progress.h"
 #include "console/Upkeep.h"
+#include "console/WhitelistLock.h"
 #include "history/HistoryTexts.h"
 #include "history/UndoPlan.h"
 #include "messages/PutBackTask.h"
@@ -42,12 +43,25 @@ std::vector<UndoItem> ItemsToUndo(Session& session, const QCommandLineParser& pa
         if (!entries.empty()) {
             return database.ItemsToUndo(entries);
         }
-        const std::optional<qint64> wanted = action > 0 ? action : database.LatestToUndo(archive);
-        return wanted ? database.ItemsToUndo(*wanted) : std::vector<UndoItem>();
+        return action > 0 ? database.ItemsToUndo(action) : LatestItemsToUndo(database, archive);
     });
 }
 
+/// Names the entries that were wanted and cannot be taken back, and counts them.
+qint64 TellLeftOut(Session& session, const QCommandLineParser& parser, const std::vector<UndoItem>& items) {
+    qint64 count = 0;
+    for (const QString& text : parser.values(QStringLiteral("entry"))) {
+        const qint64 id = text.toLongLong();
+        if (std::none_of(items.begin(), items.end(), [id](const UndoItem& item) { return item.id == id; })) {
+            session.Tell(QCoreApplication::translate("quellbox", "Entry %1 cannot be taken back.").arg(id));
+            ++count;
+        }
+    }
+    return count;
+}
+
 Handled PutBackPart(Session& session, const UndoPart& part) {
+    session.NoteChanges();
     const ConsolePorts& ports = session.Ports();
     PutBackTask task(ports.files, ports.pool);
     PutBackResult result;
@@ -66,25 +80,28 @@ Handled PutBackPart(Session& session, const UndoPart& part) {
     const UndoOutcome outcome = OutcomeOf(part, result);
     session.Tell(outcome.failures);
     if (!outcome.senders.isEmpty()) {
+        const WhitelistLock lock(session);
         StopTolerating(ports.store, session.History(), session.Archive(), part.facts, outcome.senders);
     }
-    const auto done = std::count_if(result.fates.begin(), result.fates.end(),
-                                    [](const PutBackFate& fate) { return fate.isDone; });
+    const auto done =
+        std::count_if(result.fates.begin(), result.fates.end(), [](const PutBackFate& fate) { return fate.isDone; });
     return {done, static_cast<qint64>(outcome.failures.size())};
 }
 
 } // namespace
 
 void AddUndoOptions(QCommandLineParser& parser) {
-    parser.addOption({QStringLiteral("entry"),
-                      QCoreApplication::translate("quellbox", "Take back one entry of the history. May be given several "
-                                                              "times."),
-                      QStringLiteral("N")});
+    parser.addOption(
+        {QStringLiteral("entry"),
+         QCoreApplication::translate("quellbox", "Take back one entry of the history. May be given several "
+                                                 "times."),
+         QStringLiteral("N")});
 }
 
 ExitCode RunUndo(Session& session, const QCommandLineParser& parser) {
     RequireArguments(parser, 0, 1);
     const OutputForm form = ReadForm(parser);
+    TellIfNoHistory(session);
     CompleteHistory(session);
     std::vector<UndoItem> items = ItemsToUndo(session, parser);
     if (items.empty()) {
@@ -92,6 +109,7 @@ ExitCode RunUndo(Session& session, const QCommandLineParser& parser) {
                            QCoreApplication::translate("quellbox", "There is nothing that can be taken back."));
     }
     Handled handled;
+    handled.failed = TellLeftOut(session, parser, items);
     for (const UndoPart& part : DivideByAction(std::move(items))) {
         if (session.IsInterrupted()) {
             break;

@@ -39,6 +39,7 @@ void CompleteHistory(Session& session) {
     JournalRecovery recovery(ports.files, ports.pool, session.History());
     session.Await([&](const std::function<void()>& done) {
         QObject::connect(&recovery, &JournalRecovery::Ended, &session, [done](int) { done(); });
+        QObject::connect(&session.History(), &Journal::Troubled, &recovery, done); // there will be no end then
         recovery.Start();
     });
 }

@@ -22,28 +22,7 @@ constexpr int longestPause = 86'400;
 using KnownFiles = QSet<size_t>;
 
 size_t KnownAs(const QString& name) {
-    return qHash(name, size_t{0});
-}
-
-/// What the archive holds now. Throws UnreachableError.
-std::shared_ptr<const CompactListing> ListFiles(Session& session) {
-    ArchiveScan scan(session.Ports().files, session.Ports().pool);
-    ScanRequest request{session.Archive(), &ChosenProfile(session.State())};
-    request.reads = false;
-    ScanResult result;
-    session.Await(
-        [&](const std::function<void()>& done) {
-            QObject::connect(&scan, &ArchiveScan::Ended, &session, [&result, done](const ScanResult& ended) {
-                result = ended;
-                done();
-            });
-            scan.Start(request);
-        },
-        [&scan] { scan.Cancel(); });
-    if (!result.reason.isEmpty()) {
-        throw UnreachableError(result.reason);
-    }
-    return result.outcome == ScanOutcome::Completed ? scan.Files() : nullptr;
+    return qHash(name, QHashSeed::globalSeed());
 }
 
 void Pause(Session& session, int seconds) {
@@ -59,15 +38,16 @@ void Pause(Session& session, int seconds) {
 class Watch {
 public:
     Watch(Session& session, MessageChoice choice, ListWriter& writer)
-        : session_(session), choice_(std::move(choice)), writer_(writer) {}
+        : session_(session), choice_(std::move(choice)), writer_(writer),
+          scan_(session.Ports().files, session.Ports().pool) {}
 
     /// Takes what is there for known. Throws UnreachableError.
-    void Begin() { Take(ListFiles(session_)); }
+    void Begin() { Take(ListFiles()); }
 
     /// Prints what has come since. What keeps the archive from being listed is told once.
     void Look() {
         try {
-            PrintNew(ListFiles(session_));
+            PrintNew(ListFiles());
             isTold_ = false;
         } catch (const UnreachableError& error) {
             if (!std::exchange(isTold_, true)) {
@@ -77,6 +57,27 @@ public:
     }
 
 private:
+    /// What the archive holds now. The object that lists remembers where a share was mounted. Throws UnreachableError.
+    std::shared_ptr<const CompactListing> ListFiles() {
+        ScanRequest request{session_.Archive(), &ChosenProfile(session_.State())};
+        request.reads = false;
+        ScanResult result;
+        const QObject receiver;
+        session_.Await(
+            [&](const std::function<void()>& done) {
+                QObject::connect(&scan_, &ArchiveScan::Ended, &receiver, [&result, done](const ScanResult& ended) {
+                    result = ended;
+                    done();
+                });
+                scan_.Start(request);
+            },
+            [this] { scan_.Cancel(); });
+        if (!result.reason.isEmpty()) {
+            throw UnreachableError(result.reason);
+        }
+        return result.outcome == ScanOutcome::Completed ? scan_.Files() : nullptr;
+    }
+
     void Take(const std::shared_ptr<const CompactListing>& files) {
         if (!files) {
             return;
@@ -128,6 +129,7 @@ private:
     Session& session_;
     const MessageChoice choice_;
     ListWriter& writer_;
+    ArchiveScan scan_;
     KnownFiles known_;
     QHash<QString, FileStatus> unread_;
     bool isTold_ = false;
@@ -150,9 +152,10 @@ ExitCode RunWatch(Session& session, const QCommandLineParser& parser) {
     const int pause = parser.isSet(option) ? ReadNumber(parser, option, 1, longestPause)
                                            : std::clamp<int>(session.State().RefreshInterval, 1, longestPause);
     ListWriter writer(session, parser);
+    writer.UseWideColumns();
     Watch watch(session, ReadChoice(session, parser), writer);
     watch.Begin();
-    while (!session.IsInterrupted() && !session.HasOutputEnded()) {
+    while (!session.IsInterrupted() && !session.HasOutputEnded() && !IsOutputClosed()) {
         Pause(session, pause);
         watch.Look();
     }

@@ -56,7 +56,8 @@ class FolderReader {
 public:
     virtual ~FolderReader() = default;
 
-    /// Whether something was mounted at the folder when it was opened. False where the system cannot tell.
+    /// Whether something was mounted at the folder when it was opened. False where the system cannot tell. Throws
+    /// FileError where the user has no right to look for files in the folder.
     virtual bool IsMountPoint() const { return false; }
 
     /// As FileSystem::Status(), for a name in the folder. Throws FileError where the server does not answer.

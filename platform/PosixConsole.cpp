@@ -7,10 +7,12 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
-#include <sys/ioctl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace quellbox {
@@ -21,28 +23,51 @@ constexpr std::array<int, 3> endingSignals{SIGINT, SIGTERM, SIGHUP};
 
 bool outputIsClosed = false;
 
-// What a signal handler may touch.
-volatile std::sig_atomic_t interruptCame = 0;
+// What a signal handler uses.
+std::atomic<bool> interruptCame{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 std::array<int, 2> interruptPipe{-1, -1};
+timespec firstInterrupt{};
+
+/// Some programs send a signal to a process and then to its group, which is one wish.
+bool IsTheSameWish() {
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    constexpr long long nanoseconds = 1'000'000'000;
+    return (now.tv_sec - firstInterrupt.tv_sec) * nanoseconds + now.tv_nsec - firstInterrupt.tv_nsec < nanoseconds;
+}
 
 void NoteInterrupt(int number) {
     const int error = errno;
-    interruptCame = 1;
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(interruptPipe[1], &byte, 1);
-    std::signal(number, SIG_DFL);
+    if (!interruptCame.exchange(true)) {
+        ::clock_gettime(CLOCK_MONOTONIC, &firstInterrupt);
+        const char byte = 0;
+        [[maybe_unused]] const ssize_t written = ::write(interruptPipe[1], &byte, 1);
+    } else if (!IsTheSameWish()) {
+        std::signal(number, SIG_DFL);
+        std::raise(number);
+    }
     errno = error;
+}
+
+/// Waits until more can be written to an output that does not block.
+void AwaitReader() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    ::poll(&output, 1, -1);
 }
 
 } // namespace
 
 QStringList ArgumentTexts(int argc, char** argv) {
     QStringList texts;
-    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(texts), [](const char* argument) {
-        const QByteArray bytes(argument);
-        return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : PathText(bytes);
-    });
+    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(texts),
+                   [](const char* argument) { return PathText(argument); });
     return texts;
+}
+
+QString PrintedName(const QString& argument) {
+    const QString printed = QString::fromUtf8(PathBytes(argument));
+    return printed == argument ? QString() : printed;
 }
 
 QString NameFromBytes(const QByteArray& bytes) {
@@ -58,6 +83,12 @@ QByteArray NameOfLine(const QByteArray& line) {
 }
 
 void PrepareStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0) {
+            // The lowest number that is free, which is this one.
+            [[maybe_unused]] const int opened = ::open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY);
+        }
+    }
     std::signal(SIGPIPE, SIG_IGN);
 }
 
@@ -65,28 +96,34 @@ bool IsErrorTerminal() {
     return ::isatty(STDERR_FILENO) == 1;
 }
 
-int TerminalColumns() {
-    winsize size{};
-    return ::isatty(STDOUT_FILENO) == 1 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+bool IsOutputTerminal() {
+    return ::isatty(STDOUT_FILENO) == 1;
 }
 
 bool WriteOutput(QByteArrayView bytes) {
     while (!bytes.isEmpty()) {
         const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (written < 0 && errno == EINTR) {
+        if (written >= 0) {
+            bytes = bytes.sliced(written);
             continue;
         }
-        if (written < 0) {
-            outputIsClosed = errno == EPIPE;
-            return false;
+        const int error = errno;
+        if ((error == EINTR || error == EAGAIN) && !interruptCame) {
+            if (error == EAGAIN) {
+                AwaitReader();
+            }
+            continue;
         }
-        bytes = bytes.sliced(written);
+        outputIsClosed = error == EPIPE || error == EINTR || error == EAGAIN;
+        return false;
     }
     return true;
 }
 
 bool IsOutputClosed() {
-    return outputIsClosed;
+    pollfd output{STDOUT_FILENO, 0, 0};
+    const bool hasGone = ::poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+    return outputIsClosed || hasGone;
 }
 
 /// Passes on what a signal handler has written into a pipe.
@@ -101,18 +138,24 @@ public:
             notifier_->setEnabled(false);
             Q_EMIT owner.Interrupted();
         });
-        for (const int number : endingSignals) {
+        for (size_t item = 0; item < endingSignals.size(); ++item) {
+            // What runs under nohup goes on when its terminal has gone. A call that waits is to end, so that the
+            // program can, hence no SA_RESTART.
             struct sigaction action {};
-            // What runs under nohup goes on when its terminal has gone.
-            if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
-                std::signal(number, NoteInterrupt);
+            action.sa_handler = NoteInterrupt;
+            ::sigaction(endingSignals[item], nullptr, &before_[item]);
+            if (before_[item].sa_handler != SIG_IGN) {
+                ::sigaction(endingSignals[item], &action, nullptr);
             }
         }
     }
 
     ~Watch() {
-        for (const int number : endingSignals) {
-            std::signal(number, SIG_DFL);
+        if (!notifier_) {
+            return;
+        }
+        for (size_t item = 0; item < endingSignals.size(); ++item) {
+            ::sigaction(endingSignals[item], &before_[item], nullptr);
         }
         notifier_.reset();
         for (int& end : interruptPipe) {
@@ -126,6 +169,7 @@ public:
 
 private:
     std::unique_ptr<QSocketNotifier> notifier_;
+    std::array<struct sigaction, endingSignals.size()> before_{};
 };
 
 Interrupts::Interrupts() : watch_(std::make_unique<Watch>(*this)) {}
@@ -133,7 +177,7 @@ Interrupts::Interrupts() : watch_(std::make_unique<Watch>(*this)) {}
 Interrupts::~Interrupts() = default;
 
 bool Interrupts::Came() const {
-    return interruptCame != 0;
+    return interruptCame;
 }
 
 } // namespace quellbox

@@ -26,8 +26,14 @@ public:
     bool IsMountPoint() const override {
         struct stat folder {};
         struct stat parent {};
-        return ::fstat(descriptor_.Number(), &folder) == 0 && ::fstatat(descriptor_.Number(), "..", &parent, 0) == 0 &&
-               folder.st_dev != parent.st_dev;
+        if (::fstatat(descriptor_.Number(), "..", &parent, 0) != 0) {
+            // Who may list the folder but not search it would take every file for one that has vanished.
+            if (errno == EACCES) {
+                ThrowFileError(folder_, EACCES);
+            }
+            return false;
+        }
+        return ::fstat(descriptor_.Number(), &folder) == 0 && folder.st_dev != parent.st_dev;
     }
 
     std::optional<FileStatus> Status(const QString& name) const override {

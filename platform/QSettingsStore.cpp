@@ -129,9 +129,20 @@ private:
             settings_->sync();
         }
         settings_->allKeys(); // a section is looked at only when something of it is asked for
+        TellIfUnreadable();
         if (settings_->status() == QSettings::FormatError) {
             KeepBroken(onDisk);
             Open(); // to know whether the rest could be written
+        }
+    }
+
+    /// What cannot be read would pass for settings that were never made.
+    void TellIfUnreadable() {
+        const QFileInfo file(file_);
+        if (file.exists() && !file.isReadable() && !std::exchange(isTold_, true)) {
+            warnings_.append(QCoreApplication::translate("quellbox", "The settings cannot be read. Make sure that you "
+                                                                     "may read the file %1.")
+                                 .arg(file_));
         }
     }
 
@@ -199,6 +210,7 @@ private:
 
     /// Whether a value was refused since the last flush.
     bool refused_ = false;
+    bool isTold_ = false;
 };
 
 } // namespace

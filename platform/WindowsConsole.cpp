@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
@@ -36,6 +38,10 @@ QStringList ArgumentTexts(int /*argc*/, char** /*argv*/) {
     return QCoreApplication::arguments().mid(1);
 }
 
+QString PrintedName(const QString& /*argument*/) {
+    return {};
+}
+
 QString NameFromBytes(const QByteArray& bytes) {
     return QString::fromUtf8(bytes);
 }
@@ -52,19 +58,18 @@ void PrepareStreams() {
     for (FILE* stream : {stdin, stdout, stderr}) {
         ::_setmode(::_fileno(stream), _O_BINARY);
     }
+    // The console belongs to whoever started the program as well.
+    static const UINT before = ::GetConsoleOutputCP();
     ::SetConsoleOutputCP(CP_UTF8);
+    std::atexit([] { ::SetConsoleOutputCP(before); });
 }
 
 bool IsErrorTerminal() {
     return ::_isatty(::_fileno(stderr)) != 0;
 }
 
-int TerminalColumns() {
-    CONSOLE_SCREEN_BUFFER_INFO info{};
-    if (::GetConsoleScreenBufferInfo(::GetStdHandle(STD_OUTPUT_HANDLE), &info) == 0) {
-        return 0;
-    }
-    return info.srWindow.Right - info.srWindow.Left + 1;
+bool IsOutputTerminal() {
+    return ::_isatty(::_fileno(stdout)) != 0;
 }
 
 bool WriteOutput(QByteArrayView bytes) {

@@ -1918,6 +1918,42 @@
         <source>Look every so many seconds; without it as often as the settings say.</source>
         <translation>Alle so viele Sekunden nachsehen; sonst so oft, wie die Einstellungen sagen.</translation>
     </message>
+    <message>
+        <source>The settings cannot be read. Make sure that you may read the file %1.</source>
+        <translation>Die Einstellungen können nicht gelesen werden. Stellen Sie sicher, dass Sie die Datei %1 lesen dürfen.</translation>
+    </message>
+    <message>
+        <source>The settings have no history kept (HistoryDays is 0).</source>
+        <translation>Nach den Einstellungen wird kein Verlauf aufbewahrt (HistoryDays ist 0).</translation>
+    </message>
+    <message>
+        <source>--match: the text after &quot;%1&quot; is missing.</source>
+        <translation>--match: Der Text nach &quot;%1&quot; fehlt.</translation>
+    </message>
+    <message>
+        <source>--names and --print0 need --dry-run.</source>
+        <translation>--names und --print0 brauchen --dry-run.</translation>
+    </message>
+    <message>
+        <source>The names cannot be read from the input.</source>
+        <translation>Die Namen können nicht aus der Eingabe gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The name of a directory is empty.</source>
+        <translation>Der Name eines Verzeichnisses ist leer.</translation>
+    </message>
+    <message>
+        <source>No archive is set up. Choose one in the window, or name it by --archive.</source>
+        <translation>Es ist kein Archiv eingerichtet. Wählen Sie eines im Fenster, oder nennen Sie es mit --archive.</translation>
+    </message>
+    <message>
+        <source>--replace belongs to add.</source>
+        <translation>--replace gehört zu add.</translation>
+    </message>
+    <message>
+        <source>Entry %1 cannot be taken back.</source>
+        <translation>Der Eintrag %1 kann nicht zurückgenommen werden.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -28,9 +28,9 @@ exit /b %worst%
 :work
 set "worst=0"
 echo == Delivered, as their senders are tolerated
-"%quellboxctl%" deliver-tolerated
+"%quellboxctl%" deliver-tolerated --days 0
 call :note
-if errorlevel 2 goto undelivered
+if errorlevel 1 goto undelivered
 echo == Deleted, but for %days% days
 "%quellboxctl%" cleanse --keep-days "%days%"
 call :note

@@ -66,7 +66,8 @@ class Place:
         return sorted(name for name in os.listdir(folder or self.archive) if not name.startswith('.'))
 
     def command(self, *arguments):
-        return [self.program, *arguments, '--archive', str(self.archive), '--pickup', str(self.pickup)]
+        command, *others = arguments
+        return [self.program, command, '--archive', str(self.archive), '--pickup', str(self.pickup), *others]
 
     def run(self, *arguments, code=0, given=b'', raw=False, plain=False, **environment):
         """Output and errors of the program, which has to end with that code."""

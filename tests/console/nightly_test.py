@@ -104,10 +104,15 @@ class NightlyTest(unittest.TestCase):
         os.rename(self.archive + "2", self.archive)
         self.assertEqual(len(self.names(self.archive)), 4)
 
-    def test_single_messages_that_fail_keep_nobody_from_the_rest(self):
+    def test_a_tolerated_message_that_could_not_be_delivered_is_not_deleted(self):
         text = self.work(1, QUELLBOXCTL=self.stand_in(deliver_tolerated=1))
         self.assertEqual([line for line in text.splitlines() if line.startswith("ran ")],
-                         ["ran deliver-tolerated", "ran cleanse --keep-days 7", "ran stats --top 10"])
+                         ["ran deliver-tolerated --days 0"])
+
+    def test_single_messages_that_cannot_be_deleted_keep_nobody_from_the_rest(self):
+        text = self.work(1, QUELLBOXCTL=self.stand_in(cleanse=1))
+        self.assertEqual([line for line in text.splitlines() if line.startswith("ran ")],
+                         ["ran deliver-tolerated --days 0", "ran cleanse --keep-days 7", "ran stats --top 10"])
 
     def test_an_interruption_ends_the_night(self):
         text = self.work(4, QUELLBOXCTL=self.stand_in(cleanse=4))

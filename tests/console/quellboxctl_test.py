@@ -180,7 +180,7 @@ class ShowTest(Console):
     def test_json_is_one_object(self):
         (found,) = lines_of(self.run_it('show', '--json', 'm.EML')[0])
         self.assertEqual((found['subject'], found['text'], found['attachments'], found['sender']),
-                         ('Two parts', 'Grüße[1m\n[Attachment: a.pdf]\n', 'a.pdf', 's@e.example'))
+                         ('Two parts', 'Grüße\x1b[1m\n[Attachment: a.pdf]\n', 'a.pdf', 's@e.example'))
 
     def test_what_is_not_there_is_named(self):
         output, errors = self.run_it('show', 'gone.EML', code=1)
@@ -269,6 +269,53 @@ class DisposalTest(Console):
         self.assertEqual(output, 'Action  Done  Failed\nundo       2       0\n')
         self.assertEqual(self.place.names(), ['a.EML', 'b.EML', 'c.EML', 'd.EML'])
 
+    def test_a_name_in_bytes_comes_before_one_that_was_printed(self):
+        self.place.put(b'\xe9.EML', message('s@e.example', 'f', 't', 'bytes', 3))
+        printed = '\ufffdE9.EML'
+        self.place.put(printed, message('s@e.example', 'f', 't', 'real', 3))
+        self.run_it('delete', printed)
+        self.assertIn(os.fsdecode(b'\xe9.EML'), self.place.names())
+        self.assertNotIn(printed, self.place.names())
+        self.run_it('delete', printed)
+        self.assertNotIn(os.fsdecode(b'\xe9.EML'), self.place.names())
+
+    def test_what_the_list_does_not_show_cannot_be_named(self):
+        self.place.write_settings(ServerProfile='own', OwnEnding='.msg')
+        self.place.put('x.msg', message('s@e.example', 'f', 't', 'u', 3))
+        self.assertEqual(self.run_it('list', '--names')[0], 'x.msg\n')
+        self.run_it('delete', 'a.EML', code=1)
+        self.assertIn('a.EML', self.place.names())
+
+    def test_streams_that_are_closed_do_no_harm(self):
+        command = 'exec "$@" <&- >&- 2>&-'
+        done = subprocess.run(['sh', '-c', command, 'sh', *self.place.command('unblock', 'a.EML', 'gone.EML')],
+                              env=self.place.environment, timeout=60)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(self.place.names(self.place.pickup), ['a.EML'])
+
+    def test_an_input_that_cannot_be_read_is_an_error(self):
+        folder = os.open(self.place.root, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        done = subprocess.run(self.place.command('delete', '-'), stdin=folder, capture_output=True, text=True,
+                              env=self.place.environment, timeout=60)
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, 'quellboxctl: The names cannot be read from the input.\n'))
+
+    def test_an_interruption_ends_the_wait_for_names(self):
+        program = subprocess.Popen(self.place.command('delete', '-'), stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, env=self.place.environment)
+        time.sleep(0.5)
+        program.send_signal(signal.SIGINT)
+        self.assertEqual(program.wait(timeout=30), 4)
+        program.communicate()
+
+    def test_an_archive_has_one_name_in_the_history(self):
+        self.place.write_settings(KeepDeletedDays=5)
+        folder = os.path.relpath(self.place.archive)
+        self.run_it('delete', 'a.EML', '--archive', './' + folder + '//.')
+        self.run_it('undo')
+        self.assertIn('a.EML', self.place.names())
+
     def test_an_interruption_ends_between_messages(self):
         for number in range(4000):
             self.place.put(f'm{number}.EML', message('s@e.example', 'f', 't', 'u', 3), MONDAY + number)
@@ -328,7 +375,13 @@ class TolerateTest(Console):
         for text in ('joe', '@', 'a@b', '*@example.com', ''):
             errors = self.run_it('tolerate', 'add', text, code=2)[1]
             self.assertEqual(errors, f'quellboxctl: Invalid email address specified: {text}'.rstrip() + '\n')
+        for text in ('jo e@example.com', 'joe@example.com\nx'):
+            self.run_it('tolerate', 'add', text, code=2)
         self.run_it('tolerate', 'remove', 'joe@example.com', code=1)
+        self.run_it('tolerate', 'add', ' Joe@example.com ')
+        self.assertEqual(self.entries(), ['joe@example.com'])
+        self.run_it('tolerate', 'remove', 'Joe@Example.com')
+        self.assertEqual(self.entries(), [])
         self.run_it('tolerate', 'frob', 'x', code=2)
         self.run_it('tolerate', code=2)
         self.run_it('tolerate', 'add', code=2)
@@ -406,18 +459,18 @@ class NightTest(Console):
     def test_statistics_count_and_add_up(self):
         output = self.run_it('stats')[0]
         self.assertEqual(output, (
-            'Group   Messages  Bytes  Value\n'
-            'day            2    384  2026-03-02\n'
-            'day            2    368  2026-03-03\n'
-            'scl            1    194  5.00\n'
-            'scl            1    160  6.00\n'
-            'scl            1    208  7.00\n'
-            'scl            1    190  9.00\n'
-            'domain         2    402  example.com\n'
-            'domain         1    160  \n'
-            'domain         1    190  spam.example\n'
-            'to             2    402  ann@home.example\n'
-            'to             2    350  bob@home.example\n'))
+            'Group   Value             Messages  Bytes\n'
+            'day     2026-03-02               2    384\n'
+            'day     2026-03-03               2    368\n'
+            'scl     5.00                     1    194\n'
+            'scl     6.00                     1    160\n'
+            'scl     7.00                     1    208\n'
+            'scl     9.00                     1    190\n'
+            'domain  example.com              2    402\n'
+            'domain                           1    160\n'
+            'domain  spam.example             1    190\n'
+            'to      ann@home.example         2    402\n'
+            'to      bob@home.example         2    350\n'))
         output = self.run_it('stats', '--by', 'domain', '--top', '1', '--json')[0]
         self.assertEqual(lines_of(output), [{'group': 'domain', 'count': 2, 'bytes': 402, 'value': 'example.com'}])
         self.run_it('stats', '--by', 'moon', code=2)
@@ -461,6 +514,12 @@ class HistoryTest(Console):
                           ('history', '--limit', '-1')):
             self.run_it(*arguments, code=2)
         self.run_it('undo', '4711', code=1)
+        self.run_it('undo', '--entry', '4711', code=1)
+
+    def test_no_history_is_told(self):
+        self.place.write_settings(HistoryDays=0)
+        output, errors = self.run_it('history')
+        self.assertEqual((output, errors), ('', 'quellboxctl: The settings have no history kept (HistoryDays is 0).\n'))
 
     def test_a_locked_history_stops_no_action(self):
         self.run_it('delete', 'a.EML')
@@ -555,6 +614,14 @@ class BadInputTest(Console):
                   '"moon=x" is no FIELD=TEXT; the fields are date, to, from, sender, subject, size, name.'),
                  (('list', '--match', 'subject'),
                   '"subject" is no FIELD=TEXT; the fields are date, to, from, sender, subject, size, name.'),
+                 (('delete', '--match', 'subject='), '--match: the text after "subject=" is missing.'),
+                 (('delete', '--min-scl', 'nan'), '--min-scl: "nan" is no number.'),
+                 (('delete', '--days', '0'), 'Name messages, or choose them by options. For all messages there is '
+                                             '--all.'),
+                 (('delete', '--all', '--archive', ''), 'The name of a directory is empty.'),
+                 (('unblock', 'a.EML', '--names'), '--names and --print0 need --dry-run.'),
+                 (('delete', '--all', '-0'), '-0 needs "-", for names from the input.'),
+                 (('tolerate', 'list', '--replace'), '--replace belongs to add.'),
                  (('list', '--sort', 'moon'), '--sort: there is no column "moon".'),
                  (('list', '--program', '../x'), '--program: "../x" is no name of a program.'),
                  (('show',), 'An argument is missing.'),
@@ -575,11 +642,35 @@ class BadInputTest(Console):
                     self.assertEqual(output, '')
                     self.assertIn('not found', errors)
 
-    @unittest.skipIf(os.geteuid() == 0, 'the superuser may read everything')
     def test_an_archive_without_rights_is_told(self):
-        self.place.archive.chmod(0)
+        self.place.fill()
         self.addCleanup(self.place.archive.chmod, 0o700)
-        self.run_it('list', code=3)
+        for rights in (0, 0o444):
+            self.place.archive.chmod(rights)
+            for command in (('list',), ('delete', '--all'), ('stats',)):
+                with self.subTest(rights=oct(rights), command=command):
+                    output, errors = self.run_as_nobody(*command, code=3)
+                    self.assertEqual((output, errors.count('quellboxctl: ')), ('', 1))
+                    self.assertIn('ermission denied', errors)
+
+    def run_as_nobody(self, *arguments, code):
+        """The superuser may read everything."""
+        if os.geteuid() != 0:
+            return self.run_it(*arguments, code=code)
+        for folder in (self.place.root, self.place.settings.parent.parent, self.place.settings.parent):
+            folder.chmod(0o755)
+        self.place.environment['XDG_DATA_HOME'] = str(self.place.root / 'none')
+        done = subprocess.run(self.place.command(*arguments), capture_output=True, text=True, timeout=60, user=65534,
+                              env=self.place.environment)
+        self.assertEqual(done.returncode, code, done.stderr)
+        return done.stdout, done.stderr
+
+    def test_without_an_archive_in_the_settings_nothing_is_touched(self):
+        for command in (('list',), ('delete', '--all'), ('cleanse', '--keep-days', '0'), ('stats',), ('undo',)):
+            with self.subTest(command):
+                errors = self.run_it(*command, plain=True, code=3)[1]
+                self.assertEqual(errors, 'quellboxctl: No archive is set up. Choose one in the window, or name it by '
+                                         '--archive.\n')
 
     def test_a_pickup_directory_that_is_not_there_is_told_before_anything_moves(self):
         self.place.fill()

@@ -53,6 +53,7 @@ TEST_F(ChosenDelivery, MessagesGoWhereTheSettingsSay) {
     Choose(DeliveryKeys::smtp);
     EXPECT_EQ(NewWay()->Target(), u"smtp://mail.example:587"_s);
     Choose(DeliveryKeys::command);
+    state_.DeliveryCommand = u"sendmail -i -f SENDER -- RECIPIENT..."_s;
     EXPECT_TRUE(NewWay()->Target().contains(u"sendmail"_s)) << NewWay()->Target().toStdString();
     Choose(DeliveryKeys::replay);
     EXPECT_EQ(TargetOf(NewWay().get(), state_), NewTransmitter()->Target());
