@@ -34,7 +34,10 @@ QString LowerCased(QString text) {
 
 QString DomainOf(const QString& sender) {
     QString domain = sender.mid(sender.lastIndexOf(u'@') + 1);
-    return LowerCased(domain.isEmpty() ? sender : std::move(domain));
+    if (domain.isEmpty()) {
+        domain = sender;
+    }
+    return LowerCased(std::move(domain));
 }
 
 bool IsLarger(const StatisticsGroup& group, const StatisticsGroup& other) {
