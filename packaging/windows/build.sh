@@ -58,7 +58,7 @@ step 'configuration' cmake -S "$root" -B "$build/cmake" -G Ninja --toolchain "$r
   -DQUELLBOX_RESOURCES="$build/resources/quellbox.qrc" -DQUELLBOX_ICON="$build/resources/icons/quellbox.ico" \
   -DCMAKE_PROJECT_INCLUDE="$recipes/static.cmake" -DQUELLBOX_QT_TRANSLATIONS=/usr/share/qt6/translations \
   -DQUELLBOX_TESTS=$tests -DQUELLBOX_BENCHMARKS=OFF -DCMAKE_CROSSCOMPILING_EMULATOR=wine "$@"
-targets=(quellbox help_chm)
+targets=(quellbox quellboxctl help_chm)
 [ $tests = OFF ] || targets+=(all)
 step 'program' cmake --build "$build/cmake" -j "$jobs" --target "${targets[@]}"
 step 'zip and installer' "$recipes/pack.sh" "$build"

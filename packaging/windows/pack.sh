@@ -10,19 +10,27 @@ sources=$name-sources
 rm -rf "$build"/quellbox-*-windows "$build"/quellbox-*.zip "$build"/quellbox-*-setup.exe "$build"/quellbox-*-sources.tar
 mkdir -p "$folder/licenses"
 
-# What is no library of Windows itself would be missing where the program is started.
-ours=$("$triple-objdump" -p "$build/cmake/quellbox.exe" | awk '/DLL Name:/ { print tolower($3) }' | grep -vxE \
+# What is no library of Windows itself would be missing where the programs are started.
+ours=$("$triple-objdump" -p "$build"/cmake/quellbox{,ctl}.exe | awk '/DLL Name:/ { print tolower($3) }' | grep -vxE \
   '(advapi32|authz|bcrypt|comctl32|comdlg32|crypt32|d3d9|d3d11|dnsapi|dwmapi|dwrite|dxgi|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|netapi32|ole32|oleaut32|shcore|shell32|shlwapi|user32|userenv|uxtheme|version|winmm|ws2_32|wtsapi32|api-ms-win-core-[a-z0-9-]*)\.dll' || true)
 if [ -n "$ours" ]; then
-  echo "The program wants libraries that Windows does not have:" $ours
+  echo "The programs want libraries that Windows does not have:" $ours
   exit 1
 fi
-"$triple-strip" -o "$folder/quellbox.exe" "$build/cmake/quellbox.exe"
+for program in quellbox quellboxctl; do
+  "$triple-strip" -o "$folder/$program.exe" "$build/cmake/$program.exe"
+done
 cp "$build/cmake/Quellbox.chm" "$folder/"
 
 # text SOURCE TARGET - a text with the line ends that the system's editor understands.
 text() { sed 's/$/\r/' "$1" >"$folder/$2"; }
 text "$root/LICENSE" LICENSE.txt
+# What works at night; tasks are described in the UTF-16 in which Windows exports them.
+text "$recipes/quellboxctl-nightly.cmd" quellboxctl-nightly.cmd
+{
+  printf '\xff\xfe'
+  sed -e '1s/?>$/ encoding="UTF-16"?>/' -e 's/$/\r/' "$recipes/quellboxctl-nightly.xml" | iconv -f UTF-8 -t UTF-16LE
+} >"$folder/quellboxctl-nightly.xml"
 for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/* "$(cat "$build/curl.prefix")"/licenses/*; do
   text "$terms" "licenses/$(basename "$terms")"
 done
@@ -37,7 +45,8 @@ done
   cat <<END
 Quellbox is free under the terms of LICENSE.txt.
 
-quellbox.exe also holds these libraries of Debian, each under its own terms, which are in the folder "licenses":
+quellbox.exe and quellboxctl.exe also hold these libraries of Debian, each under its own terms, which are in the folder
+"licenses":
 
 END
   while read -r library made; do
@@ -45,12 +54,12 @@ END
   done <"$cache/versions"
   cat <<END
 
-It also holds parts of zlib and of the runtime libraries of GCC and MinGW-w64.
+They also hold parts of zlib and of the runtime libraries of GCC and MinGW-w64.
 
 Qt, GLib and GMime are under the GNU Lesser General Public License. The archive $sources.tar, which is
-offered beside this program, holds the sources of the libraries in the list, those of Quellbox, and the scripts that
-build the program of them on Debian. Whoever wants another Qt, say, unpacks it into a folder qt6-base (dpkg-source -x),
-changes it there, and builds the program by QUELLBOX_SOURCES=FOLDER packaging/windows/build.sh, where FOLDER is the
+offered beside these programs, holds the sources of the libraries in the list, those of Quellbox, and the scripts that
+build the programs of them on Debian. Whoever wants another Qt, say, unpacks it into a folder qt6-base (dpkg-source -x),
+changes it there, and builds the programs by QUELLBOX_SOURCES=FOLDER packaging/windows/build.sh, where FOLDER is the
 full path of what holds qt6-base.
 END
 } >"$build/notice.txt"

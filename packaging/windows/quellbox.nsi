@@ -101,6 +101,7 @@ FunctionEnd
 Section "Uninstall"
   SetShellVarContext all
   !insertmacro RefuseInUse "$INSTDIR\quellbox.exe"
+  !insertmacro RefuseInUse "$INSTDIR\quellboxctl.exe"
   !insertmacro RefuseInUse "$INSTDIR\Quellbox.chm"
   ClearErrors
   !include "${FILES}"

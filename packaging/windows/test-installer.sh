@@ -12,9 +12,11 @@ fail() { echo "installer: $*"; exit 1; }
 # is_whole FOLDER - fails unless everything is there.
 is_whole() {
   local file
-  for file in quellbox.exe Quellbox.chm LICENSE.txt NOTICE.txt uninstall.exe licenses/LGPL-3.txt; do
+  for file in quellbox.exe quellboxctl.exe quellboxctl-nightly.cmd quellboxctl-nightly.xml Quellbox.chm LICENSE.txt NOTICE.txt \
+    uninstall.exe licenses/LGPL-3.txt; do
     [ -s "$1/$file" ] || fail "$file is missing"
   done
+  wine "$1/quellboxctl.exe" --version | grep -q '^quellboxctl [0-9]' || fail 'quellboxctl does not tell its version'
   cmp -s "$1/quellbox.exe" "$build"/quellbox-*-windows/quellbox.exe || fail 'the program is not the one that was packed'
   [ -e "$shortcut" ] || fail 'the shortcut is missing'
   wine reg query "$key" /v QuietUninstallString /reg:64 >/dev/null || fail 'Windows does not know what removes it'
