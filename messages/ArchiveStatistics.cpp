@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <utility>
 
 namespace quellbox {
 
@@ -17,9 +19,22 @@ QString DayText(qint64 day) {
     return QDate(1970, 1, 1).addDays(day).toString(Qt::ISODate);
 }
 
+/// Qt takes a microsecond for it, and hardly a domain has other letters than those of ASCII.
+QString LowerCased(QString text) {
+    if (std::any_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() >= 0x80; })) {
+        return text.toLower();
+    }
+    for (QChar& unit : text) {
+        if (unit >= u'A' && unit <= u'Z') {
+            unit = QChar(unit.unicode() | 0x20);
+        }
+    }
+    return text;
+}
+
 QString DomainOf(const QString& sender) {
-    const QString domain = sender.mid(sender.lastIndexOf(QLatin1Char('@')) + 1);
-    return (domain.isEmpty() ? sender : domain).toLower();
+    QString domain = sender.mid(sender.lastIndexOf(u'@') + 1);
+    return LowerCased(domain.isEmpty() ? sender : std::move(domain));
 }
 
 bool IsLarger(const StatisticsGroup& group, const StatisticsGroup& other) {
@@ -53,9 +68,9 @@ std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t t
     }
     const TextSums& sums = SumsBy(by);
     std::vector<StatisticsGroup> groups;
-    groups.reserve(static_cast<size_t>(sums.size()));
-    for (auto sum = sums.begin(); sum != sums.end(); ++sum) {
-        groups.push_back({sum.key(), sum->count, sum->bytes});
+    groups.reserve(sums.size());
+    for (const auto& [text, sum] : sums) {
+        groups.push_back({text, sum.count, sum.bytes});
     }
     const size_t wanted = std::min(top, groups.size());
     const auto end = groups.begin() + static_cast<std::ptrdiff_t>(wanted);
@@ -68,15 +83,11 @@ std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t t
 }
 
 std::vector<StatisticsGroup> ArchiveStatistics::Days(size_t top) const {
-    std::vector<qint64> days(days_.keyBegin(), days_.keyEnd());
-    std::sort(days.begin(), days.end());
-    const size_t wanted = std::min(top, days.size());
-    days.erase(days.begin(), days.end() - static_cast<std::ptrdiff_t>(wanted));
+    const size_t wanted = std::min(top, days_.size());
     std::vector<StatisticsGroup> groups;
     groups.reserve(wanted);
-    for (const qint64 day : days) {
-        const Sum sum = days_.value(day);
-        groups.push_back({DayText(day), sum.count, sum.bytes});
+    for (auto day = std::prev(days_.end(), static_cast<std::ptrdiff_t>(wanted)); day != days_.end(); ++day) {
+        groups.push_back({DayText(day->first), day->second.count, day->second.bytes});
     }
     return groups;
 }

@@ -2,10 +2,12 @@
 
 #include "messages/MessageRow.h"
 
-#include <QHash>
+#include <QHashFunctions>
 #include <QString>
 
 #include <limits>
+#include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace quellbox {
@@ -47,14 +49,18 @@ private:
         qint64 count = 0;
         qint64 bytes = 0;
     };
-    using TextSums = QHash<QString, Sum>;
+    /// Not noexcept, so that a map keeps the hash of each text and does not calculate it anew when it grows.
+    struct TextHash {
+        size_t operator()(const QString& text) const { return qHash(text); }
+    };
+    using TextSums = std::unordered_map<QString, Sum, TextHash>; // half the time of QHash
 
     const TextSums& SumsBy(StatisticsBy by) const;
     std::vector<StatisticsGroup> Days(size_t top) const;
     static void AddTo(Sum& sum, qint64 bytes);
 
     Sum total_;
-    QHash<qint64, Sum> days_; // by days since 1970
+    std::map<qint64, Sum> days_; // by days since 1970
     TextSums ratings_;
     TextSums domains_;
     TextSums recipients_;

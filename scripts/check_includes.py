@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Checks what each folder may include and name; prints a line for each violation and fails if there is one.
 
-- A folder includes itself and those before it in FOLDERS, never later ones.
-- The core (every file of FOLDERS before app/ that is not named frm*) includes nothing of QtWidgets or QtGui.
+- A folder includes itself and those before it in FOLDERS, never later ones; app/ and console/ do not include each other.
+- The core and the console (every file outside of app/ that is not named frm*) include nothing of QtWidgets or QtGui.
 - Headers of GMime, GLib and zlib stay in mail/, those of QtSql in history/, those of curl in delivery/.
 - System headers, QSettings and tests for the operating system stay in platform/.
 """
@@ -11,7 +11,8 @@ import os
 import re
 import sys
 
-FOLDERS = ["platform", "mail", "settings", "delivery", "messages", "history", "whitelist", "contents", "archive", "dialogs", "app"]
+FOLDERS = ["platform", "mail", "settings", "delivery", "messages", "history", "whitelist", "contents", "archive", "dialogs", "app", "console"]
+PROGRAMS = ["app", "console"]
 # Folders that nothing in FOLDERS may include.
 OUTER_FOLDERS = ["samples", "tests", "benchmarks", "fuzz"]
 MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject|zlib)([-/].*)?(\.h)?$")
@@ -74,6 +75,8 @@ def check_include(path, quote, name):
         target = os.path.normpath(os.path.join(folder, name) if name.startswith("..") else name).split("/")[0]
         if target in OUTER_FOLDERS:
             problems.append(f"{folder}/ must not include {target}/")
+        elif target != folder and target in PROGRAMS and folder in PROGRAMS:
+            problems.append(f"{folder}/ must not include {target}/, which is beside it")
         elif target in FOLDERS and FOLDERS.index(target) > FOLDERS.index(folder):
             problems.append(f"{folder}/ must not include {target}/, which comes after it")
         base = os.path.basename(name)

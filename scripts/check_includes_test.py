@@ -18,6 +18,10 @@ class CheckIncludesTest(unittest.TestCase):
     def test_direction(self):
         self.accept("mail/A.h", '#include "platform/FileSystem.h"', '#include "mail/B.h"')
         self.accept("app/frmMain.cpp", '#include "dialogs/frmFind.h"', '#include "ui_frmMain.h"')
+        self.accept("console/A.cpp", '#include "console/B.h"', '#include "dialogs/PickupTest.h"')
+        self.reject("console/A.cpp", '#include "app/Menus.h"')
+        self.reject("app/A.cpp", '#include "console/Session.h"')
+        self.reject("archive/A.cpp", '#include "console/Session.h"')
         self.reject("platform/A.h", '#include "mail/MailMessage.h"')
         self.reject("archive/A.cpp", '#include "dialogs/Find.h"')
         self.reject("archive/A.cpp", '#include "../dialogs/Find.h"')
@@ -30,6 +34,7 @@ class CheckIncludesTest(unittest.TestCase):
         self.accept("app/Menus.h", "#include <QMenu>")
         self.reject("dialogs/Find.h", "#include <QDialog>")
         self.reject("messages/A.h", "#include <QIcon>")
+        self.reject("console/A.cpp", "#include <QIcon>")
         self.reject("messages/A.h", "#include <qwidget.h>")
         self.reject("messages/A.h", "#include <QtWidgets/QWidget>")
         self.reject("messages/A.h", "#include <QtGui>")

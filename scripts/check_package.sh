@@ -67,10 +67,11 @@ step "start over $count samples"
 mkdir -p "$root/srv/home"
 chmod 700 "$root/srv/home"
 chown -R 1000:1000 "$root/srv/archive" "$root/srv/home"
-start() {
+as_user() {
   chroot --userspec=1000:1000 "$root" env -i PATH=/usr/bin:/bin HOME=/srv/home LC_ALL="${language:-C.UTF-8}" TZ=UTC \
-    QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=/srv/home timeout 120 quellbox "$@"
+    QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=/srv/home timeout 120 "$@"
 }
+start() { as_user quellbox "$@"; }
 rows=$(start --print-list /srv/archive 2>"$work/errors" | wc -l)
 cat "$work/errors"
 [ "$rows" -eq "$count" ] || fail "$count messages, and $rows rows"
@@ -78,6 +79,10 @@ echo "$rows rows"
 [ ! -e "$root/srv/home/.config/quellbox/settings.ini" ] || fail 'printing the list has stored settings'
 language=de_DE.UTF-8 start --help >"$work/help" 2>&1
 grep -q Verzeichnis "$work/help" || { cat "$work/help"; fail 'the help is not German'; }
+rows=$(as_user quellboxctl list --names --archive /srv/archive | wc -l)
+[ "$rows" -eq "$count" ] || fail "$count messages, and quellboxctl lists $rows"
+# Nothing works at night unless somebody switches it on.
+[ -z "$(find "$root/etc/systemd" -name '*quellbox*')" ] || fail 'a unit is switched on'
 # Qt loads the plugins that draw the icons by itself, and is silent when they are missing.
 for plugin in imageformats/libqsvg.so iconengines/libqsvgicon.so; do
   [ -n "$(find "$root/usr/lib" -path "*/qt6/plugins/$plugin")" ] || fail "$plugin is missing"

@@ -52,7 +52,8 @@ test_packages=(
   x11-utils         # xprop, which sees whether the window is hidden
   desktop-file-utils # check of the entry in the desktop's menu
   appstream         # check of the description for software centres
-  man-db groff-base # check of the manual page
+  man-db groff-base # check of the manual pages
+  zsh               # check of the completion for that shell
   librsvg2-bin      # draws the icons in the sizes that an installation has
   at-spi2-core gir1.2-atspi-2.0 python3-gi # the bus of assistive tools, and a way to listen to it
 )
@@ -87,7 +88,7 @@ windows_packages=(
 package_packages=(
   dpkg-dev          # finds the libraries that the package depends on, and gives the flags for hardening
   file              # tells what is a program, to be stripped
-  gzip              # compresses the manual page and the changelogs
+  gzip              # compresses the manual pages and the changelogs
   librsvg2-bin      # draws the icons in the sizes of the icon theme
   lintian           # checks the package against Debian's policy
   debootstrap       # makes the fresh system in which the package is tried out
