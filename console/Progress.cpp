@@ -2,7 +2,7 @@
 
 #include "platform/Console.h"
 
-#include <cstdio>
+#include <algorithm>
 
 namespace quellbox {
 
@@ -26,19 +26,19 @@ void Progress::Show(qint64 done) {
         return;
     }
     sinceShown_.restart();
-    isShown_ = true;
+    QByteArray text = QByteArray::number(done);
     if (maximum_ > 0) {
-        std::fprintf(stderr, "\r%lld / %lld", static_cast<long long>(done), static_cast<long long>(maximum_));
-    } else {
-        std::fprintf(stderr, "\r%lld", static_cast<long long>(done));
+        text += " / " + QByteArray::number(maximum_);
     }
-    std::fflush(stderr);
+    WriteError('\r' + text);
+    shown_ = std::max(shown_, text.size());
 }
 
 void Progress::Clear() {
-    if (isShown_) {
-        std::fputs("\r\033[K", stderr);
-        isShown_ = false;
+    // Not every console of Windows understands an escape sequence.
+    if (shown_ > 0) {
+        WriteError('\r' + QByteArray(shown_, ' ') + '\r');
+        shown_ = 0;
     }
 }
 

@@ -22,7 +22,7 @@ public:
 
 private:
     qint64 maximum_;
-    bool isShown_ = false;
+    qsizetype shown_ = 0; ///< columns of the line
     const bool isWanted_;
     QElapsedTimer sinceShown_;
 };

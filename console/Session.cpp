@@ -12,7 +12,6 @@
 #include <QPointer>
 #include <QSysInfo>
 
-#include <cstdio>
 #include <utility>
 
 namespace quellbox {
@@ -85,8 +84,7 @@ std::unique_ptr<Transmitter> Session::NewTransmitter() {
 }
 
 void Session::Tell(const QString& text) {
-    const QByteArray line = "quellboxctl: " + CleanseForDisplay(text).toUtf8() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
+    WriteError("quellboxctl: " + CleanseForDisplay(text).toUtf8() + '\n');
 }
 
 void Session::Tell(const std::vector<FileFailure>& failures) {
@@ -95,8 +93,7 @@ void Session::Tell(const std::vector<FileFailure>& failures) {
     }
 }
 
-void Session::Await(const std::function<void(std::function<void()> done)>& start,
-                    const std::function<void()>& cancel) {
+void Session::Await(const std::function<void(std::function<void()> done)>& start, const std::function<void()>& cancel) {
     QEventLoop loop;
     const auto hasEnded = std::make_shared<bool>(false);
     const auto end = [hasEnded, waiting = QPointer<QEventLoop>(&loop)] {

@@ -1,5 +1,6 @@
 #include "console/Command.h"
 #include "console/CommandLineTexts.h"
+#include "platform/Console.h"
 #include "platform/ShareFileSystem.h"
 #include "platform/Shell.h"
 #include "settings/Translation.h"
@@ -8,7 +9,6 @@
 #include <QLocale>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 
 using namespace quellbox;
@@ -18,21 +18,22 @@ namespace {
 // A share that never answers must not keep the process alive for ever; what is being moved or written gets longer.
 constexpr std::chrono::seconds goodbye{60};
 
-void Print(FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
+ExitCode Fail(const QString& text) {
+    WriteError("quellboxctl: " + text.toUtf8() + '\n');
+    return ExitCode::WrongUsage;
 }
 
-ExitCode Fail(const QString& text) {
-    Print(stderr, QStringLiteral("quellboxctl: ") + text + QLatin1Char('\n'));
-    return ExitCode::WrongUsage;
+/// What needs neither settings nor archive.
+ExitCode Answer(const QString& text) {
+    return WriteOutput(text.toUtf8()) || IsOutputClosed() ? ExitCode::Done : ExitCode::SomeFailed;
 }
 
 /// Where the settings and the history of that program are. Throws UsageError.
 ProgramInfo ProgramOf(const QString& name) {
     const bool isPath = name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\'));
     if (name.isEmpty() || isPath || name.startsWith(QLatin1Char('.'))) {
-        throw UsageError(QCoreApplication::translate("quellbox", "--program: \"%1\" is no name of a program.").arg(name));
+        throw UsageError(
+            QCoreApplication::translate("quellbox", "--program: \"%1\" is no name of a program.").arg(name));
     }
     return MakeProgramInfo(QCoreApplication::applicationDirPath() + QLatin1Char('/') + name);
 }
@@ -83,19 +84,17 @@ ExitCode Run(const Command& command, const QCommandLineParser& parser) {
 ExitCode Start(const QStringList& arguments) {
     const QString first = arguments.value(0);
     if (first == QLatin1String("--version") || first == QLatin1String("-v")) {
-        Print(stdout, QStringLiteral("quellboxctl " QUELLBOX_VERSION "\n"));
-        return ExitCode::Done;
+        return Answer(QStringLiteral("quellboxctl " QUELLBOX_VERSION "\n"));
     }
     if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
-        Print(stdout, HelpOfProgram());
-        return ExitCode::Done;
+        return Answer(HelpOfProgram());
     }
     const Command* command = FindCommand(first);
     if (command == nullptr) {
-        return Fail(first.isEmpty()
-                        ? QCoreApplication::translate("quellbox", "A command is missing. See quellboxctl --help.")
-                        : QCoreApplication::translate("quellbox", "\"%1\" is no command. See quellboxctl --help.")
-                              .arg(first));
+        return Fail(
+            first.isEmpty()
+                ? QCoreApplication::translate("quellbox", "A command is missing. See quellboxctl --help.")
+                : QCoreApplication::translate("quellbox", "\"%1\" is no command. See quellboxctl --help.").arg(first));
     }
     QCommandLineParser parser;
     AddOptions(*command, parser);
@@ -103,8 +102,7 @@ ExitCode Start(const QStringList& arguments) {
         return Fail(parser.errorText());
     }
     if (parser.isSet(QStringLiteral("help"))) {
-        Print(stdout, HelpOfCommand(*command, parser));
-        return ExitCode::Done;
+        return Answer(HelpOfCommand(*command, parser));
     }
     return Run(*command, parser);
 }

@@ -23,6 +23,9 @@ QByteArray NameOfLine(const QByteArray& line);
 /// reader who has gone is an error of the write, not the end of the program.
 void PrepareStreams();
 
+/// Writes to the standard error output; what cannot be written there can be told nowhere.
+void WriteError(QByteArrayView bytes);
+
 /// Whether somebody reads the standard error output on a terminal.
 bool IsErrorTerminal();
 

@@ -34,6 +34,21 @@ void NoteInterrupt(int number) {
     errno = error;
 }
 
+/// Returns false when it cannot be written; errno says why.
+bool WriteTo(int stream, QByteArrayView bytes) {
+    while (!bytes.isEmpty()) {
+        const ssize_t written = ::write(stream, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written < 0) {
+            return false;
+        }
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
 } // namespace
 
 QStringList ArgumentTexts(int argc, char** argv) {
@@ -71,18 +86,15 @@ int TerminalColumns() {
 }
 
 bool WriteOutput(QByteArrayView bytes) {
-    while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            outputIsClosed = errno == EPIPE;
-            return false;
-        }
-        bytes = bytes.sliced(written);
+    if (!WriteTo(STDOUT_FILENO, bytes)) {
+        outputIsClosed = errno == EPIPE;
+        return false;
     }
     return true;
+}
+
+void WriteError(QByteArrayView bytes) {
+    WriteTo(STDERR_FILENO, bytes);
 }
 
 bool IsOutputClosed() {
