@@ -4,11 +4,11 @@
 #include "history/HistoryTexts.h"
 
 #include "mail/DisplayText.h"
+#include "platform/Console.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace quellbox {
 
@@ -24,8 +24,7 @@ QString ExitCodes() {
 } // namespace
 
 void PrintConsoleError(const QString& text) {
-    const QByteArray line = "quellboxctl: " + CleanseForDisplay(text).toUtf8() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
+    WriteError("quellboxctl: " + CleanseForDisplay(text).toUtf8() + '\n');
 }
 
 void AddOptions(const Command& command, QCommandLineParser& parser) {

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-#include <cstdio>
+#include <algorithm>
 
 namespace quellbox {
 
@@ -31,14 +31,14 @@ void Progress::Show(qint64 done) {
     if (maximum_ > 0) {
         line += " / " + QByteArray::number(maximum_);
     }
-    shown_ = line.size();
-    std::fprintf(stderr, "\r%s", line.constData());
-    std::fflush(stderr);
+    WriteError('\r' + line);
+    shown_ = std::max(shown_, line.size());
 }
 
 void Progress::Clear() {
+    // Not every console of Windows understands an escape sequence.
     if (shown_ > 0) {
-        std::fprintf(stderr, "\r%*s\r", static_cast<int>(shown_), "");
+        WriteError('\r' + QByteArray(shown_, ' ') + '\r');
         shown_ = 0;
     }
 }

@@ -12,7 +12,8 @@ namespace {
 template <class Take>
 bool ForEachSmtpLine(QByteArrayView rest, Take take) {
     while (!rest.isEmpty()) {
-        const auto end = std::find_if(rest.begin(), rest.end(), [](char byte) { return byte == '\r' || byte == '\n'; });
+        const auto end =
+            std::find_if(rest.begin(), rest.end(), [](char letter) { return letter == '\r' || letter == '\n'; });
         const QByteArrayView line = rest.first(end - rest.begin());
         rest = rest.sliced(line.size());
         const QByteArrayView lineEnd = rest.first(rest.startsWith("\r\n") ? 2 : std::min<qsizetype>(rest.size(), 1));

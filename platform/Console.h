@@ -28,6 +28,9 @@ QByteArray NameOfLine(const QByteArray& line);
 /// would take its place.
 void PrepareStreams();
 
+/// Writes to the standard error output; what cannot be written there can be told nowhere.
+void WriteError(QByteArrayView bytes);
+
 /// Whether somebody reads the standard error output on a terminal.
 bool IsErrorTerminal();
 

@@ -120,6 +120,16 @@ bool WriteOutput(QByteArrayView bytes) {
     return true;
 }
 
+void WriteError(QByteArrayView bytes) {
+    while (!bytes.isEmpty()) {
+        const ssize_t written = ::write(STDERR_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (written < 0 && errno != EINTR) {
+            return;
+        }
+        bytes = bytes.sliced(std::max<ssize_t>(written, 0));
+    }
+}
+
 bool IsOutputClosed() {
     pollfd output{STDOUT_FILENO, 0, 0};
     const bool hasGone = ::poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
+#include <mutex>
 #include <windows.h>
 
 namespace quellbox {
@@ -17,18 +17,77 @@ namespace quellbox {
 namespace {
 
 bool outputIsClosed = false;
-std::atomic<bool> interruptCame{false};
-std::atomic<Interrupts*> interruptOwner{nullptr};
 
-/// Called on a thread that the system makes for it.
-BOOL WINAPI NoteInterrupt(DWORD /*event*/) {
+// Guards the owner, who may go while the system's thread tells.
+std::mutex interruptMutex;
+Interrupts* interruptOwner = nullptr;
+std::atomic<bool> interruptCame{false};
+
+/// Returns false when the program is to end at once.
+bool TellOwner() {
+    const std::lock_guard lock(interruptMutex);
     Interrupts* const owner = interruptOwner;
     if (owner == nullptr || interruptCame.exchange(true)) {
-        return FALSE; // which ends the program
+        return false;
     }
     QMetaObject::invokeMethod(
         owner, [owner] { Q_EMIT owner->Interrupted(); }, Qt::QueuedConnection);
+    return true;
+}
+
+/// Called on a thread that the system makes for it.
+BOOL WINAPI NoteInterrupt(DWORD event) {
+    if (!TellOwner()) {
+        return FALSE;
+    }
+    // Where the console closes or the user logs off, the system ends the program as soon as this returns, and after
+    // some seconds in any case. The end of main() ends this thread.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        ::Sleep(INFINITE);
+    }
     return TRUE;
+}
+
+bool IsConsole(HANDLE stream) {
+    DWORD mode = 0;
+    return ::GetConsoleMode(stream, &mode) != 0;
+}
+
+/// A console takes texts, whatever its code page is: that belongs to all programs on it, so it stays as it is. Returns
+/// false when it cannot be written; GetLastError() says why.
+bool WriteText(HANDLE console, const QString& text) {
+    constexpr qsizetype mostAtOnce = 8192; // it takes less than 64 KiB
+    for (QStringView rest = text; !rest.isEmpty();) {
+        qsizetype size = std::min(rest.size(), mostAtOnce);
+        if (size > 1 && size < rest.size() && rest[size - 1].isHighSurrogate()) {
+            --size;
+        }
+        DWORD written = 0;
+        if (::WriteConsoleW(console, rest.utf16(), static_cast<DWORD>(size), &written, nullptr) == 0) {
+            return false;
+        }
+        rest = rest.sliced(static_cast<qsizetype>(written));
+    }
+    return true;
+}
+
+/// The same for what is no console, which takes the bytes.
+bool WriteBytes(HANDLE stream, QByteArrayView bytes) {
+    constexpr qsizetype mostAtOnce = 1 << 20;
+    while (!bytes.isEmpty()) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(std::min(bytes.size(), mostAtOnce));
+        if (::WriteFile(stream, bytes.data(), size, &written, nullptr) == 0) {
+            return false;
+        }
+        bytes = bytes.sliced(static_cast<qsizetype>(written));
+    }
+    return true;
+}
+
+bool WriteTo(DWORD stream, QByteArrayView bytes) {
+    const HANDLE handle = ::GetStdHandle(stream);
+    return IsConsole(handle) ? WriteText(handle, QString::fromUtf8(bytes)) : WriteBytes(handle, bytes);
 }
 
 } // namespace
@@ -55,36 +114,28 @@ QByteArray NameOfLine(const QByteArray& line) {
 }
 
 void PrepareStreams() {
-    for (FILE* stream : {stdin, stdout, stderr}) {
-        ::_setmode(::_fileno(stream), _O_BINARY);
-    }
-    // The console belongs to whoever started the program as well.
-    static const UINT before = ::GetConsoleOutputCP();
-    ::SetConsoleOutputCP(CP_UTF8);
-    std::atexit([] { ::SetConsoleOutputCP(before); });
+    ::_setmode(::_fileno(stdin), _O_BINARY);
 }
 
 bool IsErrorTerminal() {
-    return ::_isatty(::_fileno(stderr)) != 0;
+    return IsConsole(::GetStdHandle(STD_ERROR_HANDLE));
 }
 
 bool IsOutputTerminal() {
-    return ::_isatty(::_fileno(stdout)) != 0;
+    return IsConsole(::GetStdHandle(STD_OUTPUT_HANDLE));
 }
 
 bool WriteOutput(QByteArrayView bytes) {
-    const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
-    while (!bytes.isEmpty()) {
-        DWORD written = 0;
-        const auto size = static_cast<DWORD>(std::min<qsizetype>(bytes.size(), 1 << 20));
-        if (::WriteFile(output, bytes.data(), size, &written, nullptr) == 0) {
-            const DWORD error = ::GetLastError();
-            outputIsClosed = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA;
-            return false;
-        }
-        bytes = bytes.sliced(static_cast<qsizetype>(written));
+    if (!WriteTo(STD_OUTPUT_HANDLE, bytes)) {
+        const DWORD error = ::GetLastError();
+        outputIsClosed = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA;
+        return false;
     }
     return true;
+}
+
+void WriteError(QByteArrayView bytes) {
+    WriteTo(STD_ERROR_HANDLE, bytes);
 }
 
 bool IsOutputClosed() {
@@ -94,12 +145,14 @@ bool IsOutputClosed() {
 class Interrupts::Watch {
 public:
     explicit Watch(Interrupts& owner) {
+        const std::lock_guard lock(interruptMutex);
         interruptOwner = &owner;
         ::SetConsoleCtrlHandler(NoteInterrupt, TRUE);
     }
 
     ~Watch() {
         ::SetConsoleCtrlHandler(NoteInterrupt, FALSE);
+        const std::lock_guard lock(interruptMutex);
         interruptOwner = nullptr;
     }
 

@@ -1,4 +1,5 @@
 #include "tests/archive/RefreshFixture.h"
+#include "tests/support/NativePath.h"
 
 namespace quellbox {
 
@@ -70,13 +71,13 @@ TEST_F(RefreshTaskTest, FollowsALastFileOfAMaildirThatWasSeenMeanwhile) {
     AddMessage(u"new/1.a"_s);
     AddMessage(u"new/2.a"_s);
     Run();
-    EXPECT_EQ(Keys(), (QStringList{u"new/1.a"_s, u"new/2.a"_s}));
+    EXPECT_EQ(Keys(), (QStringList{NativePath(u"new/1.a"_s), NativePath(u"new/2.a"_s)}));
     files.AddFolder(InArchive(u"cur"_s));
     files.Move(InArchive(u"new/2.a"_s), InArchive(u"cur/2.a:2,S"_s));
     AddMessage(u"new/3.a"_s);
     EXPECT_EQ(Run(true), RefreshOutcome::Completed);
     EXPECT_FALSE(result.cannotFollow);
-    EXPECT_EQ(Keys(), (QStringList{u"new/1.a"_s, u"new/2.a"_s, u"new/3.a"_s}));
+    EXPECT_EQ(Keys(), (QStringList{NativePath(u"new/1.a"_s), NativePath(u"new/2.a"_s), NativePath(u"new/3.a"_s)}));
 }
 
 TEST_F(RefreshTaskTest, AddsAListedFileThatIsWrittenAgainNotTwice) {

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NativePath.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ protected:
         files_.Add(archive_.PathOf(Text("a.EML")), "first");
     }
 
-    const Folder archive_ = Text("/archive");
+    const Folder archive_ = NativePath(Text("/archive"));
     const QDateTime now_{QDate(2026, 6, 15), QTime(12, 0), Qt::UTC};
     MemoryFileSystem files_;
     SendingFolder sending_{files_, archive_};
@@ -34,7 +35,7 @@ TEST_F(SendingFolderTest, AMessageIsOutOfTheArchiveUntilItIsBack) {
     EXPECT_TRUE(path.startsWith(SendingFolderOf(archive_).Text()));
     EXPECT_EQ(files_.Bytes(path), "first");
     sending_.Return(path, Text("a.EML"));
-    EXPECT_EQ(files_.Paths(), QStringList{archive_.PathOf(Text("a.EML"))});
+    EXPECT_EQ(files_.Paths(), QStringList{Text("/archive/a.EML")});
 }
 
 TEST_F(SendingFolderTest, OneThatComesBackNeverReplacesAnother) {
@@ -76,11 +77,13 @@ TEST_F(SendingFolderTest, WhatAProgramLeftBehindComesBackMarkedWhenNoneCanBeAtIt
 }
 
 TEST_F(SendingFolderTest, OneOutOfAFolderOfTheArchiveComesBackThere) {
-    files_.Add(archive_.PathOf(Text("new/1.a")), "seen");
-    const QString path = sending_.Take(Text("new/1.a"), now_.addSecs(-7200));
+    const QString name = NativePath(Text("new/1.a"));
+    files_.Add(archive_.PathOf(name), "seen");
+    const QString path = sending_.Take(name, now_.addSecs(-7200));
     EXPECT_TRUE(path.startsWith(SendingFolderOf(archive_).Text()));
-    EXPECT_EQ(ReturnLeftBehind(files_, archive_, now_).returned, QStringList{Text("new/1.uncertain.a")});
-    EXPECT_EQ(files_.Bytes(archive_.PathOf(Text("new/1.uncertain.a"))), "seen");
+    const QString marked = NativePath(Text("new/1.uncertain.a"));
+    EXPECT_EQ(ReturnLeftBehind(files_, archive_, now_).returned, QStringList{marked});
+    EXPECT_EQ(files_.Bytes(archive_.PathOf(marked)), "seen");
 }
 
 TEST_F(SendingFolderTest, OneThatCannotBeBroughtBackDoesNotKeepTheOthers) {
@@ -107,7 +110,7 @@ TEST(SendingName, HoldsWhenAndWhat) {
     EXPECT_EQ(name->In(Text("/archive/")), Text("Re~ order.EML"));
     const std::optional<SendingName> inFolder = ParseSendingName(Text("20260615-120000-250-00af3c=cur~1.a:2,S"));
     ASSERT_TRUE(inFolder);
-    EXPECT_EQ(inFolder->In(Text("/archive/")), Text("cur/1.a:2,S"));
+    EXPECT_EQ(inFolder->In(NativePath(Text("/archive/"))), NativePath(Text("cur/1.a:2,S")));
     EXPECT_EQ(name->since, QDateTime(QDate(2026, 6, 15), QTime(12, 0, 0, 250), Qt::UTC));
     for (const char* other :
          {"20260615-120000-250-00af3c=..~x", "20260615-120000-250-00af3c=.hidden~x", "20260615-120000-250-00af3c=~x"}) {

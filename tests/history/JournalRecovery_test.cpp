@@ -2,6 +2,7 @@
 
 #include "tests/history/JournalFile.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NativePath.h"
 
 using namespace quellbox;
 
@@ -120,16 +121,18 @@ TEST_F(RecoveryTest, MarksWhatAnInterruptedUndoHasPutBack) {
 
 TEST_F(RecoveryTest, FindsMessagesInFoldersOfTheArchive) {
     const QString kept = theArchive + QStringLiteral(".kept/1/");
+    const QString stayed = NativePath(QStringLiteral("new/1.a"));
+    const QString gone = NativePath(QStringLiteral("cur/2.a:2,S"));
     Open();
     const auto record = journal_->Begin({HistoryAction::Delete, theArchive, thePickup, kept});
-    record->Announce({QStringLiteral("new/1.a"), QStringLiteral("cur/2.a:2,S")});
+    record->Announce({stayed, gone});
     record->AwaitAnnounced();
     Close();
-    files_.Add(theArchive + QStringLiteral("new/1.a"), "whole");
+    files_.Add(theArchive + stayed, "whole");
     files_.Add(kept + QStringLiteral("2.a:2,S"), "whole");
     EXPECT_EQ(Recover(), 1);
-    EXPECT_EQ(Files({{}, {}, HistoryResult::Failed}), QStringList({QStringLiteral("new/1.a")}));
-    EXPECT_EQ(Files({{}, {}, HistoryResult::Done}), QStringList({QStringLiteral("cur/2.a:2,S")}));
+    EXPECT_EQ(Files({{}, {}, HistoryResult::Failed}), QStringList({stayed}));
+    EXPECT_EQ(Files({{}, {}, HistoryResult::Done}), QStringList({gone}));
 }
 
 TEST_F(RecoveryTest, EndsAnActionOfWhichEverythingWasWritten) {

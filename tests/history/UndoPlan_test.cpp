@@ -2,6 +2,7 @@
 
 #include "messages/KeptFolder.h"
 #include "tests/history/JournalFile.h"
+#include "tests/support/NativePath.h"
 
 namespace quellbox {
 
@@ -96,9 +97,10 @@ TEST_F(UndoPlan, WhatWasDeletedComesOutOfTheFolderThatGoesWhenItIsEmpty) {
 }
 
 TEST_F(UndoPlan, AMessageOfAFolderInTheArchiveGoesBackThere) {
-    const UndoPart part = PartOf(Item(9, 4, u"cur/1.a"_s, keptFolder));
+    const QString name = NativePath(u"cur/1.a"_s);
+    const UndoPart part = PartOf(Item(9, 4, name, keptFolder));
     EXPECT_EQ(FilesToPutBack(part).at(0).from, keptFolder + u"1.a"_s);
-    EXPECT_EQ(FilesToPutBack(part).at(0).to, u"/archive/cur/1.a"_s);
+    EXPECT_EQ(FilesToPutBack(part).at(0).to, u"/archive/"_s + name);
 }
 
 TEST_F(UndoPlan, AFailureIsToldInWordsForThoseWhoPutAMessageBack) {

@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "tests/support/ListedFolder.h"
 #include "tests/support/MemoryFileSystem.h"
+#include "tests/support/NativePath.h"
 
 #include <gtest/gtest.h>
 
@@ -44,14 +45,15 @@ TEST(MessagePlaces, EntriesOfFoldersBeginWithTheFolder) {
     files.Add(u"/mail/cur/2.a:2,S"_s, "x");
     files.Add(u"/mail/tmp/3.a"_s, "half");
     files.Add(u"/mail/dovecot.index"_s, "x");
-    EXPECT_EQ(NamesOf(EntriesOf(files, place, twoFolders)), (QStringList{u"cur/2.a:2,S"_s, u"new/1.a"_s}));
+    EXPECT_EQ(NamesOf(EntriesOf(files, place, twoFolders)),
+              (QStringList{NativePath(u"cur/2.a:2,S"_s), NativePath(u"new/1.a"_s)}));
     EXPECT_TRUE(HasFoldersOf(files, place, twoFolders));
 }
 
 TEST(MessagePlaces, OneFolderMayBeMissingButNotAll) {
     MemoryFileSystem files;
     files.Add(u"/mail/cur/2.a"_s, "x");
-    EXPECT_EQ(NamesOf(EntriesOf(files, place, twoFolders)), QStringList{u"cur/2.a"_s});
+    EXPECT_EQ(NamesOf(EntriesOf(files, place, twoFolders)), QStringList{NativePath(u"cur/2.a"_s)});
     EXPECT_FALSE(HasFoldersOf(files, place, twoFolders));
     files.FailPath(u"/mail/cur/"_s, u"Permission denied"_s);
     EXPECT_THROW(EntriesOf(files, place, twoFolders), FileError);
@@ -83,21 +85,25 @@ TEST(MessagePlaces, AreListedInOrderOfArrivalOverAllFolders) {
     for (const FileEntry& file : listed->files) {
         names.append(file.name);
     }
-    EXPECT_EQ(names, (QStringList{u"cur/1.a:2,S"_s, u"new/2.a"_s, u"cur/3.a:2,"_s}));
+    EXPECT_EQ(names,
+              (QStringList{NativePath(u"cur/1.a:2,S"_s), NativePath(u"new/2.a"_s), NativePath(u"cur/3.a:2,"_s)}));
     EXPECT_EQ(listed->dotFolders, QStringList{u".quellbox-deleted"_s});
-    EXPECT_NO_THROW(listed->reader->Open(u"new/2.a"_s));
+    EXPECT_NO_THROW(listed->reader->Open(NativePath(u"new/2.a"_s)));
 }
 
 TEST(MessagePlaces, NamesLoseTheirFolder) {
-    EXPECT_EQ(NameInFolder(place, u"new/1.a"_s), u"1.a"_s);
+    EXPECT_EQ(NameInFolder(place, NativePath(u"new/1.a"_s)), u"1.a"_s);
     EXPECT_EQ(NameInFolder(place, u"1.a"_s), u"1.a"_s);
     EXPECT_EQ(NameInFolder(Folder(uR"(\\server\mail)"_s), uR"(cur\1.a)"_s), u"1.a"_s);
 }
 
 TEST(MessagePlaces, AMessageIsTheSameWhoeverHasSeenIt) {
-    EXPECT_TRUE(IsSameMessage(place, twoFolders, u"new/1.a"_s, u"cur/1.a:2,S"_s));
-    EXPECT_TRUE(IsSameMessage(place, twoFolders, u"cur/1.a:2,"_s, u"cur/1.a:2,FS"_s));
-    EXPECT_FALSE(IsSameMessage(place, twoFolders, u"new/1.a"_s, u"new/1.b"_s));
+    const auto isSame = [](const QString& left, const QString& right) {
+        return IsSameMessage(place, twoFolders, NativePath(left), NativePath(right));
+    };
+    EXPECT_TRUE(isSame(u"new/1.a"_s, u"cur/1.a:2,S"_s));
+    EXPECT_TRUE(isSame(u"cur/1.a:2,"_s, u"cur/1.a:2,FS"_s));
+    EXPECT_FALSE(isSame(u"new/1.a"_s, u"new/1.b"_s));
     EXPECT_FALSE(IsSameMessage(place, {}, u"1.a"_s, u"1.a:2,S"_s)) << "elsewhere a colon says nothing";
 }
 
