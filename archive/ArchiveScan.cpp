@@ -129,15 +129,12 @@ void ArchiveScan::ReadRows() {
 std::unique_ptr<ArchiveScan::Reading> ArchiveScan::NextSegment() {
     const size_t begin = begun_;
     begun_ = std::min(begin + segment, listed_->Count());
-    WorkOptions options;
-    options.firstWorkers = reading_ ? reading_->Workers() : 0;
     return std::make_unique<Reading>(
         pool_, begun_ - begin,
         [found = found_, profile = request_->profile, begin](size_t item) {
             return ReadMessageRow(*found->folder.reader, found->files.At(begin + item), false, *profile);
         },
-        [take = take_](size_t, ReadRow row) { (*take)(std::move(row)); }, [this](SeriesEnd how) { EndSegment(how); },
-        options);
+        [take = take_](size_t, ReadRow row) { (*take)(std::move(row)); }, [this](SeriesEnd how) { EndSegment(how); });
 }
 
 // The threads have something to do while the last rows of a segment are handed over.

@@ -201,8 +201,7 @@ void CallSeries::Start() {
         return;
     }
     stall_.start();
-    const int few = ReaderCount(std::chrono::nanoseconds(0), QThread::idealThreadCount());
-    Shared::Grow(shared_, std::max(few, plan_->firstWorkers));
+    Shared::Grow(shared_, ReaderCount(std::chrono::nanoseconds(0), QThread::idealThreadCount()));
 }
 
 void CallSeries::StartHeldBack() {
@@ -252,11 +251,6 @@ bool CallSeries::IsCancelled() const {
 std::exception_ptr CallSeries::Failure() const {
     const QMutexLocker lock(&shared_->mutex);
     return shared_->failure;
-}
-
-int CallSeries::Workers() const {
-    const QMutexLocker lock(&shared_->mutex);
-    return shared_->workers;
 }
 
 // On a worker's thread. What is posted is dropped with the timer.

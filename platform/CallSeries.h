@@ -32,7 +32,6 @@ public:
         size_t count = 0;
         WorkPool::Kind kind = WorkPool::Kind::Series;
         int mostWorkers = 0;                     ///< no more at the same time; 0 sets no limit besides the pool's
-        int firstWorkers = 0;                    ///< so many begin, where that is more than usual
         std::function<void(size_t)> call;        ///< on a worker's thread; leaves the result of an item for `take`
         std::function<void(size_t)> take;        ///< on the owner's thread, in order
         std::function<void(SeriesEnd)> finished; ///< on the owner's thread, once
@@ -66,9 +65,6 @@ public:
     size_t Taken() const { return next_; }
 
     std::exception_ptr Failure() const;
-
-    /// How many workers the calls were found to need.
-    int Workers() const;
 
 private:
     struct Shared;

@@ -13,8 +13,7 @@ namespace quellbox {
 /// How the calls of an OrderedWork are run.
 struct WorkOptions {
     WorkPool::Kind kind = WorkPool::Kind::Series;
-    int mostWorkers = 0;  ///< no more at the same time; 0 sets no limit besides the pool's
-    int firstWorkers = 0; ///< so many begin, where that is more than usual: what another such series was found to need
+    int mostWorkers = 0; ///< no more at the same time; 0 sets no limit besides the pool's
 };
 
 /// For calls that the user waits for, one after the other.
@@ -47,7 +46,6 @@ public:
     bool IsCancelled() const { return series_.IsCancelled(); }
     size_t Taken() const { return series_.Taken(); }
     std::exception_ptr Failure() const { return series_.Failure(); }
-    int Workers() const { return series_.Workers(); }
 
 private:
     // A large result exists only from its making to its use.
@@ -61,7 +59,6 @@ private:
         plan.count = count;
         plan.kind = options.kind;
         plan.mostWorkers = options.mostWorkers;
-        plan.firstWorkers = options.firstWorkers;
         plan.finished = std::move(finished);
         plan.call = [slots, call = std::move(call)](size_t item) {
             if constexpr (isSmall) {

@@ -377,22 +377,6 @@ TEST_F(OrderedWorkTest, HeldBackItIsGivenUpAtOnce) {
     work_.reset();
 }
 
-TEST_F(OrderedWorkTest, BeginsWithAsManyWorkersAsAnotherOneNeeded) {
-    ManualPool pool;
-    WorkOptions options;
-    options.firstWorkers = 40;
-    OrderedWork<size_t> known(
-        pool, 100, [](size_t item) { return item; }, [](size_t, size_t) {}, [](SeriesEnd) {}, options);
-    known.Start();
-    EXPECT_EQ(pool.Waiting(), 40U);
-    EXPECT_EQ(known.Workers(), 40);
-    OrderedWork<size_t> small(
-        pool, 3, [](size_t item) { return item; }, [](size_t, size_t) {}, [](SeriesEnd) {}, options);
-    small.Start();
-    EXPECT_EQ(small.Workers(), 3) << "no more than there are calls";
-    pool.RunAll();
-}
-
 /// More than a slot holds by itself.
 struct Large {
     std::array<size_t, 32> values{};
