@@ -48,6 +48,7 @@ Named ReadNamed(const FolderReader& folder, const Folder& archive, const QString
 } // namespace
 
 void ForEachRow(Session& session, const MessageChoice& choice, const std::function<bool(const ReadRow& row)>& take) {
+    session.RequireArchiveSetUp();
     ArchiveScan scan(session.Ports().files, session.Ports().pool);
     ScanRequest request{session.Archive(), &ChosenProfile(session.State())};
     request.wants = [choice, today = session.Ports().clock.Now().date()](const FileEntry& file) {
@@ -125,6 +126,7 @@ NamedRows RowsOf(Session& session, const QStringList& names) {
 }
 
 void RequireArchive(Session& session) {
+    session.RequireArchiveSetUp();
     const bool exists = CallAside(session, [&files = session.Ports().files, archive = session.Archive()] {
         return files.FolderExists(archive);
     });

@@ -42,6 +42,12 @@ Session::Session(const ConsolePorts& ports, const QString& archive, const QStrin
 
 Session::~Session() = default;
 
+void Session::RequireArchiveSetUp() const {
+    if (state_.ArchiveDir == ports_.program.Directory) {
+        throw UnreachableError(QCoreApplication::translate("quellbox", "Archive directory not set up yet."));
+    }
+}
+
 void Session::RequirePickup() {
     const bool usesFolder = state_.Delivery == QLatin1String(DeliveryKeys::pickup) ||
                             state_.Delivery == QLatin1String(DeliveryKeys::replay);

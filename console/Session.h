@@ -49,6 +49,10 @@ public:
     AppState& State() { return state_; }
     const Folder& Archive() const { return state_.ArchiveDir; }
 
+    /// Throws UnreachableError when neither the settings nor the user name an archive: without one it is the folder of
+    /// the program, which shall not be dealt with.
+    void RequireArchiveSetUp() const;
+
     /// Throws UnreachableError when messages are to go into the pickup directory and there is none.
     void RequirePickup();
 

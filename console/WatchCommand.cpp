@@ -27,6 +27,7 @@ size_t KnownAs(const QString& name) {
 
 /// What the archive holds now. Throws UnreachableError.
 std::shared_ptr<const CompactListing> ListFiles(Session& session) {
+    session.RequireArchiveSetUp();
     ArchiveScan scan(session.Ports().files, session.Ports().pool);
     ScanRequest request{session.Archive(), &ChosenProfile(session.State())};
     request.reads = false;

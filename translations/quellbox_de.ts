@@ -1918,6 +1918,10 @@
         <source>Look every so many seconds; without it as often as the settings say.</source>
         <translation>Alle so viele Sekunden nachsehen; sonst so oft, wie die Einstellungen sagen.</translation>
     </message>
+    <message>
+        <source>Archive directory not set up yet.</source>
+        <translation>Das Archivverzeichnis ist noch nicht eingerichtet.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -565,6 +565,14 @@ class BadInputTest(Console):
                 output, errors = self.run_it(*arguments, plain=True, code=2)
                 self.assertEqual((output, errors), ('', f'quellboxctl: {text}\n'))
 
+    def test_the_folder_of_the_program_is_no_archive(self):
+        for command in (('list',), ('delete', '--all'), ('delete', 'x'), ('show', 'x'), ('stats',), ('watch',),
+                        ('cleanse', '--keep-days', '0'), ('cleanse', '--keep-days', '0', '--dry-run'),
+                        ('unblock', '--all', '--pickup', str(self.place.pickup))):
+            with self.subTest(command):
+                self.assertEqual(self.run_it(*command, plain=True, code=3),
+                                 ('', 'quellboxctl: Archive directory not set up yet.\n'))
+
     def test_an_archive_that_cannot_be_read_is_told(self):
         for folder in (self.place.root / 'none', self.place.settings):
             for command in (('list',), ('delete', '--all'), ('delete', 'a.EML'), ('show', 'a.EML'), ('stats',),
