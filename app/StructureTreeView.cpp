@@ -111,8 +111,16 @@ void StructureTreeView::ApplyToggles(ContentsToggles pressed) {
     }
     WidenToLabels();
     if (result.scrollTo >= 0) {
-        scrollToItem(item(result.scrollTo));
+        Reveal(item(result.scrollTo));
     }
+}
+
+// A label that comes into sight may bring a scroll bar, which comes with the next events and may cover the node.
+void StructureTreeView::Reveal(const QTreeWidgetItem* node) {
+    scrollToItem(node);
+    const QPersistentModelIndex index = indexFromItem(node);
+    QMetaObject::invokeMethod(
+        this, [this, index] { scrollTo(index); }, Qt::QueuedConnection);
 }
 
 // The one column fills the view, and is as wide as the widest label that has been in sight since the tree was filled.
@@ -122,6 +130,7 @@ void StructureTreeView::WidenToLabels() {
     if (width > widest_) {
         widest_ = width;
         header()->setMinimumSectionSize(widest_);
+        header()->resizeSection(0, std::max(widest_, header()->sectionSize(0))); // at once, and so its scroll bar
         updateGeometries(); // not before long: a scroll bar may have come, which takes a row's place
     }
 }

@@ -34,6 +34,7 @@ protected:
 private:
     void ConnectNodes();
     void FillTree();
+    void Reveal(const QTreeWidgetItem* node);
     void WidenToLabels();
 
     StructureTree structure_;

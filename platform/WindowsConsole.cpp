@@ -128,7 +128,7 @@ bool IsOutputTerminal() {
 bool WriteOutput(QByteArrayView bytes) {
     if (!WriteTo(STD_OUTPUT_HANDLE, bytes)) {
         const DWORD error = ::GetLastError();
-        outputIsClosed = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA;
+        outputIsClosed = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
         return false;
     }
     return true;

@@ -164,5 +164,26 @@ TEST_F(StructureTreeTest, TheScrollBarThatARevealedAttachmentBringsDoesNotHideIt
     }
 }
 
+TEST_F(StructureTreeTest, NorDoesOneThatComesWhenATreeInSightIsScrolled) {
+    StructureNode attachment = Leaf(QStringLiteral("ATTACHMENT: ") + LongText(300));
+    attachment.isAttachment = true;
+    StructureNode part = Leaf(QStringLiteral("PART"));
+    part.children = {Leaf(QStringLiteral("HEADERS")), Leaf(QStringLiteral("TEXT: a"))};
+    StructureTree structure(100, part);
+    structure[50].children[1] = attachment;
+    for (int height = 150; height < 168; ++height) {
+        tree_.resize(tree_.width(), height);
+        tree_.ShowStructure(structure, {});
+        QCoreApplication::processEvents();
+        ASSERT_EQ(MostRight(), 0);
+        tree_.ApplyToggles({false, true});
+        QCoreApplication::processEvents();
+        const QRect place = tree_.visualItemRect(tree_.topLevelItem(50)->child(1));
+        EXPECT_GT(MostRight(), 0);
+        EXPECT_TRUE(tree_.viewport()->rect().contains(place.left(), place.top())) << height;
+        EXPECT_LE(place.bottom(), tree_.viewport()->rect().bottom()) << height;
+    }
+}
+
 } // namespace
 } // namespace quellbox
