@@ -302,18 +302,18 @@ class NightTest(Console):
 
     def test_statistics(self):
         self.assertEqual(self.tell('stats'), (
-            'Group   Messages  Bytes  Value\n'
-            'day            2    384  2026-03-02\n'
-            'day            2    368  2026-03-03\n'
-            'scl            1    194  5.00\n'
-            'scl            1    160  6.00\n'
-            'scl            1    208  7.00\n'
-            'scl            1    190  9.00\n'
-            'domain         2    402  example.com\n'
-            'domain         1    160  \n'
-            'domain         1    190  spam.example\n'
-            'to             2    402  ann@home.example\n'
-            'to             2    350  bob@home.example\n'))
+            'Group   Value             Messages  Bytes\n'
+            'day     2026-03-02               2    384\n'
+            'day     2026-03-03               2    368\n'
+            'scl     5.00                     1    194\n'
+            'scl     6.00                     1    160\n'
+            'scl     7.00                     1    208\n'
+            'scl     9.00                     1    190\n'
+            'domain  example.com              2    402\n'
+            'domain                           1    160\n'
+            'domain  spam.example             1    190\n'
+            'to      ann@home.example         2    402\n'
+            'to      bob@home.example         2    350\n'))
 
 
 class HistoryTest(Console):
@@ -372,7 +372,8 @@ class UsageTest(Console):
         for command in (('list',), ('delete', '--all'), ('cleanse', '--keep-days', '0', '--dry-run')):
             with self.subTest(command):
                 self.assertEqual(self.run_it(*command, plain=True, code=3),
-                                 ('', 'quellboxctl: Archive directory not set up yet.\n'))
+                                 ('', 'quellboxctl: No archive is set up. Choose one in the window, or name it by '
+                                      '--archive.\n'))
 
     def test_folders_that_are_not_there(self):
         missing = windows(self.place.root / 'none')
