@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <deque>
 
 namespace quellbox {
 
@@ -110,7 +111,8 @@ ExitCode RunUndo(Session& session, const QCommandLineParser& parser) {
     }
     Handled handled;
     handled.failed = TellLeftOut(session, parser, items);
-    for (const UndoPart& part : DivideByAction(std::move(items))) {
+    const std::deque<UndoPart> parts = DivideByAction(std::move(items));
+    for (const UndoPart& part : parts) {
         if (session.IsInterrupted()) {
             break;
         }
