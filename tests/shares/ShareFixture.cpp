@@ -1,7 +1,6 @@
 #include "tests/shares/ShareFixture.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "tests/support/RunUntil.h"
 
 #include <algorithm>
 #include <numeric>
@@ -157,11 +156,7 @@ QString ShareTest::NameCharacters() {
 }
 
 bool ShareTest::WaitLong(const std::function<bool()>& holds) {
-    const QDeadlineTimer deadline(240'000);
-    while (!holds() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    }
-    return holds();
+    return RunUntil(holds, std::chrono::minutes(4));
 }
 
 } // namespace quellbox

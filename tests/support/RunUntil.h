@@ -2,15 +2,22 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QTimer>
+
+#include <chrono>
 
 namespace quellbox {
 
-/// Runs events until `holds`; false when that takes too long.
+/// Runs events until `holds`; false when that takes longer than `patience`. Between events the thread sleeps, so that
+/// the servers that a test waits for get the processor.
 template <class Condition>
-bool RunUntil(Condition holds) {
-    const QDeadlineTimer deadline(20'000);
+bool RunUntil(Condition holds, std::chrono::milliseconds patience = std::chrono::seconds(20)) {
+    const QDeadlineTimer deadline(patience);
+    QTimer look;
+    look.start(std::chrono::milliseconds(2));
     while (!holds() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        // The overload with a time does not wait, whatever its flags say.
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return holds();
 }
