@@ -8,7 +8,7 @@ namespace quellbox {
 ContentsPane::ContentsPane(const ContentsPorts& ports, QWidget* parent) : ports_(ports) {
     MakeTree(parent);
     MakeRaw(parent);
-    MakeLoader();
+    MakeLoaders();
     late_.setSingleShot(true);
     late_.setInterval(ports_.patience);
     late_.callOnTimeout([this] { ClearWhatIsLate(); });
@@ -37,13 +37,21 @@ void ContentsPane::MakeTree(QWidget* parent) {
 void ContentsPane::MakeRaw(QWidget* parent) {
     rtfRaw = new RawPane(parent);
     rtfRaw->setObjectName(QStringLiteral("rtfRaw"));
-    rtfRaw->setAccessibleName(tr("Raw message contents"));
-    rtfRaw->setToolTip(tr("Raw message contents"));
+    NameRaw(rtfRaw->Form());
+    connect(rtfRaw, &RawPane::FormChanged, this, &ContentsPane::NameRaw);
 }
 
-void ContentsPane::MakeLoader() {
+void ContentsPane::NameRaw(TextForm form) {
+    const QString name = form == TextForm::Source ? tr("Raw message contents") : tr("Readable text of the message");
+    rtfRaw->setAccessibleName(name);
+    rtfRaw->setToolTip(name);
+}
+
+void ContentsPane::MakeLoaders() {
     loader_ = std::make_unique<MessageLoader>(ports_.files, ports_.pool);
     connect(loader_.get(), &MessageLoader::Failed, this, &ContentsPane::TakeError);
+    pageLoader_ = std::make_unique<MessageLoader>(ports_.files, ports_.pool);
+    connect(pageLoader_.get(), &MessageLoader::Failed, this, &ContentsPane::Failed);
 }
 
 void ContentsPane::TakeError(const QString& text) {
@@ -104,10 +112,28 @@ void ContentsPane::Load(Loading wanted) {
         wanted.takesPlace = wanted.takesPlace || loading_->takesPlace;
     }
     CancelLoading();
-    loader_->Load({wanted.path, wanted.ifExists, wanted.text, wanted.structure, Profile().reasons, Profile().packing},
-                  [this](const MessageAnswer& answer) { TakeAnswer(answer); });
+    wanted.form = WantedForm();
+    MessageRequest request = RequestOf(wanted.path, wanted.form);
+    request.ifExists = wanted.ifExists;
+    request.text = wanted.text;
+    request.structure = wanted.structure;
+    loader_->Load(request, [this](const MessageAnswer& answer) { TakeAnswer(answer); });
     loading_ = wanted;
     late_.start();
+}
+
+MessageRequest ContentsPane::RequestOf(const QString& path, TextForm form) const {
+    MessageRequest request;
+    request.path = path;
+    request.readable = form == TextForm::Readable;
+    request.profile = &Profile();
+    return request;
+}
+
+void ContentsPane::ShowAnew() {
+    if (loading_ || !rtfRaw->Text().isEmpty()) {
+        Q_EMIT WholeMessageWanted();
+    }
 }
 
 void ContentsPane::ReadHeaders(const QString& path) {
@@ -149,7 +175,7 @@ void ContentsPane::ClearText() {
 
 void ContentsPane::Forget() {
     loading_.reset();
-    MakeLoader();
+    MakeLoaders();
 }
 
 void ContentsPane::TakeAnswer(const MessageAnswer& answer) {
@@ -181,7 +207,7 @@ void ContentsPane::TakeText(const MessageAnswer& answer, const Loading& wanted) 
         loading_->text = false;
         loading_->forViewer = false;
     }
-    rtfRaw->ShowFile(answer.path, answer.text);
+    rtfRaw->ShowFile(answer.path, answer.text, wanted.form);
     if (wanted.structure) {
         Q_EMIT MessageSeen(wanted.path);
     }
@@ -234,12 +260,27 @@ void ContentsPane::ShowViewer() {
     if (view_.isNull() || !view_->isVisible()) { // one that was closed is only about to be deleted
         delete view_;
         view_ = new frmView(ports_.store);
+        connect(view_, &frmView::PageWanted, this, &ContentsPane::LoadPage);
     }
-    view_->ShowMessage(rtfRaw->FileName(), rtfRaw->Text());
+    view_->ShowMessage(rtfRaw->FileName(), rtfRaw->Text(), rtfRaw->Form());
+}
+
+// The page that the viewer has turned to, beside the message that is selected meanwhile.
+void ContentsPane::LoadPage(TextForm form) {
+    MessageRequest request = RequestOf(view_->FileName(), form);
+    request.text = true;
+    pageLoader_->Load(request, [this, form, path = request.path](const MessageAnswer& answer) {
+        if (view_.isNull() || view_->FileName() != path) {
+            return;
+        }
+        const bool isText = answer.kind == MessageAnswer::Kind::Text || !answer.text.isEmpty();
+        view_->ShowPage(form, isText ? answer.text : answer.reason);
+    });
 }
 
 void ContentsPane::Close() {
     CancelLoading(); // it would open the viewer again
+    pageLoader_->Cancel();
     CloseViewer();
 }
 

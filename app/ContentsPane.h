@@ -57,6 +57,9 @@ public:
     /// Reads the header fields of a message beside everything else; HeadersRead() tells them. Failures are dropped.
     void ReadHeaders(const QString& path);
 
+    /// Shows the message again that is shown, after another form of its text has been chosen.
+    void ShowAnew();
+
     /// Shows nothing, and forgets the message that is being read.
     void Clear();
 
@@ -78,7 +81,7 @@ public:
     void tlbContents_ButtonClick(const QString& key, bool pressed);
 
     /// True while something that was asked for is still to be read.
-    bool IsLoading() const { return loader_->IsBusy(); }
+    bool IsLoading() const { return loader_->IsBusy() || pageLoader_->IsBusy(); }
 
 Q_SIGNALS:
     /// The user has seen this message, or that it cannot be read.
@@ -101,13 +104,14 @@ private:
         bool structure = false;  // to be shown in trvMessage; the message is seen then
         bool forViewer = false;  // the text is to be shown in the viewer too
         bool takesPlace = false; // without its text, rtfRaw is empty
+        TextForm form = TextForm::Source;
     };
 
     template <class Handler>
     void Guarded(Handler handler);
     void MakeTree(QWidget* parent);
     void MakeRaw(QWidget* parent);
-    void MakeLoader();
+    void MakeLoaders();
     const ServerProfile& Profile() const { return ChosenProfile(ports_.state); }
     void Load(Loading wanted);
     void CancelLoading();
@@ -117,7 +121,11 @@ private:
     void TakeText(const MessageAnswer& answer, const Loading& wanted);
     void TakeFailure(const MessageAnswer& answer, const Loading& wanted);
     void trvMessage_NodeClick(bool hasChildren, const QString& text, const QString& tag);
+    void NameRaw(TextForm form);
+    TextForm WantedForm() const { return ports_.state.ReadableText ? TextForm::Readable : TextForm::Source; }
+    MessageRequest RequestOf(const QString& path, TextForm form) const;
     void ShowViewer();
+    void LoadPage(TextForm form);
 
     ContentsPorts ports_;
     ContentsToggles toggles_;
@@ -125,6 +133,7 @@ private:
     RawPane* rtfRaw = nullptr;
     QPointer<frmView> view_;
     std::unique_ptr<MessageLoader> loader_;
+    std::unique_ptr<MessageLoader> pageLoader_; // of the viewer, when it turns to its other page
     QTimer late_;
     std::optional<Loading> loading_; // of the message that is being read, what has not come yet
 };

@@ -107,6 +107,7 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
              {"mnuViewMessageBar"},
              {"mnuViewContents", QT_TR_NOOP("Message &contents"), "", Info::ListToggle},
              {"mnuViewFormat", QT_TR_NOOP("Format &layout"), "", Info::Toggle},
+             {"mnuViewReadable", QT_TR_NOOP("&Readable text"), "Ctrl+R", Info::Toggle},
          }},
         {"mnuActions",
          QT_TR_NOOP("&Actions"),

@@ -160,8 +160,14 @@ void frmMain::ConnectView() {
         }
     });
     On("mnuViewFormat", [this] { panes_->mnuViewFormat_Click(); });
+    On("mnuViewReadable", [this] { mnuViewReadable_Click(); });
     connect(&menus_->Menu("mnuView"), &QMenu::aboutToShow, panes_.get(), &PanesLayout::mnuView_Click);
     connect(&menus_->Menu("mnuView"), &QMenu::aboutToShow, tray_.get(), &TrayPresence::ExplainHiding);
+}
+
+void frmMain::mnuViewReadable_Click() {
+    state_.ReadableText = menus_->Entry("mnuViewReadable").isChecked();
+    contents_->ShowAnew();
 }
 
 void frmMain::ConnectActionsAndTools() {
@@ -232,6 +238,7 @@ void frmMain::ApplySettings() {
     contents_->SetToggles({state_.ContentsCollapse != 0, state_.ContentsAttachment != 0});
     menus_->Entry("mnuViewHide").setChecked(state_.HideMinimized);
     menus_->Entry("mnuViewBulk").setChecked(state_.BulkMode);
+    menus_->Entry("mnuViewReadable").setChecked(state_.ReadableText);
     refresh_->ShowBulkMode();
     tray_->FollowEntry();
     panes_->Restore(state_);

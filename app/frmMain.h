@@ -88,6 +88,7 @@ private:
     void ConnectHelpAndTray();
     void ConnectToolbars();
     void tlbMessages_ButtonClick(const QString& key);
+    void mnuViewReadable_Click();
     void UpdateMainCaption();
     void HintAtDirectories();
     void ReportError(const QString& text);

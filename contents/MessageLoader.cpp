@@ -1,6 +1,7 @@
 #include "contents/MessageLoader.h"
 
 #include "contents/RawText.h"
+#include "contents/ReadableText.h"
 #include "mail/MailMessage.h"
 #include "platform/RuntimeError.h"
 
@@ -46,7 +47,7 @@ private:
             return answer;
         }
         try {
-            bytes_ = ReadWholeMessage(files_, wanted_.path, wanted_.packing, [this] { return !cancelled_; });
+            bytes_ = ReadWholeMessage(files_, wanted_.path, wanted_.profile->packing, [this] { return !cancelled_; });
         } catch (const PackedFileError& error) {
             // The list cannot say it: it has read no more than the header.
             answer.text = LoadErrorText(error.Error());
@@ -60,7 +61,7 @@ private:
         answer.isLast = !isToBeParsed_;
         if (wanted_.text) {
             answer.kind = Kind::Text;
-            answer.text = RawText(bytes_);
+            answer.text = wanted_.readable ? ReadableText(bytes_, *wanted_.profile) : RawText(bytes_);
         }
         return answer;
     }
@@ -80,7 +81,7 @@ private:
         answer.kind = Kind::Structure;
         MailMessage maiTree;
         if (maiTree.LoadBytes(bytes) == 0) {
-            answer.structure = BuildStructureTree(maiTree, wanted_.reasons);
+            answer.structure = BuildStructureTree(maiTree, wanted_.profile->reasons);
         }
         return answer;
     }

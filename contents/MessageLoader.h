@@ -2,6 +2,7 @@
 
 #include "contents/StructureTree.h"
 #include "mail/HeaderFields.h"
+#include "mail/ServerProfile.h"
 #include "platform/FileSystem.h"
 #include "platform/OrderedWork.h"
 
@@ -18,11 +19,12 @@ namespace quellbox {
 /// What is wanted of a message file. When nothing but `ifExists` is set, only whether the file is there.
 struct MessageRequest {
     QString path;
-    bool ifExists = false;       ///< a file that is not there is no failure
-    bool text = false;           ///< the whole file as text
-    bool structure = false;      ///< the structure tree
-    QByteArrayList reasons = {}; ///< header fields that say why a message was blocked, for the structure tree
-    Packing packing = Packing::Never;
+    bool ifExists = false;  ///< a file that is not there is no failure
+    bool text = false;      ///< the whole file as text
+    bool readable = false;  ///< the text as a person reads it, in place of the source
+    bool structure = false; ///< the structure tree
+    /// Of the server that has blocked the message; must outlive the loader.
+    const ServerProfile* profile = &ServerProfiles().front();
 };
 
 /// A piece of what was wanted.

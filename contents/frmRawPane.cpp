@@ -22,24 +22,39 @@ RawPane::RawPane(QWidget* parent) : QPlainTextEdit(parent) {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QFont fixed(QStringLiteral("Courier New"));
     fixed.setStyleHint(QFont::Monospace);
-    setFont(fixed);
+    SetSourceFont(fixed);
     rest_.setInterval(0);
     connect(&rest_, &QTimer::timeout, this, &RawPane::AppendForAWhile);
 }
 
-void RawPane::ShowFile(const QString& path, const QString& text) {
-    Start(path, text);
+void RawPane::SetSourceFont(const QFont& font) {
+    fixed_ = font;
+    setFont(form_ == TextForm::Source ? fixed_ : QFont());
+}
+
+void RawPane::ShowFile(const QString& path, const QString& text, TextForm form) {
+    Start(path, text, form);
 }
 
 void RawPane::ShowText(const QString& text) {
-    Start({}, text);
+    Start({}, text, TextForm::Source);
 }
 
 void RawPane::clear() {
-    Start({}, {});
+    Start({}, {}, form_);
 }
 
-void RawPane::Start(const QString& fileName, const QString& text) {
+// An empty document is laid out anew at once.
+void RawPane::TakeForm(TextForm form) {
+    if (form == form_) {
+        return;
+    }
+    form_ = form;
+    SetSourceFont(fixed_);
+    Q_EMIT FormChanged(form_);
+}
+
+void RawPane::Start(const QString& fileName, const QString& text, TextForm form) {
     rest_.stop();
     fileName_ = fileName;
     text_ = text;
@@ -47,6 +62,7 @@ void RawPane::Start(const QString& fileName, const QString& text) {
     endsLine_ = true;
     isCut_ = false;
     QPlainTextEdit::clear();
+    TakeForm(form);
     AppendChunk(firstChunk);
     moveCursor(QTextCursor::Start);
     if (!IsComplete()) {

@@ -5,14 +5,18 @@
 #include "settings/frmPlacement.h"
 #include "ui_frmView.h"
 
+#include <QAction>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScreen>
 
 namespace quellbox {
 
-frmView::frmView(SettingsStore& store) : QWidget(nullptr, Qt::Window), store_(store), ui_(new Ui::frmView) {
+frmView::frmView(SettingsStore& store)
+    : QWidget(nullptr, Qt::Window), store_(store), ui_(new Ui::frmView), mnuReadable(new QAction(this)) {
     ui_->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false); // the main window may be hidden, but it is still there
@@ -20,15 +24,79 @@ frmView::frmView(SettingsStore& store) : QWidget(nullptr, Qt::Window), store_(st
     QFont fixed = ui_->rtfRaw->font();
     fixed.setPointSizeF(8.5); // a form file holds whole points only
     fixed.setStyleHint(QFont::Monospace);
-    ui_->rtfRaw->setFont(fixed);
-    ui_->rtfRaw->installEventFilter(this);
+    ui_->rtfRaw->SetSourceFont(fixed);
+    MakePages();
+    MakeTabs();
     RestoreWindowPlacement(*this, store_);
 }
 
 frmView::~frmView() = default;
 
-void frmView::ShowMessage(const QString& path, const QString& text) {
-    ui_->rtfRaw->ShowFile(path, text);
+void frmView::MakePages() {
+    pages_ = {Page{ui_->rtfRaw}, Page{ui_->rtfReadable}};
+    ui_->rtfReadable->hide();
+    for (const Page& page : pages_) {
+        page.pane->installEventFilter(this);
+        page.pane->setContextMenuPolicy(Qt::DefaultContextMenu);
+    }
+}
+
+void frmView::MakeTabs() {
+    ui_->tabPages->addTab(tr("&Source"));
+    ui_->tabPages->addTab(tr("&Readable text"));
+    ui_->tabPages->hide();
+    ui_->tabPages->installEventFilter(this);
+    connect(ui_->tabPages, &QTabBar::currentChanged, this,
+            [this](int tab) { TurnTo(tab == 0 ? TextForm::Source : TextForm::Readable); });
+    mnuReadable->setText(tr("&Readable text"));
+    mnuReadable->setObjectName(QStringLiteral("mnuReadable"));
+    mnuReadable->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
+    mnuReadable->setCheckable(true);
+    addAction(mnuReadable);
+    connect(mnuReadable, &QAction::triggered, this, &frmView::TurnOver);
+}
+
+void frmView::TurnOver() {
+    TurnTo(shown_ == TextForm::Source ? TextForm::Readable : TextForm::Source);
+}
+
+void frmView::TurnTo(TextForm form) {
+    shown_ = form;
+    ShowCurrent();
+    Page& page = PageOf(form);
+    if (!page.isWanted) {
+        page.isWanted = true;
+        Q_EMIT PageWanted(form);
+    }
+}
+
+void frmView::ShowCurrent() {
+    const bool isReadable = shown_ == TextForm::Readable;
+    const bool hadFocus = !ui_->tabPages->hasFocus();
+    ui_->rtfRaw->setVisible(!isReadable);
+    ui_->rtfReadable->setVisible(isReadable);
+    mnuReadable->setChecked(isReadable);
+    ui_->tabPages->setCurrentIndex(isReadable ? 1 : 0);
+    // Who has turned over once wants to turn back; who has never done so sees nothing but the source.
+    ui_->tabPages->setVisible(isReadable || ui_->tabPages->isVisible());
+    if (hadFocus) {
+        PageOf(shown_).pane->setFocus();
+    }
+}
+
+void frmView::ShowPage(TextForm form, const QString& text) {
+    PageOf(form).pane->ShowFile(fileName_, text, form);
+}
+
+void frmView::ShowMessage(const QString& path, const QString& text, TextForm form) {
+    fileName_ = path;
+    for (Page& page : pages_) {
+        page.isWanted = false;
+        page.pane->clear();
+    }
+    PageOf(form).isWanted = true;
+    ShowPage(form, text);
+    TurnTo(form);
     setWindowTitle(WindowTitle(path));
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -36,7 +104,7 @@ void frmView::ShowMessage(const QString& path, const QString& text) {
     show();
     raise();
     activateWindow();
-    ui_->rtfRaw->setFocus();
+    PageOf(shown_).pane->setFocus();
 }
 
 void frmView::closeEvent(QCloseEvent* event) {
@@ -67,7 +135,19 @@ void frmView::KeepInside() {
     }
 }
 
+void frmView::PopUpMenu(RawPane& pane, const QContextMenuEvent& event) {
+    const std::unique_ptr<QMenu> menu(pane.createStandardContextMenu(event.pos()));
+    menu->setObjectName(QStringLiteral("mnuText"));
+    menu->addSeparator();
+    menu->addAction(mnuReadable);
+    menu->exec(event.globalPos());
+}
+
 bool frmView::eventFilter(QObject* watched, QEvent* event) {
+    if (auto* pane = qobject_cast<RawPane*>(watched); pane != nullptr && event->type() == QEvent::ContextMenu) {
+        PopUpMenu(*pane, *static_cast<QContextMenuEvent*>(event));
+        return true;
+    }
     if (event->type() == QEvent::KeyPress && rtfRaw_KeyPress(*static_cast<QKeyEvent*>(event))) {
         return true;
     }

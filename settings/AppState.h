@@ -40,6 +40,7 @@ struct AppState {
     bool Contents = false;         ///< the contents pane is shown
     bool HideMinimized = false;    ///< the window hides when it is minimized
     bool BulkMode = false;         ///< bulk mode is on
+    bool ReadableText = false;     ///< messages are shown as a person reads them, not as their source
     qint32 Whole = 0;              ///< position of the splitter splWhole, twips
     qint32 Bottom = 0;             ///< position of the splitter splBottom, twips
     QString ServerProfile;         ///< key of the profile of the server that blocks the messages

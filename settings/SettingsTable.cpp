@@ -125,6 +125,7 @@ const std::vector<SettingRow>& SettingsTable() {
         {QLatin1String("HeaderField"), QLatin1String("0"), &AppState::HeaderField},
         {QLatin1String("KeepDeletedDays"), QLatin1String("0"), &AppState::KeepDeletedDays},
         {QLatin1String("HistoryDays"), QLatin1String("90"), &AppState::HistoryDays},
+        {QLatin1String("ReadableText"), QLatin1String("0"), &AppState::ReadableText},
         {QLatin1String("ServerProfile"), QLatin1String("imf"), &AppState::ServerProfile, IsProfile,
          QT_TRANSLATE_NOOP("quellbox", "No server has that name.")},
         {QLatin1String("Delivery"), QLatin1String(DeliveryKeys::pickup), &AppState::Delivery, DeliveryKeys::IsKey,

@@ -112,6 +112,51 @@ protected:
     QStringList failures_;
 };
 
+TEST_F(ContentsPaneTest, ShowsTheMessageAsAPersonReadsItWhereThatIsSet) {
+    files_.Add(pathA, "From: f@x.org\r\nSubject: about a\r\nContent-Transfer-Encoding: base64\r\n\r\naGVsbG8K\r\n");
+    state_.ReadableText = true;
+    Show(pathA);
+    EXPECT_EQ(pane_->Raw().FileName(), pathA);
+    EXPECT_EQ(pane_->Raw().Form(), TextForm::Readable);
+    EXPECT_TRUE(pane_->Raw().Text().contains(QStringLiteral("hello"))) << pane_->Raw().Text().toStdString();
+    EXPECT_FALSE(pane_->Raw().Text().contains(QStringLiteral("aGVsbG8K")));
+    EXPECT_EQ(Subject(), "SUBJECT: about a");
+    EXPECT_EQ(pane_->Raw().accessibleName(), QStringLiteral("Readable text of the message"));
+}
+
+TEST_F(ContentsPaneTest, AnotherFormIsShownAtOnce) {
+    QObject::connect(pane_.get(), &ContentsPane::WholeMessageWanted, [this] { pane_->ShowText(pathA); });
+    Show(pathA);
+    const QString source = pane_->Raw().Text();
+    const QFont font = pane_->Raw().font();
+    for (const bool readable : {true, false}) {
+        state_.ReadableText = readable;
+        pane_->ShowAnew();
+        ASSERT_TRUE(WaitUntilLoaded());
+        EXPECT_EQ(pane_->Raw().Text() == source, !readable);
+        EXPECT_EQ(pane_->Raw().font() == font, !readable);
+    }
+    EXPECT_EQ(pane_->Raw().accessibleName(), QStringLiteral("Raw message contents"));
+}
+
+TEST_F(ContentsPaneTest, WhereNothingIsShownAnotherFormShowsNothing) {
+    int wanted = 0;
+    QObject::connect(pane_.get(), &ContentsPane::WholeMessageWanted, [&wanted] { ++wanted; });
+    state_.ReadableText = true;
+    pane_->ShowAnew();
+    EXPECT_EQ(wanted, 0);
+}
+
+TEST_F(ContentsPaneTest, APartIsShownAsItIsWhateverTheForm) {
+    state_.ReadableText = true;
+    Show(pathA);
+    pane_->SetToggles({false, false});
+    pane_->Tree().expandAll();
+    ClickNode(pane_->Tree().topLevelItem(0)->child(1));
+    EXPECT_EQ(pane_->Raw().Form(), TextForm::Source);
+    EXPECT_EQ(pane_->Raw().FileName(), QString());
+}
+
 TEST_F(ContentsPaneTest, ShowsTextAndStructureAndTellsThatTheMessageWasSeen) {
     Show(pathA);
     EXPECT_EQ(pane_->Raw().FileName(), pathA);

@@ -33,7 +33,8 @@ TEST_F(MenusEnabling, DuringAJobOnlyWhatShowsThingsInAnotherWayAndHelpCan) {
                               "mnuToolsTest", "mnuViewContents", "mnuAcRefresh", "mnuViewBulk", "mnuMessageFind"}) {
         EXPECT_FALSE(Can(entry)) << entry;
     }
-    for (const char* entry : {"mnuViewToolbar", "mnuViewStatus", "mnuViewFormat", "mnuHelpAbout", "mnuFiExit"}) {
+    for (const char* entry :
+         {"mnuViewToolbar", "mnuViewStatus", "mnuViewFormat", "mnuViewReadable", "mnuHelpAbout", "mnuFiExit"}) {
         EXPECT_TRUE(Can(entry)) << entry;
     }
     EXPECT_FALSE(menus.Menu("mnuEdit").menuAction()->isEnabled());

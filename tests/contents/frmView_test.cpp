@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTabBar>
 
 using namespace quellbox;
 
@@ -23,6 +24,8 @@ protected:
     }
 
     static RawPane* TextOf(frmView* viewer) { return viewer->findChild<RawPane*>(QStringLiteral("rtfRaw")); }
+
+    static RawPane* ReadableOf(frmView* viewer) { return viewer->findChild<RawPane*>(QStringLiteral("rtfReadable")); }
 
     void OpenViewer(int row) {
         Click(row);
@@ -237,4 +240,61 @@ TEST_F(View, ClosesWithTheMainWindow) {
     OpenViewer(0);
     window->close();
     EXPECT_EQ(Viewer(), nullptr);
+}
+
+TEST_F(View, TheReadableTextIsAPageOfItsOwnWhenItIsWanted) {
+    Open(1);
+    OpenViewer(0);
+    frmView* viewer = Viewer();
+    auto* tabs = viewer->findChild<QTabBar*>(QStringLiteral("tabPages"));
+    ASSERT_FALSE(tabs->isVisible());
+    QTest::keyClick(TextOf(viewer), Qt::Key_R, Qt::ControlModifier);
+    Settle();
+    const RawPane* readable = ReadableOf(viewer);
+    EXPECT_TRUE(readable->isVisible());
+    EXPECT_TRUE(readable->hasFocus());
+    EXPECT_FALSE(TextOf(viewer)->isVisible());
+    EXPECT_TRUE(readable->Text().contains(QStringLiteral("second line"))) << readable->Text().toStdString();
+    EXPECT_NE(readable->Text(), TextOf(viewer)->Text());
+    ASSERT_TRUE(tabs->isVisible());
+    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
+    EXPECT_TRUE(TextOf(viewer)->isVisible());
+    EXPECT_EQ(TextOf(viewer)->Text(), QString::fromLatin1(Mail(1)));
+    QTest::keyClick(TextOf(viewer), Qt::Key_Escape);
+    EXPECT_EQ(Viewer(), nullptr);
+}
+
+TEST_F(View, ComesWithTheReadableTextWhereThatIsSetAndReadsTheSourceWhenItIsWanted) {
+    store.SetValue(QStringLiteral("Settings"), QStringLiteral("ReadableText"), QStringLiteral("True"));
+    Open(1);
+    OpenViewer(0);
+    frmView* viewer = Viewer();
+    EXPECT_TRUE(ReadableOf(viewer)->isVisible());
+    EXPECT_EQ(ReadableOf(viewer)->Text(), Raw()->Text());
+    EXPECT_EQ(TextOf(viewer)->Text(), QString());
+    QTest::keyClick(ReadableOf(viewer), Qt::Key_R, Qt::ControlModifier);
+    Settle();
+    EXPECT_EQ(TextOf(viewer)->Text(), QString::fromLatin1(Mail(1)));
+}
+
+TEST_F(View, APageOfAFileThatHasGoneSaysSo) {
+    Open(1);
+    OpenViewer(0);
+    QFile::remove(Archive(Name(1)));
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_R, Qt::ControlModifier);
+    Settle();
+    EXPECT_FALSE(ReadableOf(Viewer())->Text().isEmpty());
+}
+
+TEST_F(View, ThePageOfAnotherMessageIsReadAnew) {
+    Open(2);
+    OpenViewer(0);
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_R, Qt::ControlModifier);
+    Settle();
+    OpenViewer(1);
+    EXPECT_TRUE(TextOf(Viewer())->isVisible()) << "the form that is set counts, for each message anew";
+    EXPECT_EQ(TextOf(Viewer())->Text(), QString::fromLatin1(Mail(2)));
+    QTest::keyClick(TextOf(Viewer()), Qt::Key_R, Qt::ControlModifier);
+    Settle();
+    EXPECT_TRUE(ReadableOf(Viewer())->Text().contains(QStringLiteral("Mail 2")));
 }

@@ -234,16 +234,14 @@ TEST(SaveSettings, WritesInTheFixedOrderWithoutTheFolders) {
     RecordingStore store;
     SaveSettings(store, AppState());
     QStringList expected;
-    for (const char* key : {"FilterMessages",   "FilterDays",      "TolerationLevel", "RefreshInterval",
-                            "RawBody",          "AutoRefresh",     "OutlookExpress",  "ContentsAttachment",
-                            "ContentsCollapse", "StatusBar",       "Toolbar",         "HideMinimized",
-                            "BulkMode",         "Whole",           "Bottom",          "Contents",
-                            "HeaderField",      "KeepDeletedDays", "HistoryDays",     "ServerProfile",
-                            "Delivery",         "SmtpHost",        "SmtpPort",        "SmtpSecurity",
-                            "SmtpUser",         "DeliveryCommand", "OwnRating",       "OwnRatingForm",
-                            "OwnRatingText",    "OwnSender",       "OwnRecipients",   "OwnRecipientsRepeat",
-                            "OwnReasons",       "OwnPacked",       "OwnEnding",       "OwnMaildir"}) {
-        expected.append(section + QLatin1Char('/') + QString::fromUtf8(key));
+    const QString keys =
+        QStringLiteral("FilterMessages FilterDays TolerationLevel RefreshInterval RawBody AutoRefresh OutlookExpress "
+                       "ContentsAttachment ContentsCollapse StatusBar Toolbar HideMinimized BulkMode Whole Bottom "
+                       "Contents HeaderField KeepDeletedDays HistoryDays ReadableText ServerProfile Delivery SmtpHost "
+                       "SmtpPort SmtpSecurity SmtpUser DeliveryCommand OwnRating OwnRatingForm OwnRatingText OwnSender "
+                       "OwnRecipients OwnRecipientsRepeat OwnReasons OwnPacked OwnEnding OwnMaildir");
+    for (const QString& key : keys.split(QLatin1Char(' '))) {
+        expected.append(section + QLatin1Char('/') + key);
     }
     EXPECT_EQ(store.written, expected);
     EXPECT_EQ(store.FlushCount(), 1);
