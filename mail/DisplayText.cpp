@@ -36,6 +36,23 @@ QString CleanseForDisplay(QString text) {
     return std::move(text).trimmed();
 }
 
+QString CleanseLines(QString text) {
+    const auto stays = [](QChar unit) { return unit == u'\n' || unit == u'\t' || !IsRemoved(unit.unicode()); };
+    const auto first = std::find_if_not(text.cbegin(), text.cend(), stays);
+    if (first == text.cend()) {
+        return text;
+    }
+    auto out = text.begin() + (first - text.cbegin());
+    for (auto in = out; in != text.end(); ++in) {
+        const bool isLineEnd = *in == u'\r' && (in + 1 == text.end() || in[1] != u'\n');
+        if (isLineEnd || stays(*in)) {
+            *out++ = isLineEnd ? QChar(u'\n') : *in;
+        }
+    }
+    text.truncate(out - text.begin());
+    return text;
+}
+
 QString WindowTitle(const QString& text) {
     return CleanseForDisplay(text).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
 }

@@ -10,6 +10,9 @@ namespace quellbox {
 /// a sender cannot fake then is the order in which the user reads the characters of a name.
 QString CleanseForDisplay(QString text);
 
+/// The same for a text of several lines: line ends become LF and stay, as tabs do, and nothing is trimmed.
+QString CleanseLines(QString text);
+
 /// The same for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
 QString WindowTitle(const QString& text);
 

@@ -1,30 +1,15 @@
 #include "mail/MessageParser.h"
 
 #include "mail/DisplayText.h"
-#include "mail/GMimeStart.h"
+#include "mail/GMimeObjects.h"
 #include "mail/HeaderDecoder.h"
-#include "mail/HeaderScanner.h"
 #include "mail/PartContent.h"
 
-#include <gmime/gmime.h>
-
 #include <algorithm>
-#include <memory>
 
 namespace quellbox {
 
 namespace {
-
-struct Unref {
-    void operator()(void* object) const { g_object_unref(object); }
-};
-template <typename T>
-using GMimePtr = std::unique_ptr<T, Unref>;
-
-struct FreeOptions {
-    void operator()(GMimeParserOptions* options) const { g_mime_parser_options_free(options); }
-};
-using OptionsPtr = std::unique_ptr<GMimeParserOptions, FreeOptions>;
 
 using Fields = std::vector<GMimeHeader*>;
 
@@ -69,20 +54,7 @@ Fields MessageFields(GMimeMessage* message) {
 }
 
 QString AttachmentName(GMimeObject* part) {
-    const char* name = g_mime_object_get_content_disposition_parameter(part, "filename");
-    if (name == nullptr)
-        name = g_mime_object_get_content_type_parameter(part, "name");
-    return name == nullptr ? QString() : CleanseForDisplay(QString::fromUtf8(name));
-}
-
-QByteArray Content(GMimePart* part) {
-    GMimeDataWrapper* content = g_mime_part_get_content(part);
-    if (content == nullptr)
-        return {};
-    const GMimePtr<GMimeStream> stream(g_mime_stream_mem_new());
-    g_mime_data_wrapper_write_to_stream(content, stream.get());
-    const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(stream.get()));
-    return QByteArray(reinterpret_cast<const char*>(bytes->data), bytes->len);
+    return CleanseForDisplay(DeclaredFileName(part));
 }
 
 QString PartText(GMimeObject* part) {
@@ -94,7 +66,7 @@ QString PartText(GMimeObject* part) {
     if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
         return {};
     const char* charset = g_mime_object_get_content_type_parameter(part, "charset");
-    return DecodeTextPart(Content(GMIME_PART(part)), charset == nullptr ? "" : charset);
+    return DecodeTextPart(PartBytes(GMIME_PART(part)), charset == nullptr ? "" : charset);
 }
 
 MessagePart MakePart(GMimeObject* part, const Fields& fields) {
@@ -167,45 +139,12 @@ LoadError TakeApart(GMimeMessage* message, std::vector<HeaderField>& headers, st
     return LoadError::None;
 }
 
-GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
-    StartGMime();
-    const OptionsPtr options(g_mime_parser_options_new());
-    // For parameters such as file names, which GMime decodes itself, undeclared text has the same meaning as elsewhere.
-    const char* fallback[] = {"utf-8", "windows-1252", nullptr};
-    g_mime_parser_options_set_fallback_charsets(options.get(), fallback);
-    const GMimePtr<GMimeStream> stream(
-        g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<size_t>(bytes.size())));
-    const GMimePtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-    return GMimePtr<GMimeMessage>(g_mime_parser_construct_message(parser.get(), options.get()));
-}
-
 } // namespace
 
 LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
-    if (bytes.isEmpty())
-        return LoadError::Empty;
-    // What a message is, the scanner decides: the list and the structure tree must agree on it.
-    const WantedFields none;
-    HeaderScanner scanner(none);
-    const QByteArrayView block = QByteArrayView(bytes).first(std::min(bytes.size(), kMaximumHeaderBytes));
-    switch (scanner.Scan(block, bytes.size() <= kMaximumHeaderBytes)) {
-    case HeaderScanner::Result::NoMessage:
-        return LoadError::NoHeaderField;
-    case HeaderScanner::Result::NeedsMore:
-        return scanner.HeaderStart() < 0 ? LoadError::NoHeaderField : LoadError::HeaderTooLarge;
-    case HeaderScanner::Result::Complete:
-        break;
-    }
-    QByteArray input = bytes.sliced(scanner.HeaderStart());
-    // GMime gives up on a file that ends within a field name; with a blank line it takes what came before.
-    if (scanner.HeaderEnd() == bytes.size())
-        input.append(input.endsWith('\n') ? "\n" : "\n\n");
-    // GMime's texts end at a NUL; another control byte in its place keeps the rest of the value.
-    std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
-    const GMimePtr<GMimeMessage> message = RunParser(input);
-    if (message == nullptr)
-        return LoadError::NoHeaderField;
-    return TakeApart(message.get(), headers, parts);
+    GMimePtr<GMimeMessage> message;
+    const LoadError error = OpenMessage(bytes, message);
+    return error == LoadError::None ? TakeApart(message.get(), headers, parts) : error;
 }
 
 } // namespace quellbox

@@ -25,11 +25,15 @@ QString WithCrlf(const QString& text) {
 
 } // namespace
 
-QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset) {
+QString DecodeText(QByteArrayView bytes, QByteArrayView charset) {
     QString text = charset.trimmed().isEmpty() ? DecodeUndeclared(bytes) : DecodeCharset(bytes, charset);
     if (text.startsWith(QChar(0xFEFF)))
         text.remove(0, 1);
-    return WithCrlf(text);
+    return text;
+}
+
+QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset) {
+    return WithCrlf(DecodeText(bytes, charset));
 }
 
 } // namespace quellbox

@@ -5,8 +5,11 @@
 
 namespace quellbox {
 
-/// Turns the bytes of a text part into text: its character set decoded (undeclared when `charset` is empty or
-/// unknown), a byte order mark dropped, every line end CRLF.
+/// Decodes the bytes of a text by its declared character set (undeclared when `charset` is empty or unknown), and drops
+/// a byte order mark.
+QString DecodeText(QByteArrayView bytes, QByteArrayView charset);
+
+/// Turns the bytes of a text part into text: see DecodeText(); every line end is CRLF.
 QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset);
 
 } // namespace quellbox

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace quellbox {
+
+/// The places where the links of a message lead, each numbered once from 1 on.
+class LinkNumbers {
+public:
+    /// The number of a place; 0 where there are so many that no further one is numbered.
+    int NumberOf(const QString& target);
+
+    const QStringList& Targets() const { return targets_; }
+
+private:
+    QStringList targets_;
+    QHash<QString, int> numbers_;
+};
+
+/// A link of a page.
+struct HtmlLink {
+    QString text;   ///< what is to be seen of it, its beginning
+    QString target; ///< where it leads
+    int number = 0; ///< see LinkNumbers
+};
+
+/// What a page says to a reader.
+struct HtmlText {
+    QString text;                ///< with LF line ends
+    std::vector<HtmlLink> links; ///< in their order; no more than 10,000
+    bool isCut = false;          ///< the rest of the page was beyond the bounds
+};
+
+/// Makes plain text of an HTML page: headings, lists, tables, quotes, preformatted text, the alternative texts of
+/// pictures. A link is followed by its number in brackets. Text that the page hides from its readers is marked as
+/// hidden: see HtmlLook::ShowsText(). `charset` is the declared one; where it is empty the page's own declaration
+/// counts. Nothing is fetched or executed. The time is linear in the size, and bounds hold for the nesting, for the
+/// number of links and for the size of the result, so that hostile pages are cut and not waited for. The characters are
+/// not cleansed.
+HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers);
+
+/// The page as UTF-8, decoded by the declared character set, or by that which it declares itself.
+QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset);
+
+} // namespace quellbox
