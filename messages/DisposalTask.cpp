@@ -142,7 +142,7 @@ void DisposalTask::Take(size_t item, Failure failure) {
         result_.failures.push_back(std::move(*failure));
     }
     gone_.push_back(rows_[item]);
-    const int rowsLeft = model_.Count() - static_cast<int>(gone_.size());
+    const int rowsLeft = model_.TotalCount() - static_cast<int>(gone_.size());
     if (rowsLeft % progressStep == 0) {
         Q_EMIT RowsLeft(rowsLeft);
     }

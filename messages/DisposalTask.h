@@ -47,8 +47,8 @@ public:
     /// What is lent has to outlive this object.
     DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& model);
 
-    /// Begins with `rows`, which are ascending. What is deleted goes into `kept` where that is given. Does nothing
-    /// while rows are disposed of.
+    /// Begins with `rows`, which are in sight and ascending. What is deleted goes into `kept` where that is given. Does
+    /// nothing while rows are disposed of.
     void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
                std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
 
@@ -66,7 +66,7 @@ Q_SIGNALS:
     /// So many messages have been dealt with.
     void Progress(int done);
 
-    /// The number of rows that will be left is a multiple of 100.
+    /// The number of rows that will be left of all is a multiple of 100.
     void RowsLeft(int count);
 
     /// The rows have gone; other ones may be disposed of.

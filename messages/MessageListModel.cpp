@@ -1,6 +1,7 @@
 #include "messages/MessageListModel.h"
 
 #include "mail/DisplayText.h"
+#include "messages/RemoveAt.h"
 #include "messages/SortKeys.h"
 
 #include <QCoreApplication>
@@ -113,6 +114,16 @@ bool MessageListModel::setHeaderData(int section, Qt::Orientation orientation, c
     return true;
 }
 
+int MessageListModel::RowOfKey(const QString& key) const {
+    const int place = rowOfKey_.Find(key, rows_);
+    return place < 0 ? -1 : RowAtPlace(place);
+}
+
+const MessageRow* MessageListModel::Find(const QString& key) const {
+    const int place = rowOfKey_.Find(key, rows_);
+    return place < 0 ? nullptr : &rows_[static_cast<size_t>(place)];
+}
+
 void MessageListModel::Clear() {
     if (rows_.empty()) {
         return;
@@ -120,23 +131,96 @@ void MessageListModel::Clear() {
     beginResetModel();
     DestroyLater(std::exchange(rows_, {}));
     rowOfKey_.Clear();
+    folded_.Clear();
+    sight_.RemoveAll();
     endResetModel();
+    Q_EMIT CountsChanged();
+}
+
+/// Makes rows that will be appended ready where the list is narrowed, and returns the places that come into sight.
+std::vector<int> MessageListModel::FoldAppended(const std::vector<MessageRow>& rows) {
+    std::vector<int> places;
+    if (!IsNarrowed()) {
+        return places;
+    }
+    for (const MessageRow& row : rows) {
+        const int place = folded_.Count();
+        folded_.Append(row);
+        if (sight_.Filter().Matches(folded_.Text(place))) {
+            places.push_back(place);
+        }
+    }
+    return places;
 }
 
 void MessageListModel::Append(std::vector<MessageRow> rows) {
     if (rows.empty()) {
         return;
     }
-    beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
+    const std::vector<int> shown = FoldAppended(rows);
+    const int count = IsNarrowed() ? static_cast<int>(shown.size()) : static_cast<int>(rows.size());
+    if (count > 0) {
+        beginInsertRows({}, Count(), Count() + count - 1);
+    }
     rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
     rowOfKey_.Clear();
-    endInsertRows();
+    for (const int place : shown) {
+        sight_.Add(place);
+    }
+    if (count > 0) {
+        endInsertRows();
+    }
+    Q_EMIT CountsChanged();
 }
 
 void MessageListModel::Update(int row, MessageRow contents) {
-    rows_[static_cast<size_t>(row)] = std::move(contents);
-    rowOfKey_.Clear();
+    Put(PlaceOf(row), std::move(contents));
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+void MessageListModel::Put(int place, MessageRow contents) {
+    rows_[static_cast<size_t>(place)] = std::move(contents);
+    rowOfKey_.Clear();
+    if (place < folded_.Count()) {
+        folded_.Replace(place, rows_[static_cast<size_t>(place)]);
+    }
+}
+
+void MessageListModel::Replace(MessageRow contents) {
+    const int place = rowOfKey_.Find(contents.Key(), rows_);
+    if (place < 0) {
+        return;
+    }
+    if (const int row = RowAtPlace(place); row >= 0) {
+        Update(row, std::move(contents));
+        return;
+    }
+    Put(place, std::move(contents));
+    if (sight_.Filter().Matches(folded_.Text(place))) {
+        beginInsertRows({}, sight_.RowFor(place), sight_.RowFor(place));
+        sight_.Add(place);
+        endInsertRows();
+        Q_EMIT CountsChanged();
+    }
+}
+
+std::vector<int> MessageListModel::PlacesOf(int first, int last) const {
+    std::vector<int> places(static_cast<size_t>(last - first + 1));
+    std::iota(places.begin(), places.end(), first);
+    std::transform(places.begin(), places.end(), places.begin(), [this](int row) { return PlaceOf(row); });
+    return places;
+}
+
+void MessageListModel::Drop(const std::vector<int>& places) {
+    ForgetUnfinished();
+    RemoveAt(rows_, places);
+    if (folded_.Count() > 0) {
+        folded_.Remove(places);
+    }
+    if (IsNarrowed()) {
+        sight_.Remove(places);
+    }
+    rowOfKey_.Clear();
 }
 
 void MessageListModel::Remove(const std::vector<int>& rows) {
@@ -148,36 +232,93 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         for (; !ranges.empty(); ranges.pop_back()) {
             const Range range = ranges.back();
             beginRemoveRows({}, range.first, range.last);
-            rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
-            rowOfKey_.Clear(); // after every range, since a listener may look rows up between them
+            Drop(PlacesOf(range.first, range.last)); // each time, since a listener may look rows up between them
             endRemoveRows();
         }
+    } else {
+        beginResetModel();
+        std::vector<int> places(rows.size());
+        std::transform(rows.begin(), rows.end(), places.begin(), [this](int row) { return PlaceOf(row); });
+        Drop(places);
+        endResetModel();
+    }
+    Q_EMIT CountsChanged();
+}
+
+void MessageListModel::RemoveKey(const QString& key) {
+    const int place = rowOfKey_.Find(key, rows_);
+    if (place < 0) {
         return;
     }
-    beginResetModel();
-    size_t kept = 0;
-    auto removed = rows.begin();
-    for (size_t row = 0; row < rows_.size(); ++row) {
-        if (removed != rows.end() && static_cast<size_t>(*removed) == row) {
-            ++removed;
-            continue;
-        }
-        if (kept != row) {
-            rows_[kept] = std::move(rows_[row]);
-        }
-        ++kept;
+    if (const int row = RowAtPlace(place); row >= 0) {
+        Remove({row});
+        return;
     }
-    rows_.resize(kept);
-    rowOfKey_.Clear();
-    endResetModel();
+    Drop({place});
+    Q_EMIT CountsChanged();
 }
 
 void MessageListModel::MarkRows(int first, int last, bool unread) {
     for (int row = first; row <= last; ++row) {
-        rows_[static_cast<size_t>(row)].SetUnread(unread);
+        MarkPlace(PlaceOf(row), unread);
     }
     if (first <= last) {
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
+    }
+}
+
+void MessageListModel::MarkKey(const QString& key, bool unread) {
+    const int place = rowOfKey_.Find(key, rows_);
+    if (place < 0) {
+        return;
+    }
+    if (const int row = RowAtPlace(place); row >= 0) {
+        MarkRows(row, row, unread);
+    } else {
+        MarkPlace(place, unread);
+    }
+}
+
+bool MessageListModel::Narrow(const QString& text) {
+    const QuickFilter filter(text);
+    if (filter == sight_.Filter()) {
+        return false;
+    }
+    if (!filter.IsEmpty()) {
+        PrepareToNarrow(TotalCount());
+    }
+    std::vector<int> places = sight_.PlacesFor(filter, folded_);
+    RowsInSight next;
+    next.Show(filter, std::move(places));
+    if (next.ShowsTheSame(sight_, TotalCount())) {
+        sight_ = std::move(next);
+        return false;
+    }
+    beginResetModel();
+    sight_ = std::move(next);
+    endResetModel();
+    Q_EMIT CountsChanged();
+    return true;
+}
+
+bool MessageListModel::PrepareToNarrow(int most) {
+    const int end = std::min(TotalCount(), folded_.Count() + most);
+    for (int place = folded_.Count(); place < end; ++place) {
+        folded_.Append(rows_[static_cast<size_t>(place)]);
+    }
+    return end < TotalCount();
+}
+
+void MessageListModel::ForgetNarrowing() {
+    if (!IsNarrowed()) {
+        folded_.Clear();
+    }
+}
+
+// What is ready of some rows only would have to be told from the others, if they moved.
+void MessageListModel::ForgetUnfinished() {
+    if (folded_.Count() < TotalCount()) {
+        ForgetNarrowing();
     }
 }
 
@@ -196,21 +337,36 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
     std::vector<MessageRow> sorted;
     sorted.reserve(rows_.size());
-    std::vector<int> newRow(rows_.size());
+    std::vector<int> newPlace(rows_.size());
     for (const int row : sequence) {
-        newRow[static_cast<size_t>(row)] = static_cast<int>(sorted.size());
+        newPlace[static_cast<size_t>(row)] = static_cast<int>(sorted.size());
         sorted.push_back(std::move(rows_[static_cast<size_t>(row)]));
     }
-    rows_ = std::move(sorted);
-    rowOfKey_.Clear();
+    const RowsInSight sightBefore = sight_;
+    Rearrange(std::move(sorted), sequence, newPlace);
     const QModelIndexList before = persistentIndexList();
     QModelIndexList after;
     after.reserve(before.size());
     for (const QModelIndex& old : before) {
-        after.append(index(newRow[static_cast<size_t>(old.row())], old.column()));
+        const int place = newPlace[static_cast<size_t>(sightBefore.PlaceOf(old.row()))];
+        after.append(index(RowAtPlace(place), old.column()));
     }
     changePersistentIndexList(before, after);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+/// Takes the same rows in another order.
+void MessageListModel::Rearrange(std::vector<MessageRow> rows, const std::vector<int>& sequence,
+                                 const std::vector<int>& newPlaces) {
+    ForgetUnfinished();
+    rows_ = std::move(rows);
+    rowOfKey_.Clear();
+    if (folded_.Count() > 0) {
+        folded_.Reorder(sequence);
+    }
+    if (IsNarrowed()) {
+        sight_.Reorder(newPlaces);
+    }
 }
 
 } // namespace quellbox
