@@ -48,6 +48,12 @@ std::vector<Range> RangesOf(const std::vector<int>& rows) {
     return ranges;
 }
 
+std::vector<int> RowsOf(const Range& range) {
+    std::vector<int> rows(static_cast<size_t>(range.last - range.first + 1));
+    std::iota(rows.begin(), rows.end(), range.first);
+    return rows;
+}
+
 /// Another thread frees a long list, which takes longer than a window may stand still.
 void DestroyLater(std::vector<MessageRow> rows) {
     auto unused = std::make_shared<std::vector<MessageRow>>(std::move(rows));
@@ -131,33 +137,16 @@ void MessageListModel::Clear() {
     beginResetModel();
     DestroyLater(std::exchange(rows_, {}));
     rowOfKey_.Clear();
-    folded_.Clear();
     sight_.RemoveAll();
     endResetModel();
     Q_EMIT CountsChanged();
-}
-
-/// Makes rows that will be appended ready where the list is narrowed, and returns the places that come into sight.
-std::vector<int> MessageListModel::FoldAppended(const std::vector<MessageRow>& rows) {
-    std::vector<int> places;
-    if (!IsNarrowed()) {
-        return places;
-    }
-    for (const MessageRow& row : rows) {
-        const int place = folded_.Count();
-        folded_.Append(row);
-        if (sight_.Filter().Matches(folded_.Text(place))) {
-            places.push_back(place);
-        }
-    }
-    return places;
 }
 
 void MessageListModel::Append(std::vector<MessageRow> rows) {
     if (rows.empty()) {
         return;
     }
-    const std::vector<int> shown = FoldAppended(rows);
+    const std::vector<int> shown = sight_.PlacesOfNew(rows);
     const int count = IsNarrowed() ? static_cast<int>(shown.size()) : static_cast<int>(rows.size());
     if (count > 0) {
         beginInsertRows({}, Count(), Count() + count - 1);
@@ -178,12 +167,11 @@ void MessageListModel::Update(int row, MessageRow contents) {
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
-void MessageListModel::Put(int place, MessageRow contents) {
+/// True when the row comes into sight by that.
+bool MessageListModel::Put(int place, MessageRow contents) {
     rows_[static_cast<size_t>(place)] = std::move(contents);
     rowOfKey_.Clear();
-    if (place < folded_.Count()) {
-        folded_.Replace(place, rows_[static_cast<size_t>(place)]);
-    }
+    return sight_.Put(place, rows_[static_cast<size_t>(place)]);
 }
 
 void MessageListModel::Replace(MessageRow contents) {
@@ -193,10 +181,7 @@ void MessageListModel::Replace(MessageRow contents) {
     }
     if (const int row = RowAtPlace(place); row >= 0) {
         Update(row, std::move(contents));
-        return;
-    }
-    Put(place, std::move(contents));
-    if (sight_.Filter().Matches(folded_.Text(place))) {
+    } else if (Put(place, std::move(contents))) {
         beginInsertRows({}, sight_.RowFor(place), sight_.RowFor(place));
         sight_.Add(place);
         endInsertRows();
@@ -204,22 +189,9 @@ void MessageListModel::Replace(MessageRow contents) {
     }
 }
 
-std::vector<int> MessageListModel::PlacesOf(int first, int last) const {
-    std::vector<int> places(static_cast<size_t>(last - first + 1));
-    std::iota(places.begin(), places.end(), first);
-    std::transform(places.begin(), places.end(), places.begin(), [this](int row) { return PlaceOf(row); });
-    return places;
-}
-
 void MessageListModel::Drop(const std::vector<int>& places) {
-    ForgetUnfinished();
+    sight_.Remove(places, TotalCount());
     RemoveAt(rows_, places);
-    if (folded_.Count() > 0) {
-        folded_.Remove(places);
-    }
-    if (IsNarrowed()) {
-        sight_.Remove(places);
-    }
     rowOfKey_.Clear();
 }
 
@@ -232,14 +204,12 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         for (; !ranges.empty(); ranges.pop_back()) {
             const Range range = ranges.back();
             beginRemoveRows({}, range.first, range.last);
-            Drop(PlacesOf(range.first, range.last)); // each time, since a listener may look rows up between them
+            Drop(sight_.PlacesOf(RowsOf(range))); // each time, since a listener may look rows up between them
             endRemoveRows();
         }
     } else {
         beginResetModel();
-        std::vector<int> places(rows.size());
-        std::transform(rows.begin(), rows.end(), places.begin(), [this](int row) { return PlaceOf(row); });
-        Drop(places);
+        Drop(sight_.PlacesOf(rows));
         endResetModel();
     }
     Q_EMIT CountsChanged();
@@ -284,42 +254,17 @@ bool MessageListModel::Narrow(const QString& text) {
     if (filter == sight_.Filter()) {
         return false;
     }
-    if (!filter.IsEmpty()) {
-        PrepareToNarrow(TotalCount());
-    }
-    std::vector<int> places = sight_.PlacesFor(filter, folded_);
-    RowsInSight next;
-    next.Show(filter, std::move(places));
-    if (next.ShowsTheSame(sight_, TotalCount())) {
-        sight_ = std::move(next);
+    std::vector<int> places = sight_.PlacesFor(filter, rows_);
+    const bool isShown = sight_.IsShown(filter, places, TotalCount());
+    if (isShown) {
+        sight_.Show(filter, std::move(places));
         return false;
     }
     beginResetModel();
-    sight_ = std::move(next);
+    sight_.Show(filter, std::move(places));
     endResetModel();
     Q_EMIT CountsChanged();
     return true;
-}
-
-bool MessageListModel::PrepareToNarrow(int most) {
-    const int end = std::min(TotalCount(), folded_.Count() + most);
-    for (int place = folded_.Count(); place < end; ++place) {
-        folded_.Append(rows_[static_cast<size_t>(place)]);
-    }
-    return end < TotalCount();
-}
-
-void MessageListModel::ForgetNarrowing() {
-    if (!IsNarrowed()) {
-        folded_.Clear();
-    }
-}
-
-// What is ready of some rows only would have to be told from the others, if they moved.
-void MessageListModel::ForgetUnfinished() {
-    if (folded_.Count() < TotalCount()) {
-        ForgetNarrowing();
-    }
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
@@ -335,38 +280,32 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
-    std::vector<MessageRow> sorted;
-    sorted.reserve(rows_.size());
-    std::vector<int> newPlace(rows_.size());
-    for (const int row : sequence) {
-        newPlace[static_cast<size_t>(row)] = static_cast<int>(sorted.size());
-        sorted.push_back(std::move(rows_[static_cast<size_t>(row)]));
-    }
-    const RowsInSight sightBefore = sight_;
-    Rearrange(std::move(sorted), sequence, newPlace);
-    const QModelIndexList before = persistentIndexList();
-    QModelIndexList after;
-    after.reserve(before.size());
-    for (const QModelIndex& old : before) {
-        const int place = newPlace[static_cast<size_t>(sightBefore.PlaceOf(old.row()))];
-        after.append(index(RowAtPlace(place), old.column()));
-    }
-    changePersistentIndexList(before, after);
+    Rearrange(sequence);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-/// Takes the same rows in another order.
-void MessageListModel::Rearrange(std::vector<MessageRow> rows, const std::vector<int>& sequence,
-                                 const std::vector<int>& newPlaces) {
-    ForgetUnfinished();
-    rows_ = std::move(rows);
+/// Puts the row of each place of the sequence where that stands in it, and lets the views' indexes follow.
+void MessageListModel::Rearrange(const std::vector<int>& sequence) {
+    std::vector<MessageRow> sorted;
+    sorted.reserve(rows_.size());
+    std::vector<int> newPlaces(rows_.size());
+    for (const int place : sequence) {
+        newPlaces[static_cast<size_t>(place)] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(rows_[static_cast<size_t>(place)]));
+    }
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> places(static_cast<size_t>(before.size()));
+    std::transform(before.begin(), before.end(), places.begin(),
+                   [&](const QModelIndex& old) { return newPlaces[static_cast<size_t>(PlaceOf(old.row()))]; });
+    rows_ = std::move(sorted);
     rowOfKey_.Clear();
-    if (folded_.Count() > 0) {
-        folded_.Reorder(sequence);
+    sight_.Reorder(sequence, newPlaces);
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (qsizetype number = 0; number < before.size(); ++number) {
+        after.append(index(RowAtPlace(places[static_cast<size_t>(number)]), before[number].column()));
     }
-    if (IsNarrowed()) {
-        sight_.Reorder(newPlaces);
-    }
+    changePersistentIndexList(before, after);
 }
 
 } // namespace quellbox

@@ -84,10 +84,10 @@ public:
 
     /// Makes up to `most` further rows ready for Narrow(), which otherwise does all that is left. True while rows are
     /// left.
-    bool PrepareToNarrow(int most);
+    bool PrepareToNarrow(int most) { return sight_.Prepare(rows_, most); }
 
     /// Gives back the memory that Narrow() needs; not while the list is narrowed.
-    void ForgetNarrowing();
+    void ForgetNarrowing() { sight_.Forget(); }
 
     /// The number of a row among all rows, which narrowing does not change, and the other way round; -1 for what is out
     /// of sight.
@@ -108,16 +108,12 @@ Q_SIGNALS:
 
 private:
     void Drop(const std::vector<int>& places);
-    void Put(int place, MessageRow contents);
+    bool Put(int place, MessageRow contents);
+    void Rearrange(const std::vector<int>& sequence);
     void MarkPlace(int place, bool unread) { rows_[static_cast<size_t>(place)].SetUnread(unread); }
-    std::vector<int> PlacesOf(int first, int last) const;
-    std::vector<int> FoldAppended(const std::vector<MessageRow>& rows);
-    void ForgetUnfinished();
-    void Rearrange(std::vector<MessageRow> rows, const std::vector<int>& sequence, const std::vector<int>& newPlaces);
 
     std::vector<MessageRow> rows_; // all of them
     RowsInSight sight_;
-    FoldedRows folded_; // of the first rows; of all of them while the list is narrowed
     std::array<QVariant, ColumnCount> headerPictures_;
     mutable KeyIndex rowOfKey_;
     bool ratesByNumber_ = false;

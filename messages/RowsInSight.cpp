@@ -18,27 +18,35 @@ int RowsInSight::RowAt(int place) const {
     return isInSight ? row : -1;
 }
 
-std::vector<int> RowsInSight::PlacesFor(const QuickFilter& filter, const FoldedRows& texts) const {
+std::vector<int> RowsInSight::PlacesOf(std::vector<int> rows) const {
+    std::transform(rows.begin(), rows.end(), rows.begin(), [this](int row) { return PlaceOf(row); });
+    return rows;
+}
+
+std::vector<int> RowsInSight::PlacesFor(const QuickFilter& filter, const std::vector<MessageRow>& rows) {
     std::vector<int> found;
     if (filter.IsEmpty()) {
         return found;
     }
+    const int total = static_cast<int>(rows.size());
+    Prepare(rows, total);
     const bool looksInSight = IsNarrowed() && filter.IsWithin(filter_);
-    const int candidates = looksInSight ? Count(0) : texts.Count();
+    const int candidates = looksInSight ? Count(total) : total;
     for (int candidate = 0; candidate < candidates; ++candidate) {
         const int place = looksInSight ? PlaceOf(candidate) : candidate;
-        if (filter.Matches(texts.Text(place))) {
+        if (filter.Matches(folded_.Text(place))) {
             found.push_back(place);
         }
     }
     return found;
 }
 
-bool RowsInSight::ShowsTheSame(const RowsInSight& other, int total) const {
-    if (IsNarrowed() && other.IsNarrowed()) {
-        return places_ == other.places_;
+bool RowsInSight::IsShown(const QuickFilter& filter, const std::vector<int>& places, int total) const {
+    if (!filter.IsEmpty() && IsNarrowed()) {
+        return places == places_;
     }
-    return Count(total) == total && other.Count(total) == total;
+    const int count = filter.IsEmpty() ? total : static_cast<int>(places.size());
+    return count == total && Count(total) == total;
 }
 
 void RowsInSight::Show(const QuickFilter& filter, std::vector<int> places) {
@@ -46,11 +54,60 @@ void RowsInSight::Show(const QuickFilter& filter, std::vector<int> places) {
     places_ = std::move(places);
 }
 
+bool RowsInSight::Prepare(const std::vector<MessageRow>& rows, int most) {
+    const int total = static_cast<int>(rows.size());
+    const int end = std::min(total, folded_.Count() + most);
+    for (int place = folded_.Count(); place < end; ++place) {
+        folded_.Append(rows[static_cast<size_t>(place)]);
+    }
+    return end < total;
+}
+
+void RowsInSight::Forget() {
+    if (!IsNarrowed()) {
+        folded_.Clear();
+    }
+}
+
+std::vector<int> RowsInSight::PlacesOfNew(const std::vector<MessageRow>& rows) {
+    std::vector<int> places;
+    if (!IsNarrowed()) {
+        return places;
+    }
+    for (const MessageRow& row : rows) {
+        const int place = folded_.Count();
+        folded_.Append(row);
+        if (filter_.Matches(folded_.Text(place))) {
+            places.push_back(place);
+        }
+    }
+    return places;
+}
+
 void RowsInSight::Add(int place) {
     places_.insert(places_.begin() + RowFor(place), place);
 }
 
-void RowsInSight::Remove(const std::vector<int>& places) {
+bool RowsInSight::Put(int place, const MessageRow& row) {
+    if (place >= folded_.Count()) {
+        return false;
+    }
+    folded_.Replace(place, row);
+    return RowAt(place) < 0 && filter_.Matches(folded_.Text(place));
+}
+
+// What is ready of some rows only would have to be told from the others, if they moved.
+void RowsInSight::ForgetUnfinished(int total) {
+    if (folded_.Count() < total) {
+        Forget();
+    }
+}
+
+void RowsInSight::Remove(const std::vector<int>& places, int total) {
+    ForgetUnfinished(total);
+    if (folded_.Count() > 0) {
+        folded_.Remove(places);
+    }
     std::vector<int> left;
     left.reserve(places_.size());
     auto removed = places.begin();
@@ -63,7 +120,16 @@ void RowsInSight::Remove(const std::vector<int>& places) {
     places_ = std::move(left);
 }
 
-void RowsInSight::Reorder(const std::vector<int>& newPlaces) {
+void RowsInSight::RemoveAll() {
+    places_.clear();
+    folded_.Clear();
+}
+
+void RowsInSight::Reorder(const std::vector<int>& sequence, const std::vector<int>& newPlaces) {
+    ForgetUnfinished(static_cast<int>(sequence.size()));
+    if (folded_.Count() > 0) {
+        folded_.Reorder(sequence);
+    }
     for (int& place : places_) {
         place = newPlaces[static_cast<size_t>(place)];
     }

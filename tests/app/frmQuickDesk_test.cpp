@@ -3,6 +3,7 @@
 #include "tests/support/MainWindowFixture.h"
 #include "tests/support/RealFolderWindow.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QMenu>
 
