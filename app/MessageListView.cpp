@@ -179,7 +179,10 @@ void MessageListView::Narrow(const QString& text) {
 void MessageListView::RestoreSelection(const std::vector<int>& places, int currentPlace) {
     std::vector<RowRange> ranges;
     for (const int place : places) {
-        if (const int row = messages_.RowAtPlace(place); row >= 0) {
+        const int row = messages_.RowAtPlace(place);
+        if (row > 0 && !ranges.empty() && ranges.back().last == row - 1) {
+            ranges.back().last = row;
+        } else if (row >= 0) {
             ranges.push_back({row, row});
         }
     }

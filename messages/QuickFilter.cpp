@@ -17,14 +17,15 @@ QuickFilter::QuickFilter(const QString& text) {
         const auto holdsWord = [&word](const QString& longer) { return longer.contains(word); };
         if (std::none_of(words_.cbegin(), words_.cend(), holdsWord)) {
             words_.append(word);
-            matchers_.emplace_back(word);
+            sought_.push_back({word.front(), word.size() == 1, QStringMatcher(word)});
         }
     }
 }
 
 bool QuickFilter::Matches(QStringView folded) const {
-    return std::all_of(matchers_.begin(), matchers_.end(),
-                       [folded](const QStringMatcher& word) { return word.indexIn(folded) >= 0; });
+    return std::all_of(sought_.begin(), sought_.end(), [folded](const Word& word) {
+        return word.isLetter ? folded.contains(word.first) : word.matcher.indexIn(folded) >= 0;
+    });
 }
 
 bool QuickFilter::IsWithin(const QuickFilter& other) const {
