@@ -156,8 +156,9 @@ void MessageListView::AddToSelection(const std::vector<int>& rows) {
 
 /// Selects these rows and no others.
 void MessageListView::SelectRanges(std::vector<RowRange> ranges) {
+    const std::vector<RowRange> merged = Merged(std::move(ranges));
     QItemSelection selection; // of whole rows, since Qt takes long to widen many ranges
-    for (const RowRange& range : Merged(std::move(ranges))) {
+    for (const RowRange& range : merged) {
         selection.append(QItemSelectionRange(model()->index(range.first, 0), model()->index(range.last, ColumnScl)));
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);

@@ -22,7 +22,7 @@ public:
     /// Shows and hides the bars, and fits the columns of the list.
     void LayOut();
 
-    /// Puts a widget above the list, in the same pane, and next in the order of the Tab key before it.
+    /// Puts a widget above the list, in the same pane.
     void AddAboveList(QWidget& widget);
 
     /// Divides the room among list, tree and raw text. The window has to have its size.

@@ -38,13 +38,17 @@ void QuickDesk::MakeRow(PanesLayout& panes) {
     fraQuick->setObjectName(QStringLiteral("fraQuick"));
     txtQuick->setObjectName(QStringLiteral("txtQuick"));
     txtQuick->setAccessibleName(tr("Filter by text"));
-    txtQuick->setPlaceholderText(tr("Show only messages with these words"));
     txtQuick->setClearButtonEnabled(true);
     lblQuick->setObjectName(QStringLiteral("lblQuick"));
     lblQuick->setTextFormat(Qt::PlainText);
+    lblQuick->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* caption = new QLabel(tr("Messages with these words:"), fraQuick);
+    caption->setObjectName(QStringLiteral("lblQuickWords"));
+    caption->setBuddy(txtQuick);
     auto* row = new QHBoxLayout(fraQuick);
     constexpr int margin = 3; // pixels
     row->setContentsMargins(margin, margin, margin, margin);
+    row->addWidget(caption);
     row->addWidget(txtQuick, 1);
     row->addWidget(lblQuick);
     fraQuick->hide();
@@ -94,8 +98,8 @@ void QuickDesk::GoToList() {
 
 // No word gets lost for a job that just runs: what was typed narrows the list when it has ended.
 void QuickDesk::txtQuick_Change() {
-    isDue_ = true;
-    if (parts_.jobs.MakeWay()) {
+    isDue_ = !parts_.jobs.MakeWay();
+    if (!isDue_) {
         Narrow();
     }
 }
@@ -122,7 +126,10 @@ void QuickDesk::ShowCounts() {
         return;
     }
     prepare_.start();
-    const QString text = tr("%1 of %2").arg(parts_.model.Count()).arg(parts_.model.TotalCount());
+    const int total = parts_.model.TotalCount();
+    const QString text = tr("%1 of %2").arg(parts_.model.Count()).arg(total);
+    const QString widest = tr("%1 of %2").arg(total).arg(total);
+    lblQuick->setMinimumWidth(lblQuick->fontMetrics().horizontalAdvance(widest)); // the field keeps its width
     if (std::exchange(counts_, text) == text) {
         return;
     }

@@ -2345,12 +2345,12 @@
         <translation>Nach Text filtern</translation>
     </message>
     <message>
-        <source>Show only messages with these words</source>
-        <translation>Nur Nachrichten mit diesen Wörtern anzeigen</translation>
-    </message>
-    <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Messages with these words:</source>
+        <translation>Nachrichten mit diesen Wörtern:</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,5 @@
 #include "tests/messages/ListRows.h"
+#include "tests/support/AccessibleNames.h"
 #include "tests/support/CallGate.h"
 #include "tests/support/MainWindowFixture.h"
 #include "tests/support/RealFolderWindow.h"
@@ -296,6 +297,7 @@ TEST_F(QuickDeskTest, ARowThatBulkModeFillsInStaysUnderTheMouse) {
 
 TEST_F(QuickDeskTest, TellsAssistiveToolsWhatItIsAndHowManyAreShown) {
     PressQuickKey();
+    EXPECT_EQ(NamelessControls(*window_), "");
     QAccessibleInterface* field = QAccessible::queryAccessibleInterface(Field());
     EXPECT_EQ(field->text(QAccessible::Name), QStringLiteral("Filter by text"));
     Type("-b.");
