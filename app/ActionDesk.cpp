@@ -95,7 +95,7 @@ void ActionDesk::ShowNextMessage(int row) {
     StatusPanels& panels = parts_.panels;
     panels.SetInfo(next.Key());
     panels.SetSize(FormatSize(next.Size()), panels.Size().toolTip);
-    panels.SetCount(tr("%n messages", nullptr, parts_.model.Count()));
+    panels.SetCount(tr("%n messages", nullptr, parts_.model.TotalCount()));
 }
 
 void ActionDesk::ShowNoMessage() {
@@ -103,7 +103,7 @@ void ActionDesk::ShowNoMessage() {
     list_.UpdateSelectionStatus();
     parts_.panels.SetInfo({});
     parts_.panels.SetSize({}, {});
-    parts_.panels.SetCount(tr("%n messages", nullptr, 0));
+    parts_.panels.SetCount(tr("%n messages", nullptr, parts_.model.TotalCount()));
 }
 
 void ActionDesk::mnuActionsDelete_Click() {

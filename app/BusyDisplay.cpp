@@ -62,7 +62,7 @@ void BusyDisplay::ShowDone() {
     parts_.statusBar.ShowStop(false);
     FollowDialogs();
     if (!parts_.window.isMinimized()) {
-        parts_.list.setFocus();
+        parts_.list.TakeFocus();
     }
 }
 

@@ -90,15 +90,14 @@ void ListDesk::ShowSelected() {
 }
 
 void ListDesk::TakeHeaders(const QString& path, const HeaderFields& headers) {
-    const int place = RowOfPath(path);
-    if (place < 0) {
+    const MessageRow* row = parts_.model.Find(KeyOfPath(path));
+    if (row == nullptr) {
         return;
     }
-    const MessageRow& row = parts_.model.Row(place);
-    MessageTexts texts = row.Texts();
+    MessageTexts texts = row->Texts();
     FillTexts(texts, headers);
     parts_.state.strXSender = texts.tag;
-    parts_.model.Update(place, row.WithTexts(texts));
+    parts_.model.Replace(row->WithTexts(texts));
 }
 
 void ListDesk::PopUpMessageMenu(QPoint screen) {
@@ -167,8 +166,9 @@ qint16 ListDesk::UpdateSelectionStatus() {
 void ListDesk::ShowCommands() {
     const AppState& state = parts_.state;
     const Activity shown = busy_.IsShown() ? parts_.jobs.Now() : Activity::Idle;
-    parts_.menus.Show(ComputeCommandStates({shown, parts_.model.Count(), selectedRows_, state.TolerationLevel,
-                                            state.FilterDays, offersView_, isUndoable_, state.KeepDeletedDays > 0}));
+    parts_.menus.Show(
+        ComputeCommandStates({shown, parts_.model.Count(), selectedRows_, state.TolerationLevel, state.FilterDays,
+                              offersView_, isUndoable_, state.KeepDeletedDays > 0, parts_.model.IsNarrowed()}));
 }
 
 void ListDesk::SetUndoable(bool isUndoable) {
@@ -182,7 +182,7 @@ void ListDesk::ClearSelection() {
     UpdateSelectionStatus();
     parts_.contents.Clear();
     if (!parts_.window.isMinimized()) {
-        parts_.list.setFocus();
+        parts_.list.TakeFocus();
     }
 }
 
@@ -196,8 +196,13 @@ QString ListDesk::MessagePath(int row) const {
 }
 
 int ListDesk::RowOfPath(const QString& path) const {
+    return parts_.model.RowOfKey(KeyOfPath(path));
+}
+
+/// The key that the message has, or none where it lies elsewhere.
+QString ListDesk::KeyOfPath(const QString& path) const {
     const Folder& archive = parts_.state.ArchiveDir;
-    return path.startsWith(archive) ? parts_.model.RowOfKey(path.mid(archive.Text().size())) : -1;
+    return path.startsWith(archive) ? path.mid(archive.Text().size()) : QString();
 }
 
 void ListDesk::ShowMessage(int row) {
@@ -240,13 +245,7 @@ void ListDesk::ShowElsewhere(const QString& path) {
 }
 
 void ListDesk::MarkAsRead(const QString& path) {
-    if (const int row = RowOfPath(path); row >= 0) {
-        MarkItemBold(row, false);
-    }
-}
-
-void ListDesk::MarkItemBold(int row, bool bold) {
-    parts_.model.MarkRows(row, row, bold);
+    parts_.model.MarkKey(KeyOfPath(path), false);
 }
 
 void ListDesk::MarkSelected(bool unread) {

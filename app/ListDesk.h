@@ -40,7 +40,7 @@ public:
 
     QString MessagePath(int row) const;
 
-    /// The row of that message; -1 when the list has changed and has it no more.
+    /// The row of that message; -1 when the list has it no more, or not in sight.
     int RowOfPath(const QString& path) const;
 
     /// Fills in what bulk mode has left out of the row of a message.
@@ -79,7 +79,7 @@ private:
     void ShowWholeText();
     void ShowElsewhere(const QString& path);
     void MarkAsRead(const QString& path);
-    void MarkItemBold(int row, bool bold);
+    QString KeyOfPath(const QString& path) const;
     void MarkSelected(bool unread);
 
     WindowParts parts_;

@@ -93,6 +93,7 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
              {"mnuEditFind", QT_TR_NOOP("&Find..."), "Ctrl+F", Info::List},
              {"mnuEditFindNext", QT_TR_NOOP("Find &Next"), "F3", Info::List},
              {"mnuEditFindAll", QT_TR_NOOP("Find A&ll"), "Shift+F3", Info::List},
+             {"mnuEditQuick", QT_TR_NOOP("Filter &by text"), "Ctrl+Shift+F", Info::ListToggle},
          }},
         {"mnuView",
          QT_TR_NOOP("&View"),

@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
@@ -147,15 +148,57 @@ void MessageListView::AddToSelection(const std::vector<int>& rows) {
     for (const int row : rows) {
         ranges.push_back({row, row});
     }
+    SelectRanges(std::move(ranges));
+    const QModelIndex last = model()->index(rows.back(), 0);
+    selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    scrollTo(last);
+}
+
+/// Selects these rows and no others.
+void MessageListView::SelectRanges(std::vector<RowRange> ranges) {
     const std::vector<RowRange> merged = Merged(std::move(ranges));
     QItemSelection selection; // of whole rows, since Qt takes long to widen many ranges
     for (const RowRange& range : merged) {
         selection.append(QItemSelectionRange(model()->index(range.first, 0), model()->index(range.last, ColumnScl)));
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    const QModelIndex last = model()->index(rows.back(), 0);
-    selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
-    scrollTo(last);
+}
+
+void MessageListView::Narrow(const QString& text) {
+    std::vector<int> places;
+    for (const RowRange& range : SelectedRanges()) {
+        for (int row = range.first; row <= range.last; ++row) {
+            places.push_back(messages_.PlaceOf(row));
+        }
+    }
+    const int currentPlace = currentIndex().isValid() ? messages_.PlaceOf(currentIndex().row()) : -1;
+    if (messages_.Narrow(text)) {
+        RestoreSelection(places, currentPlace);
+    }
+}
+
+void MessageListView::RestoreSelection(const std::vector<int>& places, int currentPlace) {
+    std::vector<RowRange> ranges;
+    for (const int place : places) {
+        const int row = messages_.RowAtPlace(place);
+        if (row > 0 && !ranges.empty() && ranges.back().last == row - 1) {
+            ranges.back().last = row;
+        } else if (row >= 0) {
+            ranges.push_back({row, row});
+        }
+    }
+    SelectRanges(std::move(ranges));
+    const int currentRow = currentPlace < 0 ? -1 : messages_.RowAtPlace(currentPlace);
+    if (currentRow >= 0) {
+        selectionModel()->setCurrentIndex(messages_.index(currentRow, 0), QItemSelectionModel::NoUpdate);
+        scrollTo(currentIndex());
+    }
+}
+
+void MessageListView::TakeFocus() {
+    if (qobject_cast<const QLineEdit*>(window()->focusWidget()) == nullptr) {
+        setFocus();
+    }
 }
 
 void MessageListView::SelectOnly(int row) {

@@ -41,6 +41,13 @@ public:
     /// one becomes the current row and is scrolled into view. `rows` is ascending and not empty.
     void AddToSelection(const std::vector<int>& rows);
 
+    /// Shows only the rows that hold all words of a text, as MessageListModel::Narrow() says. What stays in sight stays
+    /// selected, and the current row the current one.
+    void Narrow(const QString& text);
+
+    /// Takes the focus, but not from a field in which the user is typing.
+    void TakeFocus();
+
     /// Gives the columns their widths: date, size and confidence by sample texts, the rest in equal shares.
     void FitColumns();
 
@@ -73,6 +80,8 @@ protected:
 
 private:
     void ShowSortArrow();
+    void SelectRanges(std::vector<RowRange> ranges);
+    void RestoreSelection(const std::vector<int>& places, int currentPlace);
     void PlaceHint();
 
     MessageListModel& messages_;

@@ -21,7 +21,8 @@ constexpr int splitBarWidth = 5; // pixels
 
 PanesLayout::PanesLayout(const WindowParts& parts)
     : parts_(parts), splWhole(new QSplitter(Qt::Vertical, &parts.window)),
-      splBottom(new QSplitter(Qt::Horizontal, &parts.window)), clbLeft(new QWidget(&parts.window)) {
+      splBottom(new QSplitter(Qt::Horizontal, &parts.window)), fraList(new QWidget(&parts.window)),
+      clbLeft(new QWidget(&parts.window)) {
     splWhole->setObjectName(QStringLiteral("splWhole"));
     splBottom->setObjectName(QStringLiteral("splBottom"));
     clbLeft->setObjectName(QStringLiteral("clbLeft"));
@@ -41,7 +42,11 @@ void PanesLayout::MakeSplitters() {
     splBottom->setCollapsible(1, false);
     splBottom->setMinimumHeight(smallestPane);
     parts_.list.setMinimumHeight(smallestPane);
-    splWhole->addWidget(&parts_.list);
+    auto* above = new QVBoxLayout(fraList);
+    above->setContentsMargins(0, 0, 0, 0);
+    above->setSpacing(0);
+    above->addWidget(&parts_.list, 1);
+    splWhole->addWidget(fraList);
     splWhole->addWidget(splBottom);
     splWhole->setCollapsible(0, false);
     for (QSplitter* splitter : {splWhole, splBottom}) {
@@ -68,6 +73,10 @@ void PanesLayout::PlaceWidgets() {
     across->addWidget(splWhole, 1);
     parts_.window.setCentralWidget(inside);
     parts_.window.setStatusBar(&parts_.statusBar);
+}
+
+void PanesLayout::AddAboveList(QWidget& widget) {
+    static_cast<QVBoxLayout*>(fraList->layout())->insertWidget(0, &widget);
 }
 
 bool PanesLayout::IsOn(const char* name) const {
@@ -102,6 +111,7 @@ void PanesLayout::LayOut() {
     ShowContentsBand();
     parts_.window.layout()->activate();
     parts_.window.centralWidget()->layout()->activate();
+    fraList->layout()->activate();
     parts_.list.FitColumns();
 }
 

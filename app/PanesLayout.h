@@ -22,6 +22,9 @@ public:
     /// Shows and hides the bars, and fits the columns of the list.
     void LayOut();
 
+    /// Puts a widget above the list, in the same pane.
+    void AddAboveList(QWidget& widget);
+
     /// Divides the room among list, tree and raw text. The window has to have its size.
     void DividePanes();
 
@@ -45,6 +48,7 @@ private:
     WindowParts parts_;
     QSplitter* splWhole;
     QSplitter* splBottom;
+    QWidget* fraList; // the upper pane
     QWidget* clbLeft;
     int listPaneSize_ = 0; // pixels; what "Message contents" restores
     int treePaneSize_ = 0; // pixels; what "Format layout" restores

@@ -155,7 +155,7 @@ void RefreshDesk::tmrRefresh_Timer() {
         return;
     }
     AppState& state = parts_.state;
-    switch (DecideTick(parts_.timer.IntervalMs(), parts_.ports.clock.Now().date(), parts_.model.Count(), state)) {
+    switch (DecideTick(parts_.timer.IntervalMs(), parts_.ports.clock.Now().date(), parts_.model.TotalCount(), state)) {
     case TickAction::Nothing:
         return;
     case TickAction::FirstRefresh:

@@ -77,8 +77,8 @@ void WindowJobs::Cleanse(const QString& archiveDir, qint16 days, std::shared_ptr
 
 /// What the list knows of a message, which it need not have.
 MessageRow WindowJobs::KnownRow(const QString& name) const {
-    const int row = model_.RowOfKey(name);
-    return row < 0 ? MessageRow(name, -1, 0, {}) : model_.Row(row);
+    const MessageRow* row = model_.Find(name);
+    return row == nullptr ? MessageRow(name, -1, 0, {}) : *row;
 }
 
 void WindowJobs::PutFilesBack(std::vector<PutBack> items, QStringList emptied, std::shared_ptr<ActionRecord> record) {

@@ -13,6 +13,7 @@
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
 #include "app/PanesLayout.h"
+#include "app/QuickDesk.h"
 #include "app/RefreshDesk.h"
 #include "app/SetupDesk.h"
 #include "app/StatusBarView.h"
@@ -88,6 +89,7 @@ void frmMain::CreateDesks() {
     expiry_ = std::make_unique<ExpiryDesk>(parts_, *refresh_);
     actions_ = std::make_unique<ActionDesk>(parts_, *list_, *delivery_);
     find_ = std::make_unique<FindDesk>(parts_, *list_);
+    quick_ = std::make_unique<QuickDesk>(parts_, *list_, *panes_);
     export_ = std::make_unique<ExportDesk>(parts_);
     history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_, *export_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
@@ -145,6 +147,7 @@ void frmMain::ConnectFileAndEdit() {
     On("mnuEditFind", [this] { find_->mnuEditFind_Click(); });
     On("mnuEditFindNext", [this] { find_->mnuEditFindNext_Click(); });
     On("mnuEditFindAll", [this] { find_->mnuEditFindAll_Click(); });
+    On("mnuEditQuick", [this] { quick_->mnuEditQuick_Click(); });
     connect(&menus_->Menu("mnuEdit"), &QMenu::aboutToShow, list_.get(), &ListDesk::mnuEdit_Click);
 }
 
@@ -398,9 +401,12 @@ bool frmMain::WindowKeyDown(QWidget& widget, QEvent* event) {
         return false;
     }
     // A text box would take Ctrl+A or Ctrl+C for itself; in this window the menus own their shortcuts. A key that is a
-    // shortcut shows itself here only.
+    // shortcut shows itself here only. Where a text is typed, Del and the like are for the text.
     if (event->type() == QEvent::ShortcutOverride) {
         timer_.PutOff();
+        if (quick_->IsField(widget)) {
+            return false;
+        }
         event->ignore();
         return true;
     }
@@ -424,6 +430,9 @@ void frmMain::FormKeyDown(const QKeyEvent& key) {
     timer_.PutOff();
     if (isEscape && jobs_.IsAtWork() && !jobs_.GivesWay()) {
         jobs_.Stop();
+    } else if (isEscape && quick_->ClosesNow()) {
+        jobs_.MakeWay();
+        errors_.Guard([this] { quick_->Close(); });
     } else if (isEscape) {
         jobs_.MakeWay();
         state_.FindText.clear();

@@ -20,6 +20,7 @@ class HelpDesk;
 class HistoryDesk;
 class ListDesk;
 class PanesLayout;
+class QuickDesk;
 class RefreshDesk;
 class SetupDesk;
 class ToolsDesk;
@@ -119,6 +120,7 @@ private:
     std::unique_ptr<ExpiryDesk> expiry_;
     std::unique_ptr<ActionDesk> actions_;
     std::unique_ptr<FindDesk> find_;
+    std::unique_ptr<QuickDesk> quick_;
     std::unique_ptr<ExportDesk> export_;
     std::unique_ptr<HistoryDesk> history_;
     std::unique_ptr<SetupDesk> setup_;

@@ -88,7 +88,7 @@ void RefreshTask::Cancel() {
     listing_.reset();
     if (isFull_ && !reading_ && profile_ == &ChosenProfile(state_)) {
         // The list is still the one before, so what follows it is known. That of another server is made anew.
-        state_.LastAddedFile = model_.Count() > 0 ? listedLast_.name : QString();
+        state_.LastAddedFile = model_.TotalCount() > 0 ? listedLast_.name : QString();
         state_.LastArrival = listedLast_;
     }
     if (reading_) {
@@ -160,7 +160,7 @@ std::vector<FileEntry> RefreshTask::FilesToRead(std::vector<FileEntry> files) {
                 return IsSameMessage(archive_, ChosenProfile(state_).places, left, right);
             });
         // A listed file that was written to again comes later in the order, and is still one row.
-        std::erase_if(files, [this](const FileEntry& file) { return model_.RowOfKey(file.name) >= 0; });
+        std::erase_if(files, [this](const FileEntry& file) { return model_.Find(file.name) != nullptr; });
     }
     const QDate today = ports_.clock.Now().date();
     std::erase_if(files, [this, today](const FileEntry& file) {
@@ -173,7 +173,7 @@ std::vector<FileEntry> RefreshTask::FilesToRead(std::vector<FileEntry> files) {
 // A message that was met half-written or locked is whole by now, it may be. One that simply is no message stays one
 // until its file changes.
 std::vector<FileEntry> RefreshTask::FilesToReadAgain(const std::vector<FileEntry>& files) {
-    std::erase_if(failed_, [this](const auto& entry) { return model_.RowOfKey(entry.first) < 0; });
+    std::erase_if(failed_, [this](const auto& entry) { return model_.Find(entry.first) == nullptr; });
     std::vector<FileEntry> found;
     if (failed_.empty()) {
         return found;
@@ -271,7 +271,7 @@ void RefreshTask::AddRow(Read read) {
     listedLast_ = state_.LastArrival;
     result_.lastMessageWasRead = read.row.loaded;
     NoteFailed(read.row);
-    const int rows = model_.Count() + static_cast<int>(batch_.size()) + 1;
+    const int rows = model_.TotalCount() + static_cast<int>(batch_.size()) + 1;
     if (rows % 10 == 0) {
         Q_EMIT Progress(rows);
     }
@@ -287,18 +287,18 @@ void RefreshTask::AddRow(Read read) {
 void RefreshTask::ReplaceRow(Read read) {
     MessageRow& row = read.row.row;
     const QString key = row.Key();
-    const int place = model_.RowOfKey(key);
+    const MessageRow* known = model_.Find(key);
     failed_.erase(key);
     NoteFailed(read.row);
-    if (place < 0) {
+    if (known == nullptr) {
         return;
     }
     if (read.wasMoved) {
-        model_.Remove({place});
+        model_.RemoveKey(key);
         return;
     }
-    row.SetUnread(model_.Row(place).IsUnread());
-    model_.Update(place, std::move(row));
+    row.SetUnread(known->IsUnread());
+    model_.Replace(std::move(row));
 }
 
 void RefreshTask::NoteFailed(const ReadRow& row) {

@@ -58,8 +58,7 @@ QString WindowTitle(const QString& text) {
 }
 
 QString ShownText(const QString& text) {
-    constexpr qsizetype longest = 1000;
-    return text.size() <= longest ? text : text.left(longest) + QChar(0x2026);
+    return text.size() <= longestShownText ? text : text.left(longestShownText) + QChar(0x2026);
 }
 
 QString WithLineFeeds(QString text) {

@@ -16,6 +16,9 @@ QString CleanseLines(QString text);
 /// The same for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
 QString WindowTitle(const QString& text);
 
+/// So many characters of a text are shown at most; an ellipsis stands for the rest.
+constexpr qsizetype longestShownText = 1000;
+
 /// What is shown of a text that may be a megabyte long: widgets lay out what they get at every paint.
 QString ShownText(const QString& text);
 

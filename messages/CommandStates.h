@@ -7,13 +7,14 @@ namespace quellbox {
 /// What decides which commands can be used.
 struct CommandConditions {
     Activity activity = Activity::Idle;
-    int rows = 0;              ///< in the list
+    int rows = 0;              ///< in the list, and in sight
     int selected = 0;          ///< of them
     int tolerationLevel = 0;   ///< as AppState has it
     int filterDays = 0;        ///< as AppState has it
     bool offersView = false;   ///< exactly one row was selected when the mouse button went down last
     bool undoable = false;     ///< an action can be taken back
     bool keepsDeleted = false; ///< deleted messages are kept, so that the user counts on taking back
+    bool narrowed = false;     ///< the list is narrowed by words, which the Edit menu ends
 };
 
 /// Which commands can be used.

@@ -60,26 +60,36 @@ void DisposalTask::Start(qint16 action, const DisposalFolders& folders, std::vec
         return;
     }
     const bool isKnown = action >= Action::unblock && action <= Action::unblockTolerated;
-    rows_ = isKnown ? std::move(rows) : std::vector<int>();
+    if (!isKnown) {
+        rows.clear();
+    }
     gone_.clear();
     result_ = {};
     isRunning_ = true;
     kept_ = action == Action::remove ? kept : nullptr;
-    const auto messages = std::make_shared<std::vector<MessageRow>>();
-    messages->reserve(rows_.size());
-    for (const int row : rows_) {
-        messages->push_back(model_.Row(row));
-    }
+    const auto messages = std::make_shared<const std::vector<MessageRow>>(MessagesAt(rows));
     if (record) {
         record->Announce(KeysOf(*messages));
     }
     work_.emplace(
-        pool_, rows_.size(),
+        pool_, rows.size(),
         [&files = files_, order = Order{action, folders, std::move(kept), std::move(record), messages}](size_t item) {
             return Dispose(files, order, (*order.messages)[item]);
         },
         [this](size_t item, Failure failure) { Take(item, std::move(failure)); }, [this](SeriesEnd) { End(); });
     work_->Start();
+}
+
+/// Returns copies of the rows, and keeps in mind where they are.
+std::vector<MessageRow> DisposalTask::MessagesAt(const std::vector<int>& rows) {
+    places_.clear();
+    std::vector<MessageRow> messages;
+    messages.reserve(rows.size());
+    for (const int row : rows) {
+        messages.push_back(model_.Row(row));
+        places_.push_back(model_.PlaceOf(row));
+    }
+    return messages;
 }
 
 void DisposalTask::Cancel() {
@@ -141,8 +151,8 @@ void DisposalTask::Take(size_t item, Failure failure) {
     if (failure) {
         result_.failures.push_back(std::move(*failure));
     }
-    gone_.push_back(rows_[item]);
-    const int rowsLeft = model_.Count() - static_cast<int>(gone_.size());
+    gone_.push_back(places_[item]);
+    const int rowsLeft = model_.TotalCount() - static_cast<int>(gone_.size());
     if (rowsLeft % progressStep == 0) {
         Q_EMIT RowsLeft(rowsLeft);
     }
@@ -152,6 +162,7 @@ void DisposalTask::Take(size_t item, Failure failure) {
 void DisposalTask::End() {
     work_.reset(); // it holds the record of the action
     result_.rowsGone = static_cast<int>(gone_.size());
+    std::transform(gone_.begin(), gone_.end(), gone_.begin(), [this](int place) { return model_.RowAtPlace(place); });
     // The rows above the last one have gone as well, so what followed it is now that much further up.
     const int following = gone_.empty() ? -1 : gone_.back() - (result_.rowsGone - 1);
     model_.Remove(gone_);

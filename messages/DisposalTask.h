@@ -37,7 +37,8 @@ struct DisposalResult {
 
 /// Deletes the files of selected messages or unblocks them, many at once beside the thread of this
 /// object, and then removes the rows. A failure never stops it, and the row goes all the same: the list shows what the
-/// user wants, the next full refresh what is still there. Nothing else may change the list meanwhile.
+/// user wants, the next full refresh what is still there. Nothing else may remove or move rows meanwhile, or take them
+/// out of sight.
 ///
 /// What is deleted can be kept in a folder, by one call for each message, a read-only one too: that can be undone.
 class DisposalTask : public QObject {
@@ -47,8 +48,8 @@ public:
     /// What is lent has to outlive this object.
     DisposalTask(FileSystem& files, WorkPool& pool, MessageListModel& model);
 
-    /// Begins with `rows`, which are ascending. What is deleted goes into `kept` where that is given. Does nothing
-    /// while rows are disposed of.
+    /// Begins with `rows`, which are in sight and ascending. What is deleted goes into `kept` where that is given. Does
+    /// nothing while rows are disposed of.
     void Start(qint16 action, const DisposalFolders& folders, std::vector<int> rows,
                std::shared_ptr<KeptFolder> kept = nullptr, std::shared_ptr<ActionRecord> record = nullptr);
 
@@ -66,7 +67,7 @@ Q_SIGNALS:
     /// So many messages have been dealt with.
     void Progress(int done);
 
-    /// The number of rows that will be left is a multiple of 100.
+    /// The number of rows that will be left of all is a multiple of 100.
     void RowsLeft(int count);
 
     /// The rows have gone; other ones may be disposed of.
@@ -87,6 +88,7 @@ private:
     static QString DisposeOfFile(FileSystem& files, const Order& order, const QString& key);
     static Failure TryToDispose(FileSystem& files, const Order& order, const QString& key, QString& answer);
     static Failure Dispose(FileSystem& files, const Order& order, const MessageRow& message);
+    std::vector<MessageRow> MessagesAt(const std::vector<int>& rows);
     void Take(size_t item, Failure failure);
     void End();
 
@@ -95,8 +97,8 @@ private:
     MessageListModel& model_;
     std::optional<OrderedWork<Failure>> work_;
     std::shared_ptr<const KeptFolder> kept_;
-    std::vector<int> rows_;
-    std::vector<int> gone_;
+    std::vector<int> places_; // of the messages: a look at another one may bring that into sight among them
+    std::vector<int> gone_;   // places, too
     DisposalResult result_;
     bool isRunning_ = false;
 };

@@ -14,7 +14,7 @@ TableColumns ListTableColumns(bool ratesByNumber);
 /// The cells of one row in those columns.
 QStringList CellsOf(const MessageRow& row);
 
-/// All rows, in the order in which the list shows them.
+/// The rows in sight, in the order in which the list shows them.
 std::vector<MessageRow> CopyOfRows(const MessageListModel& model);
 
 /// The cells of these rows in those columns.

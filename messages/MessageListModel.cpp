@@ -1,6 +1,7 @@
 #include "messages/MessageListModel.h"
 
 #include "mail/DisplayText.h"
+#include "messages/RemoveAt.h"
 #include "messages/SortKeys.h"
 
 #include <QCoreApplication>
@@ -45,6 +46,12 @@ std::vector<Range> RangesOf(const std::vector<int>& rows) {
         }
     }
     return ranges;
+}
+
+std::vector<int> RowsOf(const Range& range) {
+    std::vector<int> rows(static_cast<size_t>(range.last - range.first + 1));
+    std::iota(rows.begin(), rows.end(), range.first);
+    return rows;
 }
 
 /// Another thread frees a long list, which takes longer than a window may stand still.
@@ -113,6 +120,16 @@ bool MessageListModel::setHeaderData(int section, Qt::Orientation orientation, c
     return true;
 }
 
+int MessageListModel::RowOfKey(const QString& key) const {
+    const int place = rowOfKey_.Find(key, rows_);
+    return place < 0 ? -1 : RowAtPlace(place);
+}
+
+const MessageRow* MessageListModel::Find(const QString& key) const {
+    const int place = rowOfKey_.Find(key, rows_);
+    return place < 0 ? nullptr : &rows_[static_cast<size_t>(place)];
+}
+
 void MessageListModel::Clear() {
     if (rows_.empty()) {
         return;
@@ -120,23 +137,62 @@ void MessageListModel::Clear() {
     beginResetModel();
     DestroyLater(std::exchange(rows_, {}));
     rowOfKey_.Clear();
+    sight_.RemoveAll();
     endResetModel();
+    Q_EMIT CountsChanged();
 }
 
 void MessageListModel::Append(std::vector<MessageRow> rows) {
     if (rows.empty()) {
         return;
     }
-    beginInsertRows({}, Count(), Count() + static_cast<int>(rows.size()) - 1);
+    const std::vector<int> shown = sight_.PlacesOfNew(rows);
+    const int count = IsNarrowed() ? static_cast<int>(shown.size()) : static_cast<int>(rows.size());
+    if (count > 0) {
+        beginInsertRows({}, Count(), Count() + count - 1);
+    }
     rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
     rowOfKey_.Clear();
-    endInsertRows();
+    for (const int place : shown) {
+        sight_.Add(place);
+    }
+    if (count > 0) {
+        endInsertRows();
+    }
+    Q_EMIT CountsChanged();
 }
 
 void MessageListModel::Update(int row, MessageRow contents) {
-    rows_[static_cast<size_t>(row)] = std::move(contents);
-    rowOfKey_.Clear();
+    Put(PlaceOf(row), std::move(contents));
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+/// True when the row comes into sight by that.
+bool MessageListModel::Put(int place, MessageRow contents) {
+    rows_[static_cast<size_t>(place)] = std::move(contents);
+    rowOfKey_.Clear();
+    return sight_.Put(place, rows_[static_cast<size_t>(place)]);
+}
+
+void MessageListModel::Replace(MessageRow contents) {
+    const int place = rowOfKey_.Find(contents.Key(), rows_);
+    if (place < 0) {
+        return;
+    }
+    if (const int row = RowAtPlace(place); row >= 0) {
+        Update(row, std::move(contents));
+    } else if (Put(place, std::move(contents))) {
+        beginInsertRows({}, sight_.RowFor(place), sight_.RowFor(place));
+        sight_.Add(place);
+        endInsertRows();
+        Q_EMIT CountsChanged();
+    }
+}
+
+void MessageListModel::Drop(const std::vector<int>& places) {
+    sight_.Remove(places, TotalCount());
+    RemoveAt(rows_, places);
+    rowOfKey_.Clear();
 }
 
 void MessageListModel::Remove(const std::vector<int>& rows) {
@@ -148,37 +204,67 @@ void MessageListModel::Remove(const std::vector<int>& rows) {
         for (; !ranges.empty(); ranges.pop_back()) {
             const Range range = ranges.back();
             beginRemoveRows({}, range.first, range.last);
-            rows_.erase(rows_.begin() + range.first, rows_.begin() + range.last + 1);
-            rowOfKey_.Clear(); // after every range, since a listener may look rows up between them
+            Drop(sight_.PlacesOf(RowsOf(range))); // each time, since a listener may look rows up between them
             endRemoveRows();
         }
+    } else {
+        beginResetModel();
+        Drop(sight_.PlacesOf(rows));
+        endResetModel();
+    }
+    Q_EMIT CountsChanged();
+}
+
+void MessageListModel::RemoveKey(const QString& key) {
+    const int place = rowOfKey_.Find(key, rows_);
+    if (place < 0) {
         return;
     }
-    beginResetModel();
-    size_t kept = 0;
-    auto removed = rows.begin();
-    for (size_t row = 0; row < rows_.size(); ++row) {
-        if (removed != rows.end() && static_cast<size_t>(*removed) == row) {
-            ++removed;
-            continue;
-        }
-        if (kept != row) {
-            rows_[kept] = std::move(rows_[row]);
-        }
-        ++kept;
+    if (const int row = RowAtPlace(place); row >= 0) {
+        Remove({row});
+        return;
     }
-    rows_.resize(kept);
-    rowOfKey_.Clear();
-    endResetModel();
+    Drop({place});
+    Q_EMIT CountsChanged();
 }
 
 void MessageListModel::MarkRows(int first, int last, bool unread) {
     for (int row = first; row <= last; ++row) {
-        rows_[static_cast<size_t>(row)].SetUnread(unread);
+        MarkPlace(PlaceOf(row), unread);
     }
     if (first <= last) {
         Q_EMIT dataChanged(index(first, 0), index(last, ColumnCount - 1), {unreadRole});
     }
+}
+
+void MessageListModel::MarkKey(const QString& key, bool unread) {
+    const int place = rowOfKey_.Find(key, rows_);
+    if (place < 0) {
+        return;
+    }
+    if (const int row = RowAtPlace(place); row >= 0) {
+        MarkRows(row, row, unread);
+    } else {
+        MarkPlace(place, unread);
+    }
+}
+
+bool MessageListModel::Narrow(const QString& text) {
+    const QuickFilter filter(text);
+    if (filter == sight_.Filter()) {
+        return false;
+    }
+    std::vector<int> places = sight_.PlacesFor(filter, rows_);
+    const bool isShown = sight_.IsShown(filter, places, TotalCount());
+    if (isShown) {
+        sight_.Show(filter, std::move(places));
+        return false;
+    }
+    beginResetModel();
+    sight_.Show(filter, std::move(places));
+    endResetModel();
+    Q_EMIT CountsChanged();
+    return true;
 }
 
 void MessageListModel::sort(int column, Qt::SortOrder order) {
@@ -194,23 +280,32 @@ void MessageListModel::sort(int column, Qt::SortOrder order) {
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(sequence.begin(), sequence.end(), precedes);
+    Rearrange(sequence);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+/// Puts the row of each place of the sequence where that stands in it, and lets the views' indexes follow.
+void MessageListModel::Rearrange(const std::vector<int>& sequence) {
     std::vector<MessageRow> sorted;
     sorted.reserve(rows_.size());
-    std::vector<int> newRow(rows_.size());
-    for (const int row : sequence) {
-        newRow[static_cast<size_t>(row)] = static_cast<int>(sorted.size());
-        sorted.push_back(std::move(rows_[static_cast<size_t>(row)]));
+    std::vector<int> newPlaces(rows_.size());
+    for (const int place : sequence) {
+        newPlaces[static_cast<size_t>(place)] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(rows_[static_cast<size_t>(place)]));
     }
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> places(static_cast<size_t>(before.size()));
+    std::transform(before.begin(), before.end(), places.begin(),
+                   [&](const QModelIndex& old) { return newPlaces[static_cast<size_t>(PlaceOf(old.row()))]; });
     rows_ = std::move(sorted);
     rowOfKey_.Clear();
-    const QModelIndexList before = persistentIndexList();
+    sight_.Reorder(sequence, newPlaces);
     QModelIndexList after;
     after.reserve(before.size());
-    for (const QModelIndex& old : before) {
-        after.append(index(newRow[static_cast<size_t>(old.row())], old.column()));
+    for (qsizetype number = 0; number < before.size(); ++number) {
+        after.append(index(RowAtPlace(places[static_cast<size_t>(number)]), before[number].column()));
     }
     changePersistentIndexList(before, after);
-    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 } // namespace quellbox

@@ -21,9 +21,9 @@ qint32 AddSize(qint32 total, qint64 size) {
 
 QString CountText(const MessageListModel& model, const AppState& state, bool filtered) {
     if (!filtered) {
-        return QCoreApplication::translate("quellbox", "%n messages", nullptr, model.Count());
+        return QCoreApplication::translate("quellbox", "%n messages", nullptr, model.TotalCount());
     }
-    const QString count = QString::number(model.Count());
+    const QString count = QString::number(model.TotalCount());
     const bool known = state.FilterDays >= 0 && state.FilterDays < static_cast<int>(state.FilterCaptions.size());
     return known ? count + state.FilterCaptions[static_cast<size_t>(state.FilterDays)] : count;
 }
@@ -33,7 +33,7 @@ QString CountText(const MessageListModel& model, const AppState& state, bool fil
 SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std::vector<RowRange>& selected,
                                        const AppState& state, bool filtered) {
     SelectionStatus status;
-    status.hasRows = model.Count() > 0;
+    status.hasRows = model.TotalCount() > 0;
     if (!status.hasRows) {
         return status;
     }

@@ -23,7 +23,8 @@ struct SelectionStatus {
     bool hasRows = false; ///< the panel texts are to be shown
 };
 
-/// Counts the selected rows and adds up their sizes. `selected` holds ascending ranges without overlap; `filtered`
+/// Counts the selected rows and adds up their sizes. The count of messages is that of the whole list, also where only a
+/// part of it is in sight. `selected` holds ascending ranges without overlap; `filtered`
 /// tells that the button "filter" is pressed. In an empty list the panel texts are left empty and are not to be shown.
 /// Throws OverflowError at 2 GiB and more and above 32,767 rows.
 SelectionStatus ComputeSelectionStatus(const MessageListModel& model, const std::vector<RowRange>& selected,

@@ -1,31 +1,12 @@
 #include "messages/SortKeys.h"
 
+#include "messages/FoldCase.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 namespace quellbox {
-
-namespace {
-
-/// Folds the case of a text, which keeps its length.
-void Fold(QChar* text, const QChar* end) {
-    char16_t last = 0;
-    for (; text != end; ++text) {
-        const char16_t code = text->unicode();
-        if (code < 0x80) {
-            *text = QChar(code >= u'A' && code <= u'Z' ? static_cast<char16_t>(code + 0x20) : code);
-        } else if (QChar::isLowSurrogate(code) && QChar::isHighSurrogate(last)) {
-            // No folding of such a pair changes its first half.
-            *text = QChar(QChar::lowSurrogate(QChar::toCaseFolded(QChar::surrogateToUcs4(last, code))));
-        } else {
-            *text = text->toCaseFolded();
-        }
-        last = code;
-    }
-}
-
-} // namespace
 
 SortKeys::SortKeys(const std::vector<MessageRow>& rows, int column, bool ratesByNumber) {
     if (column == ColumnDate) {
@@ -67,7 +48,7 @@ void SortKeys::TakeTexts(const std::vector<MessageRow>& rows, int column) {
     }
     QChar* const text = folded_.data();
     for (size_t row = 0; row < rows.size(); ++row) {
-        Fold(text + begins_[row], text + begins_[row + 1]);
+        FoldCase(text + begins_[row], text + begins_[row + 1]);
     }
 }
 

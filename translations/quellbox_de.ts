@@ -2315,6 +2315,10 @@
         <source>&amp;Export List...</source>
         <translation>Liste &amp;exportieren...</translation>
     </message>
+    <message>
+        <source>Filter &amp;by text</source>
+        <translation>Nach &amp;Text filtern</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
@@ -2332,6 +2336,21 @@
     <message>
         <source>Divider between layout and raw contents</source>
         <translation>Trennleiste zwischen Aufbau und Quelltext</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::QuickDesk</name>
+    <message>
+        <source>Filter by text</source>
+        <translation>Nach Text filtern</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Messages with these words:</source>
+        <translation>Nachrichten mit diesen Wörtern:</translation>
     </message>
 </context>
 <context>

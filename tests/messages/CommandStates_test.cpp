@@ -15,6 +15,14 @@ TEST(CommandStates, AnEmptyListLeavesWhatNeedsNoMessage) {
     EXPECT_TRUE(can.list && can.whitelist && can.refresh && can.tolerateMenu);
 }
 
+TEST(CommandStates, AListOfWhichNothingIsInSightCanBeWidened) {
+    CommandConditions now{Activity::Idle, 0, 0, 1};
+    now.narrowed = true;
+    const CommandStates can = ComputeCommandStates(now);
+    EXPECT_TRUE(can.edit);
+    EXPECT_FALSE(can.find || can.exportList || can.onSelected);
+}
+
 TEST(CommandStates, RowsWithoutSelectionCanBeSearchedAndExported) {
     const CommandStates can = Can(Activity::Idle, 3, 0);
     EXPECT_TRUE(can.edit && can.find && can.exportList);

@@ -74,6 +74,23 @@ TEST_F(Disposal, DeletesTheFilesAndTheRows) {
     EXPECT_EQ(files.Paths(), QStringList({folders.archive + Name(1), folders.archive + Name(3)}));
 }
 
+TEST_F(Disposal, TakesTheRightRowsOfANarrowedListAwayWhenAnotherOneComesIntoSight) {
+    Fill(5);
+    model.Replace(RowWith(QStringLiteral("other"), Name(0)));
+    model.Narrow(QStringLiteral(".eml"));
+    ThreadWorkPool pool;
+    DisposalTask task(files, pool, model);
+    DisposalResult result;
+    QObject::connect(&task, &DisposalTask::Ended, [&result](const DisposalResult& ended) { result = ended; });
+    task.Start(Action::remove, folders, {1, 2});
+    model.Replace(RowWith(Name(0))); // in front of them
+    EXPECT_TRUE(RunUntil([&task] { return !task.IsRunning(); }));
+    EXPECT_EQ(Keys(), QStringList({Name(0), Name(1), Name(4)}));
+    EXPECT_EQ(result.nextKey, Name(4));
+    EXPECT_EQ(files.Paths(),
+              QStringList({folders.archive + Name(0), folders.archive + Name(1), folders.archive + Name(4)}));
+}
+
 TEST_F(Disposal, DoesNotUnblockWhatIsPackedAndSaysSo) {
     for (const qint16 action : {Action::unblock, Action::unblockTolerated}) {
         Fill(3);
