@@ -33,7 +33,7 @@ QByteArrayView View(const xmlChar* text) {
 }
 
 /// Between the parser's calls and the sink.
-struct Run {
+struct ParserRun {
     HtmlSink& sink;
     HtmlAttributes attributes = {};
     qint64 depth = 0;
@@ -44,7 +44,7 @@ struct Run {
 };
 
 void OnStart(void* data, const xmlChar* name, const xmlChar** attributes) {
-    auto& run = *static_cast<Run*>(data);
+    auto& run = *static_cast<ParserRun*>(data);
     run.attributes.clear();
     for (; attributes != nullptr && attributes[0] != nullptr; attributes += 2) {
         run.attributes.emplace_back(View(attributes[0]),
@@ -60,7 +60,7 @@ void OnStart(void* data, const xmlChar* name, const xmlChar** attributes) {
 }
 
 void OnEnd(void* data, const xmlChar*) {
-    auto& run = *static_cast<Run*>(data);
+    auto& run = *static_cast<ParserRun*>(data);
     run.words = 0;
     if (--run.depth > 0) {
         run.sink.End();
@@ -70,13 +70,13 @@ void OnEnd(void* data, const xmlChar*) {
 }
 
 void OnText(void* data, const xmlChar* text, int size) {
-    auto& run = *static_cast<Run*>(data);
+    auto& run = *static_cast<ParserRun*>(data);
     run.words = 0;
     run.sink.Text(QByteArrayView(reinterpret_cast<const char*>(text), size));
 }
 
 void OnComment(void* data, const xmlChar*) {
-    static_cast<Run*>(data)->words = 0;
+    static_cast<ParserRun*>(data)->words = 0;
 }
 
 htmlSAXHandler Handler() {
@@ -112,7 +112,7 @@ void RemoveMarkedSections(QByteArray& page) {
 }
 
 /// Adds the work that a piece makes, and says whether there is more of it than a page may make.
-bool IsTooMuch(QByteArrayView piece, Run& run) {
+bool IsTooMuch(QByteArrayView piece, ParserRun& run) {
     bool wasBlank = false;
     for (const char c : piece) {
         const bool isBlank = c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '/' || c == '"' || c == '\'';
@@ -126,7 +126,7 @@ bool IsTooMuch(QByteArrayView piece, Run& run) {
 /// Looks whether the parser waits for the end of a tag. It also waits for the end of a long text, which costs nothing.
 /// From a piece that ended between quotes libxml2 2.9 goes on without knowing which ones, and finds no end any more: so
 /// it is made to begin anew, each time with twice as much.
-void LookAfterTag(htmlParserCtxt& context, Run& run) {
+void LookAfterTag(htmlParserCtxt& context, ParserRun& run) {
     const xmlParserInput* input = context.input;
     const bool isInTag = input != nullptr && input->end - input->cur > 1 && input->cur[0] == '<' &&
                          std::isalpha(static_cast<unsigned char>(input->cur[1]));
@@ -152,7 +152,7 @@ bool ParseHtml(QByteArray utf8, HtmlSink& sink) {
     StartParserLibrary();
     std::replace(utf8.begin(), utf8.end(), '\0', ' '); // which would end the text for the parser
     RemoveMarkedSections(utf8);
-    Run run{sink};
+    ParserRun run{sink};
     htmlSAXHandler handler = Handler();
     const ContextPtr context(htmlCreatePushParserCtxt(&handler, &run, nullptr, 0, nullptr, XML_CHAR_ENCODING_UTF8));
     if (context == nullptr) {
