@@ -55,8 +55,9 @@ public:
     }
 
     ReadableBody Finish() {
-        body_.targets = numbers_.Targets();
-        body_.isMarked.resize(static_cast<size_t>(body_.targets.size()));
+        for (size_t i = 0; i < body_.places.size(); ++i) {
+            body_.places[i].address = numbers_.Targets()[static_cast<qsizetype>(i)];
+        }
         return std::move(body_);
     }
 
@@ -74,13 +75,13 @@ private:
                 page.text += QCoreApplication::translate("quellbox", "[The rest of this text is not shown.]") + u'\n';
             }
             AddText(page.text, part.level);
-            body_.isMarked.resize(static_cast<size_t>(numbers_.Targets().size()), true);
-        } else {
-            body_.isMarked.resize(static_cast<size_t>(numbers_.Targets().size()), false);
         }
+        body_.places.resize(static_cast<size_t>(numbers_.Targets().size()));
         for (HtmlLink& link : page.links) {
-            if (part.isShown && link.number > 0) {
-                body_.isMarked[static_cast<size_t>(link.number - 1)] = true;
+            if (link.number > 0) {
+                LinkPlace& place = body_.places[static_cast<size_t>(link.number - 1)];
+                place.isMarked = place.isMarked || part.isShown;
+                place.text = place.text.isEmpty() ? link.text : place.text;
             }
             body_.links.push_back(std::move(link));
         }
@@ -101,7 +102,7 @@ QString HeadLines(const RawFieldList& fields) {
          {"Subject", QT_TRANSLATE_NOOP("quellbox", "Subject: %1")}}};
     QString lines;
     for (const auto& [name, caption] : captions) {
-        const QString value = FieldText(fields, name);
+        const QString value = RawFieldText(fields, name);
         if (!value.isEmpty()) {
             lines += QCoreApplication::translate("quellbox", caption).arg(value) + u'\n';
         }

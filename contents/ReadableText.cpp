@@ -1,7 +1,10 @@
 #include "contents/ReadableText.h"
 
+#include "contents/AttachmentNature.h"
+#include "contents/MessageWarnings.h"
 #include "contents/ReadableBody.h"
 #include "mail/DisplayText.h"
+#include "mail/LinkTarget.h"
 #include "messages/FormatSize.h"
 
 #include <QCoreApplication>
@@ -12,9 +15,16 @@ namespace {
 
 QString AttachmentLine(const OutlinePart& part) {
     const QString name = CleanseForDisplay(part.fileName);
-    return QStringLiteral("  %1 (%2, %3)\n")
-        .arg(name.isEmpty() ? QCoreApplication::translate("quellbox", "without a name") : name,
-             CleanseForDisplay(QString::fromLatin1(part.type)), FormatSize(part.size));
+    const AttachmentNature nature = JudgeAttachment(part);
+    QString line = QStringLiteral("  %1 (%2, %3)")
+                       .arg(name.isEmpty() ? QCoreApplication::translate("quellbox", "without a name") : name,
+                            CleanseForDisplay(QString::fromLatin1(part.type)), FormatSize(part.size));
+    if (nature.runs) {
+        line += QStringLiteral(" ! ") + QCoreApplication::translate("quellbox", "runs when it is opened");
+    } else if (nature.hasMacros) {
+        line += QStringLiteral(" ! ") + QCoreApplication::translate("quellbox", "holds programs");
+    }
+    return line + u'\n';
 }
 
 QString AttachmentLines(const MessageOutline& outline) {
@@ -27,25 +37,45 @@ QString AttachmentLines(const MessageOutline& outline) {
     return lines.isEmpty() ? lines : QCoreApplication::translate("quellbox", "Attachments:") + u'\n' + lines;
 }
 
+/// Where a link leads. Of one whose number does not stand in the text, because the text is not that of the page, it is
+/// said what it shows; and the host is said where it is not plain to see.
+QString LinkLine(const LinkPlace& place) {
+    const bool saysText = !place.isMarked && !place.text.isEmpty();
+    QString line = saysText ? CleanseForDisplay(place.text) + QStringLiteral(": ") : QString();
+    line += CleanseForDisplay(place.address);
+    const LinkTarget target = ReadLinkTarget(place.address);
+    return target.user.isEmpty() ? line : line + QStringLiteral(" (%1)").arg(CleanseForDisplay(target.host));
+}
+
+QString WarningLines(const std::vector<MessageWarning>& warnings) {
+    QString lines;
+    for (const MessageWarning& warning : warnings) {
+        lines += QStringLiteral("! ") + warning.text + u'\n';
+    }
+    return lines;
+}
+
 QString LinkLines(const ReadableBody& body) {
     QString lines;
-    for (qsizetype i = 0; i < body.targets.size(); ++i) {
-        lines += QStringLiteral("[%1] ").arg(i + 1) + CleanseForDisplay(body.targets[i]) + u'\n';
+    for (size_t i = 0; i < body.places.size(); ++i) {
+        lines += QStringLiteral("[%1] ").arg(i + 1) + LinkLine(body.places[i]) + u'\n';
     }
     return lines.isEmpty() ? lines : QCoreApplication::translate("quellbox", "Links:") + u'\n' + lines;
 }
 
 } // namespace
 
-QString ReadableText(const QByteArray& bytes, const ServerProfile&) {
+QString ReadableText(const QByteArray& bytes, const ServerProfile& profile) {
     MessageOutline outline;
     const LoadError error = ReadOutline(bytes, outline);
     if (error != LoadError::None) {
         return LoadErrorText(error);
     }
     const ReadableBody body = ReadBody(outline);
+    const QString warnings = WarningLines(FindWarnings({bytes, outline, body, profile}));
     QString text;
-    for (const QString& section : {HeadLines(outline.fields), body.text, AttachmentLines(outline), LinkLines(body)}) {
+    for (const QString& section :
+         {warnings, HeadLines(outline.fields), body.text, AttachmentLines(outline), LinkLines(body)}) {
         if (!section.isEmpty()) {
             text += text.isEmpty() ? section : u'\n' + section;
         }

@@ -150,13 +150,13 @@ void ReadDeclaration(QByteArrayView text, HtmlDeclarations& declared) {
 }
 
 template <class Value>
-void Take(std::optional<Value>& into, const std::optional<Value>& from) {
+void TakeDeclared(std::optional<Value>& into, const std::optional<Value>& from) {
     if (from) {
         into = from;
     }
 }
 
-bool IsGone(const HtmlDeclarations& declared) {
+bool HidesAll(const HtmlDeclarations& declared) {
     return !declared.isDisplayed.value_or(true) || declared.isTransparent.value_or(false) ||
            declared.isOffScreen.value_or(false) || declared.hidesInOutlook.value_or(false) ||
            (declared.hasNoRoom.value_or(false) && declared.clips.value_or(false));
@@ -165,17 +165,17 @@ bool IsGone(const HtmlDeclarations& declared) {
 } // namespace
 
 void HtmlDeclarations::Merge(const HtmlDeclarations& stronger) {
-    Take(isDisplayed, stronger.isDisplayed);
-    Take(isVisible, stronger.isVisible);
-    Take(isTransparent, stronger.isTransparent);
-    Take(isOffScreen, stronger.isOffScreen);
-    Take(hasNoRoom, stronger.hasNoRoom);
-    Take(clips, stronger.clips);
-    Take(hidesInOutlook, stronger.hidesInOutlook);
-    Take(fontSize, stronger.fontSize);
-    Take(color, stronger.color);
-    Take(background, stronger.background);
-    Take(keepsBlanks, stronger.keepsBlanks);
+    TakeDeclared(isDisplayed, stronger.isDisplayed);
+    TakeDeclared(isVisible, stronger.isVisible);
+    TakeDeclared(isTransparent, stronger.isTransparent);
+    TakeDeclared(isOffScreen, stronger.isOffScreen);
+    TakeDeclared(hasNoRoom, stronger.hasNoRoom);
+    TakeDeclared(clips, stronger.clips);
+    TakeDeclared(hidesInOutlook, stronger.hidesInOutlook);
+    TakeDeclared(fontSize, stronger.fontSize);
+    TakeDeclared(color, stronger.color);
+    TakeDeclared(background, stronger.background);
+    TakeDeclared(keepsBlanks, stronger.keepsBlanks);
 }
 
 HtmlDeclarations ReadDeclarations(QByteArrayView text) {
@@ -190,7 +190,7 @@ HtmlDeclarations ReadDeclarations(QByteArrayView text) {
 
 HtmlLook HtmlLook::Inside(const HtmlDeclarations& declared) const {
     HtmlLook look = *this;
-    look.isGone = isGone || IsGone(declared);
+    look.isGone = isGone || HidesAll(declared);
     look.isVisible = declared.isVisible.value_or(isVisible);
     look.keepsBlanks = declared.keepsBlanks.value_or(keepsBlanks);
     if (declared.fontSize) {

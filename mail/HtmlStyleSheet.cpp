@@ -7,12 +7,12 @@ namespace quellbox {
 
 namespace {
 
-constexpr qsizetype mostBytes = 512 * 1024;
+constexpr qsizetype mostSheetBytes = 512 * 1024;
 constexpr qsizetype mostRules = 5000;
 constexpr int mostClasses = 16;
 
 /// The text without comments, for which each "<!--" counts as well.
-QByteArray WithoutComments(QByteArrayView css) {
+QByteArray WithoutCssComments(QByteArrayView css) {
     QByteArray kept;
     while (!css.isEmpty()) {
         const qsizetype begin = css.indexOf("/*");
@@ -55,9 +55,9 @@ bool IsSimple(QByteArrayView selector) {
 } // namespace
 
 void HtmlStyleSheet::Add(QByteArrayView css) {
-    css = css.first(std::min(css.size(), mostBytes - taken_));
+    css = css.first(std::min(css.size(), mostSheetBytes - taken_));
     taken_ += css.size();
-    const QByteArray text = WithoutComments(css);
+    const QByteArray text = WithoutCssComments(css);
     const QByteArrayView all(text);
     qsizetype at = 0;
     while (at < all.size()) {

@@ -19,6 +19,7 @@ namespace {
 using Role = HtmlRole;
 
 constexpr qsizetype mostText = 48 * 1024 * 1024;
+constexpr qsizetype mostPieces = 16 * 1024;
 constexpr size_t mostLinks = 10'000;
 constexpr qsizetype mostLinkText = 300;
 constexpr qsizetype mostHiddenText = 1000;
@@ -66,6 +67,7 @@ public:
     explicit HtmlReader(LinkNumbers& numbers) : numbers_(numbers) {}
 
     void Begin(QByteArrayView element, const HtmlAttributes& attributes) override {
+        FlushText();
         Open open{.role = RoleOfElement(element), .look = LookOf(element, attributes)};
         open.isIgnored = Top().isIgnored || open.role == Role::Ignored || open.role == Role::Style;
         const bool wasIgnored = Top().isIgnored;
@@ -76,6 +78,7 @@ public:
     }
 
     void End() override {
+        FlushText();
         const Open open = open_.back();
         open_.pop_back();
         if (open.role == Role::Style) {
@@ -91,13 +94,18 @@ public:
             css_.append(utf8);
         }
         if (!Top().isIgnored) {
-            AddText(QString::fromUtf8(utf8), Top().look.ShowsText());
+            // The parser tells each entity by itself, and each stray "<".
+            pieces_.append(utf8);
+            if (pieces_.size() > mostPieces) {
+                FlushText();
+            }
         }
     }
 
     bool IsFull() const override { return flow_.Size() > mostText; }
 
     HtmlText Finish(bool isWhole) {
+        FlushText();
         FlushHidden();
         return {flow_.Take(), std::move(links_), !isWhole};
     }
@@ -125,8 +133,15 @@ private:
         return Top().look.Inside(declared);
     }
 
-    void AddText(const QString& text, bool isShown) {
-        if (!isShown) {
+    void FlushText() {
+        if (!pieces_.isEmpty()) {
+            AddText(QString::fromUtf8(pieces_));
+            pieces_.truncate(0);
+        }
+    }
+
+    void AddText(const QString& text) {
+        if (!Top().look.ShowsText()) {
             if (hidden_.size() < mostHiddenText) {
                 hidden_ += text;
             }
@@ -332,8 +347,9 @@ private:
     std::vector<Open> open_{Open{}};    // the elements that are open, below them the page itself
     std::vector<qsizetype> outerLinks_; // around the innermost one
     qsizetype innermostLink_ = -1;
-    QByteArray css_; // of the style element that is open
-    QString hidden_; // not yet in the flow
+    QByteArray pieces_; // of text, not yet in the flow
+    QByteArray css_;    // of the style element that is open
+    QString hidden_;    // not yet in the flow
     QUrl base_;
 };
 

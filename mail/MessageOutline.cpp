@@ -14,7 +14,7 @@ using PartKind = OutlinePart::Kind;
 
 constexpr qsizetype keptOfAttachment = 64 * 1024;
 
-RawFieldList FieldsOf(GMimeObject* object) {
+RawFieldList OutlineFieldsOf(GMimeObject* object) {
     RawFieldList fields;
     GMimeHeaderList* list = g_mime_object_get_header_list(object);
     const int count = std::min(g_mime_header_list_get_count(list), kMaximumFields);
@@ -102,7 +102,8 @@ private:
             outline_.parts.push_back({.level = level, .type = TypeOf(GMIME_OBJECT(part)), .fileName = name});
             return;
         }
-        outline_.parts.push_back({.kind = PartKind::Head, .level = level, .fields = FieldsOf(GMIME_OBJECT(message))});
+        outline_.parts.push_back(
+            {.kind = PartKind::Head, .level = level, .fields = OutlineFieldsOf(GMIME_OBJECT(message))});
         AddMessage(message, level + 1, depth + 1);
     }
 
@@ -135,7 +136,7 @@ private:
 
 } // namespace
 
-QString FieldText(const RawFieldList& fields, QByteArrayView name) {
+QString RawFieldText(const RawFieldList& fields, QByteArrayView name) {
     const auto found = std::find_if(fields.begin(), fields.end(), [name](const RawField& field) {
         return name.compare(field.name, Qt::CaseInsensitive) == 0;
     });
@@ -149,7 +150,7 @@ LoadError ReadOutline(const QByteArray& bytes, MessageOutline& outline) {
     if (error != LoadError::None) {
         return error;
     }
-    outline.fields = FieldsOf(GMIME_OBJECT(message.get()));
+    outline.fields = OutlineFieldsOf(GMIME_OBJECT(message.get()));
     OutlineBuilder(outline).AddMessage(message.get(), 0, 1);
     return LoadError::None;
 }

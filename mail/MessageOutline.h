@@ -19,7 +19,7 @@ struct RawField {
 using RawFieldList = std::vector<RawField>;
 
 /// The value of the first field of that name (any case), decoded for display; empty where there is none.
-QString FieldText(const RawFieldList& fields, QByteArrayView name);
+QString RawFieldText(const RawFieldList& fields, QByteArrayView name);
 
 /// A piece of a message, as a reader meets it.
 struct OutlinePart {

@@ -19,7 +19,7 @@ QString Prefix(int quotes) {
 }
 
 /// A blank of HTML, or a space that does not break: pages use it to fill cells and paragraphs that are empty.
-bool IsBlank(QChar character) {
+bool IsPageBlank(QChar character) {
     return character == u' ' || character == u'\n' || character == u'\t' || character == u'\r' || character == u'\f' ||
            character == QChar(QChar::Nbsp);
 }
@@ -43,14 +43,14 @@ void TextFlow::Add(QStringView text, bool keepsBlanks) {
     qsizetype at = 0;
     while (at < text.size()) {
         qsizetype end = at;
-        while (end < text.size() && !IsBlank(text[end])) {
+        while (end < text.size() && !IsPageBlank(text[end])) {
             ++end;
         }
         if (end > at) {
             AddWord(text.sliced(at, end - at));
         }
         at = end;
-        while (at < text.size() && IsBlank(text[at])) {
+        while (at < text.size() && IsPageBlank(text[at])) {
             wantsSpace_ = true;
             ++at;
         }
