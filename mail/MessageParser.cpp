@@ -44,13 +44,13 @@ QString NameText(const char* name) {
     return text;
 }
 
-std::vector<HeaderField> DecodeFields(const Fields& fields) {
+std::vector<HeaderField> DecodeFields(const Fields& fields, const CharsetEvidence& evidence) {
     std::vector<HeaderField> decoded;
     for (GMimeHeader* field : fields) {
         const char* raw = g_mime_header_get_raw_value(field);
         QString name = NameText(g_mime_header_get_name(field));
         if (!name.isEmpty())
-            decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw));
+            decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw, evidence));
     }
     return decoded;
 }
@@ -85,20 +85,27 @@ QByteArray Content(GMimePart* part) {
     return QByteArray(reinterpret_cast<const char*>(bytes->data), bytes->len);
 }
 
-QString PartText(GMimeObject* part) {
+/// What a part of text declares itself; null when it does not, or is no text.
+const char* CharsetOf(GMimeObject* part) {
+    if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
+        return nullptr;
+    return g_mime_object_get_content_type_parameter(part, "charset");
+}
+
+QString PartText(GMimeObject* part, const CharsetEvidence& evidence) {
     // A multipart without a single part inside has all of its text before the first boundary.
     if (GMIME_IS_MULTIPART(part)) {
         const char* prologue = g_mime_multipart_get_prologue(GMIME_MULTIPART(part));
-        return prologue == nullptr ? QString() : DecodeTextPart(prologue, {});
+        return prologue == nullptr ? QString() : DecodeTextPart(prologue, {}, evidence);
     }
     if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
         return {};
-    const char* charset = g_mime_object_get_content_type_parameter(part, "charset");
-    return DecodeTextPart(Content(GMIME_PART(part)), charset == nullptr ? "" : charset);
+    const char* charset = CharsetOf(part);
+    return DecodeTextPart(Content(GMIME_PART(part)), charset == nullptr ? "" : charset, evidence);
 }
 
-MessagePart MakePart(GMimeObject* part, const Fields& fields) {
-    return {DecodeFields(fields), AttachmentName(part), PartText(part)};
+MessagePart MakePart(GMimeObject* part, const Fields& fields, const CharsetEvidence& evidence) {
+    return {DecodeFields(fields, evidence), AttachmentName(part), PartText(part, evidence)};
 }
 
 /// True when the only entity of a message has no content at all.
@@ -118,10 +125,22 @@ bool IsLeaf(GMimeObject* part) {
     return !GMIME_IS_MULTIPART(part) || g_mime_multipart_get_count(GMIME_MULTIPART(part)) == 0;
 }
 
+/// Notes what the parts declare. As deep as leaves are collected, and no deeper.
+void DeclareParts(GMimeObject* part, CharsetEvidence& evidence, int depth = 1) {
+    if (const char* charset = CharsetOf(part))
+        evidence.Declare(charset);
+    if (!GMIME_IS_MULTIPART(part) || depth > kMaximumDepth)
+        return;
+    const int count = g_mime_multipart_get_count(GMIME_MULTIPART(part));
+    for (int i = 0; i < count; ++i)
+        DeclareParts(g_mime_multipart_get_part(GMIME_MULTIPART(part), i), evidence, depth + 1);
+}
+
 /// Collects the leaves of a multipart, depth first. Recursion is bounded by kMaximumDepth.
 class LeafCollector {
 public:
-    LeafCollector(std::vector<MessagePart>& parts, size_t fieldCount) : parts_(parts), fieldCount_(fieldCount) {}
+    LeafCollector(std::vector<MessagePart>& parts, size_t fieldCount, const CharsetEvidence& evidence)
+        : parts_(parts), fieldCount_(fieldCount), evidence_(evidence) {}
 
     LoadError Collect(GMimeMultipart* multipart, int depth) {
         if (depth > kMaximumDepth)
@@ -144,26 +163,32 @@ private:
             return LoadError::TooManyFields;
         if (parts_.size() >= static_cast<size_t>(kMaximumParts))
             return LoadError::TooManyParts;
-        parts_.push_back(MakePart(part, fields));
+        parts_.push_back(MakePart(part, fields, evidence_));
         return LoadError::None;
     }
 
     std::vector<MessagePart>& parts_;
     size_t fieldCount_;
+    const CharsetEvidence& evidence_;
 };
 
-LoadError TakeApart(GMimeMessage* message, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
+/// `ofHeader` is what the header block tells: the list, which reads nothing else, must show the same fields.
+LoadError TakeApart(GMimeMessage* message, const CharsetEvidence& ofHeader, std::vector<HeaderField>& headers,
+                    std::vector<MessagePart>& parts) {
     const Fields fields = MessageFields(message);
     if (fields.size() > static_cast<size_t>(kMaximumFields))
         return LoadError::TooManyFields;
-    headers = DecodeFields(fields);
+    headers = DecodeFields(fields, ofHeader);
     GMimeObject* body = g_mime_message_get_mime_part(message);
     if (body == nullptr)
         return LoadError::None;
-    if (!IsLeaf(body))
-        return LeafCollector(parts, fields.size()).Collect(GMIME_MULTIPART(body), 1);
+    if (!IsLeaf(body)) {
+        CharsetEvidence ofMessage = ofHeader;
+        DeclareParts(body, ofMessage);
+        return LeafCollector(parts, fields.size(), ofMessage).Collect(GMIME_MULTIPART(body), 1);
+    }
     if (!IsBodyless(body))
-        parts.push_back(MakePart(body, fields));
+        parts.push_back(MakePart(body, fields, ofHeader));
     return LoadError::None;
 }
 
@@ -203,9 +228,10 @@ LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& header
     // GMime's texts end at a NUL; another control byte in its place keeps the rest of the value.
     std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
     const GMimePtr<GMimeMessage> message = RunParser(input);
+    const QByteArrayView header = block.sliced(scanner.HeaderStart(), scanner.HeaderEnd() - scanner.HeaderStart());
     if (message == nullptr)
         return LoadError::NoHeaderField;
-    return TakeApart(message.get(), headers, parts);
+    return TakeApart(message.get(), CharsetEvidence(header), headers, parts);
 }
 
 } // namespace quellbox

@@ -20,6 +20,7 @@ run_packages=(
   libqt6svg6        # draws the icons
   libqt6sql6-sqlite # keeps the history of actions in a database
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
+  libuchardet-dev   # tells the character set of texts that do not name theirs
   libcurl4-openssl-dev # connections to mail servers: TLS, logging in
   qtkeychain-qt6-dev # hands passwords to whoever keeps them on the desktop
   libsecret-1-0     # which it loads by itself, to reach a secret service such as GNOME Keyring

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+namespace quellbox {
+
+/// The character sets that a header block declares: the one of its Content-Type field, and those of encoded words; each
+/// once, in lower case, in the order of the block, and no more of them than real mail has.
+QByteArrayList CharsetsOfHeaderBlock(QByteArrayView block);
+
+/// Adds a character set, in lower case, to those that are declared, unless it says nothing about bytes beyond ASCII, is
+/// there already, or there are enough.
+void AddCharset(const QByteArray& charset, QByteArrayList& charsets);
+
+} // namespace quellbox
