@@ -25,7 +25,7 @@ public:
 
     void Print(const char* title) const;
 
-    /// Whether texts in Windows-1252 are read at least as often right as before, but for one in `tolerated`.
+    /// Whether texts in Windows-1252 are read as often right as before, but for one in `tolerated`.
     bool KeepsWestern(int tolerated) const;
 
 private:

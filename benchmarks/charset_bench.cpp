@@ -141,7 +141,8 @@ void CountFields(const Sample& sample, CharsetTally& tally) {
         if (charset.isEmpty() || !Counts(charset, raw, truth))
             continue;
         CharsetShare& share = tally.Row(charset, "header");
-        const CharsetEvidence elsewhere(Joined(fields, i, raw));
+        const QByteArray block = Joined(fields, i, raw);
+        const CharsetEvidence elsewhere(block);
         ++share.all;
         share.before += DecodeUndeclared(raw.trimmed()) == truth;
         share.guessed += DecodeHeaderValue(raw, CharsetEvidence(hidden)) == truth;
@@ -279,7 +280,8 @@ void CountMadeOf(const QByteArrayList& lines, const char* language, const char* 
             continue;
         if (header.all < subjects) {
             CountMade(bytes, QString::fromUtf8(line), header, [](const QByteArray& subject) {
-                return CharsetEvidence("Subject: " + subject + "\n").DecodeValue(subject);
+                const QByteArray block = "Subject: " + subject + "\n";
+                return CharsetEvidence(block).DecodeValue(subject);
             });
             continue;
         }
@@ -308,7 +310,8 @@ int main(int argc, char** argv) {
     for (const Usual& usual : UsualCharsets()) {
         if (argc < 3)
             break;
-        const QString path = QString::fromLocal8Bit(argv[2]) + u'/' + QLatin1String(usual.language) + QLatin1String(".txt");
+        const QString path =
+            QString::fromLocal8Bit(argv[2]) + u'/' + QLatin1String(usual.language) + QLatin1String(".txt");
         for (const char* charset : usual.charsets)
             CountMadeOf(ReadFileOrEnd(path).split('\n'), usual.language, charset, headers, texts);
     }
@@ -316,8 +319,8 @@ int main(int argc, char** argv) {
         headers.Print("Made header fields of one line");
         texts.Print("Made texts of twelve lines");
     }
-    // One text in five hundred may be read worse than before.
-    const bool isKept = messages.KeepsWestern(500) && headers.KeepsWestern(500) && texts.KeepsWestern(500);
+    // One text in two hundred may be read worse than before.
+    const bool isKept = messages.KeepsWestern(200) && headers.KeepsWestern(200) && texts.KeepsWestern(200);
     if (!isKept)
         std::fprintf(stderr, "Texts in Windows-1252 are read worse than before.\n");
     return isKept ? 0 : 1;

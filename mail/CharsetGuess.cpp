@@ -120,22 +120,40 @@ std::optional<Reading> BestReading(QByteArrayView bytes, const CharsetFacts& ans
     return best;
 }
 
-/// Bytes in which the detector saw nothing: the character sets whose alphabets they keep to, the frequent ones first.
+/// Bytes of which the detector's answer is no help: the character sets whose alphabets they keep to, the frequent ones
+/// first. `isWestern` says that the answer was one for languages of the west.
 QByteArray GuessByAlphabet(QByteArrayView bytes, bool isWestern) {
-    const QByteArrayList inOrder =
-        isWestern ? QByteArrayList{"iso-8859-15"}
-                  : QByteArrayList{"iso-8859-15", "windows-1254", "windows-1250", "iso-8859-2", "windows-1257"};
-    for (const QByteArray& answer : inOrder) {
-        const auto check = CheckBytes(bytes, *FactsOf(answer));
+    static const QByteArrayList western = {"iso-8859-15"};
+    static const QByteArrayList any = {"iso-8859-15",  "windows-1254", "windows-1250", "iso-8859-2",
+                                       "windows-1257", "windows-1251", "koi8-r"};
+    for (const QByteArray& answer : isWestern ? western : any) {
+        const CharsetFacts& facts = *FactsOf(answer);
+        const auto check = CheckBytes(bytes, facts);
         if (check && check->IsFair())
-            return answer;
+            return facts.name;
     }
-    return isWestern ? QByteArray() : GuessEastAsian(bytes);
+    return GuessEastAsian(bytes);
 }
 
-bool IsIcelandic(QByteArrayView bytes) {
+/// Whether an eth, which is where Turkish has its soft g, stands where Turkish has none: at the end of a word, or not
+/// behind a vowel.
+bool HasIcelandicEth(const QString& lower) {
+    for (qsizetype at = lower.indexOf(QChar(u'ð')); at >= 0; at = lower.indexOf(QChar(u'ð'), at + 1)) {
+        const bool isBehindVowel = at > 0 && QStringView(u"aeiouöüýâîû").contains(lower[at - 1]);
+        if (!isBehindVowel || at + 1 == lower.size() || !lower[at + 1].isLetter())
+            return true;
+    }
+    return false;
+}
+
+/// Icelandic in Windows-1252, which has its letters where Turkish and Baltic character sets have theirs.
+bool IsIcelandic(QByteArrayView bytes, const CharsetFacts* answer) {
     const QString text = DecodeCharset(bytes, "windows-1252").toLower();
-    return (text.contains(QChar(u'ð')) || text.contains(QChar(u'þ'))) &&
+    const auto hasOneOf = [&](QStringView letters) {
+        return std::any_of(text.begin(), text.end(), [&](QChar c) { return letters.contains(c); });
+    };
+    const bool mayBeTurkish = answer != nullptr && answer->group == LatinGroup::Turkish;
+    return hasOneOf(u"ðþ") && (!mayBeTurkish || hasOneOf(u"áéíóúæ") || HasIcelandicEth(text)) &&
            CheckLatin(text, LatinGroup::Icelandic).IsFlawless();
 }
 
@@ -146,8 +164,7 @@ QByteArray GuessByDetector(QByteArrayView bytes, const ReadingCheck& western) {
     const bool isFair = best && best->check.IsFair();
     if (isFair && facts->kind != Kind::Latin)
         return best->name;
-    const bool isFlawless = isFair && best->check.IsFlawless() && facts->group != LatinGroup::CentralEuropean;
-    if (!isFlawless && IsIcelandic(bytes))
+    if (IsIcelandic(bytes, facts))
         return {};
     if (isFair && best->check.odd < western.odd)
         return best->name;

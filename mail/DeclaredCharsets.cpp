@@ -54,8 +54,10 @@ QByteArrayView ContentType(QByteArrayView block) {
 } // namespace
 
 void AddCharset(const QByteArray& charset, QByteArrayList& charsets) {
-    if (charset.isEmpty() || charset == "us-ascii" || charset == "ascii" || charset.size() > kLongestName ||
-        charsets.size() >= kMaximumCharsets || charsets.contains(charset))
+    static const QByteArrayList noHelp = {"",         "us-ascii", "ascii",    "utf-7",    "utf-16", "utf-16le",
+                                          "utf-16be", "utf-32",   "utf-32le", "utf-32be", "ucs-2",  "ucs-4"};
+    if (noHelp.contains(charset) || charset.size() > kLongestName || charsets.size() >= kMaximumCharsets ||
+        charsets.contains(charset))
         return;
     charsets.append(charset);
 }

@@ -9,8 +9,8 @@ namespace quellbox {
 /// once, in lower case, in the order of the block, and no more of them than real mail has.
 QByteArrayList CharsetsOfHeaderBlock(QByteArrayView block);
 
-/// Adds a character set, in lower case, to those that are declared, unless it says nothing about bytes beyond ASCII, is
-/// there already, or there are enough.
+/// Adds a character set, in lower case, to those that are declared, unless it says nothing about single bytes beyond
+/// ASCII (other bytes than those of UTF-16 may be read as UTF-16), is there already, or there are enough.
 void AddCharset(const QByteArray& charset, QByteArrayList& charsets);
 
 } // namespace quellbox
