@@ -122,14 +122,6 @@ Conversion Convert(GIConv handle, QByteArrayView bytes) {
     return {QString::fromUtf8(utf8), errors};
 }
 
-bool IsPlainName(QByteArrayView name) {
-    // A slash would reach the converter as an option or a path.
-    return !name.isEmpty() && name.size() <= kMaximumNameLength && std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '-' || c == '_' || c == '.' || c == ':' ||
-               c == '+';
-    });
-}
-
 /// The character set that senders who name the smaller one may have used; or another name of the same.
 QByteArray LargerCharset(const QByteArray& name) {
     static const QHash<QByteArray, QByteArray> larger = {
@@ -152,7 +144,7 @@ QByteArray LargerCharset(const QByteArray& name) {
 
 /// Nothing for a name that says nothing about bytes beyond ASCII, or that nobody knows.
 std::optional<Conversion> ConvertFrom(const QByteArray& name, QByteArrayView bytes) {
-    if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
+    if (name == "us-ascii" || name == "ascii" || !IsCharsetName(name))
         return std::nullopt;
     // Not every system knows the larger character set.
     for (const QByteArray& known : {LargerCharset(name), name}) {
@@ -166,6 +158,14 @@ std::optional<Conversion> ConvertFrom(const QByteArray& name, QByteArrayView byt
 }
 
 } // namespace
+
+bool IsCharsetName(QByteArrayView name) {
+    // A slash would reach the converter as an option or a path.
+    return !name.isEmpty() && name.size() <= kMaximumNameLength && std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '-' || c == '_' || c == '.' || c == ':' ||
+               c == '+';
+    });
+}
 
 QString DecodeUndeclared(QByteArrayView bytes) {
     return QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8() ? QString::fromUtf8(bytes)

@@ -7,6 +7,9 @@
 
 namespace quellbox {
 
+/// Whether a text in lower case has the form of a character set's name, so that it may be given to a converter.
+bool IsCharsetName(QByteArrayView name);
+
 /// Decodes bytes of which nothing is known: UTF-8 when they are valid UTF-8, else Windows-1252. What belongs to a
 /// message is decoded by its CharsetEvidence.
 QString DecodeUndeclared(QByteArrayView bytes);

@@ -1,6 +1,6 @@
 #include "mail/CharsetDetector.h"
 
-#include <uchardet/uchardet.h>
+#include <uchardet.h>
 
 #include <memory>
 

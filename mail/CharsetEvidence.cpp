@@ -34,19 +34,13 @@ std::optional<QString> DecodeDamagedUtf8(QByteArrayView bytes) {
     return damaged * 3 <= beyondAscii ? std::optional(text) : std::nullopt;
 }
 
-/// Mailers write these without having been asked, so that they count only where the text agrees.
-bool IsWestern(const QByteArray& charset) {
-    static const QByteArrayList western = {"iso-8859-1", "latin1", "windows-1252", "cp1252", "iso-8859-15"};
-    return western.contains(charset);
-}
-
 std::optional<QString> DecodeAs(QByteArrayView bytes, const QByteArray& charset) {
     if (charset == "utf-8" || charset == "utf8")
         return DecodeDamagedUtf8(bytes);
-    if (charset == "iso-8859-15")
-        return IsPlausible(bytes, charset) ? DecodeStrictly(bytes, charset) : std::nullopt;
-    if (IsWestern(charset))
+    if (IsNamedWithoutThought(charset))
         return IsPlausiblyWestern(bytes) ? DecodeNamed(bytes, charset) : std::nullopt;
+    if (charset == "iso-8859-15" && !IsPlausible(bytes, charset))
+        return std::nullopt;
     return DecodeStrictly(bytes, charset);
 }
 

@@ -132,7 +132,8 @@ QByteArray GuessByAlphabet(QByteArrayView bytes, bool isWestern) {
         if (check && check->IsFair())
             return facts.name;
     }
-    return GuessEastAsian(bytes);
+    const QByteArray eastAsian = GuessEastAsian(bytes);
+    return IsPlausible(bytes, eastAsian) ? eastAsian : QByteArray();
 }
 
 /// Whether an eth, which is where Turkish has its soft g, stands where Turkish has none: at the end of a word, or not

@@ -1,5 +1,6 @@
 #include "mail/DeclaredCharsets.h"
 
+#include "mail/Charset.h"
 #include "mail/EncodedWords.h"
 #include "mail/HeaderScanner.h"
 
@@ -54,12 +55,17 @@ QByteArrayView ContentType(QByteArrayView block) {
 } // namespace
 
 void AddCharset(const QByteArray& charset, QByteArrayList& charsets) {
-    static const QByteArrayList noHelp = {"",         "us-ascii", "ascii",    "utf-7",    "utf-16", "utf-16le",
-                                          "utf-16be", "utf-32",   "utf-32le", "utf-32be", "ucs-2",  "ucs-4"};
-    if (noHelp.contains(charset) || charset.size() > kLongestName || charsets.size() >= kMaximumCharsets ||
+    static const QByteArrayList noHelp = {"us-ascii", "ascii",    "utf-7",    "utf-16", "utf-16le", "utf-16be",
+                                          "utf-32",   "utf-32le", "utf-32be", "ucs-2",  "ucs-4"};
+    if (!IsCharsetName(charset) || noHelp.contains(charset) || charsets.size() >= kMaximumCharsets ||
         charsets.contains(charset))
         return;
     charsets.append(charset);
+}
+
+bool IsNamedWithoutThought(const QByteArray& charset) {
+    static const QByteArrayList western = {"iso-8859-1", "latin1", "windows-1252", "cp1252"};
+    return western.contains(charset);
 }
 
 QByteArrayList CharsetsOfHeaderBlock(QByteArrayView block) {

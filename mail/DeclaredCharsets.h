@@ -13,4 +13,8 @@ QByteArrayList CharsetsOfHeaderBlock(QByteArrayView block);
 /// ASCII (other bytes than those of UTF-16 may be read as UTF-16), is there already, or there are enough.
 void AddCharset(const QByteArray& charset, QByteArrayList& charsets);
 
+/// Whether mailers write that character set, in lower case, without having been asked: it then counts only where the
+/// text agrees.
+bool IsNamedWithoutThought(const QByteArray& charset);
+
 } // namespace quellbox

@@ -1,5 +1,6 @@
 #include "mail/MessageParser.h"
 
+#include "mail/DeclaredCharsets.h"
 #include "mail/DisplayText.h"
 #include "mail/GMimeStart.h"
 #include "mail/HeaderDecoder.h"
@@ -192,12 +193,22 @@ LoadError TakeApart(GMimeMessage* message, const CharsetEvidence& ofHeader, std:
     return LoadError::None;
 }
 
-GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
+/// For parameters such as file names, which GMime decodes itself: what undeclared text may be in, the first that it can
+/// be read in counts.
+void SetFallbacks(GMimeParserOptions* options, const CharsetEvidence& evidence) {
+    std::vector<const char*> fallbacks = {"utf-8"};
+    for (const QByteArray& charset : evidence.Declared()) {
+        if (!IsNamedWithoutThought(charset))
+            fallbacks.push_back(charset.constData());
+    }
+    fallbacks.insert(fallbacks.end(), {"windows-1252", nullptr});
+    g_mime_parser_options_set_fallback_charsets(options, fallbacks.data());
+}
+
+GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes, const CharsetEvidence& evidence) {
     StartGMime();
     const OptionsPtr options(g_mime_parser_options_new());
-    // For parameters such as file names, which GMime decodes itself, undeclared text has the same meaning as elsewhere.
-    const char* fallback[] = {"utf-8", "windows-1252", nullptr};
-    g_mime_parser_options_set_fallback_charsets(options.get(), fallback);
+    SetFallbacks(options.get(), evidence);
     const GMimePtr<GMimeStream> stream(
         g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<size_t>(bytes.size())));
     const GMimePtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
@@ -227,11 +238,11 @@ LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& header
         input.append(input.endsWith('\n') ? "\n" : "\n\n");
     // GMime's texts end at a NUL; another control byte in its place keeps the rest of the value.
     std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
-    const GMimePtr<GMimeMessage> message = RunParser(input);
-    const QByteArrayView header = block.sliced(scanner.HeaderStart(), scanner.HeaderEnd() - scanner.HeaderStart());
+    const CharsetEvidence evidence(block.sliced(scanner.HeaderStart(), scanner.HeaderEnd() - scanner.HeaderStart()));
+    const GMimePtr<GMimeMessage> message = RunParser(input, evidence);
     if (message == nullptr)
         return LoadError::NoHeaderField;
-    return TakeApart(message.get(), CharsetEvidence(header), headers, parts);
+    return TakeApart(message.get(), evidence, headers, parts);
 }
 
 } // namespace quellbox

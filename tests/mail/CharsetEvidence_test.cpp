@@ -214,6 +214,14 @@ TEST(CharsetEvidence, EncodedWordOfTheHeaderDeclaresAPart) {
     EXPECT_EQ(TextOf("Subject: =?iso-8859-7?Q?=E1?=\n\n\xE1\xE2\xE3"), "αβγ");
 }
 
+TEST(CharsetEvidence, EncodedWordOfTheHeaderDeclaresAFileName) {
+    MailMessage message;
+    message.LoadBytes("Subject: =?gb2312?B?yrG85LHt?=\nContent-Type: multipart/mixed; boundary=b\n\n--b\n"
+                      "Content-Disposition: attachment; filename=\"\xCA\xB1\xBC\xE4\xB1\xED.txt\"\n\nx\n--b--\n");
+    ASSERT_EQ(message.Parts().size(), 1U);
+    EXPECT_EQ(message.Parts()[0].attachment.toStdString(), "时间表.txt");
+}
+
 TEST(CharsetEvidence, PartsDeclareNothingForTheFieldsThatTheListShows) {
     EXPECT_EQ(SubjectOf("Subject: \xE1\xE2\xE3\nContent-Type: multipart/mixed; boundary=b\n\n--b\n"
                         "Content-Type: text/plain; charset=iso-8859-7\n\nx\n--b--\n"),
