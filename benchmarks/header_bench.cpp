@@ -38,5 +38,21 @@ BENCHMARK_CAPTURE(ParseFields, utf8, "=?utf-8?Q?Gr=C3=BC=C3=9Fe?=",
 BENCHMARK_CAPTURE(ParseFields, koi8,
                   "=?koi8-r?B?8NLJ18XU?=", QString::fromUtf8("\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82"))
     ->Arg(8);
+// Bytes without a declaration: plain UTF-8, of which nothing is asked, and what has to be guessed.
+BENCHMARK_CAPTURE(ParseFields, undeclared_utf8,
+                  "Gr\xC3\xBC\xC3\x9F"
+                  "e",
+                  QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
+                                    "e"))
+    ->Arg(8);
+BENCHMARK_CAPTURE(ParseFields, undeclared_western,
+                  "Gr\xFC\xDF"
+                  "e",
+                  QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
+                                    "e"))
+    ->Arg(8);
+BENCHMARK_CAPTURE(ParseFields, undeclared_guessed, "\xCF\xF0\xE8\xE2\xE5\xF2, \xEC\xE8\xF0",
+                  QStringLiteral(u"Привет, мир"))
+    ->Arg(8);
 
 BENCHMARK_MAIN();

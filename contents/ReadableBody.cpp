@@ -13,8 +13,8 @@ namespace {
 
 using PieceKind = OutlinePart::Kind;
 
-QString PlainText(const OutlinePart& part) {
-    QString text = DecodeText(part.content, part.charset);
+QString PlainText(const OutlinePart& part, const CharsetEvidence& evidence) {
+    QString text = DecodeText(part.content, part.charset, evidence);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     qsizetype end = text.size();
     while (end > 0 && text[end - 1].isSpace()) {
@@ -37,14 +37,17 @@ QString SetOff(const QString& text, int level) {
 
 class BodyReader {
 public:
+    explicit BodyReader(const CharsetEvidence& evidence) : evidence_(evidence) {}
+
     void Add(const OutlinePart& part) {
         switch (part.kind) {
         case PieceKind::Head:
-            AddText(QCoreApplication::translate("quellbox", "Attached message") + u'\n' + HeadLines(part.fields),
+            AddText(QCoreApplication::translate("quellbox", "Attached message") + u'\n' +
+                        HeadLines(part.fields, evidence_),
                     part.level + 1);
             break;
         case PieceKind::Plain:
-            AddText(PlainText(part), part.level);
+            AddText(PlainText(part, evidence_), part.level);
             break;
         case PieceKind::Html:
             AddPage(part);
@@ -69,7 +72,7 @@ private:
     }
 
     void AddPage(const OutlinePart& part) {
-        HtmlText page = ReadHtml(part.content, part.charset, numbers_);
+        HtmlText page = ReadHtml(part.content, part.charset, numbers_, evidence_);
         if (part.isShown) {
             if (page.isCut) {
                 page.text += QCoreApplication::translate("quellbox", "[The rest of this text is not shown.]") + u'\n';
@@ -87,13 +90,14 @@ private:
         }
     }
 
+    const CharsetEvidence& evidence_;
     ReadableBody body_;
     LinkNumbers numbers_;
 };
 
 } // namespace
 
-QString HeadLines(const RawFieldList& fields) {
+QString HeadLines(const RawFieldList& fields, const CharsetEvidence& evidence) {
     static constexpr std::array<std::pair<const char*, const char*>, 5> captions{
         {{"From", QT_TRANSLATE_NOOP("quellbox", "From: %1")},
          {"To", QT_TRANSLATE_NOOP("quellbox", "To: %1")},
@@ -102,7 +106,7 @@ QString HeadLines(const RawFieldList& fields) {
          {"Subject", QT_TRANSLATE_NOOP("quellbox", "Subject: %1")}}};
     QString lines;
     for (const auto& [name, caption] : captions) {
-        const QString value = RawFieldText(fields, name);
+        const QString value = RawFieldText(fields, name, evidence);
         if (!value.isEmpty()) {
             lines += QCoreApplication::translate("quellbox", caption).arg(value) + u'\n';
         }
@@ -111,7 +115,7 @@ QString HeadLines(const RawFieldList& fields) {
 }
 
 ReadableBody ReadBody(const MessageOutline& outline) {
-    BodyReader reader;
+    BodyReader reader(outline.evidence);
     for (const OutlinePart& part : outline.parts) {
         reader.Add(part);
     }

@@ -27,6 +27,6 @@ struct ReadableBody {
 ReadableBody ReadBody(const MessageOutline& outline);
 
 /// The lines that head a message or an attached one: From, To, Date and Subject, as far as they are there.
-QString HeadLines(const RawFieldList& fields);
+QString HeadLines(const RawFieldList& fields, const CharsetEvidence& evidence);
 
 } // namespace quellbox

@@ -74,8 +74,8 @@ QString ReadableText(const QByteArray& bytes, const ServerProfile& profile) {
     const ReadableBody body = ReadBody(outline);
     const QString warnings = WarningLines(FindWarnings({bytes, outline, body, profile}));
     QString text;
-    for (const QString& section :
-         {warnings, HeadLines(outline.fields), body.text, AttachmentLines(outline), LinkLines(body)}) {
+    for (const QString& section : {warnings, HeadLines(outline.fields, outline.evidence), body.text,
+                                   AttachmentLines(outline), LinkLines(body)}) {
         if (!section.isEmpty()) {
             text += text.isEmpty() ? section : u'\n' + section;
         }

@@ -84,9 +84,15 @@ HandlePool& Handles() {
     return *pool;
 }
 
-QString Convert(GIConv handle, QByteArrayView bytes) {
+struct Conversion {
+    QString text;
+    int errors = 0; ///< bytes that are no character, each of which has become U+FFFD
+};
+
+Conversion Convert(GIConv handle, QByteArrayView bytes) {
     static constexpr char kReplacement[] = "\xEF\xBF\xBD";
     QByteArray utf8;
+    int errors = 0;
     std::array<char, 4096> buffer; // is only read where it was written
     // g_iconv() does not write to its input, it only lacks the const.
     char* in = const_cast<char*>(bytes.data());
@@ -102,6 +108,7 @@ QString Convert(GIConv handle, QByteArrayView bytes) {
             continue;
         if (reason != 0) {
             utf8.append(kReplacement);
+            ++errors;
             if (reason != EILSEQ)
                 break; // an unfinished character at the end
             ++in;
@@ -112,41 +119,33 @@ QString Convert(GIConv handle, QByteArrayView bytes) {
     gsize outLeft = buffer.size();
     g_iconv(handle, nullptr, nullptr, &out, &outLeft); // what a stateful character set still holds
     utf8.append(buffer.data(), out - buffer.data());
-    return QString::fromUtf8(utf8);
+    return {QString::fromUtf8(utf8), errors};
 }
 
-bool IsPlainName(QByteArrayView name) {
-    // A slash would reach the converter as an option or a path.
-    return !name.isEmpty() && name.size() <= kMaximumNameLength && std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '-' || c == '_' || c == '.' || c == ':' ||
-               c == '+';
-    });
-}
-
+/// The character set that senders who name the smaller one may have used; or another name of the same.
 QByteArray LargerCharset(const QByteArray& name) {
     static const QHash<QByteArray, QByteArray> larger = {
-        {"gb2312", "gb18030"},       {"gb_2312-80", "gb18030"}, {"gbk", "gb18030"},       {"euc-kr", "cp949"},
-        {"ks_c_5601-1987", "cp949"}, {"shift_jis", "cp932"},    {"shift-jis", "cp932"},   {"x-sjis", "cp932"},
-        {"iso-8859-9", "cp1254"},    {"tis-620", "cp874"},      {"iso-8859-11", "cp874"}, {"big5", "big5-hkscs"},
+        {"gb2312", "gb18030"},
+        {"gb_2312-80", "gb18030"},
+        {"gbk", "gb18030"},
+        {"euc-kr", "cp949"},
+        {"ks_c_5601-1987", "cp949"},
+        {"shift_jis", "cp932"},
+        {"shift-jis", "cp932"},
+        {"x-sjis", "cp932"},
+        {"iso-8859-9", "cp1254"},
+        {"tis-620", "cp874"},
+        {"iso-8859-11", "cp874"},
+        {"big5", "big5-hkscs"},
+        {"x-mac-cyrillic", "mac-cyrillic"},
     };
     return larger.value(name, name);
 }
 
-} // namespace
-
-QString DecodeUndeclared(QByteArrayView bytes) {
-    return QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8() ? QString::fromUtf8(bytes)
-                                                                     : DecodeWindows1252(bytes);
-}
-
-QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
-    const QByteArray name = charset.trimmed().toByteArray().toLower();
-    if (name == "utf-8" || name == "utf8")
-        return QString::fromUtf8(bytes);
-    if (name == "iso-8859-1" || name == "latin1" || name == "windows-1252" || name == "cp1252")
-        return DecodeWindows1252(bytes);
-    if (name == "us-ascii" || name == "ascii" || !IsPlainName(name))
-        return DecodeUndeclared(bytes);
+/// Nothing for a name that says nothing about bytes beyond ASCII, or that nobody knows.
+std::optional<Conversion> ConvertFrom(const QByteArray& name, QByteArrayView bytes) {
+    if (name == "us-ascii" || name == "ascii" || !IsCharsetName(name))
+        return std::nullopt;
     // Not every system knows the larger character set.
     for (const QByteArray& known : {LargerCharset(name), name}) {
         const GIConv handle = Handles().Take(known);
@@ -155,7 +154,47 @@ QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
             return Convert(handle, bytes);
         }
     }
-    return DecodeUndeclared(bytes);
+    return std::nullopt;
+}
+
+} // namespace
+
+bool IsCharsetName(QByteArrayView name) {
+    // A slash would reach the converter as an option or a path.
+    return !name.isEmpty() && name.size() <= kMaximumNameLength && std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '-' || c == '_' || c == '.' || c == ':' ||
+               c == '+';
+    });
+}
+
+QString DecodeUndeclared(QByteArrayView bytes) {
+    return QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8() ? QString::fromUtf8(bytes)
+                                                                     : DecodeWindows1252(bytes);
+}
+
+std::optional<QString> DecodeNamed(QByteArrayView bytes, QByteArrayView charset) {
+    const QByteArray name = charset.trimmed().toByteArray().toLower();
+    if (name == "utf-8" || name == "utf8")
+        return QString::fromUtf8(bytes);
+    if (name == "iso-8859-1" || name == "latin1" || name == "windows-1252" || name == "cp1252")
+        return DecodeWindows1252(bytes);
+    const auto conversion = ConvertFrom(name, bytes);
+    return conversion ? std::optional(conversion->text) : std::nullopt;
+}
+
+std::optional<QString> DecodeStrictly(QByteArrayView bytes, const QByteArray& charset) {
+    auto conversion = ConvertFrom(charset, bytes);
+    // The bytes of Windows' quotation marks and dashes are control characters in the sets of ISO 8859.
+    const auto isControl = [](QChar c) { return c.unicode() >= 0x80 && c.unicode() < 0xA0; };
+    if (!conversion || conversion->errors > 0 ||
+        std::any_of(conversion->text.cbegin(), conversion->text.cend(), isControl))
+        return std::nullopt;
+    return std::move(conversion->text);
+}
+
+QString DecodeCharset(QByteArrayView bytes, QByteArrayView charset) {
+    auto text = DecodeNamed(bytes, charset);
+    return text ? *std::move(text) : DecodeUndeclared(bytes);
 }
 
 } // namespace quellbox

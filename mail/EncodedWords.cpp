@@ -120,14 +120,16 @@ void AppendDecodedB(QByteArrayView text, QByteArray& bytes) {
     bytes.truncate(out - bytes.constData());
 }
 
-void AppendUndeclared(QByteArrayView bytes, QString& out) {
+void AppendUndeclared(QByteArrayView bytes, const CharsetEvidence& evidence, QString& out) {
     if (!bytes.isEmpty())
-        out += DecodeUndeclared(bytes);
+        out += evidence.DecodeValue(bytes);
 }
 
 /// Adjacent encoded words of one character set.
 class Run {
 public:
+    explicit Run(const CharsetEvidence& evidence) : evidence_(evidence) {}
+
     void Add(const EncodedWord& word, QString& out) {
         if (charset_.compare(word.charset, Qt::CaseInsensitive) != 0)
             Flush(out);
@@ -147,7 +149,8 @@ public:
         if (!open_)
             return;
         FinishBase64();
-        out += DecodeCharset(bytes_, charset_);
+        const auto text = DecodeNamed(bytes_, charset_);
+        out += text ? *text : evidence_.DecodeValue(bytes_);
         bytes_.truncate(0);
         open_ = false;
     }
@@ -160,6 +163,7 @@ private:
         base64_.truncate(0);
     }
 
+    const CharsetEvidence& evidence_;
     QByteArrayView charset_;
     QByteArray base64_; ///< not yet decoded
     QByteArray bytes_;
@@ -172,9 +176,9 @@ qsizetype FindEncodedWord(QByteArrayView value, qsizetype from) {
     return FindPair(value, '=', '?', from);
 }
 
-QString DecodeEncodedWords(QByteArrayView value) {
+QString DecodeEncodedWords(QByteArrayView value, const CharsetEvidence& evidence) {
     QString out;
-    Run run;
+    Run run(evidence);
     qsizetype plainStart = 0;
     qsizetype at = 0;
     bool mayEnd = true; // false once no "?=" is left, so that a value full of "=?" stays linear
@@ -191,14 +195,14 @@ QString DecodeEncodedWords(QByteArrayView value) {
         const QByteArrayView plain = value.sliced(plainStart, at - plainStart);
         if (!(run.IsOpen() && plain.trimmed().isEmpty())) {
             run.Flush(out);
-            AppendUndeclared(plain, out);
+            AppendUndeclared(plain, evidence, out);
         }
         run.Add(*word, out);
         at += word->length;
         plainStart = at;
     }
     run.Flush(out);
-    AppendUndeclared(value.sliced(plainStart), out);
+    AppendUndeclared(value.sliced(plainStart), evidence, out);
     return out;
 }
 

@@ -1,9 +1,12 @@
 #include "mail/GMimeObjects.h"
 
+#include "mail/DeclaredCharsets.h"
 #include "mail/GMimeStart.h"
 #include "mail/HeaderScanner.h"
+#include "mail/MessageParser.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace quellbox {
 
@@ -14,12 +17,22 @@ struct FreeOptions {
 };
 using OptionsPtr = std::unique_ptr<GMimeParserOptions, FreeOptions>;
 
-GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
+/// For parameters such as file names, which GMime decodes itself: what undeclared text may be in, the first that it can
+/// be read in counts.
+void SetFallbacks(GMimeParserOptions* options, const CharsetEvidence& evidence) {
+    std::vector<const char*> fallbacks = {"utf-8"};
+    for (const QByteArray& charset : evidence.Declared()) {
+        if (!IsNamedWithoutThought(charset))
+            fallbacks.push_back(charset.constData());
+    }
+    fallbacks.insert(fallbacks.end(), {"windows-1252", nullptr});
+    g_mime_parser_options_set_fallback_charsets(options, fallbacks.data());
+}
+
+GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes, const CharsetEvidence& evidence) {
     StartGMime();
     const OptionsPtr options(g_mime_parser_options_new());
-    // For parameters such as file names, which GMime decodes itself, undeclared text has the same meaning as elsewhere.
-    const char* fallback[] = {"utf-8", "windows-1252", nullptr};
-    g_mime_parser_options_set_fallback_charsets(options.get(), fallback);
+    SetFallbacks(options.get(), evidence);
     const GMimePtr<GMimeStream> stream(
         g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<size_t>(bytes.size())));
     const GMimePtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
@@ -28,7 +41,7 @@ GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes) {
 
 } // namespace
 
-LoadError OpenMessage(const QByteArray& bytes, GMimePtr<GMimeMessage>& message) {
+LoadError OpenMessage(const QByteArray& bytes, OpenedMessage& opened) {
     if (bytes.isEmpty())
         return LoadError::Empty;
     const WantedFields none;
@@ -48,8 +61,26 @@ LoadError OpenMessage(const QByteArray& bytes, GMimePtr<GMimeMessage>& message) 
         input.append(input.endsWith('\n') ? "\n" : "\n\n");
     // GMime's texts end at a NUL; another control byte in its place keeps the rest of the value.
     std::replace(input.begin(), input.begin() + (scanner.HeaderEnd() - scanner.HeaderStart()), '\0', '\x01');
-    message = RunParser(input);
-    return message == nullptr ? LoadError::NoHeaderField : LoadError::None;
+    const qsizetype headerSize = scanner.HeaderEnd() - scanner.HeaderStart();
+    opened.ofHeader = CharsetEvidence(block.sliced(scanner.HeaderStart(), headerSize));
+    opened.message = RunParser(input, opened.ofHeader);
+    return opened.message == nullptr ? LoadError::NoHeaderField : LoadError::None;
+}
+
+const char* DeclaredCharset(GMimeObject* part) {
+    if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
+        return nullptr;
+    return g_mime_object_get_content_type_parameter(part, "charset");
+}
+
+void DeclareParts(GMimeObject* part, CharsetEvidence& evidence, int depth) {
+    if (const char* charset = DeclaredCharset(part))
+        evidence.Declare(charset);
+    if (!GMIME_IS_MULTIPART(part) || depth > kMaximumDepth)
+        return;
+    const int count = g_mime_multipart_get_count(GMIME_MULTIPART(part));
+    for (int i = 0; i < count; ++i)
+        DeclareParts(g_mime_multipart_get_part(GMIME_MULTIPART(part), i), evidence, depth + 1);
 }
 
 QString DeclaredFileName(GMimeObject* part) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/CharsetEvidence.h"
 #include "mail/LoadError.h"
 
 #include <QByteArray>
@@ -19,10 +20,22 @@ struct GMimeUnref {
 template <typename T>
 using GMimePtr = std::unique_ptr<T, GMimeUnref>;
 
-/// Has GMime parse the bytes of a message. What a message is, the scanner of header fields decides (see
-/// HeaderScanner), so that the list and all who take messages apart agree on it. `message` is set when there is no
-/// error, and keeps no pointer to `bytes` beyond its own copy of them.
-LoadError OpenMessage(const QByteArray& bytes, GMimePtr<GMimeMessage>& message);
+/// A message that GMime has parsed.
+struct OpenedMessage {
+    GMimePtr<GMimeMessage> message;
+    /// What its header block tells about character sets: the list, which reads nothing else, must show the same fields.
+    CharsetEvidence ofHeader;
+};
+
+/// Has GMime parse the bytes of a message, which have to outlive what is opened. What a message is, the scanner of
+/// header fields decides (see HeaderScanner), so that the list and all who take messages apart agree on it.
+LoadError OpenMessage(const QByteArray& bytes, OpenedMessage& opened);
+
+/// What a part of text declares itself; null when it does not, or is no text.
+const char* DeclaredCharset(GMimeObject* part);
+
+/// Notes what the parts declare. As deep as leaves are collected (kMaximumDepth), and no deeper.
+void DeclareParts(GMimeObject* part, CharsetEvidence& evidence, int depth = 1);
 
 /// The file name that a part declares, decoded but not cleansed; empty where it declares none.
 QString DeclaredFileName(GMimeObject* part);

@@ -19,7 +19,7 @@ bool IsPlain(QByteArrayView text) {
 }
 
 /// Removes the line ends of folds. Control bytes go already here, because GMime's texts end at a NUL and both ways of
-/// reading a header must see the same; ESC stays, for ISO-2022 uses it.
+/// reading a header must see the same; ESC, SO and SI stay, for ISO 2022 uses them.
 QByteArray Unfold(QByteArrayView raw) {
     QByteArray value(raw.size(), Qt::Uninitialized);
     char* out = value.data();
@@ -28,7 +28,7 @@ QByteArray Unfold(QByteArrayView raw) {
         const auto byte = static_cast<unsigned char>(c);
         if (c == '\t' || (c == '\r' && i + 1 < raw.size() && raw[i + 1] != '\n'))
             *out++ = ' ';
-        else if (byte >= 0x20 || c == '\x1B')
+        else if (byte >= 0x20 || c == '\x1B' || c == '\x0E' || c == '\x0F')
             *out++ = c;
     }
     value.truncate(out - value.data());
@@ -37,11 +37,11 @@ QByteArray Unfold(QByteArrayView raw) {
 
 } // namespace
 
-QString DecodeHeaderValue(QByteArrayView raw) {
+QString DecodeHeaderValue(QByteArrayView raw, const CharsetEvidence& evidence) {
     raw = raw.trimmed();
     if (IsPlain(raw) && FindEncodedWord(raw) < 0)
         return QString::fromLatin1(raw);
-    return CleanseForDisplay(DecodeEncodedWords(Unfold(raw)));
+    return CleanseForDisplay(DecodeEncodedWords(Unfold(raw), evidence));
 }
 
 } // namespace quellbox

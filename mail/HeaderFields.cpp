@@ -41,14 +41,19 @@ QString RatingInFirstLine(const RatingField& field, QByteArrayView raw) {
     return isPrintable && !line.contains("=?") ? RatingText(field, QString::fromLatin1(line)) : QString();
 }
 
-QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
+QByteArrayView HeaderBlock(const HeaderScanner& scanner, QByteArrayView bytes) {
+    return bytes.sliced(scanner.HeaderStart(), scanner.HeaderEnd() - scanner.HeaderStart());
+}
+
+QString RatingOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile,
+                 const CharsetEvidence& evidence) {
     for (size_t rating = 0; rating < profile.ratings.size(); ++rating) {
         if (!scanner.Has(firstRating + rating))
             continue;
         const QByteArrayView raw = scanner.Value(firstRating + rating, bytes);
         QString text = RatingInFirstLine(profile.ratings[rating], raw);
         if (text.isEmpty())
-            text = RatingText(profile.ratings[rating], DecodeHeaderValue(raw));
+            text = RatingText(profile.ratings[rating], DecodeHeaderValue(raw, evidence));
         if (profile.firstRatingDecides || !text.isEmpty())
             return text;
     }
@@ -60,24 +65,26 @@ bool IsOfServer(const HeaderScanner& scanner, size_t field, const ServerProfile&
     return profile.trustsAnyPlace || !scanner.Has(FieldReceived) || scanner.Start(field) < scanner.Start(FieldReceived);
 }
 
-QString SenderOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
+QString SenderOf(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile,
+                 const CharsetEvidence& evidence) {
     const size_t firstSender = firstRating + profile.ratings.size();
     for (size_t sender = 0; sender < profile.senders.size(); ++sender) {
         const size_t field = firstSender + sender;
         if (scanner.Has(field) && IsOfServer(scanner, field, profile))
-            return AddressText(profile.senders[sender], scanner.Value(field, bytes));
+            return AddressText(profile.senders[sender], scanner.Value(field, bytes), evidence);
     }
     return {};
 }
 
 HeaderFields Collect(const HeaderScanner& scanner, QByteArrayView bytes, const ServerProfile& profile) {
-    const auto text = [&](size_t field) { return DecodeHeaderValue(scanner.Value(field, bytes)); };
+    const CharsetEvidence evidence(HeaderBlock(scanner, bytes));
+    const auto text = [&](size_t field) { return DecodeHeaderValue(scanner.Value(field, bytes), evidence); };
     HeaderFields fields;
     fields.recipient = text(FieldTo);
     fields.sender = text(FieldFrom);
     fields.subject = text(FieldSubject);
-    fields.rating = RatingOf(scanner, bytes, profile);
-    fields.xSender = SenderOf(scanner, bytes, profile);
+    fields.rating = RatingOf(scanner, bytes, profile, evidence);
+    fields.xSender = SenderOf(scanner, bytes, profile, evidence);
     return fields;
 }
 
@@ -99,9 +106,10 @@ FieldValueList FinishValues(HeaderScanner& scanner, QByteArrayView bytes, bool a
     if (scanner.Scan(bytes.first(std::min(bytes.size(), kMaximumHeaderBytes)), atEnd) !=
         HeaderScanner::Result::Complete)
         return values;
+    const CharsetEvidence evidence(HeaderBlock(scanner, bytes));
     for (size_t field = 0; field < values.size(); ++field) {
         if (scanner.Has(field))
-            values[field] = DecodeHeaderValue(scanner.Value(field, bytes));
+            values[field] = DecodeHeaderValue(scanner.Value(field, bytes), evidence);
     }
     return values;
 }

@@ -391,14 +391,15 @@ int LinkNumbers::NumberOf(const QString& target) {
     return static_cast<int>(targets_.size());
 }
 
-QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset) {
+QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset, const CharsetEvidence& evidence) {
     const QByteArray declared = charset.trimmed().isEmpty() ? CharsetOfPage(page) : charset.toByteArray();
-    return DecodeText(page, declared).toUtf8();
+    return DecodeText(page, declared, evidence).toUtf8();
 }
 
-HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers) {
+HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers,
+                  const CharsetEvidence& evidence) {
     HtmlReader reader(numbers);
-    const bool isWhole = ParseHtml(PageAsUtf8(page, charset), reader);
+    const bool isWhole = ParseHtml(PageAsUtf8(page, charset, evidence), reader);
     return reader.Finish(isWhole);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mail/CharsetEvidence.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -42,9 +44,11 @@ struct HtmlText {
 /// counts. Nothing is fetched or executed. The time is linear in the size, and bounds hold for the nesting, for the
 /// number of links and for the size of the result, so that hostile pages are cut and not waited for. The characters are
 /// not cleansed.
-HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers);
+HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers,
+                  const CharsetEvidence& evidence = CharsetEvidence());
 
 /// The page as UTF-8, decoded by the declared character set, or by that which it declares itself.
-QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset);
+QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset,
+                      const CharsetEvidence& evidence = CharsetEvidence());
 
 } // namespace quellbox

@@ -136,22 +136,26 @@ private:
 
 } // namespace
 
-QString RawFieldText(const RawFieldList& fields, QByteArrayView name) {
+QString RawFieldText(const RawFieldList& fields, QByteArrayView name, const CharsetEvidence& evidence) {
     const auto found = std::find_if(fields.begin(), fields.end(), [name](const RawField& field) {
         return name.compare(field.name, Qt::CaseInsensitive) == 0;
     });
-    return found == fields.end() ? QString() : DecodeHeaderValue(found->value);
+    return found == fields.end() ? QString() : DecodeHeaderValue(found->value, evidence);
 }
 
 LoadError ReadOutline(const QByteArray& bytes, MessageOutline& outline) {
     outline = {};
-    GMimePtr<GMimeMessage> message;
-    const LoadError error = OpenMessage(bytes, message);
+    OpenedMessage opened;
+    const LoadError error = OpenMessage(bytes, opened);
     if (error != LoadError::None) {
         return error;
     }
-    outline.fields = OutlineFieldsOf(GMIME_OBJECT(message.get()));
-    OutlineBuilder(outline).AddMessage(message.get(), 0, 1);
+    outline.evidence = opened.ofHeader;
+    if (GMimeObject* body = g_mime_message_get_mime_part(opened.message.get())) {
+        DeclareParts(body, outline.evidence);
+    }
+    outline.fields = OutlineFieldsOf(GMIME_OBJECT(opened.message.get()));
+    OutlineBuilder(outline).AddMessage(opened.message.get(), 0, 1);
     return LoadError::None;
 }
 

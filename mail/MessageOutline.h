@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/CharsetEvidence.h"
 #include "mail/LoadError.h"
 
 #include <QByteArray>
@@ -19,7 +20,8 @@ struct RawField {
 using RawFieldList = std::vector<RawField>;
 
 /// The value of the first field of that name (any case), decoded for display; empty where there is none.
-QString RawFieldText(const RawFieldList& fields, QByteArrayView name);
+QString RawFieldText(const RawFieldList& fields, QByteArrayView name,
+                     const CharsetEvidence& evidence = CharsetEvidence());
 
 /// A piece of a message, as a reader meets it.
 struct OutlinePart {
@@ -46,14 +48,15 @@ struct OutlinePart {
 struct MessageOutline {
     RawFieldList fields; ///< of the message, without those that describe its outermost part
     std::vector<OutlinePart> parts;
-    bool isCut = false; ///< there is more, beyond the bounds on depth and on number
+    CharsetEvidence evidence; ///< what header block and parts tell about the character sets of what declares none
+    bool isCut = false;       ///< there is more, beyond the bounds on depth and on number
 };
 
 /// How many attached messages within another are taken apart; one more is an attachment.
 inline constexpr int kMaximumAttachedLevels = 8;
 
 /// Takes a message apart for a reader (RFC 2046): of alternatives the plain text is shown if it is not blank, else the
-/// HTML; attached messages are taken apart as well. Deviant input never throws.
+/// HTML; attached messages are taken apart as well. Deviant input never throws. `bytes` have to outlive the outline.
 LoadError ReadOutline(const QByteArray& bytes, MessageOutline& outline);
 
 } // namespace quellbox

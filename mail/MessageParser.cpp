@@ -29,13 +29,13 @@ QString NameText(const char* name) {
     return text;
 }
 
-std::vector<HeaderField> DecodeFields(const Fields& fields) {
+std::vector<HeaderField> DecodeFields(const Fields& fields, const CharsetEvidence& evidence) {
     std::vector<HeaderField> decoded;
     for (GMimeHeader* field : fields) {
         const char* raw = g_mime_header_get_raw_value(field);
         QString name = NameText(g_mime_header_get_name(field));
         if (!name.isEmpty())
-            decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw));
+            decoded.emplace_back(std::move(name), DecodeHeaderValue(raw == nullptr ? "" : raw, evidence));
     }
     return decoded;
 }
@@ -57,20 +57,20 @@ QString AttachmentName(GMimeObject* part) {
     return CleanseForDisplay(DeclaredFileName(part));
 }
 
-QString PartText(GMimeObject* part) {
+QString PartText(GMimeObject* part, const CharsetEvidence& evidence) {
     // A multipart without a single part inside has all of its text before the first boundary.
     if (GMIME_IS_MULTIPART(part)) {
         const char* prologue = g_mime_multipart_get_prologue(GMIME_MULTIPART(part));
-        return prologue == nullptr ? QString() : DecodeTextPart(prologue, {});
+        return prologue == nullptr ? QString() : DecodeTextPart(prologue, {}, evidence);
     }
     if (!GMIME_IS_PART(part) || !g_mime_content_type_is_type(g_mime_object_get_content_type(part), "text", "*"))
         return {};
-    const char* charset = g_mime_object_get_content_type_parameter(part, "charset");
-    return DecodeTextPart(PartBytes(GMIME_PART(part)), charset == nullptr ? "" : charset);
+    const char* charset = DeclaredCharset(part);
+    return DecodeTextPart(PartBytes(GMIME_PART(part)), charset == nullptr ? "" : charset, evidence);
 }
 
-MessagePart MakePart(GMimeObject* part, const Fields& fields) {
-    return {DecodeFields(fields), AttachmentName(part), PartText(part)};
+MessagePart MakePart(GMimeObject* part, const Fields& fields, const CharsetEvidence& evidence) {
+    return {DecodeFields(fields, evidence), AttachmentName(part), PartText(part, evidence)};
 }
 
 /// True when the only entity of a message has no content at all.
@@ -93,7 +93,8 @@ bool IsLeaf(GMimeObject* part) {
 /// Collects the leaves of a multipart, depth first. Recursion is bounded by kMaximumDepth.
 class LeafCollector {
 public:
-    LeafCollector(std::vector<MessagePart>& parts, size_t fieldCount) : parts_(parts), fieldCount_(fieldCount) {}
+    LeafCollector(std::vector<MessagePart>& parts, size_t fieldCount, const CharsetEvidence& evidence)
+        : parts_(parts), fieldCount_(fieldCount), evidence_(evidence) {}
 
     LoadError Collect(GMimeMultipart* multipart, int depth) {
         if (depth > kMaximumDepth)
@@ -116,35 +117,41 @@ private:
             return LoadError::TooManyFields;
         if (parts_.size() >= static_cast<size_t>(kMaximumParts))
             return LoadError::TooManyParts;
-        parts_.push_back(MakePart(part, fields));
+        parts_.push_back(MakePart(part, fields, evidence_));
         return LoadError::None;
     }
 
     std::vector<MessagePart>& parts_;
     size_t fieldCount_;
+    const CharsetEvidence& evidence_;
 };
 
-LoadError TakeApart(GMimeMessage* message, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
+/// `ofHeader` is what the header block tells: the list, which reads nothing else, must show the same fields.
+LoadError TakeApart(GMimeMessage* message, const CharsetEvidence& ofHeader, std::vector<HeaderField>& headers,
+                    std::vector<MessagePart>& parts) {
     const Fields fields = MessageFields(message);
     if (fields.size() > static_cast<size_t>(kMaximumFields))
         return LoadError::TooManyFields;
-    headers = DecodeFields(fields);
+    headers = DecodeFields(fields, ofHeader);
     GMimeObject* body = g_mime_message_get_mime_part(message);
     if (body == nullptr)
         return LoadError::None;
-    if (!IsLeaf(body))
-        return LeafCollector(parts, fields.size()).Collect(GMIME_MULTIPART(body), 1);
+    if (!IsLeaf(body)) {
+        CharsetEvidence ofMessage = ofHeader;
+        DeclareParts(body, ofMessage);
+        return LeafCollector(parts, fields.size(), ofMessage).Collect(GMIME_MULTIPART(body), 1);
+    }
     if (!IsBodyless(body))
-        parts.push_back(MakePart(body, fields));
+        parts.push_back(MakePart(body, fields, ofHeader));
     return LoadError::None;
 }
 
 } // namespace
 
 LoadError ParseMessage(const QByteArray& bytes, std::vector<HeaderField>& headers, std::vector<MessagePart>& parts) {
-    GMimePtr<GMimeMessage> message;
-    const LoadError error = OpenMessage(bytes, message);
-    return error == LoadError::None ? TakeApart(message.get(), headers, parts) : error;
+    OpenedMessage opened;
+    const LoadError error = OpenMessage(bytes, opened);
+    return error == LoadError::None ? TakeApart(opened.message.get(), opened.ofHeader, headers, parts) : error;
 }
 
 } // namespace quellbox

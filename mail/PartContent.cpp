@@ -25,15 +25,16 @@ QString WithCrlf(const QString& text) {
 
 } // namespace
 
-QString DecodeText(QByteArrayView bytes, QByteArrayView charset) {
-    QString text = charset.trimmed().isEmpty() ? DecodeUndeclared(bytes) : DecodeCharset(bytes, charset);
+QString DecodeText(QByteArrayView bytes, QByteArrayView charset, const CharsetEvidence& evidence) {
+    auto declared = DecodeNamed(bytes, charset);
+    QString text = declared ? *std::move(declared) : evidence.DecodeText(bytes);
     if (text.startsWith(QChar(0xFEFF)))
         text.remove(0, 1);
     return text;
 }
 
-QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset) {
-    return WithCrlf(DecodeText(bytes, charset));
+QString DecodeTextPart(QByteArrayView bytes, QByteArrayView charset, const CharsetEvidence& evidence) {
+    return WithCrlf(DecodeText(bytes, charset, evidence));
 }
 
 } // namespace quellbox

@@ -234,14 +234,15 @@ QString RatingText(const RatingField& field, const QString& value) {
     return {};
 }
 
-QString AddressText(const AddressField& field, QByteArrayView raw) {
+QString AddressText(const AddressField& field, QByteArrayView raw, const CharsetEvidence& evidence) {
     if (field.form == AddressForm::Text) {
-        return DecodeHeaderValue(raw);
+        return DecodeHeaderValue(raw, evidence);
     }
     raw = raw.trimmed();
     if (IsSimplePath(raw)) { // which nearly every one is
         return QString::fromLatin1(SimplePathAddress(raw));
     }
+    // An address of the envelope is UTF-8 where it is not ASCII (RFC 6531), whatever the message is in.
     const QByteArray address = PathAddress(Unfolded(raw));
     return CleanseForDisplay(DecodeUndeclared(address));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/CharsetEvidence.h"
 #include "mail/HeaderScanner.h"
 #include "mail/PackedFile.h"
 #include "platform/MessagePlaces.h"
@@ -77,7 +78,7 @@ const ServerProfile& ProfileOf(const QString& key);
 QString RatingText(const RatingField& field, const QString& value);
 
 /// The address in the raw value of a field; empty where it holds none.
-QString AddressText(const AddressField& field, QByteArrayView raw);
+QString AddressText(const AddressField& field, QByteArrayView raw, const CharsetEvidence& evidence = CharsetEvidence());
 
 /// The addresses of a path in the raw value of a field, as they stand there; see AddressForm::Path. Commas separate
 /// several.

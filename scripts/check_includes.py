@@ -3,7 +3,7 @@
 
 - A folder includes itself and those before it in FOLDERS, never later ones; app/ and console/ do not include each other.
 - The core and the console (every file outside of app/ that is not named frm*) include nothing of QtWidgets or QtGui.
-- Headers of GMime, GLib, zlib, libxml2 and libpsl stay in mail/, those of QtSql in history/, those of curl in delivery/.
+- Headers of GMime, GLib, zlib, uchardet, libxml2 and libpsl stay in mail/, those of QtSql in history/, those of curl in delivery/.
 - System headers, QSettings and tests for the operating system stay in platform/.
 """
 import glob
@@ -15,7 +15,7 @@ FOLDERS = ["platform", "mail", "settings", "delivery", "messages", "history", "w
 PROGRAMS = ["app", "console"]
 # Folders that nothing in FOLDERS may include.
 OUTER_FOLDERS = ["samples", "tests", "benchmarks", "fuzz"]
-MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject|zlib|libxml|libpsl)([-/].*)?(\.h)?$")
+MAIL_LIBRARY = re.compile(r"(gmime|glib|gio|gobject|zlib|uchardet|libxml|libpsl)([-/].*)?(\.h)?$")
 SQL_HEADER = re.compile(r"(QtSql(/.*)?|QSql\w*|qsql\w*\.h)$")
 CURL_HEADER = re.compile(r"curl/.*")
 SYSTEM_HEADER = re.compile(

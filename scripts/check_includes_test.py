@@ -43,10 +43,13 @@ class CheckIncludesTest(unittest.TestCase):
 
     def test_mail_library(self):
         self.accept("mail/A.cpp", "#include <gmime/gmime.h>", "#include <glib.h>")
+        self.accept("mail/A.cpp", "#include <uchardet/uchardet.h>")
         self.reject("archive/A.cpp", "#include <gmime/gmime.h>")
         self.accept("mail/A.cpp", "#include <libxml/HTMLparser.h>", "#include <libpsl.h>")
         self.reject("contents/A.cpp", "#include <libxml/HTMLparser.h>")
         self.reject("contents/A.cpp", "#include <libpsl.h>")
+        self.reject("contents/A.cpp", "#include <uchardet/uchardet.h>")
+        self.reject("contents/A.cpp", "#include <uchardet.h>")
         self.accept("delivery/A.cpp", "#include <curl/curl.h>")
         self.reject("app/A.cpp", "#include <curl/curl.h>")
         self.reject("app/A.cpp", "#include <glib.h>")

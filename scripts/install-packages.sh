@@ -22,6 +22,7 @@ run_packages=(
   libgmime-3.0-dev  # mail library: parts, encodings, character sets
   libxml2-dev       # parser of HTML, for the readable text of messages
   libpsl-dev        # which domains belong to one organization, for the warnings above it
+  libuchardet-dev   # tells the character set of texts that do not name theirs
   libcurl4-openssl-dev # connections to mail servers: TLS, logging in
   qtkeychain-qt6-dev # hands passwords to whoever keeps them on the desktop
   libsecret-1-0     # which it loads by itself, to reach a secret service such as GNOME Keyring

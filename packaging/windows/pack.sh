@@ -31,8 +31,10 @@ text "$recipes/quellboxctl-nightly.cmd" quellboxctl-nightly.cmd
   printf '\xff\xfe'
   sed -e '1s/?>$/ encoding="UTF-16"?>/' -e 's/$/\r/' "$recipes/quellboxctl-nightly.xml" | iconv -f UTF-8 -t UTF-16LE
 } >"$folder/quellboxctl-nightly.xml"
-for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/* "$(cat "$build/curl.prefix")"/licenses/*; do
-  text "$terms" "licenses/$(basename "$terms")"
+for library in qt mail curl uchardet; do
+  for terms in "$(cat "$build/$library.prefix")"/licenses/*; do
+    text "$terms" "licenses/$(basename "$terms")"
+  done
 done
 for package in mingw-w64-common gcc-mingw-w64-x86-64-posix-runtime libz-mingw-w64-dev; do
   text "/usr/share/doc/$package/copyright" "licenses/$package.txt"
@@ -56,7 +58,7 @@ END
 
 They also hold parts of zlib and of the runtime libraries of GCC and MinGW-w64.
 
-Qt, GLib and GMime are under the GNU Lesser General Public License. The archive $sources.tar, which is
+Qt, GLib, GMime and uchardet are under the GNU Lesser General Public License. The archive $sources.tar, which is
 offered beside these programs, holds the sources of the libraries in the list, those of Quellbox, and the scripts that
 build the programs of them on Debian. Whoever wants another Qt, say, unpacks it into a folder qt6-base (dpkg-source -x),
 changes it there, and builds the programs by QUELLBOX_SOURCES=FOLDER packaging/windows/build.sh, where FOLDER is the
