@@ -108,7 +108,7 @@ void OverviewDesk::AskForUnblocked() {
 bool OverviewDesk::MakeWay() {
     const bool isFree = parts_.jobs.MakeWay();
     if (!isFree) {
-        window_->Tell(tr("The list is being worked on. Try again when that has ended."));
+        window_->Tell(tr("Something else is being done. Try again when it has ended."));
     }
     return isFree;
 }
@@ -128,7 +128,11 @@ void OverviewDesk::Select(const MessageGroup& group, bool adds) {
     window_->Tell(selected == 1 ? tr("One message selected") : tr("%n messages selected", nullptr, selected));
 }
 
+// Behind the dialog no other job than a tick's look can begin, which is ended.
 void OverviewDesk::Save(OverviewKind kind) {
+    if (!MakeWay()) {
+        return;
+    }
     const RefreshTimer::Hold rest(parts_.timer);
     const QString day = parts_.ports.clock.Now().date().toString(Qt::ISODate);
     const QString file = AskExportFile(window_.get(), tr("%1 of %2", "a picture of a day").arg(TitleOf(kind), day),

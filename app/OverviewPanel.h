@@ -22,6 +22,9 @@ public:
     void SetPicture(const OverviewPicture& picture);
 
     const BarChart& Chart() const { return *chart_; }
+    /// Gives the picture the focus, or its table.
+    void TakeFocus() { stack_->currentWidget()->setFocus(); }
+
     /// What has the focus last when the tab key goes through it.
     QWidget& LastControl() const { return *btnSave_; }
 

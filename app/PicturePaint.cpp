@@ -44,8 +44,9 @@ PictureColours ColoursOf(const QPalette& palette) {
             text.name(),
             Mixed(ground, text, 0.2).name(),
             palette.color(QPalette::Highlight).name(),
-            isDark ? QStringLiteral("#5b9bd8") : QStringLiteral("#4a86c5"),
-            isDark ? QStringLiteral("#ff6f61") : QStringLiteral("#a3161f"),
+            isDark ? QStringLiteral("#58a6e8") : QStringLiteral("#3f88cf"),
+            isDark ? QStringLiteral("#b48ae0") : QStringLiteral("#8a4fa8"),
+            isDark ? QStringLiteral("#ff7a66") : QStringLiteral("#c0182a"),
             isBlack ? text.name() : QString()};
 }
 

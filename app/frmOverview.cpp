@@ -57,6 +57,7 @@ void frmOverview::MakePanels() {
     setTabOrder(ui_->lvwUnblocked, ui_->btnTolerate);
     setTabOrder(ui_->btnTolerate, ui_->btnClose);
     setTabOrder(ui_->btnClose, ui_->btnHelp);
+    panels_.front()->TakeFocus();
 }
 
 void frmOverview::PrepareList() {
@@ -65,7 +66,7 @@ void frmOverview::PrepareList() {
     list.header()->setSectionsMovable(false);
     list.header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list.header()->setSectionResizeMode(UnblockedName, QHeaderView::Stretch);
-    list.setMinimumHeight(fontMetrics().height() * 5);
+    list.setMinimumHeight(fontMetrics().height() * 7);
     connect(&list, &QTreeWidget::itemSelectionChanged, this,
             [this] { ui_->btnTolerate->setEnabled(!ui_->lvwUnblocked->selectedItems().isEmpty()); });
 }

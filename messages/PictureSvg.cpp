@@ -100,9 +100,13 @@ QString ColourOf(const PictureColours& colours, double tone) {
     if (tone < 0) {
         return colours.bar;
     }
+    const bool isLow = tone < 0.5;
+    const QString& below = isLow ? colours.lowest : colours.middle;
+    const QString& above = isLow ? colours.middle : colours.highest;
+    const double share = isLow ? 2 * tone : 2 * tone - 1;
     QString mixed(u'#');
     for (int place = 0; place < 3; ++place) {
-        const double byte = (1 - tone) * ByteOf(colours.lowest, place) + tone * ByteOf(colours.highest, place);
+        const double byte = (1 - share) * ByteOf(below, place) + share * ByteOf(above, place);
         mixed += QStringLiteral("%1").arg(static_cast<int>(std::lround(byte)), 2, 16, QLatin1Char('0'));
     }
     return mixed;

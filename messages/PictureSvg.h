@@ -10,9 +10,10 @@ namespace quellbox {
 struct PictureColours {
     QString background;
     QString text;
-    QString faint; ///< of lines that only help the eye
-    QString bar;   ///< where there are no levels
-    QString lowest;
+    QString faint;  ///< of lines that only help the eye
+    QString bar;    ///< where there are no levels
+    QString lowest; ///< of levels
+    QString middle;
     QString highest;
     QString outline; ///< of bars; empty for none
 };

@@ -2468,8 +2468,8 @@
 <context>
     <name>quellbox::OverviewDesk</name>
     <message>
-        <source>The list is being worked on. Try again when that has ended.</source>
-        <translation>An der Liste wird gerade gearbeitet. Versuchen Sie es noch einmal, wenn das beendet ist.</translation>
+        <source>Something else is being done. Try again when it has ended.</source>
+        <translation>Es wird gerade etwas anderes ausgeführt. Versuchen Sie es noch einmal, wenn das beendet ist.</translation>
     </message>
     <message numerus="yes">
         <source>%n messages selected</source>

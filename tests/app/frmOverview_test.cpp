@@ -308,7 +308,7 @@ TEST_F(OverviewDeskTest, WhileSomethingIsDoneNothingIsSelected) {
         [](const WindowJobs::Error&) {});
     ClickBar("chtSenders", {0});
     EXPECT_EQ(Selected(), "");
-    EXPECT_EQ(Told(), "The list is being worked on. Try again when that has ended.");
+    EXPECT_EQ(Told(), "Something else is being done. Try again when it has ended.");
     Settle();
     ClickBar("chtSenders", {0});
     EXPECT_EQ(Selected(), "Invoice 1, Invoice 2");

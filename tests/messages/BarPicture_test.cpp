@@ -178,9 +178,10 @@ TEST(BarPictureTest, KeysMoveAmongDaysAndTheirParts) {
 }
 
 TEST(BarPictureTest, ColoursGoFromTheLowestToTheHighest) {
-    const PictureColours colours{{}, {}, {}, u"#123456"_s, u"#0000ff"_s, u"#ff0000"_s, {}};
+    const PictureColours colours{{}, {}, {}, u"#123456"_s, u"#0000ff"_s, u"#00ff00"_s, u"#ff0000"_s, {}};
     EXPECT_EQ(ColourOf(colours, 0), u"#0000ff"_s);
-    EXPECT_EQ(ColourOf(colours, 0.5), u"#800080"_s);
+    EXPECT_EQ(ColourOf(colours, 0.5), u"#00ff00"_s);
+    EXPECT_EQ(ColourOf(colours, 0.75), u"#808000"_s);
     EXPECT_EQ(ColourOf(colours, 1), u"#ff0000"_s);
     EXPECT_EQ(ColourOf(colours, -1), u"#123456"_s);
 }
@@ -190,7 +191,7 @@ TEST(BarPictureTest, AnSvgHasEveryShapeAndIsWhole) {
     picture.bars[0].label = u"<a&b>\u0001\uFFFE"_s + QChar(0xD800);
     const BarPicture laidOut = LayOutPicture(picture, {400, 200}, font);
     const QByteArray bytes = PictureSvg(
-        picture, laidOut, {u"#ffffff"_s, u"#000000"_s, u"#cccccc"_s, u"#0000ff"_s, {}, {}, {}}, {u"Sans"_s, 8});
+        picture, laidOut, {u"#ffffff"_s, u"#000000"_s, u"#cccccc"_s, u"#0000ff"_s, {}, {}, {}, {}}, {u"Sans"_s, 8});
     QXmlStreamReader svg(bytes);
     int rects = 0;
     QStringList texts;
