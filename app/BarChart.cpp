@@ -129,7 +129,7 @@ void BarChart::Choose(OverviewPlace place, bool adds) {
 
 QSize BarChart::minimumSizeHint() const {
     const int line = fontMetrics().height();
-    return {16 * line, 7 * line};
+    return {14 * line, 9 * line};
 }
 
 QSize BarChart::sizeHint() const {

@@ -50,7 +50,7 @@ void OverviewPanel::MakeHead() {
     head->addWidget(btnTable_);
     head->addWidget(btnSave_);
     lblTitle_->setTextFormat(Qt::PlainText);
-    lblTitle_->setMinimumWidth(1); // a long title is cut, and does not widen the window
+    lblTitle_->setWordWrap(true); // a long title does not widen the window
     btnTable_->setObjectName(NameWith("btn", kind_, "Table"));
     btnTable_->setText(tr("Table"));
     btnTable_->setCheckable(true);

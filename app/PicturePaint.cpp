@@ -19,8 +19,8 @@ QColor Mixed(const QColor& one, const QColor& other, double share) {
 }
 
 void PaintBar(QPainter& painter, const PictureShape& shape, const PictureColours& colours) {
-    const QColor outline(colours.outline.isEmpty() ? colours.background : colours.outline);
-    painter.setPen(QPen(outline, 0));
+    const QString outline = OutlineOf(colours, shape);
+    painter.setPen(outline.isEmpty() ? QPen(Qt::NoPen) : QPen(QColor(outline), 0));
     painter.setBrush(QColor(ColourOf(colours, shape.tone)));
     painter.drawRect(shape.rect);
 }

@@ -80,9 +80,9 @@ private:
     void AddAxis() {
         const qint64 most = Most();
         const double line = font_.lineHeight;
-        const int steps = std::max(1, static_cast<int>(plot_.height() / (linesOfStep * line)));
+        const int steps = std::max(2, static_cast<int>(plot_.height() / (linesOfStep * line)));
         const qint64 step = StepOfAxis(most, steps);
-        top_ = (most + step - 1) / step * step;
+        top_ = most;
         const double labels = font_.width(QString::number(top_));
         plot_.setLeft(std::min(labels + textSpace * line, plot_.right()));
         for (qint64 value = 0; value <= top_; value += step) {

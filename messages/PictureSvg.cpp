@@ -47,7 +47,8 @@ void WriteBar(QXmlStreamWriter& svg, const PictureShape& shape, const PictureCol
         svg,
         {{"x", shape.rect.x()}, {"y", shape.rect.y()}, {"width", shape.rect.width()}, {"height", shape.rect.height()}});
     WriteAttribute(svg, "fill", ColourOf(colours, shape.tone));
-    WriteAttribute(svg, "stroke", colours.outline.isEmpty() ? colours.background : colours.outline);
+    const QString outline = OutlineOf(colours, shape);
+    WriteAttribute(svg, "stroke", outline.isEmpty() ? QStringLiteral("none") : outline);
 }
 
 void WriteLine(QXmlStreamWriter& svg, const PictureShape& shape, const PictureColours& colours) {
@@ -110,6 +111,12 @@ QString ColourOf(const PictureColours& colours, double tone) {
         mixed += QStringLiteral("%1").arg(static_cast<int>(std::lround(byte)), 2, 16, QLatin1Char('0'));
     }
     return mixed;
+}
+
+QString OutlineOf(const PictureColours& colours, const PictureShape& bar) {
+    constexpr double lowestDivided = 4;
+    const QString divider = bar.rect.height() < lowestDivided ? QString() : colours.background;
+    return colours.outline.isEmpty() ? divider : colours.outline;
 }
 
 QByteArray PictureSvg(const OverviewPicture& picture, const BarPicture& laidOut, const PictureColours& colours,

@@ -21,6 +21,10 @@ struct PictureColours {
 /// The colour of a bar of that tone.
 QString ColourOf(const PictureColours& colours, double tone);
 
+/// The colour of the line around a bar; empty for none. Where bars touch, it divides them, but it is not to hide those
+/// that are hardly higher than itself.
+QString OutlineOf(const PictureColours& colours, const PictureShape& bar);
+
 /// The font of a picture in a file.
 struct PictureLettering {
     QString family;

@@ -2455,7 +2455,7 @@
     </message>
     <message>
         <source>&amp;Overview...</source>
-        <translation>Ü&amp;bersicht...</translation>
+        <translation>Über&amp;sicht...</translation>
     </message>
 </context>
 <context>
