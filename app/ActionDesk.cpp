@@ -167,6 +167,23 @@ void ActionDesk::OfferToTolerate(int row) {
     }
 }
 
+// The result of the dialog belongs to who has asked for messages to be unblocked, and stays theirs.
+void ActionDesk::TolerateSenders(const QStringList& senders, QWidget& above) {
+    const QString result = parts_.state.ToleranceResult;
+    const QStringList before = LoadWhitelist(parts_.ports.store);
+    const RefreshTimer::Hold rest(parts_.timer);
+    for (const QString& sender : senders) {
+        frmTolerate dialog(parts_.ports.store, parts_.state, &above);
+        dialog.SetMode(ToleranceWord::tolerate);
+        dialog.SetSender(sender);
+        if (dialog.exec() != QDialog::Accepted) {
+            break;
+        }
+    }
+    parts_.state.ToleranceResult = result;
+    NoteWhitelistChanges(parts_.journal, parts_.ports.store, parts_.state.ArchiveDir, before);
+}
+
 void ActionDesk::btnFailures_Click() {
     const RefreshTimer::Hold rest(parts_.timer);
     frmFailures(parts_.failures, &parts_.window).exec();

@@ -26,6 +26,10 @@ public:
 
     void MaintainWhitelist();
 
+    /// Offers to put these senders on the whitelist, one after the other until one is declined, in dialogs above a
+    /// window. Their messages stay where they are.
+    void TolerateSenders(const QStringList& senders, QWidget& above);
+
     /// Shows what the last action could not do.
     void btnFailures_Click();
 

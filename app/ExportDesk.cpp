@@ -25,9 +25,9 @@ NextRow WhileWanted(NextRow next, const std::weak_ptr<const bool>& interest) {
     };
 }
 
-WindowJobs::Error TryWriteTable(const QString& file, const TableColumns& columns, const NextRow& next) {
+WindowJobs::Error Try(const std::function<void()>& write) {
     try {
-        WriteTable(file, columns, next, ExistingFile::Replace); // the user was asked
+        write();
         return std::nullopt;
     } catch (const RuntimeError& error) {
         return error.Text();
@@ -58,9 +58,24 @@ void ExportDesk::Write(const QString& file, const TableColumns& columns, const N
     // The end of the job takes the interest away, also where the user has stopped it or closes the window.
     const auto interest = std::make_shared<const bool>(true);
     const auto write = [file, columns, next = WhileWanted(rows, interest)] {
-        return TryWriteTable(file, columns, next);
+        WriteTable(file, columns, next, ExistingFile::Replace); // the user was asked
     };
-    parts_.jobs.Call(WindowJobs::Effect::Changes, write, [this, written, interest](const WindowJobs::Error& error) {
+    WriteBeside(write, [written, interest] { written(); });
+}
+
+void ExportDesk::Write(const QString& file, const std::function<QByteArray()>& make,
+                       const std::function<void()>& written) {
+    const auto write = [file, make] {
+        WholeFile whole(file, ExistingFile::Replace); // the user was asked
+        whole.Write(make());
+        whole.Commit();
+    };
+    WriteBeside(write, written);
+}
+
+void ExportDesk::WriteBeside(const std::function<void()>& write, const std::function<void()>& written) {
+    const auto tryTo = [write] { return Try(write); };
+    parts_.jobs.Call(WindowJobs::Effect::Changes, tryTo, [this, written](const WindowJobs::Error& error) {
         if (error) {
             parts_.errors.Show(*error);
         } else {

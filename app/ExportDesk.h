@@ -23,7 +23,11 @@ public:
     void Write(const QString& file, const TableColumns& columns, const NextRow& rows,
                const std::function<void()>& written);
 
+    /// The same with what `make` gives, which is called beside the window as well.
+    void Write(const QString& file, const std::function<QByteArray()>& make, const std::function<void()>& written);
+
 private:
+    void WriteBeside(const std::function<void()>& write, const std::function<void()>& written);
     QString AskFile();
     void TellWritten(const QString& file, int count);
 

@@ -8,22 +8,32 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace quellbox {
 
 namespace {
 
-bool HasKnownEnding(const QString& name) {
-    return name.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive) ||
-           name.endsWith(QLatin1String(".jsonl"), Qt::CaseInsensitive);
+QString FilterOf(const ExportForm& form) {
+    return QStringLiteral("%1 (*.%2)").arg(form.name, form.ending);
+}
+
+bool HasKnownEnding(const QString& name, const std::vector<ExportForm>& forms) {
+    return std::any_of(forms.begin(), forms.end(), [&name](const ExportForm& form) {
+        return name.endsWith(QLatin1Char('.') + form.ending, Qt::CaseInsensitive);
+    });
 }
 
 /// The name that was chosen, with the ending of the chosen form where none was typed.
-QString ChosenFile(const QFileDialog& dialog, const QString& csvFilter) {
-    QString name = dialog.selectedFiles().value(0);
-    if (name.isEmpty() || HasKnownEnding(name)) {
+QString ChosenFile(const QFileDialog& dialog, const std::vector<ExportForm>& forms) {
+    const QString name = dialog.selectedFiles().value(0);
+    if (name.isEmpty() || HasKnownEnding(name, forms)) {
         return name;
     }
-    return name + (dialog.selectedNameFilter() == csvFilter ? QLatin1String(".csv") : QLatin1String(".jsonl"));
+    const auto chosen = std::find_if(forms.begin(), forms.end(), [&dialog](const ExportForm& form) {
+        return dialog.selectedNameFilter() == FilterOf(form);
+    });
+    return name + QLatin1Char('.') + (chosen == forms.end() ? forms.back() : *chosen).ending;
 }
 
 bool MayReplace(const QString& file, QWidget* parent) {
@@ -40,18 +50,27 @@ bool MayReplace(const QString& file, QWidget* parent) {
 
 } // namespace
 
-// The dialog's own question would be about a name without its ending.
 QString AskExportFile(QWidget* parent, const QString& proposedName) {
-    const QString csvFilter = QStringLiteral("CSV (*.csv)");
+    return AskExportFile(
+        parent, proposedName,
+        {{QStringLiteral("CSV"), QStringLiteral("csv")}, {QStringLiteral("JSON Lines"), QStringLiteral("jsonl")}});
+}
+
+// The dialog's own question would be about a name without its ending.
+QString AskExportFile(QWidget* parent, const QString& proposedName, const std::vector<ExportForm>& forms) {
+    QStringList filters;
+    for (const ExportForm& form : forms) {
+        filters.append(FilterOf(form));
+    }
     QFileDialog dialog(parent, QCoreApplication::translate("quellbox", "Export"));
     dialog.setObjectName(QStringLiteral("dlgExport"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    dialog.setNameFilters({csvFilter, QStringLiteral("JSON Lines (*.jsonl)")});
+    dialog.setNameFilters(filters);
     dialog.selectFile(proposedName);
     while (dialog.exec() == QDialog::Accepted) {
-        QString file = ChosenFile(dialog, csvFilter);
+        QString file = ChosenFile(dialog, forms);
         if (!file.isEmpty() && MayReplace(file, parent)) {
             return file;
         }

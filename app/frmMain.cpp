@@ -12,6 +12,7 @@
 #include "app/ListDesk.h"
 #include "app/MainMenus.h"
 #include "app/MessageListView.h"
+#include "app/OverviewDesk.h"
 #include "app/PanesLayout.h"
 #include "app/QuickDesk.h"
 #include "app/RefreshDesk.h"
@@ -92,6 +93,7 @@ void frmMain::CreateDesks() {
     quick_ = std::make_unique<QuickDesk>(parts_, *list_, *panes_);
     export_ = std::make_unique<ExportDesk>(parts_);
     history_ = std::make_unique<HistoryDesk>(parts_, *list_, *refresh_, *export_);
+    overview_ = std::make_unique<OverviewDesk>(parts_, *list_, *actions_, *export_);
     setup_ = std::make_unique<SetupDesk>(parts_, *list_, *refresh_, [this] { actions_->MaintainWhitelist(); });
     tools_ = std::make_unique<ToolsDesk>(parts_, *refresh_, *setup_, *delivery_);
     tray_ = std::make_unique<TrayPresence>(TrayParts{*this, menus_->Entry("mnuViewHide"), menus_->Menu("mnuTray"),
@@ -182,6 +184,7 @@ void frmMain::ConnectActionsAndTools() {
     On("mnuToolsTest", [this] { tools_->SendPickupTest(); });
     On("mnuToolsCleansing", [this] { tools_->mnuToolsCleansing_Click(); });
     On("mnuToolsHistory", [this] { history_->mnuToolsHistory_Click(); });
+    On("mnuToolsOverview", [this] { overview_->mnuToolsOverview_Click(); });
     On("mnuToolsOptions", [this] { setup_->mnuToolsOptions_Click(); });
     On("mnuMessageDelete", [this] { actions_->mnuMessageDelete_Click(); });
     On("mnuMessageUnblock", [this] { actions_->mnuMessageUnblock_Click(); });
@@ -323,6 +326,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     expiry_->Close();
     delivery_->Close();
     history_->Close();
+    overview_->Close();
     journal_.Hurry();
     contents_->Close();
     help_->Close();

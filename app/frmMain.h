@@ -19,6 +19,7 @@ class FindDesk;
 class HelpDesk;
 class HistoryDesk;
 class ListDesk;
+class OverviewDesk;
 class PanesLayout;
 class QuickDesk;
 class RefreshDesk;
@@ -123,6 +124,7 @@ private:
     std::unique_ptr<QuickDesk> quick_;
     std::unique_ptr<ExportDesk> export_;
     std::unique_ptr<HistoryDesk> history_;
+    std::unique_ptr<OverviewDesk> overview_;
     std::unique_ptr<SetupDesk> setup_;
     std::unique_ptr<ToolsDesk> tools_;
     std::unique_ptr<TrayPresence> tray_;

@@ -26,8 +26,8 @@ const std::vector<Command>& Commands() {
         {"cleanse", "", QT_TRANSLATE_NOOP("quellbox", "Deletes what is older than some days."),
          "quellboxctl cleanse --keep-days 7 --dry-run", AddCleanseOptions, RunCleanse},
         {"stats", "",
-         QT_TRANSLATE_NOOP("quellbox", "Counts messages and bytes by day, spam confidence, domain of the sender and "
-                                       "recipient."),
+         QT_TRANSLATE_NOOP("quellbox", "Counts messages and bytes by day, spam confidence, domain of the sender, "
+                                       "recipient and subject."),
          "quellboxctl stats --days 7 --by domain --top 10", AddStatsOptions, RunStats},
         {"history", "", QT_TRANSLATE_NOOP("quellbox", "Prints what was done, the newest first."),
          "quellboxctl history --action delete --limit 20", AddHistoryOptions, RunHistory},

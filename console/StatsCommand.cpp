@@ -17,10 +17,14 @@ struct NamedGrouping {
     StatisticsBy by;
 };
 
-constexpr std::array<NamedGrouping, 4> groupings{{{"day", StatisticsBy::Day},
+constexpr std::array<NamedGrouping, 5> groupings{{{"day", StatisticsBy::Day},
                                                   {"scl", StatisticsBy::Rating},
                                                   {"domain", StatisticsBy::Domain},
-                                                  {"to", StatisticsBy::Recipient}}};
+                                                  {"to", StatisticsBy::Recipient},
+                                                  {"subject", StatisticsBy::Subject}}};
+
+// What is printed without a choice, and always was; scripts may read it.
+constexpr size_t chosenByDefault = 4;
 
 QStringList GroupingNames() {
     QStringList names;
@@ -30,7 +34,7 @@ QStringList GroupingNames() {
     return names;
 }
 
-/// What the options choose; all without any. Throws UsageError.
+/// What the options choose. Throws UsageError.
 std::vector<NamedGrouping> ReadGroupings(const QCommandLineParser& parser) {
     const QStringList wanted = parser.values(QStringLiteral("by"));
     for (const QString& name : wanted) {
@@ -40,8 +44,11 @@ std::vector<NamedGrouping> ReadGroupings(const QCommandLineParser& parser) {
         }
     }
     std::vector<NamedGrouping> chosen;
+    if (wanted.isEmpty()) {
+        return {groupings.begin(), groupings.begin() + chosenByDefault};
+    }
     for (const NamedGrouping& known : groupings) {
-        if (wanted.isEmpty() || wanted.contains(QLatin1String(known.name))) {
+        if (wanted.contains(QLatin1String(known.name))) {
             chosen.push_back(known);
         }
     }
@@ -55,7 +62,7 @@ void AddStatsOptions(QCommandLineParser& parser) {
     parser.addOptions(
         {{QStringLiteral("by"),
           QCoreApplication::translate("quellbox", "Count by that: %1. May be given several times; without "
-                                                  "it by all.")
+                                                  "it by all but subjects.")
               .arg(GroupingNames().join(QStringLiteral(", "))),
           QStringLiteral("GROUP")},
          {QStringLiteral("top"),
@@ -72,7 +79,11 @@ ExitCode RunStats(Session& session, const QCommandLineParser& parser) {
     const size_t top = parser.isSet(option)
                            ? static_cast<size_t>(ReadNumber(parser, option, 1, std::numeric_limits<int>::max()))
                            : ArchiveStatistics::all;
-    ArchiveStatistics statistics;
+    std::vector<StatisticsBy> by;
+    for (const NamedGrouping& known : chosen) {
+        by.push_back(known.by);
+    }
+    ArchiveStatistics statistics(by);
     ForEachRow(session, ReadChoice(session, parser), [&statistics](const ReadRow& row) {
         statistics.Add(row.row);
         return true;

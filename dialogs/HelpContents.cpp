@@ -96,6 +96,7 @@ QString HelpTopicOfForm(const QString& formName) {
         {QStringLiteral("frmFolders"), QStringLiteral("folders.html")},
         {QStringLiteral("frmFailures"), QStringLiteral("failures.html")},
         {QStringLiteral("frmHistory"), QStringLiteral("history.html")},
+        {QStringLiteral("frmOverview"), QStringLiteral("overview.html")},
         {QStringLiteral("frmAbout"), QStringLiteral("about.html")},
     };
     return topics.value(formName);

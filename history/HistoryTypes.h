@@ -73,6 +73,15 @@ struct HistoryFilter {
     bool operator==(const HistoryFilter&) const = default;
 };
 
+/// Somebody whose messages the user has unblocked.
+struct UnblockedSender {
+    QString sender;    ///< envelope sender in lower case
+    qint64 count = 0;  ///< messages that were unblocked, and not put back
+    qint64 lastMs = 0; ///< when the last one was, since 1970-01-01 UTC
+
+    bool operator==(const UnblockedSender&) const = default;
+};
+
 /// An action that was begun by a program that ended before it could write down all of its results.
 struct InterruptedAction {
     qint64 id = 0;

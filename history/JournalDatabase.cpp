@@ -315,6 +315,21 @@ HistoryIds JournalDatabase::Find(const HistoryFilter& filter) {
     return ids;
 }
 
+std::vector<UnblockedSender> JournalDatabase::UnblockedSenders() {
+    QSqlQuery query =
+        Prepared(QStringLiteral("SELECT lower(sender) AS folded, count(*) AS messages, max(time) FROM entry "
+                                "JOIN action ON action.id = entry.action WHERE kind = %1 AND result = %2 "
+                                "AND sender != '' GROUP BY folded ORDER BY messages DESC, folded")
+                     .arg(static_cast<int>(HistoryAction::Unblock))
+                     .arg(static_cast<int>(HistoryResult::Done)));
+    Run(query);
+    std::vector<UnblockedSender> senders;
+    while (query.next()) {
+        senders.push_back({query.value(0).toString(), query.value(1).toLongLong(), query.value(2).toLongLong()});
+    }
+    return senders;
+}
+
 std::vector<HistoryLine> JournalDatabase::Lines(const HistoryIds& ids) {
     QSqlQuery query = Prepared(QStringLiteral("SELECT %1 FROM entry JOIN action ON action.id = entry.action "
                                               "WHERE entry.id IN (%2) ORDER BY entry.action DESC, entry.id DESC")

@@ -1,9 +1,8 @@
 #include "messages/ArchiveStatistics.h"
 
-#include <QDate>
+#include "messages/RatingLevel.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -11,69 +10,95 @@ namespace quellbox {
 
 namespace {
 
-qint64 DayOf(qint64 localSeconds) {
-    return std::chrono::floor<std::chrono::days>(std::chrono::seconds(localSeconds)).count();
-}
-
-QString DayText(qint64 day) {
-    return QDate(1970, 1, 1).addDays(day).toString(Qt::ISODate);
-}
-
-/// Qt takes a microsecond for it, and hardly a domain has other letters than those of ASCII.
-QString LowerCased(QString text) {
-    if (std::any_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() >= 0x80; })) {
-        return text.toLower();
-    }
-    for (QChar& unit : text) {
-        if (unit >= u'A' && unit <= u'Z') {
-            unit = QChar(unit.unicode() | 0x20);
-        }
-    }
-    return text;
-}
-
-QString DomainOf(const QString& sender) {
-    QString domain = sender.mid(sender.lastIndexOf(u'@') + 1);
-    if (domain.isEmpty()) {
-        domain = sender;
-    }
-    return LowerCased(std::move(domain));
-}
-
 bool IsLarger(const StatisticsGroup& group, const StatisticsGroup& other) {
     return group.count != other.count ? group.count > other.count : group.value < other.value;
 }
 
-} // namespace
+bool IsNumbered(StatisticsBy by) {
+    return by == StatisticsBy::Day || by == StatisticsBy::Level;
+}
 
-void ArchiveStatistics::AddTo(Sum& sum, qint64 bytes) {
+void AddMessage(auto& sum, qint64 bytes) {
     ++sum.count;
     sum.bytes += bytes;
 }
 
+} // namespace
+
+ArchiveStatistics::ArchiveStatistics(std::vector<StatisticsBy> by, bool ratesByNumber) : keys_(ratesByNumber) {
+    for (const StatisticsBy one : by) {
+        counted_.push_back({one});
+    }
+    const auto counts = [&by](StatisticsBy one) { return std::find(by.begin(), by.end(), one) != by.end(); };
+    countsLevelsOfDays_ = counts(StatisticsBy::Day) && counts(StatisticsBy::Level);
+}
+
 void ArchiveStatistics::Add(const MessageRow& row) {
     const qint64 bytes = row.Size();
-    const auto countText = [this, &row, bytes](int column, TextSums& sums) {
-        text_.resize(0);
-        row.AppendCell(column, text_);
-        AddTo(sums[text_], bytes);
-    };
-    AddTo(total_, bytes);
-    AddTo(days_[DayOf(row.Time())], bytes);
-    countText(ColumnScl, ratings_);
-    countText(ColumnTo, recipients_);
-    AddTo(domains_[DomainOf(row.Tag())], bytes);
+    AddMessage(total_, bytes);
+    for (Counted& counted : counted_) {
+        AddTo(counted, row, bytes);
+    }
+    if (countsLevelsOfDays_) {
+        ++levelsOfDays_[DayOf(row)][keys_.LevelOf(row)];
+    }
+}
+
+void ArchiveStatistics::AddTo(Counted& counted, const MessageRow& row, qint64 bytes) {
+    if (IsNumbered(counted.by)) {
+        const qint64 number = counted.by == StatisticsBy::Day ? DayOf(row) : keys_.LevelOf(row);
+        AddMessage(counted.numbers[number], bytes);
+        return;
+    }
+    Sum& sum = counted.texts[keys_.Of(row, counted.by)];
+    AddMessage(sum, bytes);
+    if (counted.by == StatisticsBy::Subject) {
+        NoteSubject(sum, row);
+    }
+}
+
+void ArchiveStatistics::NoteSubject(Sum& sum, const MessageRow& row) {
+    if (sum.isVaried) {
+        return;
+    }
+    text_.resize(0);
+    row.AppendCell(ColumnSubject, text_);
+    if (sum.count == 1) {
+        sum.subject = text_;
+        sum.recipient = row.Cell(ColumnTo);
+    } else {
+        sum.isVaried = sum.subject != text_;
+    }
+}
+
+const ArchiveStatistics::Counted& ArchiveStatistics::By(StatisticsBy by) const {
+    static const Counted nothing{StatisticsBy::Rating};
+    const auto found =
+        std::find_if(counted_.begin(), counted_.end(), [by](const Counted& counted) { return counted.by == by; });
+    return found == counted_.end() ? nothing : *found;
+}
+
+size_t ArchiveStatistics::GroupCount(StatisticsBy by) const {
+    const Counted& counted = By(by);
+    return counted.texts.size() + counted.numbers.size();
+}
+
+QString ArchiveStatistics::ValueOf(const Counted& counted, const QString& key, const Sum& sum) const {
+    if (counted.by != StatisticsBy::Subject) {
+        return key;
+    }
+    return sum.isVaried ? SubjectKey().Title(sum.subject, sum.recipient) : sum.subject;
 }
 
 std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t top) const {
-    if (by == StatisticsBy::Day) {
-        return Days(top);
+    const Counted& counted = By(by);
+    if (IsNumbered(by)) {
+        return NumberGroups(counted, top);
     }
-    const TextSums& sums = SumsBy(by);
     std::vector<StatisticsGroup> groups;
-    groups.reserve(sums.size());
-    for (const auto& [text, sum] : sums) {
-        groups.push_back({text, sum.count, sum.bytes});
+    groups.reserve(counted.texts.size());
+    for (const auto& [text, sum] : counted.texts) {
+        groups.push_back({ValueOf(counted, text, sum), sum.count, sum.bytes, text});
     }
     const size_t wanted = std::min(top, groups.size());
     const auto end = groups.begin() + static_cast<std::ptrdiff_t>(wanted);
@@ -85,21 +110,20 @@ std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t t
     return groups;
 }
 
-std::vector<StatisticsGroup> ArchiveStatistics::Days(size_t top) const {
-    const size_t wanted = std::min(top, days_.size());
-    std::vector<StatisticsGroup> groups;
-    groups.reserve(wanted);
-    for (auto day = std::prev(days_.end(), static_cast<std::ptrdiff_t>(wanted)); day != days_.end(); ++day) {
-        groups.push_back({DayText(day->first), day->second.count, day->second.bytes});
-    }
-    return groups;
+QString ArchiveStatistics::NumberText(StatisticsBy by, qint64 number) const {
+    return by == StatisticsBy::Day ? DayText(number) : RatingLevelText(static_cast<int>(number), keys_.RatesByNumber());
 }
 
-const ArchiveStatistics::TextSums& ArchiveStatistics::SumsBy(StatisticsBy by) const {
-    if (by == StatisticsBy::Rating) {
-        return ratings_;
+std::vector<StatisticsGroup> ArchiveStatistics::NumberGroups(const Counted& counted, size_t top) const {
+    const NumberSums& sums = counted.numbers;
+    const size_t wanted = std::min(top, sums.size());
+    std::vector<StatisticsGroup> groups;
+    groups.reserve(wanted);
+    for (auto sum = std::prev(sums.end(), static_cast<std::ptrdiff_t>(wanted)); sum != sums.end(); ++sum) {
+        const QString key = counted.by == StatisticsBy::Day ? DayText(sum->first) : QString::number(sum->first);
+        groups.push_back({NumberText(counted.by, sum->first), sum->second.count, sum->second.bytes, key});
     }
-    return by == StatisticsBy::Domain ? domains_ : recipients_;
+    return groups;
 }
 
 } // namespace quellbox

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "messages/MessageRow.h"
+#include "messages/GroupKey.h"
 
 #include <QHashFunctions>
 #include <QString>
@@ -12,19 +12,12 @@
 
 namespace quellbox {
 
-/// By what messages are counted.
-enum class StatisticsBy {
-    Day,      ///< of the local time of the file
-    Rating,   ///< text of the column "SCL%"
-    Domain,   ///< of the envelope sender, in lower case; one without a domain counts as a whole
-    Recipient ///< text of the column "To"
-};
-
 /// Messages that have the same in common.
 struct StatisticsGroup {
-    QString value;    ///< a day as in "2026-06-15", else a text; empty where messages have none
+    QString value;    ///< what people read of it: a day as in "2026-06-15", else a text; empty where messages have none
     qint64 count = 0; ///< messages
     qint64 bytes = 0; ///< of their files
+    QString key{};    ///< as GroupKey::Of() has it
 
     bool operator==(const StatisticsGroup&) const = default;
 };
@@ -34,37 +27,61 @@ class ArchiveStatistics {
 public:
     static constexpr size_t all = std::numeric_limits<size_t>::max();
 
+    /// Counts by these only. Whether ratings are numbers concerns their levels.
+    explicit ArchiveStatistics(std::vector<StatisticsBy> by, bool ratesByNumber = false);
+
     void Add(const MessageRow& row);
 
     /// Of all messages.
     qint64 Count() const { return total_.count; }
     qint64 Bytes() const { return total_.bytes; }
 
-    /// The days in their order, of which the latest `top` are given; of all else the `top` largest groups, those with
-    /// most messages first and equal ones in the order of the code units of their texts.
+    /// The days and the levels in their order, of which the last `top` are given; of all else the `top` largest groups,
+    /// those with most messages first and equal ones in the order of the code units of their texts. Subjects have a
+    /// group's title; where all are the same it is the first one, as it stands.
     std::vector<StatisticsGroup> Groups(StatisticsBy by, size_t top = all) const;
+
+    /// How many groups there are.
+    size_t GroupCount(StatisticsBy by) const;
+
+    /// How many messages of each level there are of each day; only where both are counted.
+    using LevelCounts = std::map<int, qint64>;
+    const std::map<qint64, LevelCounts>& LevelsOfDays() const { return levelsOfDays_; }
 
 private:
     struct Sum {
         qint64 count = 0;
         qint64 bytes = 0;
+        QString subject{};   ///< the first one, of groups of subjects
+        QString recipient{}; ///< of that
+        bool isVaried = false;
     };
     /// Not noexcept, so that a map keeps the hash of each text and does not calculate it anew when it grows.
     struct TextHash {
         size_t operator()(const QString& text) const { return qHash(text); }
     };
     using TextSums = std::unordered_map<QString, Sum, TextHash>; // half the time of QHash
+    using NumberSums = std::map<qint64, Sum>;
 
-    const TextSums& SumsBy(StatisticsBy by) const;
-    std::vector<StatisticsGroup> Days(size_t top) const;
-    static void AddTo(Sum& sum, qint64 bytes);
+    struct Counted {
+        StatisticsBy by;
+        TextSums texts{};
+        NumberSums numbers{}; ///< of days since 1970 and of levels
+    };
+
+    void AddTo(Counted& counted, const MessageRow& row, qint64 bytes);
+    void NoteSubject(Sum& sum, const MessageRow& row);
+    const Counted& By(StatisticsBy by) const;
+    std::vector<StatisticsGroup> NumberGroups(const Counted& counted, size_t top) const;
+    QString ValueOf(const Counted& counted, const QString& key, const Sum& sum) const;
+    QString NumberText(StatisticsBy by, qint64 number) const;
 
     Sum total_;
-    std::map<qint64, Sum> days_; // by days since 1970
-    TextSums ratings_;
-    TextSums domains_;
-    TextSums recipients_;
-    QString text_; // lent to Add(), so that a text that is known already needs no memory
+    GroupKey keys_;
+    std::vector<Counted> counted_;
+    std::map<qint64, LevelCounts> levelsOfDays_;
+    bool countsLevelsOfDays_ = false;
+    QString text_; // lent to Add()
 };
 
 } // namespace quellbox

@@ -145,6 +145,10 @@ void MessageRow::AppendCell(int column, QString& to) const {
     }
 }
 
+void MessageRow::AppendTag(QString& to) const {
+    WithText(TextTag, [&to](auto characters) { to.append(characters); });
+}
+
 bool MessageRow::IsUnread() const {
     return block_->isUnread;
 }

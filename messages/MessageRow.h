@@ -51,6 +51,9 @@ public:
     /// Appends what Cell() returns to a text, which need not allocate memory when it is used again and again.
     void AppendCell(int column, QString& to) const;
 
+    /// Appends what Tag() returns, likewise.
+    void AppendTag(QString& to) const;
+
     /// An unread row is shown bold.
     bool IsUnread() const;
     void SetUnread(bool unread);

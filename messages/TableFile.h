@@ -1,13 +1,11 @@
 #pragma once
 
 #include "messages/TableLines.h"
+#include "messages/WholeFile.h"
 
 #include <QString>
 
 namespace quellbox {
-
-/// What becomes of a file that has the name already.
-enum class ExistingFile { Keep, Replace };
 
 /// Writes a table in UTF-8. The end of the name says in which form: ".csv" for spreadsheets, with a byte order mark and
 /// headers (CsvLine), ".jsonl" for programs (JsonLine). The file is there as a whole or not at all, and what had its

@@ -549,6 +549,49 @@
     </message>
 </context>
 <context>
+    <name>frmOverview</name>
+    <message>
+        <source>Overview</source>
+        <translation>Übersicht</translation>
+    </message>
+    <message>
+        <source>Senders often &amp;unblocked, and not tolerated yet</source>
+        <translation>Oft freigegebene, noch nicht tolerierte &amp;Absender</translation>
+    </message>
+    <message>
+        <source>&amp;Tolerate...</source>
+        <translation>&amp;Tolerieren...</translation>
+    </message>
+    <message>
+        <source>Open the whitelist for the selected senders, one after the other</source>
+        <translation>Öffnet die Whitelist für die ausgewählten Absender, einen nach dem anderen</translation>
+    </message>
+    <message>
+        <source>Senders often unblocked, and not tolerated yet</source>
+        <translation>Oft freigegebene, noch nicht tolerierte Absender</translation>
+    </message>
+    <message>
+        <source>Sender</source>
+        <translation>Absender</translation>
+    </message>
+    <message>
+        <source>Unblocked</source>
+        <translation>Freigegeben</translation>
+    </message>
+    <message>
+        <source>Last time</source>
+        <translation>Zuletzt</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
     <name>frmOwnServer</name>
     <message>
         <source>Fields of Another Server</source>
@@ -1627,10 +1670,6 @@
         <translation>Löscht, was älter ist als einige Tage.</translation>
     </message>
     <message>
-        <source>Counts messages and bytes by day, spam confidence, domain of the sender and recipient.</source>
-        <translation>Zählt Nachrichten und Bytes nach Tag, Spam-Bewertung, Domäne des Absenders und Empfänger.</translation>
-    </message>
-    <message>
         <source>Prints what was done, the newest first.</source>
         <translation>Gibt aus, was getan wurde, das Neueste zuerst.</translation>
     </message>
@@ -1839,10 +1878,6 @@
         <translation>--raw geht nicht zusammen mit --tree, --csv oder --json.</translation>
     </message>
     <message>
-        <source>Count by that: %1. May be given several times; without it by all.</source>
-        <translation>Danach zählen: %1. Mehrmals möglich; sonst nach allem.</translation>
-    </message>
-    <message>
         <source>Print no more than that many of each: the latest days, and of all else the most frequent.</source>
         <translation>Von jedem nicht mehr als so viele ausgeben: die letzten Tage, und von allem anderen die häufigsten.</translation>
     </message>
@@ -1954,6 +1989,87 @@
         <source>Entry %1 cannot be taken back.</source>
         <translation>Der Eintrag %1 kann nicht zurückgenommen werden.</translation>
     </message>
+    <message>
+        <source>Messages by day and rating</source>
+        <translation>Nachrichten nach Tag und Bewertung</translation>
+    </message>
+    <message>
+        <source>Day</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>Ratings</source>
+        <translation>Bewertungen</translation>
+    </message>
+    <message>
+        <source>Rating</source>
+        <translation>Bewertung</translation>
+    </message>
+    <message>
+        <source>Sender domains</source>
+        <translation>Domains der Absender</translation>
+    </message>
+    <message>
+        <source>Sender domain</source>
+        <translation>Domain des Absenders</translation>
+    </message>
+    <message>
+        <source>Recipients</source>
+        <translation>Empfänger</translation>
+    </message>
+    <message>
+        <source>Recipient</source>
+        <translation>Empfänger</translation>
+    </message>
+    <message>
+        <source>Alike subjects</source>
+        <translation>Ähnliche Betreffe</translation>
+    </message>
+    <message>
+        <source>(none)</source>
+        <translation>(keine Angabe)</translation>
+    </message>
+    <message>
+        <source>rating %1</source>
+        <translation>Bewertung %1</translation>
+    </message>
+    <message>
+        <source>%1, rating %2</source>
+        <translation>%1, Bewertung %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <comment>no rating</comment>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>below 0</source>
+        <translation>unter 0</translation>
+    </message>
+    <message>
+        <source>%1 and more</source>
+        <translation>%1 und mehr</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>Counts messages and bytes by day, spam confidence, domain of the sender, recipient and subject.</source>
+        <translation>Zählt Nachrichten und Bytes nach Tag, Spam-Bewertung, Domäne des Absenders, Empfänger und Betreff.</translation>
+    </message>
+    <message>
+        <source>Count by that: %1. May be given several times; without it by all but subjects.</source>
+        <translation>Danach zählen: %1. Kann mehrmals angegeben werden; ohne diese Option nach allem außer Betreffen.</translation>
+    </message>
+    <message>
+        <source>The picture could not be written as PNG.</source>
+        <translation>Das Bild konnte nicht als PNG geschrieben werden.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>
@@ -1963,6 +2079,28 @@
             <numerusform>%n Nachricht</numerusform>
             <numerusform>%n Nachrichten</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::BarChart</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages</source>
+        <translation>
+            <numerusform>%n Nachricht</numerusform>
+            <numerusform>%n Nachrichten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No messages are listed.</source>
+        <translation>Es sind keine Nachrichten aufgelistet.</translation>
+    </message>
+    <message>
+        <source>one message</source>
+        <translation>eine Nachricht</translation>
     </message>
 </context>
 <context>
@@ -2319,12 +2457,82 @@
         <source>Filter &amp;by text</source>
         <translation>Nach &amp;Text filtern</translation>
     </message>
+    <message>
+        <source>&amp;Overview...</source>
+        <translation>Über&amp;sicht...</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::MessageListView</name>
     <message>
         <source>Messages</source>
         <translation>Nachrichten</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::OverviewDesk</name>
+    <message>
+        <source>Something else is being done. Try again when it has ended.</source>
+        <translation>Es wird gerade etwas anderes ausgeführt. Versuchen Sie es noch einmal, wenn das beendet ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n messages selected</source>
+        <translation>
+            <numerusform>%n Nachricht ausgewählt</numerusform>
+            <numerusform>%n Nachrichten ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>a picture of a day</comment>
+        <translation>%1 am %2</translation>
+    </message>
+    <message>
+        <source>Written to %1</source>
+        <translation>Nach %1 geschrieben</translation>
+    </message>
+    <message>
+        <source>One message selected</source>
+        <translation>Eine Nachricht ausgewählt</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::OverviewPanel</name>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>%1 as a table</source>
+        <translation>%1 als Tabelle</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Save %1</source>
+        <translation>%1 speichern</translation>
+    </message>
+    <message>
+        <source>Save the picture as PNG or SVG, or its table as CSV</source>
+        <translation>Speichert das Bild als PNG oder SVG oder seine Tabelle als CSV</translation>
+    </message>
+    <message>
+        <source>Select Messages</source>
+        <translation>Nachrichten auswählen</translation>
+    </message>
+    <message>
+        <source>Add to Selection</source>
+        <translation>Zur Auswahl hinzufügen</translation>
+    </message>
+    <message>
+        <source>Copy Table</source>
+        <translation>Tabelle kopieren</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1 (%2 von %3)</translation>
     </message>
 </context>
 <context>
@@ -2613,6 +2821,20 @@
             <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
             <numerusform>Gefunden in %1 der neuesten Nachrichten (%n): %2</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmOverview</name>
+    <message numerus="yes">
+        <source>Overview of %n messages</source>
+        <translation>
+            <numerusform>Übersicht über %n Nachricht</numerusform>
+            <numerusform>Übersicht über %n Nachrichten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Overview of one message</source>
+        <translation>Übersicht über eine Nachricht</translation>
     </message>
 </context>
 <context>

@@ -95,7 +95,7 @@ _quellboxctl() {
       return
       ;;
     --sort) mapfile -t COMPREPLY < <(compgen -W 'date to from subject size scl' -- "$value") ;;
-    --by) mapfile -t COMPREPLY < <(compgen -W 'day scl domain to' -- "$value") ;;
+    --by) mapfile -t COMPREPLY < <(compgen -W 'day scl domain to subject' -- "$value") ;;
     --action)
       mapfile -t COMPREPLY < <(compgen -W 'unblock delete tolerate deliver-tolerated cleanse whitelist-add
         whitelist-remove pickup-test undo' -- "$value")

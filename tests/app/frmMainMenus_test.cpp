@@ -64,7 +64,7 @@ TEST_F(MainMenus, NamesCaptionsAndShortcuts) {
         {"mnuTools",
          "&Tools",
          {"mnuToolsTest|Pickup &Test...|", "mnuToolsCleansing|&Cleansing Wizard...|Ctrl+C",
-          "mnuToolsHistory|&History...|", "mnuToolsOptionsBar", "mnuToolsOptions|&Options...|"}},
+          "mnuToolsHistory|&History...|", "mnuToolsOverview|&Overview...|", "mnuToolsOptionsBar", "mnuToolsOptions|&Options...|"}},
         {"mnuHelp",
          "&Help",
          {"mnuHelpStarting0|&Getting Started|", "mnuHelpStarting1|Suggestions|", "mnuHelpCheckBar",

@@ -1,6 +1,7 @@
 #include "app/MessageListView.h"
 #include "app/frmAbout.h"
 #include "app/frmHelp.h"
+#include "app/frmOverview.h"
 #include "contents/frmView.h"
 #include "dialogs/frmCleansing.h"
 #include "dialogs/frmFind.h"
@@ -163,6 +164,23 @@ TEST_F(MainAccessible, TheWindowOfTheHistoryIsNamed) {
     int focusable = 0;
     EXPECT_EQ(NamelessControls(window, &focusable), "");
     EXPECT_GE(focusable, 8) << "field, two choices, list, details and buttons";
+}
+
+TEST_F(MainAccessible, TheOverviewIsNamedAsPicturesAndAsTables) {
+    frmOverview window(nullptr);
+    std::vector<MessageRow> rows;
+    rows.emplace_back(QStringLiteral("a.eml"), 1, 0, MessageTexts{});
+    window.ShowOverview(CountOverview(rows, false));
+    window.show();
+    int focusable = 0;
+    EXPECT_EQ(NamelessControls(window, &focusable), "");
+    EXPECT_GE(focusable, 18) << "five pictures with two buttons each, the list and three buttons";
+    for (QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+        if (button->isCheckable()) {
+            button->click();
+        }
+    }
+    EXPECT_EQ(NamelessControls(window, &focusable), "");
 }
 
 TEST_F(MainAccessible, TheDirectoryDialogIsNamed) {

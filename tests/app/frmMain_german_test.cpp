@@ -2,6 +2,7 @@
 #include "app/MessageListView.h"
 #include "app/frmAbout.h"
 #include "app/frmHelp.h"
+#include "app/frmOverview.h"
 #include "dialogs/frmCleansing.h"
 #include "dialogs/frmFind.h"
 #include "dialogs/frmFolders.h"
@@ -208,6 +209,17 @@ TEST_F(MainGerman, TheWindowOfTheHistoryIsGerman) {
     const auto* actions = window.findChild<QComboBox*>(QStringLiteral("cboAction"));
     EXPECT_EQ(actions->itemText(1).toStdString(), "Freigeben");
     EXPECT_EQ(window.Model().headerData(HistorySender, Qt::Horizontal).toString().toStdString(), "Absender");
+}
+
+TEST_F(MainGerman, TheOverviewIsGerman) {
+    frmOverview window(nullptr);
+    EXPECT_EQ(window.windowTitle().toStdString(), "\u00DCbersicht");
+    EXPECT_EQ(Ambiguous(Mnemonics(window)), "");
+    const auto* table = window.findChild<QAbstractButton*>(QStringLiteral("btnDaysTable"));
+    EXPECT_EQ(table->text().toStdString(), "Tabelle");
+    EXPECT_EQ(TitleOf(OverviewKind::Days).toStdString(), "Nachrichten nach Tag und Bewertung");
+    window.ShowOverview({});
+    EXPECT_EQ(window.windowTitle().toStdString(), "\u00DCbersicht \u00FCber 0 Nachrichten");
 }
 
 TEST_F(MainGerman, TheDirectoryDialogIsGerman) {

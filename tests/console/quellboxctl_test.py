@@ -474,6 +474,12 @@ class NightTest(Console):
         output = self.run_it('stats', '--by', 'domain', '--top', '1', '--json')[0]
         self.assertEqual(lines_of(output), [{'group': 'domain', 'count': 2, 'bytes': 402, 'value': 'example.com'}])
         self.run_it('stats', '--by', 'moon', code=2)
+        for number in range(3):
+            self.place.put(f'i{number}.EML', message('s@e.example', 'f', 'kim@home.example', f'Invoice {number}', 3))
+        output = self.run_it('stats', '--by', 'subject', '--top', '1', '--json')[0]
+        self.assertEqual([(row['group'], row['value'], row['count']) for row in lines_of(output)],
+                         [('subject', 'Invoice …', 3)])
+        self.assertNotIn('subject', self.run_it('stats')[0], 'scripts read what was always printed')
         self.run_it('stats', '--top', '0', code=2)
 
 

@@ -43,7 +43,8 @@ protected:
         return groups.join(u' ').toStdString();
     }
 
-    ArchiveStatistics statistics_;
+    ArchiveStatistics statistics_{{StatisticsBy::Day, StatisticsBy::Rating, StatisticsBy::Domain,
+                                   StatisticsBy::Recipient, StatisticsBy::Subject, StatisticsBy::Level}};
 };
 
 } // namespace
@@ -140,8 +141,38 @@ TEST_F(ArchiveStatisticsTest, TheLargestOfManyGroupsAreFound) {
     ASSERT_EQ(everything.size(), static_cast<size_t>(count));
     ASSERT_EQ(some.size(), 100U);
     EXPECT_TRUE(std::equal(some.begin(), some.end(), everything.begin()));
-    EXPECT_EQ(some.front(), (StatisticsGroup{u"00002"_s, 3, 3}));
+    EXPECT_EQ(some.front(), (StatisticsGroup{u"00002"_s, 3, 3, u"00002"_s}));
     EXPECT_EQ(everything.back().value, u"04998"_s);
+}
+
+TEST_F(ArchiveStatisticsTest, SubjectsThatDifferInNumbersAreOneGroup) {
+    MessageTexts texts;
+    for (const char* subject : {"Invoice 12", "Re: invoice 7", "Hello", "Hello"}) {
+        texts.subject = QLatin1String(subject);
+        Add(texts, 10);
+    }
+    EXPECT_EQ(Groups(StatisticsBy::Subject), "Hello=2/20 Invoice …=2/20");
+    EXPECT_EQ(statistics_.GroupCount(StatisticsBy::Subject), 2U);
+    EXPECT_EQ(statistics_.Groups(StatisticsBy::Subject, 5).back().key, u"invoice …"_s);
+}
+
+TEST_F(ArchiveStatisticsTest, LevelsComeInTheirOrder) {
+    MessageTexts texts;
+    for (const char* rating : {"9 99.0", "10", "9 42.0", ""}) {
+        texts.scl = QLatin1String(rating);
+        Add(texts);
+    }
+    EXPECT_EQ(Groups(StatisticsBy::Level), "none=1/1 9=2/2 10=1/1");
+    EXPECT_EQ(Groups(StatisticsBy::Level, 1), "10=1/1");
+}
+
+TEST_F(ArchiveStatisticsTest, WhatIsNotCountedHasNoGroups) {
+    ArchiveStatistics statistics({StatisticsBy::Domain});
+    statistics.Add(MessageRow(u"a.eml"_s, 1, noon, {}));
+    EXPECT_EQ(statistics.Groups(StatisticsBy::Domain).size(), 1U);
+    EXPECT_TRUE(statistics.Groups(StatisticsBy::Day).empty());
+    EXPECT_TRUE(statistics.Groups(StatisticsBy::Recipient).empty());
+    EXPECT_TRUE(statistics.LevelsOfDays().empty());
 }
 
 } // namespace quellbox

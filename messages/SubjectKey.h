@@ -1,0 +1,31 @@
+#pragma once
+
+#include "messages/RecipientNames.h"
+
+#include <QString>
+
+namespace quellbox {
+
+/// Tells which subjects are one and the same but for what is written anew for each message: numbers and codes (words
+/// with a digit), addresses, and the names of the recipient. Prefixes such as "Re:" and "Fw:", punctuation and upper
+/// and lower case make no difference either. Of a long subject the first 1,000 characters count.
+///
+/// An object is made once and asked again and again, so that it needs no memory in the long run.
+class SubjectKey {
+public:
+    /// What such subjects have in common: the words that stay, in lower case, and U+2026 for one or several in a row
+    /// that change. `recipients` is the text of the column "To". Lent until the next call.
+    const QString& Of(QStringView subject, QStringView recipients);
+
+    /// The subject as people read it, without prefixes, and with U+2026 where words change.
+    QString Title(QStringView subject, QStringView recipients);
+
+private:
+    bool IsChanging(QStringView word);
+
+    RecipientNames names_;
+    QString key_;
+    QString word_; // that is looked at, without punctuation
+};
+
+} // namespace quellbox
