@@ -5,6 +5,8 @@
 #include "mail/EastAsianBytes.h"
 #include "mail/ScriptReading.h"
 
+#include <QByteArrayList>
+
 #include <algorithm>
 #include <array>
 #include <vector>
