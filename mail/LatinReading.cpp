@@ -1,47 +1,45 @@
 #include "mail/LatinReading.h"
 
-#include <QList>
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 namespace quellbox {
 
 namespace {
 
 /// The letters beyond ASCII of each language, lower case, with those of common loan words and names.
-QStringList Alphabets(LatinGroup group) {
-    switch (group) {
-    case LatinGroup::Western:
-        return {QStringLiteral(u"äöüß"),             // German
-                QStringLiteral(u"àâæçèéêëîïôœùûüÿ"), // French
-                QStringLiteral(u"áéíñóúüç"),         // Spanish
-                QStringLiteral(u"ãáâàçéêíóôõúüñ"),   // Portuguese
-                QStringLiteral(u"àèéìíîòóùú"),       // Italian
-                QStringLiteral(u"åäöéüà"),           // Swedish
-                QStringLiteral(u"åæøéöäüó"),         // Danish, Norwegian
-                QStringLiteral(u"ëïéèöüáíóúêçäâô"),  // Dutch
-                QStringLiteral(u"åäöšž"),            // Finnish
-                QStringLiteral(u"àçèéíïòóúü"),       // Catalan
-                QStringLiteral(u"äõöüšž")};          // Estonian, all of which Windows-1252 has in the same places
-    case LatinGroup::Icelandic:
-        return {QStringLiteral(u"áðéíóúýþæö")};
-    case LatinGroup::CentralEuropean:
-        return {QStringLiteral(u"ąćęłńóśźż"),           // Polish
-                QStringLiteral(u"áčďéěíňóřšťúůýžöü"),   // Czech
-                QStringLiteral(u"áäčďéíĺľňóôŕšťúýžöü"), // Slovak
-                QStringLiteral(u"áéíóöőúüű"),           // Hungarian
-                QStringLiteral(u"ăâîşţșțé"),            // Romanian
-                QStringLiteral(u"čćđšžöüé")};           // Croatian, Slovene, Serbian in Latin letters
-    case LatinGroup::Turkish:
-        return {QStringLiteral(u"çğıöşüâîû")};
-    case LatinGroup::Baltic:
-        return {QStringLiteral(u"ąčęėįšųūž"),   // Lithuanian
-                QStringLiteral(u"āčēģīķļņšūž"), // Latvian
-                QStringLiteral(u"äõöüšž")};     // Estonian
-    }
-    return {};
+const QStringList& Alphabets(LatinGroup group) {
+    static const std::map<LatinGroup, QStringList> alphabets = {
+        {LatinGroup::Western,
+         {QStringLiteral(u"äöüß"),             // German
+          QStringLiteral(u"àâæçèéêëîïôœùûüÿ"), // French
+          QStringLiteral(u"áéíñóúüç"),         // Spanish
+          QStringLiteral(u"ãáâàçéêíóôõúüñ"),   // Portuguese
+          QStringLiteral(u"àèéìíîòóùú"),       // Italian
+          QStringLiteral(u"åäöéüà"),           // Swedish
+          QStringLiteral(u"åæøéöäüó"),         // Danish, Norwegian
+          QStringLiteral(u"ëïéèöüáíóúêçäâô"),  // Dutch
+          QStringLiteral(u"åäöšž"),            // Finnish
+          QStringLiteral(u"àçèéíïòóúü"),       // Catalan
+          QStringLiteral(u"äõöüšž")}},         // Estonian, all of which Windows-1252 has in the same places
+        {LatinGroup::Icelandic, {QStringLiteral(u"áðéíóúýþæö")}},
+        {LatinGroup::CentralEuropean,
+         {QStringLiteral(u"ąćęłńóśźż"),           // Polish
+          QStringLiteral(u"áčďéěíňóřšťúůýžöü"),   // Czech
+          QStringLiteral(u"áäčďéíĺľňóôŕšťúýžöü"), // Slovak
+          QStringLiteral(u"áéíóöőúüű"),           // Hungarian
+          QStringLiteral(u"ăâîşţșțé"),            // Romanian
+          QStringLiteral(u"čćđšžöüé")}},          // Croatian, Slovene, Serbian in Latin letters
+        {LatinGroup::Turkish, {QStringLiteral(u"çğıöşüâîû")}},
+        {LatinGroup::Baltic,
+         {QStringLiteral(u"ąčęėįšųūž"),   // Lithuanian
+          QStringLiteral(u"āčēģīķļņšūž"), // Latvian
+          QStringLiteral(u"äõöüšž")}},    // Estonian
+    };
+    return alphabets.at(group);
 }
 
 constexpr QStringView kSignsAnywhere = u"’‘–—…·´“”«»•®™\u00A0\u00AD";
