@@ -146,8 +146,9 @@ void BarChart::paintEvent(QPaintEvent* /*event*/) {
     painter.translate(inside.topLeft());
     const PictureColours colours = ColoursOf(palette());
     PaintPicture(painter, shown_, colours);
-    const QRectF frame = shown_.RectOf(current_);
-    if (hasFocus() && !frame.isEmpty()) {
+    const QRectF place = shown_.RectOf(current_);
+    if (hasFocus() && !place.isEmpty()) {
+        const QRectF frame = place.adjusted(-2, 0, 2, 0); // beside the letters
         painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(QColor(colours.background), 4));

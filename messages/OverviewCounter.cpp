@@ -68,17 +68,16 @@ void OverviewCounter::Count() {
         return CountOverview(mine, ratesByNumber);
     };
     work_.emplace(
-        pool_, 1, count, [this](size_t, Overview overview) { Take(std::move(overview)); }, [](SeriesEnd) {},
-        oneAtATime);
+        pool_, 1, count, [this](size_t, const Overview& overview) { Q_EMIT Counted(overview); },
+        [this](SeriesEnd) { EndCount(); }, oneAtATime);
     work_->Start();
 }
 
-void OverviewCounter::Take(Overview overview) {
+void OverviewCounter::EndCount() {
     isCounting_ = false;
     if (std::exchange(hasChanged_, false)) {
         NoteChange();
     }
-    Q_EMIT Counted(overview);
 }
 
 } // namespace quellbox

@@ -34,7 +34,7 @@ Q_SIGNALS:
 private:
     void NoteChange();
     void Count();
-    void Take(Overview overview);
+    void EndCount();
 
     WorkPool& pool_;
     const MessageListModel& model_;

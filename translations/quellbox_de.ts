@@ -2007,11 +2007,11 @@
     </message>
     <message>
         <source>Sender domains</source>
-        <translation>Domains der Absender</translation>
+        <translation>Absender-Domains</translation>
     </message>
     <message>
         <source>Sender domain</source>
-        <translation>Domain des Absenders</translation>
+        <translation>Absender-Domain</translation>
     </message>
     <message>
         <source>Recipients</source>

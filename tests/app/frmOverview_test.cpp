@@ -224,6 +224,7 @@ TEST_F(OverviewDeskTest, APictureIsATableInWhichRowsSelect) {
     EXPECT_EQ(table->model()->headerData(0, Qt::Horizontal).toString().toStdString(), "Sender domain");
     table->setFocus();
     const QPoint secondRow = table->visualRect(table->model()->index(1, 0)).center();
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, secondRow);
     QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, secondRow);
     EXPECT_EQ(Selected(), "Other");
     QTest::keyClick(table, Qt::Key_Up);
