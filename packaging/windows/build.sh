@@ -39,8 +39,9 @@ kept() {
 }
 kept mail 'glib2.0 gmime pcre2 libffi' libz-mingw-w64-dev mingw.ini intl/libintl.h intl/intl.c iconv/iconv.h iconv/iconv-detect.h
 kept curl curl ''
+kept html 'libxml2 libpsl' publicsuffix mingw.ini
 kept qt 'qt6-base sqlite3' qt6-base-dev
-prefixes="$(cat "$build/mail.prefix");$(cat "$build/curl.prefix");$(cat "$build/qt.prefix")"
+prefixes="$(cat "$build/mail.prefix");$(cat "$build/curl.prefix");$(cat "$build/html.prefix");$(cat "$build/qt.prefix")"
 if [ $tests = ON ]; then
   kept googletest '' googletest
   prefixes+=";$(cat "$build/googletest.prefix")"
@@ -48,7 +49,7 @@ fi
 exec 9>&-
 
 work=$build
-PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig:$(cat "$build/curl.prefix")/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
+PKG_CONFIG_LIBDIR="$(cat "$build/mail.prefix")/lib/pkgconfig:$(cat "$build/curl.prefix")/lib/pkgconfig:$(cat "$build/html.prefix")/lib/pkgconfig:/usr/$triple/lib/pkgconfig"
 export PKG_CONFIG_LIBDIR
 step 'pictures' "$recipes/pictures.sh" "$build/resources"
 host=/usr/lib/$(gcc -print-multiarch)/cmake
