@@ -3,6 +3,7 @@
 #include "console/Aside.h"
 #include "console/Command.h"
 #include "console/TableWriter.h"
+#include "contents/ReadableText.h"
 #include "contents/StructureTree.h"
 #include "mail/MailMessage.h"
 #include "mail/PackedFile.h"
@@ -11,42 +12,9 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
-#include <array>
-
 namespace quellbox {
 
 namespace {
-
-/// Text of a message on a terminal, to which no character of it may give orders.
-QString Harmless(QString text) {
-    text.remove(QLatin1Char('\r'));
-    text.removeIf([](QChar character) {
-        const bool isBreak = character == QLatin1Char('\n') || character == QLatin1Char('\t');
-        const bool isDirection = (character >= QChar(0x202A) && character <= QChar(0x202E)) ||
-                                 (character >= QChar(0x2066) && character <= QChar(0x2069));
-        return !isBreak && (character.category() == QChar::Other_Control || isDirection);
-    });
-    return text;
-}
-
-QString WithLineEnd(const QString& text) {
-    return text.isEmpty() || text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n');
-}
-
-/// The texts of all parts, one after the other, each attachment as a line of its own.
-QString ReadableText(const MailMessage& message) {
-    QString text;
-    for (const MessagePart& part : message.Parts()) {
-        if (!part.attachment.isEmpty()) {
-            text +=
-                QCoreApplication::translate("quellbox", "[Attachment: %1]").arg(part.attachment) + QLatin1Char('\n');
-        } else {
-            text += WithLineEnd(part.text);
-        }
-    }
-    return text;
-}
 
 QStringList Attachments(const MailMessage& message) {
     QStringList names;
@@ -56,19 +24,6 @@ QStringList Attachments(const MailMessage& message) {
         }
     }
     return names;
-}
-
-void PrintReadable(OutputBuffer& output, const MailMessage& message) {
-    constexpr std::array<std::pair<const char*, const char*>, 5> fields{
-        {{"Date", "DATE"}, {"From", "FROM"}, {"To", "TO"}, {"Cc", "CC"}, {"Subject", "Subject"}}};
-    for (const auto& [name, property] : fields) {
-        const QString value = message.Property(QLatin1String(property));
-        if (!value.isEmpty()) {
-            output.Append(QLatin1String(name) + QStringLiteral(": ") +
-                          Harmless(value).replace(QLatin1Char('\n'), QLatin1Char(' ')) + QLatin1Char('\n'));
-        }
-    }
-    output.Append(QLatin1Char('\n') + Harmless(ReadableText(message)));
 }
 
 void AddNodes(TableWriter& table, const StructureTree& nodes, int level) {
@@ -97,12 +52,13 @@ void PrintTree(Session& session, OutputForm form, const StructureTree& tree) {
     AddNodes(table, tree, 0);
 }
 
-void PrintRow(Session& session, OutputForm form, const MessageRow& row, const MailMessage& message) {
+void PrintRow(Session& session, OutputForm form, const MessageRow& row, const QString& text,
+              const QStringList& attachments) {
     TableColumns columns = ListTableColumns(ChosenProfile(session.State()).RatesByNumber());
     columns.push_back({QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")});
     columns.push_back({QStringLiteral("attachments"), QCoreApplication::translate("quellbox", "Attachments")});
     TableWriter table(session, form, columns);
-    table.Add(CellsOf(row) << ReadableText(message) << Attachments(message).join(QLatin1Char('\n')));
+    table.Add(CellsOf(row) << text << attachments.join(QLatin1Char('\n')));
 }
 
 /// The one message that is named. Throws CommandError.
@@ -149,10 +105,9 @@ ExitCode RunShow(Session& session, const QCommandLineParser& parser) {
     if (isTree) {
         PrintTree(session, form, BuildStructureTree(message, profile.reasons));
     } else if (form == OutputForm::Text) {
-        OutputBuffer output(session);
-        PrintReadable(output, message);
+        OutputBuffer(session).Append(ReadableText(bytes, profile));
     } else {
-        PrintRow(session, form, row, message);
+        PrintRow(session, form, row, ReadableText(bytes, profile), Attachments(message));
     }
     return ExitCode::Done;
 }

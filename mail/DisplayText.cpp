@@ -42,7 +42,8 @@ QString CleanseLines(QString text) {
     if (first == text.cend()) {
         return text;
     }
-    auto out = text.begin() + (first - text.cbegin());
+    const auto clean = first - text.cbegin(); // before begin(), as above
+    auto out = text.begin() + clean;
     for (auto in = out; in != text.end(); ++in) {
         const bool isLineEnd = *in == u'\r' && (in + 1 == text.end() || in[1] != u'\n');
         if (isLineEnd || stays(*in)) {

@@ -76,6 +76,7 @@ windows_packages=(
   fp-utils                    # compiles the help file
   dpkg-dev                    # unpacks source packages
   meson                       # builds glib
+  publicsuffix python3        # the list of public suffixes, and what packs it into its library
   autoconf automake libtool   # for gmime's configure script, which its source package lacks
   gtk-doc-tools               # a macro of that script
   tcl                         # puts SQLite's source together

@@ -1850,10 +1850,6 @@
         <translation>Die Ausgabe kann nicht geschrieben werden.</translation>
     </message>
     <message>
-        <source>[Attachment: %1]</source>
-        <translation>[Anhang: %1]</translation>
-    </message>
-    <message>
         <source>Level</source>
         <translation>Ebene</translation>
     </message>
@@ -2069,6 +2065,162 @@
     <message>
         <source>The picture could not be written as PNG.</source>
         <translation>Das Bild konnte nicht als PNG geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>[hidden text: %1]</source>
+        <translation>[verborgener Text: %1]</translation>
+    </message>
+    <message>
+        <source>[a form that is sent to %1]</source>
+        <translation>[ein Formular, das an %1 geschickt wird]</translation>
+    </message>
+    <message>
+        <source>[picture: %1]</source>
+        <translation>[Bild: %1]</translation>
+    </message>
+    <message>
+        <source>[a field for a password]</source>
+        <translation>[ein Feld für ein Kennwort]</translation>
+    </message>
+    <message>
+        <source>a program</source>
+        <translation>ein Programm</translation>
+    </message>
+    <message>
+        <source>a ZIP archive or an office document</source>
+        <translation>ein ZIP-Archiv oder ein Office-Dokument</translation>
+    </message>
+    <message>
+        <source>an office document</source>
+        <translation>ein Office-Dokument</translation>
+    </message>
+    <message>
+        <source>a PDF document</source>
+        <translation>ein PDF-Dokument</translation>
+    </message>
+    <message>
+        <source>a picture</source>
+        <translation>ein Bild</translation>
+    </message>
+    <message>
+        <source>a web page</source>
+        <translation>eine Webseite</translation>
+    </message>
+    <message>
+        <source>a text with formats (RTF)</source>
+        <translation>einen formatierten Text (RTF)</translation>
+    </message>
+    <message>
+        <source>an archive</source>
+        <translation>ein Archiv</translation>
+    </message>
+    <message>
+        <source>A link shows %1, but leads to %2.</source>
+        <translation>Ein Link zeigt %1, führt aber zu %2.</translation>
+    </message>
+    <message>
+        <source>A link begins as if it led to %1, but leads to %2.</source>
+        <translation>Ein Link beginnt, als führte er zu %1, führt aber zu %2.</translation>
+    </message>
+    <message>
+        <source>The domain %1 (%2) is written in letters that can be taken for those of %3.</source>
+        <translation>Die Domäne %1 (%2) ist mit Buchstaben geschrieben, die man für die von %3 halten kann.</translation>
+    </message>
+    <message>
+        <source>The domain %1 (%2) mixes letters of several scripts, and can be taken for %3.</source>
+        <translation>Die Domäne %1 (%2) mischt Buchstaben mehrerer Schriften, und man kann sie für %3 halten.</translation>
+    </message>
+    <message>
+        <source>The attachment %1 is declared as %2, but holds %3.</source>
+        <translation>Der Anhang %1 gibt sich als %2 aus, enthält aber %3.</translation>
+    </message>
+    <message>
+        <source>The attachment %1 is declared as %2, which does not fit its name.</source>
+        <translation>Der Anhang %1 gibt sich als %2 aus, was nicht zu seinem Namen passt.</translation>
+    </message>
+    <message>
+        <source>The name of the attachment %1 hides its ending.</source>
+        <translation>Der Name des Anhangs %1 verbirgt seine Endung.</translation>
+    </message>
+    <message>
+        <source>The attachment %1 runs when it is opened.</source>
+        <translation>Der Anhang %1 wird ausgeführt, wenn man ihn öffnet.</translation>
+    </message>
+    <message>
+        <source>The attachment %1 is a document with programs in it.</source>
+        <translation>Der Anhang %1 ist ein Dokument, das Programme enthält.</translation>
+    </message>
+    <message>
+        <source>Attached message</source>
+        <translation>Angehängte Nachricht</translation>
+    </message>
+    <message>
+        <source>[The rest of this text is not shown.]</source>
+        <translation>[Der Rest dieses Textes wird nicht angezeigt.]</translation>
+    </message>
+    <message>
+        <source>From: %1</source>
+        <translation>Von: %1</translation>
+    </message>
+    <message>
+        <source>To: %1</source>
+        <translation>An: %1</translation>
+    </message>
+    <message>
+        <source>Cc: %1</source>
+        <translation>Kopie: %1</translation>
+    </message>
+    <message>
+        <source>Date: %1</source>
+        <translation>Datum: %1</translation>
+    </message>
+    <message>
+        <source>Subject: %1</source>
+        <translation>Betreff: %1</translation>
+    </message>
+    <message>
+        <source>without a name</source>
+        <translation>ohne Namen</translation>
+    </message>
+    <message>
+        <source>runs when it is opened</source>
+        <translation>wird beim Öffnen ausgeführt</translation>
+    </message>
+    <message>
+        <source>holds programs</source>
+        <translation>enthält Programme</translation>
+    </message>
+    <message>
+        <source>Attachments:</source>
+        <translation>Anhänge:</translation>
+    </message>
+    <message>
+        <source>Links:</source>
+        <translation>Links:</translation>
+    </message>
+    <message>
+        <source>[The message holds no text.]</source>
+        <translation>[Die Nachricht enthält keinen Text.]</translation>
+    </message>
+    <message>
+        <source>The message comes from %1, but names %2 as its sender: these are different organizations.</source>
+        <translation>Die Nachricht kommt von %1, nennt aber %2 als Absender: Das sind verschiedene Organisationen.</translation>
+    </message>
+    <message>
+        <source>A reply goes to %1, which does not belong to the organization of the sender, %2.</source>
+        <translation>Eine Antwort geht an %1, was nicht zur Organisation des Absenders %2 gehört.</translation>
+    </message>
+    <message>
+        <source>The name of the sender shows %1, but the address is %2.</source>
+        <translation>Der Name des Absenders zeigt %1, die Adresse ist aber %2.</translation>
+    </message>
+    <message>
+        <source>Your server %1 has found that the message does not come from where it says: %2.</source>
+        <translation>Ihr Server %1 hat festgestellt, dass die Nachricht nicht von dort kommt, woher sie zu kommen vorgibt: %2.</translation>
+    </message>
+    <message>
+        <source>Your server %1 has found no proof of where the message comes from.</source>
+        <translation>Ihr Server %1 hat keinen Beleg dafür gefunden, woher die Nachricht kommt.</translation>
     </message>
 </context>
 <context>

@@ -40,8 +40,9 @@ kept() {
 kept mail 'glib2.0 gmime pcre2 libffi' libz-mingw-w64-dev mingw.ini intl/libintl.h intl/intl.c iconv/iconv.h iconv/iconv-detect.h
 kept curl curl ''
 kept uchardet uchardet ''
+kept html 'libxml2 libpsl' publicsuffix mingw.ini
 kept qt 'qt6-base sqlite3' qt6-base-dev
-prefixes="$(cat "$build/mail.prefix");$(cat "$build/curl.prefix");$(cat "$build/uchardet.prefix");$(cat "$build/qt.prefix")"
+prefixes="$(cat "$build/mail.prefix");$(cat "$build/curl.prefix");$(cat "$build/uchardet.prefix");$(cat "$build/html.prefix");$(cat "$build/qt.prefix")"
 if [ $tests = ON ]; then
   kept googletest '' googletest
   prefixes+=";$(cat "$build/googletest.prefix")"
@@ -50,7 +51,7 @@ exec 9>&-
 
 work=$build
 PKG_CONFIG_LIBDIR=/usr/$triple/lib/pkgconfig
-for name in uchardet curl mail; do
+for name in html uchardet curl mail; do
   PKG_CONFIG_LIBDIR=$(cat "$build/$name.prefix")/lib/pkgconfig:$PKG_CONFIG_LIBDIR
 done
 export PKG_CONFIG_LIBDIR

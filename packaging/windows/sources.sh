@@ -6,7 +6,7 @@
 #   sources.sh unpack NAME   unpacks a source package into ./NAME, or copies the one that QUELLBOX_SOURCES has
 #   sources.sh files NAME    prints the files of a source package, or the folder of the one that QUELLBOX_SOURCES has
 . "$(dirname "$0")/common.sh"
-sources=(qt6-base sqlite3 glib2.0 gmime pcre2 libffi curl uchardet)
+sources=(qt6-base sqlite3 glib2.0 gmime pcre2 libffi curl uchardet libxml2 libpsl)
 mirror=${QUELLBOX_DEBIAN_MIRROR:-http://deb.debian.org}
 apt="$cache/apt"
 mkdir -p "$apt/lists/partial" "$apt/archives/partial" "$cache/sources"

@@ -164,8 +164,17 @@ class ShowTest(Console):
 
     def test_header_and_text(self):
         self.assertEqual(self.run_it('show', 'm.EML')[0],
-                         'Date: Mon, 2 Mar 2026 10:00:00 +0000\nFrom: Ann <ann@e.example>\nTo: bob@h.example\n'
-                         'Subject: Two parts\n\nGrüße[1m\n[Attachment: a.pdf]\n')
+                         'From: Ann <ann@e.example>\nTo: bob@h.example\nDate: Mon, 2 Mar 2026 10:00:00 +0000\n'
+                         'Subject: Two parts\n\nGrüße[1m\n\nAttachments:\n  a.pdf (application/pdf, 4 bytes)\n')
+
+    def test_html_is_made_into_text_below_what_does_not_fit(self):
+        self.place.put('h.EML', message('s@e.example', 'Ann <ann@e.example>', 'bob@h.example', 'Page', 4,
+                                        body='<p>Go <a href="http://evil.net/x">bank.de</a></p><script>x</script>',
+                                        more='Content-Type: text/html\r\n'))
+        self.assertEqual(self.run_it('show', 'h.EML')[0],
+                         '! A link shows bank.de, but leads to evil.net.\n\n'
+                         'From: Ann <ann@e.example>\nTo: bob@h.example\nDate: Mon, 2 Mar 2026 10:00:00 +0000\n'
+                         'Subject: Page\n\nGo bank.de [1]\n\nLinks:\n[1] http://evil.net/x\n')
 
     def test_raw_is_the_file(self):
         self.assertEqual(self.run_it('show', '--raw', 'm.EML', raw=True)[0], self.mail)
@@ -180,7 +189,7 @@ class ShowTest(Console):
     def test_json_is_one_object(self):
         (found,) = lines_of(self.run_it('show', '--json', 'm.EML')[0])
         self.assertEqual((found['subject'], found['text'], found['attachments'], found['sender']),
-                         ('Two parts', 'Grüße\x1b[1m\n[Attachment: a.pdf]\n', 'a.pdf', 's@e.example'))
+                         ('Two parts', self.run_it('show', 'm.EML')[0], 'a.pdf', 's@e.example'))
 
     def test_what_is_not_there_is_named(self):
         output, errors = self.run_it('show', 'gone.EML', code=1)
