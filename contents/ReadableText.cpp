@@ -76,8 +76,8 @@ QString ReadableText(const QByteArray& bytes, const ServerProfile& profile) {
     QString text;
     const QString none = QCoreApplication::translate("quellbox", "[The message holds no text.]") + u'\n';
     const QString& shown = body.text.isEmpty() ? none : body.text;
-    for (const QString& section : {warnings, HeadLines(outline.fields, outline.evidence), shown,
-                                   AttachmentLines(outline), LinkLines(body)}) {
+    for (const QString& section :
+         {warnings, HeadLines(outline.fields, outline.evidence), shown, AttachmentLines(outline), LinkLines(body)}) {
         if (!section.isEmpty()) {
             text += text.isEmpty() ? section : u'\n' + section;
         }

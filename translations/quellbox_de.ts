@@ -735,6 +735,14 @@
         <source>Raw message contents</source>
         <translation>Quelltext der Nachricht</translation>
     </message>
+    <message>
+        <source>Readable text of the message</source>
+        <translation>Lesbarer Text der Nachricht</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
 </context>
 <context>
     <name>quellbox</name>
@@ -2276,6 +2284,10 @@
         <source>Raw message contents</source>
         <translation>Quelltext der Nachricht</translation>
     </message>
+    <message>
+        <source>Readable text of the message</source>
+        <translation>Lesbarer Text der Nachricht</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::DeliveryFields</name>
@@ -2612,6 +2624,10 @@
     <message>
         <source>&amp;Overview...</source>
         <translation>Über&amp;sicht...</translation>
+    </message>
+    <message>
+        <source>&amp;Readable text</source>
+        <translation>Les&amp;barer Text</translation>
     </message>
 </context>
 <context>
@@ -3082,6 +3098,17 @@ Empfänger: %4</translation>
     <message>
         <source>The settings of this system hold only one of several entries that differ in upper and lower case only. The list is stored without these:</source>
         <translation>Von mehreren Einträgen, die sich nur in Groß- und Kleinschreibung unterscheiden, nehmen die Einstellungen dieses Systems nur einen auf. Die Liste ist ohne die folgenden gespeichert:</translation>
+    </message>
+</context>
+<context>
+    <name>quellbox::frmView</name>
+    <message>
+        <source>&amp;Source</source>
+        <translation>&amp;Quelltext</translation>
+    </message>
+    <message>
+        <source>&amp;Readable text</source>
+        <translation>Les&amp;barer Text</translation>
     </message>
 </context>
 </TS>
