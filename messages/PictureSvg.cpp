@@ -129,6 +129,8 @@ QByteArray PictureSvg(const OverviewPicture& picture, const BarPicture& laidOut,
     WriteAttribute(svg, "xmlns", QStringLiteral("http://www.w3.org/2000/svg"));
     WriteAttribute(svg, "version", QStringLiteral("1.1"));
     WriteNumbers(svg, {{"width", laidOut.size.width()}, {"height", laidOut.size.height()}});
+    WriteAttribute(svg, "viewBox",
+                   QStringLiteral("0 0 %1 %2").arg(Number(laidOut.size.width()), Number(laidOut.size.height())));
     WriteAttribute(svg, "font-family", lettering.family);
     WriteNumbers(svg, {{"font-size", lettering.pixels}});
     svg.writeTextElement(QStringLiteral("title"), TitleOf(picture.kind));
