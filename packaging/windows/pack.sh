@@ -31,7 +31,8 @@ text "$recipes/quellboxctl-nightly.cmd" quellboxctl-nightly.cmd
   printf '\xff\xfe'
   sed -e '1s/?>$/ encoding="UTF-16"?>/' -e 's/$/\r/' "$recipes/quellboxctl-nightly.xml" | iconv -f UTF-8 -t UTF-16LE
 } >"$folder/quellboxctl-nightly.xml"
-for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/* "$(cat "$build/curl.prefix")"/licenses/*; do
+for terms in "$(cat "$build/qt.prefix")"/licenses/* "$(cat "$build/mail.prefix")"/licenses/* "$(cat "$build/curl.prefix")"/licenses/* \
+  "$(cat "$build/html.prefix")"/licenses/*; do
   text "$terms" "licenses/$(basename "$terms")"
 done
 for package in mingw-w64-common gcc-mingw-w64-x86-64-posix-runtime libz-mingw-w64-dev; do
