@@ -61,6 +61,7 @@ void OverviewPanel::MakeHead() {
     head->addWidget(lblTitle_, 1);
     head->addWidget(btnTable_);
     head->addWidget(btnSave_);
+    lblTitle_->setObjectName(NameWith("lbl", kind_));
     lblTitle_->setTextFormat(Qt::PlainText);
     lblTitle_->setWordWrap(true); // a long title does not widen the window
     btnTable_->setObjectName(NameWith("btn", kind_, "Table"));
