@@ -40,22 +40,6 @@ std::optional<PictureMove> MoveOf(int key) {
     }
 }
 
-/// The place in a picture that stands for those messages.
-OverviewPlace PlaceOfGroup(const OverviewPicture& picture, const MessageGroup& group) {
-    for (size_t bar = 0; bar < picture.bars.size(); ++bar) {
-        const OverviewBar& found = picture.bars[bar];
-        if (found.group == group) {
-            return {static_cast<int>(bar)};
-        }
-        const auto part = std::find_if(found.parts.begin(), found.parts.end(),
-                                       [&group](const OverviewPart& other) { return other.group == group; });
-        if (part != found.parts.end()) {
-            return {static_cast<int>(bar), static_cast<int>(part - found.parts.begin())};
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 BarChart::BarChart(QWidget* parent) : QWidget(parent) {
@@ -63,7 +47,6 @@ BarChart::BarChart(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
-    setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void BarChart::SetPicture(const OverviewPicture& picture) {
@@ -73,7 +56,7 @@ void BarChart::SetPicture(const OverviewPicture& picture) {
     const bool isSomewhere = current_.bar >= 0;
     const MessageGroup group = isSomewhere ? GroupAt(picture_, current_) : MessageGroup();
     picture_ = picture;
-    current_ = isSomewhere ? PlaceOfGroup(picture_, group) : OverviewPlace();
+    current_ = isSomewhere ? PlaceWith(picture_, group) : OverviewPlace();
     LayOut();
 }
 
@@ -86,6 +69,7 @@ void BarChart::LayOut() {
     update();
     QAccessibleEvent changed(this, QAccessible::ObjectReorder);
     QAccessible::updateAccessibility(&changed);
+    Q_EMIT LaidOut();
 }
 
 QRect BarChart::RectOf(OverviewPlace place) const {
@@ -140,7 +124,7 @@ void BarChart::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const QRectF inside = Inside();
     if (picture_.bars.empty()) {
-        painter.drawText(inside, Qt::AlignCenter | Qt::TextWordWrap, tr("No messages are listed."));
+        painter.drawText(inside, Qt::AlignCenter | Qt::TextWordWrap, tr("No messages are shown."));
         return;
     }
     painter.translate(inside.topLeft());
@@ -194,6 +178,18 @@ void BarChart::mousePressEvent(QMouseEvent* event) {
     } else if (place.bar >= 0) {
         SetCurrent(place); // of which the menu is
     }
+}
+
+// By the key it is the menu of the bar that has the focus.
+void BarChart::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const OverviewPlace place = isByKey ? current_ : PlaceIn(event->pos());
+    const bool isOnBar = place.bar >= 0 && CountAt(picture_, place) > 0;
+    if (isOnBar) {
+        SetCurrent(place);
+    }
+    const QRect bar = RectOf(place);
+    Q_EMIT MenuWanted(isOnBar, isByKey && !bar.isEmpty() ? mapToGlobal(bar.center()) : event->globalPos());
 }
 
 void BarChart::focusInEvent(QFocusEvent* event) {

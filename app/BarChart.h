@@ -45,12 +45,19 @@ public:
 Q_SIGNALS:
     void Chosen(const MessageGroup& group, bool adds);
 
+    /// The context menu is to pop up: that of the current bar, or of the picture as a whole.
+    void MenuWanted(bool isOnBar, const QPoint& screen);
+
+    /// Other bars may have room now.
+    void LaidOut();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     bool event(QEvent* event) override;

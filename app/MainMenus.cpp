@@ -129,7 +129,7 @@ const std::vector<MainMenus::MenuInfo>& MainMenus::MenuTable() {
              {"mnuToolsTest", QT_TR_NOOP("Pickup &Test..."), "", Info::List},
              {"mnuToolsCleansing", QT_TR_NOOP("&Cleansing Wizard..."), "Ctrl+C", Info::List},
              {"mnuToolsHistory", QT_TR_NOOP("&History...")},
-             {"mnuToolsOverview", QT_TR_NOOP("&Overview...")},
+             {"mnuToolsOverview", QT_TR_NOOP("&Overview..."), "Ctrl+O"},
              {"mnuToolsOptionsBar"},
              {"mnuToolsOptions", QT_TR_NOOP("&Options..."), "", Info::List},
          }},

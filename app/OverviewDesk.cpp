@@ -1,9 +1,11 @@
 #include "app/OverviewDesk.h"
 
 #include "app/ActionDesk.h"
+#include "app/ContentsPane.h"
 #include "app/ExportDesk.h"
 #include "app/ExportFile.h"
 #include "app/ListDesk.h"
+#include "app/MainMenus.h"
 #include "app/MessageListView.h"
 #include "app/WindowJobs.h"
 #include "app/frmOverview.h"
@@ -26,17 +28,6 @@ namespace {
 
 constexpr int againAfterMs = 300;
 constexpr size_t mostCandidates = 100;
-
-std::vector<int> RowsOf(const MessageListModel& model, const MessageGroup& group) {
-    GroupMatcher matcher(group, model.RatesByNumber());
-    std::vector<int> rows;
-    for (int row = 0; row < model.Count(); ++row) {
-        if (matcher.Holds(model.Row(row))) {
-            rows.push_back(row);
-        }
-    }
-    return rows;
-}
 
 QByteArray PngOf(const QImage& image) {
     QByteArray bytes;
@@ -82,6 +73,22 @@ void OverviewDesk::MakeWindow() {
     connect(window_.get(), &frmOverview::Chosen, this, parts_.errors.Guarded(this, &OverviewDesk::Select));
     connect(window_.get(), &frmOverview::SaveClick, this, parts_.errors.Guarded(this, &OverviewDesk::Save));
     connect(window_.get(), &frmOverview::TolerateClick, this, parts_.errors.Guarded(this, &OverviewDesk::Tolerate));
+    connect(window_.get(), &frmOverview::TolerateGroupClick, this,
+            parts_.errors.Guarded(this, &OverviewDesk::TolerateGroup));
+    connect(&parts_.menus.Button("whitelist"), &QAction::enabledChanged, this, &OverviewDesk::ShowWhetherToTolerate);
+    const QAction& bulk = parts_.menus.Entry("mnuViewBulk");
+    connect(&bulk, &QAction::toggled, window_.get(), &frmOverview::ShowBulkMode);
+    window_->ShowBulkMode(bulk.isChecked());
+    ShowWhetherToTolerate();
+}
+
+// What opens the whitelist can be used together, and what the states of the commands say of its button holds here too.
+void OverviewDesk::ShowWhetherToTolerate() {
+    window_->OfferTolerating(
+        parts_.menus.Button("whitelist").isEnabled(),
+        parts_.state.TolerationLevel == 0
+            ? tr("The whitelist is switched off. Tools > Options..., page Toleration, switches it on.")
+            : tr("Something else is being done."));
 }
 
 void OverviewDesk::Opened() {
@@ -113,18 +120,44 @@ bool OverviewDesk::MakeWay() {
     return isFree;
 }
 
+/// The rows in sight that belong to a group; none, and the user is told so, where ratings mean something else now than
+/// in the pictures. Those are counted anew then.
+std::optional<std::vector<int>> OverviewDesk::RowsOf(const MessageGroup& group) {
+    const MessageListModel& model = parts_.model;
+    if (model.RatesByNumber() != window_->RatesByNumber()) {
+        window_->Tell(tr("The list is being counted anew. Try again in a moment."));
+        return std::nullopt;
+    }
+    GroupMatcher matcher(group, model.RatesByNumber());
+    std::vector<int> rows;
+    for (int row = 0; row < model.Count(); ++row) {
+        if (matcher.Holds(model.Row(row))) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+// The contents are those of one message. The keys of the list are for the group as soon as its window is in front.
 void OverviewDesk::Select(const MessageGroup& group, bool adds) {
     if (!MakeWay()) {
         return;
     }
-    const std::vector<int> rows = RowsOf(parts_.model, group);
+    const std::optional<std::vector<int>> rows = RowsOf(group);
+    if (!rows) {
+        return;
+    }
     if (!adds) {
         list_.ClearSelection();
     }
-    if (!rows.empty()) {
-        parts_.list.AddToSelection(rows);
+    if (!rows->empty()) {
+        parts_.list.AddToSelection(*rows);
     }
     const int selected = list_.UpdateSelectionStatus();
+    if (selected > 1) {
+        parts_.contents.Clear();
+    }
+    parts_.list.setFocus();
     window_->Tell(selected == 1 ? tr("One message selected") : tr("%n messages selected", nullptr, selected));
 }
 
@@ -164,6 +197,23 @@ void OverviewDesk::Tolerate(const QStringList& senders) {
     if (MakeWay()) {
         actions_.TolerateSenders(senders, *window_);
     }
+}
+
+void OverviewDesk::TolerateGroup(const MessageGroup& group) {
+    const std::optional<std::vector<int>> rows = MakeWay() ? RowsOf(group) : std::nullopt;
+    if (!rows) {
+        return;
+    }
+    QStringList senders;
+    for (const int row : *rows) {
+        senders.append(parts_.model.Row(row).Tag());
+    }
+    const QStringList candidates = SendersToTolerate(senders, LoadWhitelist(parts_.ports.store));
+    if (candidates.isEmpty()) {
+        window_->Tell(tr("None of these messages has a sender that could be added to the whitelist."));
+        return;
+    }
+    actions_.TolerateSenders(candidates, *window_);
 }
 
 void OverviewDesk::Close() {

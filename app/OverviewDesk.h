@@ -8,6 +8,8 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace quellbox {
 
@@ -38,6 +40,9 @@ private:
     void Save(OverviewKind kind);
     void Write(const QString& file, OverviewKind kind);
     void Tolerate(const QStringList& senders);
+    void TolerateGroup(const MessageGroup& group);
+    void ShowWhetherToTolerate();
+    std::optional<std::vector<int>> RowsOf(const MessageGroup& group);
     bool MakeWay();
 
     WindowParts parts_;

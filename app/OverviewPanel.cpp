@@ -5,8 +5,11 @@
 #include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QMenu>
 #include <QMimeData>
 #include <QShortcut>
+
+#include <algorithm>
 
 namespace quellbox {
 
@@ -17,6 +20,13 @@ constexpr std::array<const char*, overviewKinds.size()> namesOfKinds{"Days", "Le
 
 QString NameWith(const char* prefix, OverviewKind kind, const char* suffix = "") {
     return QLatin1String(prefix) + QLatin1String(namesOfKinds[static_cast<size_t>(kind)]) + QLatin1String(suffix);
+}
+
+/// Of so many bars from that one those that are of messages: days without stand between others as gaps.
+qint64 GroupsIn(const OverviewPicture& picture, int first, size_t count) {
+    const auto begin = picture.bars.begin() + first;
+    return std::count_if(begin, begin + static_cast<std::ptrdiff_t>(count),
+                         [](const OverviewBar& bar) { return bar.Count() > 0; });
 }
 
 } // namespace
@@ -33,6 +43,8 @@ OverviewPanel::OverviewPanel(OverviewKind kind, QWidget* parent)
     chart_->setObjectName(NameWith("cht", kind_));
     chart_->setAccessibleName(TitleOf(kind_));
     connect(chart_, &BarChart::Chosen, this, &OverviewPanel::Chosen);
+    connect(chart_, &BarChart::MenuWanted, this, &OverviewPanel::PopUpMenu);
+    connect(chart_, &BarChart::LaidOut, this, &OverviewPanel::ShowTitle);
     setTabOrder(chart_, view_);
     setTabOrder(view_, btnTable_);
     setTabOrder(btnTable_, btnSave_);
@@ -49,6 +61,7 @@ void OverviewPanel::MakeHead() {
     head->addWidget(lblTitle_, 1);
     head->addWidget(btnTable_);
     head->addWidget(btnSave_);
+    lblTitle_->setObjectName(NameWith("lbl", kind_));
     lblTitle_->setTextFormat(Qt::PlainText);
     lblTitle_->setWordWrap(true); // a long title does not widen the window
     btnTable_->setObjectName(NameWith("btn", kind_, "Table"));
@@ -96,10 +109,14 @@ QAction* OverviewPanel::AddAction(const char* name, const QString& text) {
 void OverviewPanel::AddActions() {
     connect(AddAction("actSelect", tr("Select Messages")), &QAction::triggered, this, [this] { ChooseCurrent(false); });
     connect(AddAction("actAdd", tr("Add to Selection")), &QAction::triggered, this, [this] { ChooseCurrent(true); });
+    tolerate_ = AddAction("actTolerate", tr("Tolerate Senders..."));
+    connect(tolerate_, &QAction::triggered, this, &OverviewPanel::TolerateCurrent);
     QAction* copy = AddAction("actCopy", tr("Copy Table"));
     copy->setShortcut(QKeySequence::Copy);
     connect(copy, &QAction::triggered, this, &OverviewPanel::Copy);
-    connect(AddAction("actSave", tr("Save...")), &QAction::triggered, this, [this] { Q_EMIT SaveClick(kind_); });
+    QAction* save = AddAction("actSave", tr("Save..."));
+    connect(save, &QAction::triggered, this, [this] { Q_EMIT SaveClick(kind_); });
+    wholeActions_ = {copy, save};
     for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
         connect(new QShortcut(QKeySequence(key), view_, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
                 this, [this] { ChooseRow(false); });
@@ -110,23 +127,35 @@ void OverviewPanel::AddActions() {
 
 void OverviewPanel::SetPicture(const OverviewPicture& picture) {
     if (picture != table_.Picture() || picture.bars.empty()) {
-        const int row = view_->currentIndex().row();
+        const OverviewPlace place = table_.PlaceOf(view_->currentIndex().row());
+        const MessageGroup group = place.bar < 0 ? MessageGroup() : GroupAt(table_.Picture(), place);
         chart_->SetPicture(picture);
         table_.SetPicture(picture);
         view_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
-        view_->setCurrentIndex(table_.index(std::min(std::max(row, 0), table_.rowCount() - 1), 0));
+        const OverviewPlace now = place.bar < 0 ? OverviewPlace() : PlaceWith(picture, group);
+        view_->setCurrentIndex(now.bar < 0 ? QModelIndex() : table_.index(table_.RowOf(now), 0));
     }
     btnSave_->setEnabled(!picture.bars.empty());
     ShowTitle();
 }
 
+/// How many groups have a bar in the chart, which has not room for all, or a row in the table.
+qint64 OverviewPanel::GroupsShown() const {
+    const BarPicture& shown = chart_->Shown();
+    return btnTable_->isChecked() ? GroupsIn(table_.Picture(), 0, table_.Picture().bars.size())
+                                  : GroupsIn(chart_->Picture(), shown.firstBar, static_cast<size_t>(shown.barCount));
+}
+
 void OverviewPanel::ShowTitle() {
-    const OverviewPicture& picture = table_.Picture();
-    const auto shown = static_cast<qsizetype>(picture.bars.size());
-    lblTitle_->setText(
-        picture.leftOut == 0
-            ? TitleOf(kind_)
-            : tr("%1 (%2 of %3)").arg(TitleOf(kind_)).arg(shown).arg(shown + static_cast<qsizetype>(picture.leftOut)));
+    const OverviewPicture& picture = chart_->Picture();
+    const qint64 shown = GroupsShown();
+    const qint64 all = GroupsIn(picture, 0, picture.bars.size()) + static_cast<qint64>(picture.leftOut);
+    lblTitle_->setText(shown == all ? TitleOf(kind_) : tr("%1 (%2 of %3)").arg(TitleOf(kind_)).arg(shown).arg(all));
+}
+
+void OverviewPanel::OfferTolerating(bool isOffered, const QString& whyNot) {
+    tolerate_->setEnabled(isOffered);
+    tolerate_->setToolTip(isOffered ? QString() : whyNot);
 }
 
 void OverviewPanel::ShowTable(bool isTable) {
@@ -135,18 +164,36 @@ void OverviewPanel::ShowTable(bool isTable) {
     if (hadFocus) {
         stack_->currentWidget()->setFocus();
     }
+    ShowTitle();
 }
 
 void OverviewPanel::ChooseRow(bool adds) {
     chart_->Choose(table_.PlaceOf(view_->currentIndex().row()), adds);
 }
 
+OverviewPlace OverviewPanel::Current() const {
+    return btnTable_->isChecked() ? table_.PlaceOf(view_->currentIndex().row()) : chart_->Current();
+}
+
 void OverviewPanel::ChooseCurrent(bool adds) {
-    if (btnTable_->isChecked()) {
-        ChooseRow(adds);
-    } else {
-        chart_->Choose(chart_->Current(), adds);
+    chart_->Choose(Current(), adds);
+}
+
+void OverviewPanel::TolerateCurrent() {
+    const OverviewPlace place = Current();
+    if (place.bar >= 0) {
+        const MessageGroup group = GroupAt(table_.Picture(), place); // the answer may change the picture
+        Q_EMIT TolerateClick(group);
     }
+}
+
+void OverviewPanel::PopUpMenu(bool isOnBar, const QPoint& screen) {
+    auto* menu = new QMenu(this);
+    menu->setObjectName(NameWith("mnu", kind_));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
+    menu->addActions(isOnBar ? chart_->actions() : wholeActions_);
+    menu->popup(screen);
 }
 
 void OverviewPanel::Copy() {

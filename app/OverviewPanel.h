@@ -21,6 +21,9 @@ public:
 
     void SetPicture(const OverviewPicture& picture);
 
+    /// Whether senders can be tolerated now; if not, `whyNot` says so.
+    void OfferTolerating(bool isOffered, const QString& whyNot);
+
     const BarChart& Chart() const { return *chart_; }
     /// Gives the picture the focus, or its table.
     void TakeFocus() { stack_->currentWidget()->setFocus(); }
@@ -34,6 +37,9 @@ Q_SIGNALS:
     void Chosen(const MessageGroup& group, bool adds);
     void SaveClick(OverviewKind kind);
 
+    /// The senders of these messages are to be tolerated.
+    void TolerateClick(const MessageGroup& group);
+
 private:
     void MakeHead();
     void MakeTable();
@@ -43,6 +49,10 @@ private:
     void ShowTable(bool isTable);
     void ChooseRow(bool adds);
     void ChooseCurrent(bool adds);
+    void TolerateCurrent();
+    OverviewPlace Current() const;
+    void PopUpMenu(bool isOnBar, const QPoint& screen);
+    qint64 GroupsShown() const;
     void Copy();
 
     OverviewKind kind_;
@@ -53,6 +63,8 @@ private:
     QStackedWidget* stack_;
     BarChart* chart_;
     QTableView* view_;
+    QAction* tolerate_ = nullptr;
+    QList<QAction*> wholeActions_; // that are for the picture, not for a bar
 };
 
 } // namespace quellbox

@@ -6,7 +6,9 @@
 #include <QDateTime>
 #include <QHeaderView>
 #include <QLocale>
+#include <QScrollBar>
 #include <QShowEvent>
+#include <QSignalBlocker>
 
 namespace quellbox {
 
@@ -25,10 +27,23 @@ QTreeWidgetItem* ItemOf(const UnblockedSender& sender) {
     return item;
 }
 
+QString CaptionOf(const Overview& overview) {
+    const auto count = static_cast<int>(overview.count);
+    if (overview.count < overview.listed) {
+        const QLocale locale;
+        return frmOverview::tr("Overview of %1 of %2 messages")
+            .arg(locale.toString(overview.count), locale.toString(overview.listed));
+    }
+    return count == 1 ? frmOverview::tr("Overview of one message")
+                      : frmOverview::tr("Overview of %n messages", nullptr, count);
+}
+
 } // namespace
 
 frmOverview::frmOverview(QWidget* parent) : QDialog(parent), ui_(new Ui::frmOverview) {
     ui_->setupUi(this);
+    ui_->lblBulk->hide();
+    toleratingTip_ = ui_->btnTolerate->toolTip();
     MakePanels();
     PrepareList();
     connect(ui_->btnClose, &QPushButton::clicked, this, &frmOverview::close);
@@ -52,6 +67,7 @@ void frmOverview::MakePanels() {
         ui_->layPictures->addWidget(panel, cell.row, cell.column, 1, cell.columns);
         connect(panel, &OverviewPanel::Chosen, this, &frmOverview::Chosen);
         connect(panel, &OverviewPanel::SaveClick, this, &frmOverview::SaveClick);
+        connect(panel, &OverviewPanel::TolerateClick, this, &frmOverview::TolerateGroupClick);
     }
     setTabOrder(&panels_.back()->LastControl(), ui_->lvwUnblocked);
     setTabOrder(ui_->lvwUnblocked, ui_->btnTolerate);
@@ -67,25 +83,63 @@ void frmOverview::PrepareList() {
     list.header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list.header()->setSectionResizeMode(UnblockedName, QHeaderView::Stretch);
     list.setMinimumHeight(fontMetrics().height() * 7);
-    connect(&list, &QTreeWidget::itemSelectionChanged, this,
-            [this] { ui_->btnTolerate->setEnabled(!ui_->lvwUnblocked->selectedItems().isEmpty()); });
+    connect(&list, &QTreeWidget::itemSelectionChanged, this, &frmOverview::ShowTolerating);
+}
+
+void frmOverview::OfferTolerating(bool isOffered, const QString& whyNot) {
+    offersTolerating_ = isOffered;
+    whyNotTolerating_ = whyNot;
+    for (OverviewPanel* panel : panels_) {
+        panel->OfferTolerating(isOffered, whyNot);
+    }
+    ShowTolerating();
+}
+
+void frmOverview::ShowTolerating() {
+    ui_->btnTolerate->setEnabled(offersTolerating_ && !ui_->lvwUnblocked->selectedItems().isEmpty());
+    ui_->btnTolerate->setToolTip(offersTolerating_ ? toleratingTip_ : whyNotTolerating_);
+}
+
+void frmOverview::ShowBulkMode(bool isOn) {
+    ui_->lblBulk->setVisible(isOn);
 }
 
 void frmOverview::ShowOverview(const Overview& overview) {
     for (const OverviewKind kind : overviewKinds) {
         panels_[static_cast<size_t>(kind)]->SetPicture(overview.Of(kind));
     }
-    const auto count = static_cast<int>(overview.count);
-    setWindowTitle(count == 1 ? tr("Overview of one message") : tr("Overview of %n messages", nullptr, count));
+    ratesByNumber_ = overview.ratesByNumber;
+    setWindowTitle(CaptionOf(overview));
 }
 
 void frmOverview::ShowUnblocked(const std::vector<UnblockedSender>& senders) {
+    if (senders == unblocked_) {
+        return;
+    }
+    unblocked_ = senders;
+    const int scrolled = ui_->lvwUnblocked->verticalScrollBar()->value();
+    {
+        const QSignalBlocker quiet(ui_->lvwUnblocked); // so that the button keeps the focus
+        ListUnblocked();
+    }
+    ui_->lvwUnblocked->verticalScrollBar()->setValue(scrolled);
+    ShowTolerating();
+}
+
+/// Who was selected or current stays so, where they are still there.
+void frmOverview::ListUnblocked() {
+    QTreeWidget& list = *ui_->lvwUnblocked;
     const QStringList selected = SelectedSenders();
-    ui_->lvwUnblocked->clear();
-    for (const UnblockedSender& sender : senders) {
+    const QString current =
+        list.currentItem() == nullptr ? QString() : list.currentItem()->data(UnblockedName, senderRole).toString();
+    list.clear();
+    for (const UnblockedSender& sender : unblocked_) {
         QTreeWidgetItem* item = ItemOf(sender);
-        ui_->lvwUnblocked->addTopLevelItem(item);
+        list.addTopLevelItem(item);
         item->setSelected(selected.contains(sender.sender));
+        if (sender.sender == current) {
+            list.setCurrentItem(item, UnblockedName, QItemSelectionModel::NoUpdate);
+        }
     }
 }
 

@@ -27,6 +27,15 @@ public:
     void ShowOverview(const Overview& overview);
     void ShowUnblocked(const std::vector<UnblockedSender>& senders);
 
+    /// Whether senders can be tolerated now; if not, `whyNot` says so.
+    void OfferTolerating(bool isOffered, const QString& whyNot);
+
+    /// Says that there are messages of which only the file is known, or nothing.
+    void ShowBulkMode(bool isOn);
+
+    /// Whether ratings are numbers for what is shown.
+    bool RatesByNumber() const { return ratesByNumber_; }
+
     /// What became of what the user did here.
     void Tell(const QString& text);
 
@@ -45,6 +54,9 @@ Q_SIGNALS:
     /// These senders are to be tolerated.
     void TolerateClick(const QStringList& senders);
 
+    /// Those of these messages are.
+    void TolerateGroupClick(const MessageGroup& group);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -52,10 +64,17 @@ protected:
 private:
     void MakePanels();
     void PrepareList();
+    void ListUnblocked();
+    void ShowTolerating();
     QStringList SelectedSenders() const;
 
     std::unique_ptr<Ui::frmOverview> ui_;
     std::array<OverviewPanel*, overviewKinds.size()> panels_{};
+    std::vector<UnblockedSender> unblocked_;
+    QString toleratingTip_;
+    QString whyNotTolerating_;
+    bool offersTolerating_ = true;
+    bool ratesByNumber_ = false;
 };
 
 } // namespace quellbox

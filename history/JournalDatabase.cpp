@@ -5,8 +5,10 @@
 #include <QSqlError>
 #include <QVariant>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <map>
 #include <utility>
 
 namespace quellbox {
@@ -119,6 +121,17 @@ QString CanBeUndone() {
         .arg(static_cast<int>(HistoryAction::AutoTolerate))
         .arg(static_cast<int>(HistoryAction::Delete))
         .arg(static_cast<int>(HistoryAction::Cleanse));
+}
+
+/// The most frequent first; equal ones stay in the order of their names.
+std::vector<UnblockedSender> ByCount(const std::map<QString, UnblockedSender>& senders) {
+    std::vector<UnblockedSender> sorted;
+    for (const auto& [name, sender] : senders) {
+        sorted.push_back(sender);
+    }
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const UnblockedSender& one, const UnblockedSender& other) { return one.count > other.count; });
+    return sorted;
 }
 
 } // namespace
@@ -315,19 +328,22 @@ HistoryIds JournalDatabase::Find(const HistoryFilter& filter) {
     return ids;
 }
 
+// SQLite folds the case of ASCII only.
 std::vector<UnblockedSender> JournalDatabase::UnblockedSenders() {
-    QSqlQuery query =
-        Prepared(QStringLiteral("SELECT lower(sender) AS folded, count(*) AS messages, max(time) FROM entry "
-                                "JOIN action ON action.id = entry.action WHERE kind = %1 AND result = %2 "
-                                "AND sender != '' GROUP BY folded ORDER BY messages DESC, folded")
-                     .arg(static_cast<int>(HistoryAction::Unblock))
-                     .arg(static_cast<int>(HistoryResult::Done)));
+    QSqlQuery query = Prepared(QStringLiteral("SELECT sender, count(*), max(time) FROM entry "
+                                              "JOIN action ON action.id = entry.action WHERE kind = %1 AND result = %2 "
+                                              "AND sender != '' GROUP BY sender")
+                                   .arg(static_cast<int>(HistoryAction::Unblock))
+                                   .arg(static_cast<int>(HistoryResult::Done)));
     Run(query);
-    std::vector<UnblockedSender> senders;
+    std::map<QString, UnblockedSender> senders;
     while (query.next()) {
-        senders.push_back({query.value(0).toString(), query.value(1).toLongLong(), query.value(2).toLongLong()});
+        const QString folded = query.value(0).toString().toLower();
+        UnblockedSender& sender = senders.try_emplace(folded, UnblockedSender{folded, 0, 0}).first->second;
+        sender.count += query.value(1).toLongLong();
+        sender.lastMs = std::max(sender.lastMs, query.value(2).toLongLong());
     }
-    return senders;
+    return ByCount(senders);
 }
 
 std::vector<HistoryLine> JournalDatabase::Lines(const HistoryIds& ids) {

@@ -69,7 +69,8 @@ public:
     /// The lines with these numbers, in that order; those that have gone are left out.
     std::vector<HistoryLine> Lines(const HistoryIds& ids);
 
-    /// Whose messages were unblocked, the most frequent first; equal ones by their names. Tolerated ones are no such.
+    /// Whose messages were unblocked, in lower case, the most frequent first; equal ones by their names. Tolerated ones
+    /// are no such.
     std::vector<UnblockedSender> UnblockedSenders();
 
     /// The latest action of the user on messages of an archive that was not taken back; empty when there is none, or

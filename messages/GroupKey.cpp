@@ -85,8 +85,9 @@ int GroupKey::LevelOf(const MessageRow& row) {
 
 GroupMatcher::GroupMatcher(MessageGroup group, bool ratesByNumber) : group_(std::move(group)), keys_(ratesByNumber) {
     for (const GroupTrait& trait : group_) {
-        if (trait.by == StatisticsBy::Day) {
-            day_ = firstDay.daysTo(QDate::fromString(trait.key, Qt::ISODate));
+        const QDate day = trait.by == StatisticsBy::Day ? QDate::fromString(trait.key, Qt::ISODate) : QDate();
+        if (day.isValid()) {
+            day_ = firstDay.daysTo(day);
         }
     }
 }

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace quellbox {
@@ -72,7 +73,7 @@ private:
 
     MessageGroup group_;
     GroupKey keys_;
-    qint64 day_ = 0;
+    std::optional<qint64> day_; // none where the group names no day, or what is none
 };
 
 } // namespace quellbox

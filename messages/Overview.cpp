@@ -119,7 +119,8 @@ Overview CountOverview(const std::vector<MessageRow>& rows, bool ratesByNumber) 
     return {{PictureOfDays(statistics), PictureOfLevels(statistics), PictureOf(OverviewKind::Senders, statistics),
              PictureOf(OverviewKind::Recipients, statistics), PictureOf(OverviewKind::Subjects, statistics)},
             statistics.Count(),
-            ratesByNumber};
+            ratesByNumber,
+            statistics.Count()};
 }
 
 QString TitleOf(OverviewKind kind) {

@@ -50,11 +50,13 @@ struct Overview {
     std::array<OverviewPicture, overviewKinds.size()> pictures{};
     qint64 count = 0;
     bool ratesByNumber = false;
+    qint64 listed = 0; ///< messages in the list, in sight or not
 
     const OverviewPicture& Of(OverviewKind kind) const { return pictures[static_cast<size_t>(kind)]; }
 };
 
-/// Counts messages. Takes some milliseconds for 10,000 rows, and touches nothing but them.
+/// Counts messages, as those of a list that has no others. Takes some milliseconds for 10,000 rows, and touches nothing
+/// but them.
 Overview CountOverview(const std::vector<MessageRow>& rows, bool ratesByNumber);
 
 /// What stands above a picture, and above the column of its table that says of what the bars are.

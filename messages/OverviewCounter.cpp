@@ -22,6 +22,7 @@ OverviewCounter::OverviewCounter(WorkPool& pool, const MessageListModel& model) 
     connect(&model_, &QAbstractItemModel::rowsInserted, this, &OverviewCounter::NoteChange);
     connect(&model_, &QAbstractItemModel::rowsRemoved, this, &OverviewCounter::NoteChange);
     connect(&model_, &QAbstractItemModel::modelReset, this, &OverviewCounter::NoteChange);
+    connect(&model_, &MessageListModel::CountsChanged, this, &OverviewCounter::NoteChange); // out of sight
     connect(&model_, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
                 if (roles != QList<int>{MessageListModel::unreadRole}) {
@@ -53,8 +54,10 @@ void OverviewCounter::NoteChange() {
     }
     if (isCounting_) {
         hasChanged_ = true;
+    } else if (model_.Count() == 0) {
+        again_.start(gatherEmptyMs); // also where rows were gathering when the list was emptied
     } else if (!again_.isActive()) {
-        again_.start(model_.Count() == 0 ? gatherEmptyMs : gatherMs);
+        again_.start(gatherMs);
     }
 }
 
@@ -63,9 +66,11 @@ void OverviewCounter::Count() {
     isCounting_ = true;
     hasChanged_ = false;
     auto rows = std::make_shared<std::vector<MessageRow>>(CopyOfRows(model_));
-    const auto count = [rows, ratesByNumber = model_.RatesByNumber()](size_t) {
+    const auto count = [rows, listed = model_.TotalCount(), ratesByNumber = model_.RatesByNumber()](size_t) {
         const std::vector<MessageRow> mine = std::move(*rows);
-        return CountOverview(mine, ratesByNumber);
+        Overview overview = CountOverview(mine, ratesByNumber);
+        overview.listed = listed;
+        return overview;
     };
     work_.emplace(
         pool_, 1, count, [this](size_t, const Overview& overview) { Q_EMIT Counted(overview); },

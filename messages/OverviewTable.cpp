@@ -38,6 +38,21 @@ qint64 CountAt(const OverviewPicture& picture, OverviewPlace place) {
     return place.part == OverviewPlace::whole ? bar.Count() : bar.parts[static_cast<size_t>(place.part)].count;
 }
 
+OverviewPlace PlaceWith(const OverviewPicture& picture, const MessageGroup& group) {
+    for (size_t bar = 0; bar < picture.bars.size(); ++bar) {
+        const OverviewBar& found = picture.bars[bar];
+        if (found.group == group) {
+            return {static_cast<int>(bar)};
+        }
+        const auto part = std::find_if(found.parts.begin(), found.parts.end(),
+                                       [&group](const OverviewPart& other) { return other.group == group; });
+        if (part != found.parts.end()) {
+            return {static_cast<int>(bar), static_cast<int>(part - found.parts.begin())};
+        }
+    }
+    return {};
+}
+
 QString NameAt(const OverviewPicture& picture, OverviewPlace place) {
     const OverviewBar& bar = BarAt(picture, place);
     if (picture.kind == OverviewKind::Levels) {

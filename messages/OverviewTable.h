@@ -21,6 +21,9 @@ struct OverviewPlace {
 const MessageGroup& GroupAt(const OverviewPicture& picture, OverviewPlace place);
 qint64 CountAt(const OverviewPicture& picture, OverviewPlace place);
 
+/// The place that stands for those messages, the whole bar before its parts; nowhere when the picture has none.
+OverviewPlace PlaceWith(const OverviewPicture& picture, const MessageGroup& group);
+
 /// What is said of a place where it cannot be seen, as in "2026-06-15, rating 9".
 QString NameAt(const OverviewPicture& picture, OverviewPlace place);
 

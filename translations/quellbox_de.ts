@@ -590,6 +590,10 @@
         <source>&amp;Close</source>
         <translation>&amp;Schließen</translation>
     </message>
+    <message>
+        <source>Bulk mode is on: messages that have not been read yet are without sender, recipient, subject and rating here.</source>
+        <translation>Der Bulk-Modus ist eingeschaltet: Noch nicht gelesene Nachrichten sind hier ohne Absender, Empfänger, Betreff und Bewertung.</translation>
+    </message>
 </context>
 <context>
     <name>frmOwnServer</name>
@@ -2255,12 +2259,12 @@
         </translation>
     </message>
     <message>
-        <source>No messages are listed.</source>
-        <translation>Es sind keine Nachrichten aufgelistet.</translation>
-    </message>
-    <message>
         <source>one message</source>
         <translation>eine Nachricht</translation>
+    </message>
+    <message>
+        <source>No messages are shown.</source>
+        <translation>Es werden keine Nachrichten angezeigt.</translation>
     </message>
 </context>
 <context>
@@ -2663,6 +2667,22 @@
         <source>One message selected</source>
         <translation>Eine Nachricht ausgewählt</translation>
     </message>
+    <message>
+        <source>The whitelist is switched off. Tools &gt; Options..., page Toleration, switches it on.</source>
+        <translation>Die Whitelist ist ausgeschaltet. Extras &gt; Optionen..., Seite Toleranz, schaltet sie ein.</translation>
+    </message>
+    <message>
+        <source>Something else is being done.</source>
+        <translation>Es wird gerade etwas anderes ausgeführt.</translation>
+    </message>
+    <message>
+        <source>The list is being counted anew. Try again in a moment.</source>
+        <translation>Die Liste wird gerade neu gezählt. Versuchen Sie es gleich noch einmal.</translation>
+    </message>
+    <message>
+        <source>None of these messages has a sender that could be added to the whitelist.</source>
+        <translation>Keine dieser Nachrichten hat einen Absender, der in die Whitelist aufgenommen werden könnte.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::OverviewPanel</name>
@@ -2701,6 +2721,10 @@
     <message>
         <source>%1 (%2 of %3)</source>
         <translation>%1 (%2 von %3)</translation>
+    </message>
+    <message>
+        <source>Tolerate Senders...</source>
+        <translation>Absender tolerieren...</translation>
     </message>
 </context>
 <context>
@@ -3003,6 +3027,10 @@
     <message>
         <source>Overview of one message</source>
         <translation>Übersicht über eine Nachricht</translation>
+    </message>
+    <message>
+        <source>Overview of %1 of %2 messages</source>
+        <translation>Übersicht über %1 von %2 Nachrichten</translation>
     </message>
 </context>
 <context>

@@ -4,7 +4,11 @@
 #include "tests/support/ManualPool.h"
 #include "tests/support/RunUntil.h"
 
+#include <QTimer>
+
 #include <gtest/gtest.h>
+
+#include <optional>
 
 namespace quellbox {
 
@@ -102,6 +106,42 @@ TEST_F(OverviewCounterTest, AListThatARefreshEmptiesIsNotCountedBeforeItIsFull) 
     pool_.RunAll();
     ASSERT_TRUE(WaitForCounts(2));
     EXPECT_EQ(counts_, std::vector<qint64>({3, 2}));
+}
+
+TEST_F(OverviewCounterTest, RowsThatGatherWhenTheListIsEmptiedDoNotHurryIt) {
+    model_.Append(NumberedRows(3));
+    counter_.SetActive(true);
+    pool_.RunAll();
+    ASSERT_TRUE(WaitForCounts(1));
+    model_.Append(RowsWith({u"a"_s}));
+    model_.Clear();
+    std::optional<bool> waited; // whether the time of rows that gather has gone by without a count
+    QTimer::singleShot(200, &counter_, [&] { waited = pool_.Waiting() == 0; });
+    ASSERT_TRUE(RunUntil([&] { return waited.has_value(); }));
+    EXPECT_TRUE(*waited);
+    model_.Append(NumberedRows(2));
+    ASSERT_TRUE(WaitForWork());
+    pool_.RunAll();
+    ASSERT_TRUE(WaitForCounts(2));
+    EXPECT_EQ(counts_, std::vector<qint64>({3, 2}));
+}
+
+TEST_F(OverviewCounterTest, RowsOutOfSightAreListedAndNotCounted) {
+    qint64 listed = 0;
+    QObject::connect(&counter_, &OverviewCounter::Counted,
+                     [&listed](const Overview& overview) { listed = overview.listed; });
+    model_.Append(RowsWith({u"wanted"_s, u"other"_s}));
+    model_.Narrow(u"wanted"_s);
+    counter_.SetActive(true);
+    pool_.RunAll();
+    ASSERT_TRUE(WaitForCounts(1));
+    EXPECT_EQ(listed, 2);
+    model_.Append(RowsWith({u"another"_s}));
+    ASSERT_TRUE(WaitForWork()) << "how many are listed has changed";
+    pool_.RunAll();
+    ASSERT_TRUE(WaitForCounts(2));
+    EXPECT_EQ(listed, 3);
+    EXPECT_EQ(counts_, std::vector<qint64>({1, 1}));
 }
 
 } // namespace quellbox

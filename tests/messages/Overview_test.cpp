@@ -165,6 +165,24 @@ TEST_F(OverviewTest, EachRowBelongsToOneBarOfEachPicture) {
     }
 }
 
+TEST_F(OverviewTest, WhatIsNoDayIsTheDayOfNoMessage) {
+    Add(QDate(1970, 1, 1), u"9"_s);
+    EXPECT_EQ(RowsOf({{StatisticsBy::Day, u"1970-01-01"_s}}), "0");
+    EXPECT_EQ(RowsOf({{StatisticsBy::Day, u"1970-13-01"_s}}), "");
+    EXPECT_EQ(RowsOf({{StatisticsBy::Day, QString()}}), "");
+}
+
+TEST_F(OverviewTest, AGroupHasItsPlaceInAPicture) {
+    Add(june_, u"9"_s);
+    Add(june_.addDays(1), u"7"_s);
+    Add(june_.addDays(1), u"9"_s);
+    const OverviewPicture picture = Picture(OverviewKind::Days);
+    for (const OverviewPlace place : {OverviewPlace{0}, OverviewPlace{1}, OverviewPlace{0, 0}, OverviewPlace{1, 1}}) {
+        EXPECT_EQ(PlaceWith(picture, GroupAt(picture, place)), place);
+    }
+    EXPECT_EQ(PlaceWith(picture, {{StatisticsBy::Day, u"2026-06-17"_s}}), OverviewPlace());
+}
+
 TEST_F(OverviewTest, APictureIsATableToo) {
     Add(june_, u"9"_s, u"x@=1+1"_s);
     Add(june_, u"7"_s, u"x@=1+1"_s);

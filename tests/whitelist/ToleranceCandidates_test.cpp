@@ -64,4 +64,23 @@ TEST_F(ToleranceCandidatesTest, WhoIsToleratedIsNoCandidate) {
     EXPECT_EQ(Names(ToleranceCandidates(senders, {u"@x.org"_s, u"ann@y.org"_s, u"bob@z.org"_s}, 9)), "");
 }
 
+TEST_F(ToleranceCandidatesTest, LettersBeyondAsciiAreFoldedToo) {
+    Open();
+    for (const QString& sender : {u"\u00C4nn@x.org"_s, u"bob@x.org"_s, u"\u00E4nn@x.org"_s}) {
+        Unblock(sender);
+    }
+    EXPECT_EQ(Names(Senders()), "\u00E4nn@x.org=2 bob@x.org=1");
+}
+
+TEST_F(ToleranceCandidatesTest, WhomTheWhitelistCannotTakeIsNoCandidate) {
+    const std::vector<UnblockedSender> senders{{u"joe"_s, 3, 0}, {u"ann@local"_s, 2, 0}, {u"bob@z.org"_s, 1, 0}};
+    EXPECT_EQ(Names(ToleranceCandidates(senders, {}, 1)), "bob@z.org=1");
+}
+
+TEST_F(ToleranceCandidatesTest, TheSendersOfSomeMessagesAreAskedForOnce) {
+    const QStringList senders{u"Joe@x.org"_s, u""_s, u"ann@y.org"_s, u"joe@X.org"_s, u"nobody"_s, u"bob@z.org"_s};
+    EXPECT_EQ(SendersToTolerate(senders, {}), QStringList({u"joe@x.org"_s, u"ann@y.org"_s, u"bob@z.org"_s}));
+    EXPECT_EQ(SendersToTolerate(senders, {u"@y.org"_s, u"joe@x.org"_s}), QStringList({u"bob@z.org"_s}));
+}
+
 } // namespace quellbox
