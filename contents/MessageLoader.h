@@ -21,8 +21,8 @@ struct MessageRequest {
     QString path;
     bool ifExists = false;  ///< a file that is not there is no failure
     bool text = false;      ///< the whole file as text
-    bool readable = false;  ///< the text as a person reads it, in place of the source
     bool structure = false; ///< the structure tree
+    bool readable = false;  ///< the text as a person reads it, in place of the source
     /// Of the server that has blocked the message; must outlive the loader.
     const ServerProfile* profile = &ServerProfiles().front();
 };
