@@ -21,7 +21,7 @@ namespace {
 using Warnings = std::vector<MessageWarning>;
 
 constexpr size_t mostOfAKind = 3;
-constexpr qsizetype mostHosts = 10'000;
+constexpr qsizetype mostAddresses = 10'000;
 
 /// Adds sentences, each once, and no more than are read.
 void AddOnce(Warnings& warnings, MessageWarning::Kind kind, const QString& text) {
@@ -54,16 +54,26 @@ Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
     return warnings;
 }
 
-/// The hosts of the addresses of the web in a text.
-void AddHostsOf(const QString& text, QSet<QString>& hosts) {
+/// Where the host ends that begins there in a text, or is to be read no further.
+qsizetype EndOfHost(const QString& text, qsizetype begin) {
     constexpr qsizetype longest = 300;
-    for (qsizetype at = text.indexOf(QLatin1String("://")); at >= 0; at = text.indexOf(QLatin1String("://"), at + 3)) {
-        const QStringView rest = QStringView(text).sliced(at).left(longest);
-        const auto end = std::find_if(rest.begin(), rest.end(), [](QChar c) { return c.isSpace() || c == u'>'; });
-        hosts.insert(ReadLinkTarget(QStringLiteral("http") + rest.first(end - rest.begin()).toString()).host);
-        if (hosts.size() > mostHosts) {
-            return;
-        }
+    const QStringView rest = QStringView(text).sliced(begin).left(longest);
+    const auto end = std::find_if(rest.begin(), rest.end(), [](QChar c) {
+        return c.isSpace() || c == u'>' || c == u'/' || c == u'\\' || c == u'?' || c == u'#';
+    });
+    return begin + (end - rest.begin());
+}
+
+/// The hosts of the addresses of the web in a text. It is bounded how many addresses are looked at, however often they
+/// repeat.
+void AddHostsOf(const QString& text, QSet<QString>& hosts) {
+    const QLatin1String mark("://");
+    qsizetype at = text.indexOf(mark);
+    for (qsizetype looked = 0; at >= 0 && looked < mostAddresses; ++looked) {
+        const qsizetype begin = at + mark.size();
+        const qsizetype end = EndOfHost(text, begin);
+        hosts.insert(ReadLinkTarget(QStringLiteral("http://") + text.sliced(begin, end - begin)).host);
+        at = text.indexOf(mark, end);
     }
 }
 

@@ -153,6 +153,16 @@ TEST(MessageWarnings, DomainsInLettersThatPassForOthers) {
     EXPECT_FALSE(WarningText(WarningKind::LookAlikeDomain, "From: a@xn--80ak6aa92e.com\r\n\r\n").isEmpty());
 }
 
+TEST(MessageWarnings, LooksAtTenThousandAddressesOfAText) {
+    const QByteArray bad = " http://xn--80ak6aa92e.com/";
+    const QByteArray head = "From: a@example.org\r\n\r\n";
+    const auto repeated = [](int count) { return QByteArray("http://a.example/ ").repeated(count); };
+    EXPECT_FALSE(WarningText(WarningKind::LookAlikeDomain, head + repeated(9'999) + bad).isEmpty());
+    EXPECT_EQ(WarningText(WarningKind::LookAlikeDomain, head + repeated(10'000) + bad), QString());
+    EXPECT_FALSE(WarningText(WarningKind::LookAlikeDomain, head + "http://a.example/?to=" + bad.trimmed()).isEmpty());
+    EXPECT_FALSE(WarningText(WarningKind::LookAlikeDomain, head + "://://:///" + bad).isEmpty());
+}
+
 TEST(MessageWarnings, DomainsInLettersOfALanguage) {
     for (const char* domain :
          {"m\xC3\xBCller.de", "xn--mller-kva.de", "\xD0\xBC\xD0\xBE\xD1\x81\xD0\xBA\xD0\xB2\xD0\xB0.\xD1\x80\xD1\x84",
