@@ -7,6 +7,7 @@
 #include "mail/LinkTarget.h"
 #include "mail/MailAddress.h"
 #include "mail/OrganizationalDomain.h"
+#include "mail/ShownWords.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -33,6 +34,17 @@ void AddOnce(Warnings& warnings, MessageWarning::Kind kind, const QString& text)
     }
 }
 
+/// The first host that a link shows and does not lead to; empty where there is none. Each of its words may show one.
+QString OtherHostShownBy(const QString& text, const QString& host) {
+    for (const QString& word : ShownWords(text)) {
+        const QString shown = HostShownBy(word);
+        if (!shown.isEmpty() && !AreOfOneOrganization(shown, host)) {
+            return shown;
+        }
+    }
+    return {};
+}
+
 Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
     Warnings warnings;
     for (const HtmlLink& link : links) {
@@ -40,9 +52,9 @@ Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
         if (target.host.isEmpty()) {
             continue;
         }
-        const QString shown = HostShownBy(link.text);
+        const QString shown = OtherHostShownBy(link.text, target.host);
         const QString pretended = HostShownBy(target.user.section(u':', 0, 0));
-        if (!shown.isEmpty() && !AreOfOneOrganization(shown, target.host)) {
+        if (!shown.isEmpty()) {
             const QString text = QCoreApplication::translate("quellbox", "A link shows %1, but leads to %2.");
             AddOnce(warnings, MessageWarning::Kind::LinkText, text.arg(shown, target.host));
         } else if (!pretended.isEmpty() && !AreOfOneOrganization(pretended, target.host)) {
@@ -86,7 +98,7 @@ QSet<QString> DomainsOf(const WarningSource& source) {
     for (const RawField& field : source.outline.fields) {
         const QByteArray name = field.name.toLower();
         if (name == "from" || name == "reply-to" || name == "sender") {
-            for (const MailAddress& address : ReadAddresses(field.value)) {
+            for (const MailAddress& address : ReadAddresses(field.value, source.outline.evidence)) {
                 domains.insert(address.Domain());
             }
         }
@@ -115,9 +127,14 @@ Warnings FindDomainWarnings(const WarningSource& source) {
     return warnings;
 }
 
+QString AttachmentName(const OutlinePart& part) {
+    const QString name = CleanseForDisplay(part.fileName).trimmed();
+    return name.isEmpty() ? u'(' + QCoreApplication::translate("quellbox", "without a name") + u')' : name;
+}
+
 void AddAttachmentWarnings(const OutlinePart& part, Warnings& warnings) {
     const AttachmentNature nature = JudgeAttachment(part);
-    const QString name = CleanseForDisplay(part.fileName);
+    const QString name = AttachmentName(part);
     if (nature.disagrees && !nature.holds.isEmpty()) {
         const QString text =
             QCoreApplication::translate("quellbox", "The attachment %1 is declared as %2, but holds %3.");
@@ -158,7 +175,8 @@ std::vector<MessageWarning> FindWarnings(const WarningSource& source) {
     Warnings all;
     for (const Warnings& found :
          {FindSenderWarnings(source), FindLinkWarnings(source.body.links), FindDomainWarnings(source),
-          FindAuthenticationWarnings(source.outline.fields), FindAttachmentWarnings(source.outline)}) {
+          FindAuthenticationWarnings(source.outline.fields, DomainOfSender(source)),
+          FindAttachmentWarnings(source.outline)}) {
         std::transform(found.begin(), found.end(), std::back_inserter(all), [](const MessageWarning& each) {
             return MessageWarning{each.kind, CleanseForDisplay(each.text)};
         });
