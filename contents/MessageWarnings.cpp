@@ -34,10 +34,14 @@ void AddOnce(Warnings& warnings, MessageWarning::Kind kind, const QString& text)
     }
 }
 
-/// The first host that a link shows and does not lead to; empty where there is none. Each of its words may show one.
+/// The first host that a link shows and does not lead to; empty where there is none. Each of its words may show one,
+/// but no reader looks at very many.
 QString OtherHostShownBy(const QString& text, const QString& host) {
+    constexpr int mostWords = 16;
+    int looked = 0;
     for (const QString& word : ShownWords(text)) {
-        const QString shown = HostShownBy(word);
+        const bool mayBeHost = word.contains(u'.') && ++looked <= mostWords;
+        const QString shown = mayBeHost ? HostShownBy(word) : QString();
         if (!shown.isEmpty() && !AreOfOneOrganization(shown, host)) {
             return shown;
         }
@@ -48,6 +52,9 @@ QString OtherHostShownBy(const QString& text, const QString& host) {
 Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
     Warnings warnings;
     for (const HtmlLink& link : links) {
+        if (warnings.size() == mostOfAKind) {
+            break;
+        }
         const LinkTarget target = ReadLinkTarget(link.target);
         if (target.host.isEmpty()) {
             continue;

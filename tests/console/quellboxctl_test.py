@@ -201,7 +201,7 @@ class ShowTest(Console):
         warnings = ['A link shows bank.de, but leads to evil.net.', 'A link shows other.de, but leads to evil.net.']
         self.assertEqual(found['warnings'], '\n'.join(warnings))
         head = self.run_it('show', '--csv', 'h.EML')[0].splitlines()[0]
-        self.assertTrue(head.endswith('text,attachments,warnings'), head)
+        self.assertTrue(head.endswith('"Text","Attachments","Warnings"'), head)
 
     def test_what_is_not_there_is_named(self):
         output, errors = self.run_it('show', 'gone.EML', code=1)

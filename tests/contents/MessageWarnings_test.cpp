@@ -195,6 +195,14 @@ TEST(MessageWarnings, DomainsOfCountriesAreNoFiles) {
     }
 }
 
+TEST(MessageWarnings, LooksAtSixteenWordsOfALink) {
+    const auto link = [](int before) {
+        return LinkWarning("<a href='http://evil.net/'>" + QByteArray("a.b ").repeated(before) + "bank.de</a>");
+    };
+    EXPECT_FALSE(link(15).isEmpty());
+    EXPECT_EQ(link(16), QString());
+}
+
 TEST(MessageWarnings, NamesNoMoreThanThreeLinks) {
     QByteArray page = "From: a@example.org\r\nContent-Type: text/html\r\n\r\n";
     for (int i = 0; i < 10; ++i) {
