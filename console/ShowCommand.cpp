@@ -3,9 +3,13 @@
 #include "console/Aside.h"
 #include "console/Command.h"
 #include "console/TableWriter.h"
+#include "contents/MessageWarnings.h"
+#include "contents/ReadableBody.h"
 #include "contents/ReadableText.h"
 #include "contents/StructureTree.h"
+#include "mail/DisplayText.h"
 #include "mail/MailMessage.h"
+#include "mail/MessageOutline.h"
 #include "mail/PackedFile.h"
 #include "messages/ListTable.h"
 #include "settings/ChosenProfile.h"
@@ -52,13 +56,34 @@ void PrintTree(Session& session, OutputForm form, const StructureTree& tree) {
     AddNodes(table, tree, 0);
 }
 
-void PrintRow(Session& session, OutputForm form, const MessageRow& row, const QString& text,
+/// What scripts read of a message: its body alone, and apart from it what does not fit together.
+struct ShownTexts {
+    QString body;
+    QStringList warnings;
+};
+
+ShownTexts ReadTexts(const QByteArray& bytes, const ServerProfile& profile) {
+    MessageOutline outline;
+    if (ReadOutline(bytes, outline) != LoadError::None) {
+        return {};
+    }
+    const ReadableBody body = ReadBody(outline);
+    ShownTexts texts{CleanseLines(body.text), {}};
+    for (const MessageWarning& warning : FindWarnings({bytes, outline, body, profile})) {
+        texts.warnings.append(warning.text);
+    }
+    return texts;
+}
+
+void PrintRow(Session& session, OutputForm form, const MessageRow& row, const ShownTexts& texts,
               const QStringList& attachments) {
     TableColumns columns = ListTableColumns(ChosenProfile(session.State()).RatesByNumber());
     columns.push_back({QStringLiteral("text"), QCoreApplication::translate("quellbox", "Text")});
     columns.push_back({QStringLiteral("attachments"), QCoreApplication::translate("quellbox", "Attachments")});
+    columns.push_back({QStringLiteral("warnings"), QCoreApplication::translate("quellbox", "Warnings")});
     TableWriter table(session, form, columns);
-    table.Add(CellsOf(row) << text << attachments.join(QLatin1Char('\n')));
+    const QChar lineEnd(u'\n');
+    table.Add(CellsOf(row) << texts.body << attachments.join(lineEnd) << texts.warnings.join(lineEnd));
 }
 
 /// The one message that is named. Throws CommandError.
@@ -107,7 +132,7 @@ ExitCode RunShow(Session& session, const QCommandLineParser& parser) {
     } else if (form == OutputForm::Text) {
         OutputBuffer(session).Append(ReadableText(bytes, profile));
     } else {
-        PrintRow(session, form, row, ReadableText(bytes, profile), Attachments(message));
+        PrintRow(session, form, row, ReadTexts(bytes, profile), Attachments(message));
     }
     return ExitCode::Done;
 }

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QSet>
 #include <QStringList>
+#include <QtEndian>
 
 #include <algorithm>
 
@@ -31,7 +32,17 @@ struct FileBeginning {
     Family family;
 };
 
-Family FamilyOfBytes(const QByteArray& content) {
+/// Whether what begins with "MZ", as a text may, has the header of a program: its last four bytes say where another one
+/// stands (Microsoft's PE format, "MS-DOS stub"), which is within the file, or nowhere in a program for DOS. Of four
+/// letters the number is far too large.
+bool HasProgramHeader(const OutlinePart& part) {
+    constexpr qsizetype place = 0x3C;
+    constexpr qsizetype header = 64;
+    return part.content.size() >= header && qFromLittleEndian<quint32>(part.content.constData() + place) <= part.size;
+}
+
+Family FamilyOfBytes(const OutlinePart& part) {
+    const QByteArray& content = part.content;
     static const FileBeginning beginnings[] = {{"MZ", Program},
                                                {"\x7F"
                                                 "ELF",
@@ -54,10 +65,10 @@ Family FamilyOfBytes(const QByteArray& content) {
                                                {"<HTML", Page}};
     const auto found = std::find_if(std::begin(beginnings), std::end(beginnings),
                                     [&content](const FileBeginning& each) { return content.startsWith(each.bytes); });
-    // Two letters alone may also begin a text: a program has a longer header.
-    constexpr qsizetype shortestProgram = 64;
-    const bool isTooShort = found != std::end(beginnings) && found->bytes == "MZ" && content.size() < shortestProgram;
-    return found == std::end(beginnings) || isTooShort ? Unknown : found->family;
+    if (found == std::end(beginnings) || (found->bytes == "MZ" && !HasProgramHeader(part))) {
+        return Unknown;
+    }
+    return found->family;
 }
 
 const QSet<QString>& RunningEndings() {
@@ -65,7 +76,9 @@ const QSet<QString>& RunningEndings() {
         const QString all = QStringLiteral(
             "exe scr js jse vbs vbe lnk iso img vhd vhdx hta bat cmd ps1 psm1 jar msi msp com pif wsf wsh wsc cpl dll "
             "reg scf sct inf url application appref-ms gadget chm hlp xll ade adp mde msc jnlp apk desktop sh deb rpm "
-            "run app command dmg pkg appx msix settingcontent-ms");
+            "run app command dmg pkg appx msix settingcontent-ms vb mst shb ws iqy slk rdp one py appinstaller "
+            "msixbundle "
+            "svg html htm");
         const QStringList list = all.split(u' ');
         return QSet<QString>(list.begin(), list.end());
     }();
@@ -89,20 +102,22 @@ unsigned FamiliesOfEnding(const QString& ending) {
                 all.insert(each, family);
             }
         };
-        add("zip docx xlsx pptx dotx xltx ppsx odt ods odp epub docm dotm xlsm xltm xlam xlsb pptm potm ppam ppsm",
-            Zip);
+        add("zip odt ods odp epub", Zip);
+        // With a password they are wrapped as the old ones.
+        add("docx xlsx pptx dotx xltx ppsx docm dotm xlsm xltm xlam xlsb pptm potm ppam ppsm", Zip | OldOffice);
         add("doc xls ppt dot xlt pps", OldOffice | Zip | RichText | Page | PlainWords);
         add("msg pub vsd mpp", OldOffice);
         add("pdf", Pdf);
         add("png gif jpg jpeg jpe jfif bmp tif tiff webp heic ico", Image);
         add("htm html xhtml shtml", Page | PlainWords);
+        add("svg", Image | Page | PlainWords);
         add("rtf", RichText);
         add("rar 7z cab gz tgz", OtherArchive);
         add("txt csv log md ics vcf", PlainWords | Page);
         add("mp3 wav ogg m4a flac", Sound);
         return all;
     }();
-    return RunningEndings().contains(ending) ? unsigned{Program} : families.value(ending, Unknown);
+    return families.value(ending, RunningEndings().contains(ending) ? unsigned{Program} : unsigned{Unknown});
 }
 
 unsigned FamiliesOfType(const QByteArray& type) {
@@ -120,7 +135,10 @@ unsigned FamiliesOfType(const QByteArray& type) {
     if (found != families.constEnd()) {
         return *found;
     }
-    if (type.startsWith("application/vnd.openxmlformats") || type.startsWith("application/vnd.oasis")) {
+    if (type.startsWith("application/vnd.openxmlformats")) {
+        return Zip | OldOffice;
+    }
+    if (type.startsWith("application/vnd.oasis")) {
         return Zip;
     }
     return type.startsWith("image/") && type != "image/svg+xml" ? Image : type.startsWith("audio/") ? Sound : Unknown;
@@ -169,24 +187,39 @@ bool IsDirectionMark(QChar character) {
     return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
 }
 
+/// Whether so many blanks of any kind follow each other that what is behind them gets out of sight.
+bool HasManyBlanks(const QString& name) {
+    constexpr int many = 5;
+    int blanks = 0;
+    return std::any_of(name.begin(), name.end(), [&blanks](QChar character) {
+        blanks = character.isSpace() ? blanks + 1 : 0;
+        return blanks == many;
+    });
+}
+
 /// Whether a name such as "invoice.pdf.exe" shows another ending before its own, or many blanks.
 bool HidesEnding(const QString& name, const QString& ending) {
-    if (std::any_of(name.begin(), name.end(), IsDirectionMark) || name.contains(QLatin1String("     "))) {
+    if (std::any_of(name.begin(), name.end(), IsDirectionMark) || HasManyBlanks(name)) {
         return true;
     }
     const QString before = EndingOf(name.chopped(std::min(name.size(), ending.size() + 1)));
     return RunningEndings().contains(ending) && FamiliesOfEnding(before) != Unknown;
 }
 
+/// The name as Windows keeps it, without dots and blanks at its end.
+QString WithoutEndOfDots(QString name) {
+    while (!name.isEmpty() && (name.back() == u'.' || name.back().isSpace())) {
+        name.chop(1);
+    }
+    return name.trimmed();
+}
+
 } // namespace
 
 AttachmentNature JudgeAttachment(const OutlinePart& part) {
-    QString name = part.fileName.trimmed();
-    while (name.endsWith(u'.')) { // Windows drops them
-        name.chop(1);
-    }
+    const QString name = WithoutEndOfDots(part.fileName);
     const QString ending = EndingOf(name);
-    const Family held = FamilyOfBytes(part.content);
+    const Family held = FamilyOfBytes(part);
     const unsigned named = FamiliesOfEnding(ending);
     const unsigned declared = FamiliesOfType(part.type);
     AttachmentNature nature;

@@ -7,6 +7,7 @@
 #include "mail/LinkTarget.h"
 #include "mail/MailAddress.h"
 #include "mail/OrganizationalDomain.h"
+#include "mail/ShownWords.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -21,7 +22,7 @@ namespace {
 using Warnings = std::vector<MessageWarning>;
 
 constexpr size_t mostOfAKind = 3;
-constexpr qsizetype mostHosts = 10'000;
+constexpr qsizetype mostAddresses = 10'000;
 
 /// Adds sentences, each once, and no more than are read.
 void AddOnce(Warnings& warnings, MessageWarning::Kind kind, const QString& text) {
@@ -33,16 +34,34 @@ void AddOnce(Warnings& warnings, MessageWarning::Kind kind, const QString& text)
     }
 }
 
+/// The first host that a link shows and does not lead to; empty where there is none. Each of its words may show one,
+/// but no reader looks at very many.
+QString OtherHostShownBy(const QString& text, const QString& host) {
+    constexpr int mostWords = 16;
+    int looked = 0;
+    for (const QString& word : ShownWords(text)) {
+        const bool mayBeHost = word.contains(u'.') && ++looked <= mostWords;
+        const QString shown = mayBeHost ? HostShownBy(word) : QString();
+        if (!shown.isEmpty() && !AreOfOneOrganization(shown, host)) {
+            return shown;
+        }
+    }
+    return {};
+}
+
 Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
     Warnings warnings;
     for (const HtmlLink& link : links) {
+        if (warnings.size() == mostOfAKind) {
+            break;
+        }
         const LinkTarget target = ReadLinkTarget(link.target);
         if (target.host.isEmpty()) {
             continue;
         }
-        const QString shown = HostShownBy(link.text);
+        const QString shown = OtherHostShownBy(link.text, target.host);
         const QString pretended = HostShownBy(target.user.section(u':', 0, 0));
-        if (!shown.isEmpty() && !AreOfOneOrganization(shown, target.host)) {
+        if (!shown.isEmpty()) {
             const QString text = QCoreApplication::translate("quellbox", "A link shows %1, but leads to %2.");
             AddOnce(warnings, MessageWarning::Kind::LinkText, text.arg(shown, target.host));
         } else if (!pretended.isEmpty() && !AreOfOneOrganization(pretended, target.host)) {
@@ -54,16 +73,26 @@ Warnings FindLinkWarnings(const std::vector<HtmlLink>& links) {
     return warnings;
 }
 
-/// The hosts of the addresses of the web in a text.
-void AddHostsOf(const QString& text, QSet<QString>& hosts) {
+/// Where the host ends that begins there in a text, or is to be read no further.
+qsizetype EndOfHost(const QString& text, qsizetype begin) {
     constexpr qsizetype longest = 300;
-    for (qsizetype at = text.indexOf(QLatin1String("://")); at >= 0; at = text.indexOf(QLatin1String("://"), at + 3)) {
-        const QStringView rest = QStringView(text).sliced(at).left(longest);
-        const auto end = std::find_if(rest.begin(), rest.end(), [](QChar c) { return c.isSpace() || c == u'>'; });
-        hosts.insert(ReadLinkTarget(QStringLiteral("http") + rest.first(end - rest.begin()).toString()).host);
-        if (hosts.size() > mostHosts) {
-            return;
-        }
+    const QStringView rest = QStringView(text).sliced(begin).left(longest);
+    const auto end = std::find_if(rest.begin(), rest.end(), [](QChar c) {
+        return c.isSpace() || c == u'>' || c == u'/' || c == u'\\' || c == u'?' || c == u'#';
+    });
+    return begin + (end - rest.begin());
+}
+
+/// The hosts of the addresses of the web in a text. It is bounded how many addresses are looked at, however often they
+/// repeat.
+void AddHostsOf(const QString& text, QSet<QString>& hosts) {
+    const QLatin1String mark("://");
+    qsizetype at = text.indexOf(mark);
+    for (qsizetype looked = 0; at >= 0 && looked < mostAddresses; ++looked) {
+        const qsizetype begin = at + mark.size();
+        const qsizetype end = EndOfHost(text, begin);
+        hosts.insert(ReadLinkTarget(QStringLiteral("http://") + text.sliced(begin, end - begin)).host);
+        at = text.indexOf(mark, end);
     }
 }
 
@@ -76,7 +105,7 @@ QSet<QString> DomainsOf(const WarningSource& source) {
     for (const RawField& field : source.outline.fields) {
         const QByteArray name = field.name.toLower();
         if (name == "from" || name == "reply-to" || name == "sender") {
-            for (const MailAddress& address : ReadAddresses(field.value)) {
+            for (const MailAddress& address : ReadAddresses(field.value, source.outline.evidence)) {
                 domains.insert(address.Domain());
             }
         }
@@ -105,9 +134,14 @@ Warnings FindDomainWarnings(const WarningSource& source) {
     return warnings;
 }
 
+QString AttachmentName(const OutlinePart& part) {
+    const QString name = CleanseForDisplay(part.fileName).trimmed();
+    return name.isEmpty() ? u'(' + QCoreApplication::translate("quellbox", "without a name") + u')' : name;
+}
+
 void AddAttachmentWarnings(const OutlinePart& part, Warnings& warnings) {
     const AttachmentNature nature = JudgeAttachment(part);
-    const QString name = CleanseForDisplay(part.fileName);
+    const QString name = AttachmentName(part);
     if (nature.disagrees && !nature.holds.isEmpty()) {
         const QString text =
             QCoreApplication::translate("quellbox", "The attachment %1 is declared as %2, but holds %3.");
@@ -148,7 +182,8 @@ std::vector<MessageWarning> FindWarnings(const WarningSource& source) {
     Warnings all;
     for (const Warnings& found :
          {FindSenderWarnings(source), FindLinkWarnings(source.body.links), FindDomainWarnings(source),
-          FindAuthenticationWarnings(source.outline.fields), FindAttachmentWarnings(source.outline)}) {
+          FindAuthenticationWarnings(source.outline.fields, DomainOfSender(source)),
+          FindAttachmentWarnings(source.outline)}) {
         std::transform(found.begin(), found.end(), std::back_inserter(all), [](const MessageWarning& each) {
             return MessageWarning{each.kind, CleanseForDisplay(each.text)};
         });

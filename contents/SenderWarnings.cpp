@@ -1,10 +1,10 @@
 #include "contents/SenderWarnings.h"
 
-#include "mail/AuthenticationResults.h"
 #include "mail/HeaderFields.h"
 #include "mail/LinkTarget.h"
 #include "mail/MailAddress.h"
 #include "mail/OrganizationalDomain.h"
+#include "mail/ShownWords.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -26,89 +26,113 @@ QByteArray RawValue(const RawFieldList& fields, QByteArrayView name) {
     return found == fields.end() ? QByteArray() : found->value;
 }
 
-bool IsOfAny(const QString& domain, const Addresses& addresses) {
-    return std::any_of(addresses.begin(), addresses.end(),
-                       [&domain](const MailAddress& each) { return AreOfOneOrganization(domain, each.Domain()); });
+Addresses AddressesOf(const WarningSource& source, QByteArrayView name) {
+    return ReadAddresses(RawValue(source.outline.fields, name), source.outline.evidence);
 }
 
-/// The domain of the envelope sender. A forwarder that rewrites it (SRS) puts the first one into the local part.
-QString EnvelopeDomain(const QString& sender) {
-    const qsizetype at = sender.lastIndexOf(u'@');
-    if (at < 0) {
+/// The first sender in the From that has a domain; another one behind it is no excuse for what the first pretends.
+MailAddress FirstSender(const WarningSource& source) {
+    const Addresses from = AddressesOf(source, "From");
+    const auto found =
+        std::find_if(from.begin(), from.end(), [](const MailAddress& each) { return !each.Domain().isEmpty(); });
+    return found == from.end() ? MailAddress() : *found;
+}
+
+MailAddress EnvelopeSender(const WarningSource& source) {
+    // Where a profile takes the whole of a field, more than an address may stand there.
+    const Addresses envelope = ReadAddresses(ParseHeaderFields(source.bytes, source.profile).xSender.toUtf8());
+    return envelope.empty() ? MailAddress() : envelope.front();
+}
+
+/// The domain of the first envelope sender, if a forwarder has rewritten it (Sender Rewriting Scheme): it stands behind
+/// a check and a day, as in SRS0=check=day=domain=local, where "local" may hold equals signs, too. SRS1 of a second
+/// forwarder has the same behind a check, the first forwarder and an empty piece.
+QString RewrittenDomain(const QString& sender) {
+    const QString local = sender.section(u'@', 0, -2);
+    constexpr qsizetype prefix = 5; // a separator follows the four letters, and need not be an equals sign
+    const bool isFirst = local.startsWith(QLatin1String("SRS0"), Qt::CaseInsensitive);
+    const bool isSecond = local.startsWith(QLatin1String("SRS1"), Qt::CaseInsensitive);
+    if (!isFirst && !isSecond) {
         return {};
     }
-    const QString local = sender.first(at);
-    if (local.startsWith(QLatin1String("SRS0"), Qt::CaseInsensitive) && local.count(u'=') >= 3) {
-        return local.section(u'=', -2, -2);
-    }
-    return sender.sliced(at + 1);
+    const int domain = isFirst ? 2 : 5;
+    return local.sliced(std::min(prefix, local.size())).section(u'=', domain, domain);
 }
 
-/// Whether a mailing list has sent the message on, and says so: its domain stands in one of these fields.
-bool IsOfList(const RawFieldList& fields, const QString& domain) {
-    for (const char* name : {"Sender", "List-Id", "List-Post", "List-Unsubscribe", "Mailing-List", "X-Mailing-List"}) {
-        QString text = RawFieldText(fields, name).toLower();
-        for (QChar& character : text) {
-            const bool isOfDomain = character.isLetterOrNumber() || character == u'.' || character == u'-';
-            character = isOfDomain ? character : QChar(u' ');
-        }
-        const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-        if (std::any_of(words.begin(), words.end(), [&domain](const QString& word) {
-                return word.contains(u'.') && AreOfOneOrganization(word, domain);
-            })) {
+/// The domains that a text names.
+QStringList DomainsIn(QString text) {
+    for (QChar& character : text) {
+        const bool isOfDomain = character.isLetterOrNumber() || character == u'.' || character == u'-';
+        character = isOfDomain ? character : QChar(u' ');
+    }
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    return words.filter(QStringLiteral("."));
+}
+
+/// Whether a mailing list of the envelope sender's organization has sent the message on, and says so (RFC 2919,
+/// RFC 2369). The envelope sender is where returned mail goes, and these two fields are what a list is known by.
+bool IsOfList(const WarningSource& source) {
+    const QString domain = EnvelopeSender(source).Domain();
+    const auto isOfEnvelope = [&domain](const QString& each) { return AreOfOneOrganization(each, domain); };
+    for (const char* name : {"List-Id", "List-Post"}) {
+        const QString value = RawFieldText(source.outline.fields, name);
+        const QStringList named = DomainsIn(value.sliced(value.lastIndexOf(u'<') + 1));
+        if (std::any_of(named.begin(), named.end(), isOfEnvelope)) {
             return true;
         }
     }
     return false;
 }
 
-std::optional<MessageWarning> EnvelopeWarning(const WarningSource& source, const Addresses& from) {
-    // Where a profile takes the whole of a field, more than an address may stand there.
-    const Addresses envelope = ReadAddresses(ParseHeaderFields(source.bytes, source.profile).xSender.toUtf8());
-    const QString sender = envelope.empty() ? QString() : envelope.front().address;
-    const QString domain = EnvelopeDomain(sender);
-    if (domain.isEmpty() || from.empty() || from.front().Domain().isEmpty() || IsOfAny(domain, from) ||
-        IsOfList(source.outline.fields, domain)) {
+/// Whether a message was sent on, by what it says itself: nobody can know it, and so the warning is only milder.
+bool WasSentOn(const WarningSource& source, const QString& envelope, const MailAddress& from) {
+    return AreOfOneOrganization(RewrittenDomain(envelope), from.Domain()) || IsOfList(source);
+}
+
+std::optional<MessageWarning> EnvelopeWarning(const WarningSource& source) {
+    const MailAddress from = FirstSender(source);
+    const MailAddress envelope = EnvelopeSender(source);
+    if (envelope.Domain().isEmpty() || from.address.isEmpty() ||
+        AreOfOneOrganization(envelope.Domain(), from.Domain())) {
         return std::nullopt;
+    }
+    if (WasSentOn(source, envelope.address, from)) {
+        const QString text = QCoreApplication::translate(
+            "quellbox", "The message was sent on by %1, which is not the organization of its sender, %2.");
+        return MessageWarning{WarningKind::EnvelopeSender, text.arg(envelope.Domain(), from.address)};
     }
     const QString text = QCoreApplication::translate(
         "quellbox", "The message comes from %1, but names %2 as its sender: these are different organizations.");
-    return MessageWarning{WarningKind::EnvelopeSender, text.arg(sender, from.front().address)};
+    return MessageWarning{WarningKind::EnvelopeSender, text.arg(envelope.address, from.address)};
 }
 
-std::optional<MessageWarning> ReplyWarning(const RawFieldList& fields, const Addresses& from) {
-    const Addresses replies = ReadAddresses(RawValue(fields, "Reply-To"));
-    Addresses known = from;
-    for (const char* name : {"To", "Cc"}) {
-        const Addresses more = ReadAddresses(RawValue(fields, name));
-        known.insert(known.end(), more.begin(), more.end());
-    }
-    if (from.empty() || from.front().Domain().isEmpty()) {
+QString ReplyText(const WarningSource& source, const MailAddress& reply, const MailAddress& from) {
+    const bool isToList = IsOfList(source) && AreOfOneOrganization(reply.Domain(), EnvelopeSender(source).Domain());
+    const QString text =
+        isToList ? QCoreApplication::translate("quellbox",
+                                               "A reply goes to %1, where the message was sent on, and not to the "
+                                               "sender, %2.")
+                 : QCoreApplication::translate(
+                       "quellbox", "A reply goes to %1, which does not belong to the organization of the sender, %2.");
+    return text.arg(reply.address, from.address);
+}
+
+std::optional<MessageWarning> ReplyWarning(const WarningSource& source) {
+    const MailAddress from = FirstSender(source);
+    if (from.address.isEmpty()) {
         return std::nullopt;
     }
-    for (const MailAddress& reply : replies) {
-        const QString domain = reply.Domain();
-        const bool isKnown = std::any_of(known.begin(), known.end(), [&reply](const MailAddress& each) {
-            return each.address.compare(reply.address, Qt::CaseInsensitive) == 0;
-        });
-        if (!domain.isEmpty() && !isKnown && !IsOfAny(domain, from) && !IsOfList(fields, domain)) {
-            const QString text = QCoreApplication::translate(
-                "quellbox", "A reply goes to %1, which does not belong to the organization of the sender, %2.");
-            return MessageWarning{WarningKind::ReplyTo, text.arg(reply.address, from.front().address)};
+    for (const MailAddress& reply : AddressesOf(source, "Reply-To")) {
+        if (!reply.Domain().isEmpty() && !AreOfOneOrganization(reply.Domain(), from.Domain())) {
+            return MessageWarning{WarningKind::ReplyTo, ReplyText(source, reply, from)};
         }
     }
     return std::nullopt;
 }
 
 /// The domain that a word of a name shows: of an address, or because it is one.
-QString DomainShownBy(QString word) {
+QString DomainShownBy(const QString& word) {
     constexpr qsizetype longest = 300;
-    while (!word.isEmpty() && !word.front().isLetterOrNumber()) {
-        word.remove(0, 1);
-    }
-    while (!word.isEmpty() && !word.back().isLetterOrNumber()) {
-        word.chop(1);
-    }
     if (word.size() > longest || !word.contains(u'.')) {
         return {};
     }
@@ -119,8 +143,7 @@ QString DomainShownBy(QString word) {
 std::optional<MessageWarning> NameWarning(const Addresses& from) {
     for (const MailAddress& sender : from) {
         const QString domain = sender.Domain();
-        const QStringList words = sender.name.left(1000).split(u' ', Qt::SkipEmptyParts);
-        for (const QString& word : words) {
+        for (const QString& word : ShownWords(sender.name)) {
             const QString shown = DomainShownBy(word);
             if (!shown.isEmpty() && !domain.isEmpty() && !AreOfOneOrganization(shown, domain)) {
                 const QString text =
@@ -132,59 +155,22 @@ std::optional<MessageWarning> NameWarning(const Addresses& from) {
     return std::nullopt;
 }
 
-bool HasResult(const AuthenticationReport& report, const char* method, QLatin1String result) {
-    return std::any_of(report.results.begin(), report.results.end(), [&](const AuthenticationResult& each) {
-        return each.method == QLatin1String(method) && each.result == result;
-    });
-}
-
 } // namespace
 
+QString DomainOfSender(const WarningSource& source) {
+    return FirstSender(source).Domain();
+}
+
 std::vector<MessageWarning> FindSenderWarnings(const WarningSource& source) {
-    const Addresses from = ReadAddresses(RawValue(source.outline.fields, "From"));
     std::vector<MessageWarning> warnings;
-    const std::optional<MessageWarning> all[] = {EnvelopeWarning(source, from),
-                                                 ReplyWarning(source.outline.fields, from), NameWarning(from)};
+    const std::optional<MessageWarning> all[] = {EnvelopeWarning(source), ReplyWarning(source),
+                                                 NameWarning(AddressesOf(source, "From"))};
     for (const std::optional<MessageWarning>& found : all) {
         if (found) {
             warnings.push_back(*found);
         }
     }
     return warnings;
-}
-
-std::vector<MessageWarning> FindAuthenticationWarnings(const RawFieldList& fields) {
-    AuthenticationReport all;
-    for (const AuthenticationReport& report : ReportsOfOwnServer(fields)) {
-        all.server = all.server.isEmpty() ? report.server : all.server;
-        all.results.insert(all.results.end(), report.results.begin(), report.results.end());
-    }
-    const QLatin1String pass("pass");
-    if (all.server.isEmpty() || HasResult(all, "dmarc", pass)) {
-        return {};
-    }
-    QStringList failed;
-    bool hasPassed = false;
-    for (const AuthenticationResult& each : all.results) {
-        const bool isCheck = each.method == QLatin1String("spf") || each.method == QLatin1String("dkim") ||
-                             each.method == QLatin1String("dmarc");
-        hasPassed = hasPassed || (isCheck && each.result == pass);
-        if (isCheck && (each.result.contains(QLatin1String("fail")) || each.result == QLatin1String("permerror"))) {
-            failed.append(each.method + u'=' + each.result);
-        }
-    }
-    const bool isRefused = HasResult(all, "dmarc", QLatin1String("fail"));
-    if (!failed.isEmpty() && (isRefused || !hasPassed)) {
-        const QString text = QCoreApplication::translate(
-            "quellbox", "Your server %1 has found that the message does not come from where it says: %2.");
-        return {{WarningKind::Authentication, text.arg(all.server, failed.join(QLatin1String(", ")))}};
-    }
-    if (!hasPassed) {
-        const QString text = QCoreApplication::translate(
-            "quellbox", "Your server %1 has found no proof of where the message comes from.");
-        return {{WarningKind::Authentication, text.arg(all.server)}};
-    }
-    return {};
 }
 
 } // namespace quellbox

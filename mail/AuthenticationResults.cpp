@@ -3,9 +3,11 @@
 #include "mail/HeaderDecoder.h"
 #include "mail/OrganizationalDomain.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quellbox {
 
@@ -43,27 +45,73 @@ bool IsOfHost(const QString& server, const QString& host) {
            (host.contains(u'.') && AreOfOneOrganization(server, host));
 }
 
+/// The value of a property such as "header.d" in what follows a method; empty where it is not there.
+QString PropertyValue(const QStringList& words, QLatin1String name) {
+    const auto found = std::find_if(words.begin(), words.end(), [name](const QString& word) {
+        return word.startsWith(name, Qt::CaseInsensitive) && word.size() > name.size() && word[name.size()] == u'=';
+    });
+    return found == words.end() ? QString() : found->sliced(name.size() + 1);
+}
+
+/// The domain that a result is about.
+QString CheckedDomain(const QStringList& words) {
+    for (const char* name : {"header.d", "header.i", "smtp.mailfrom", "smtp.mail"}) {
+        const QString value = PropertyValue(words, QLatin1String(name));
+        if (!value.isEmpty()) {
+            return value.sliced(value.lastIndexOf(u'@') + 1).toLower();
+        }
+    }
+    return {};
+}
+
+/// One of the pieces between semicolons, as "spf/1 = pass smtp.mailfrom=a@example.org"; without a method where it is
+/// none.
+AuthenticationResult ReadResult(const QString& piece) {
+    static const QRegularExpression blanksAroundEquals(QStringLiteral("\\s*=\\s*"));
+    constexpr qsizetype longest = 2000;
+    QString text = piece.left(longest).simplified();
+    text.replace(blanksAroundEquals, QStringLiteral("="));
+    const QStringList words = text.split(u' ');
+    const qsizetype equals = words.first().indexOf(u'=');
+    if (equals < 0) {
+        return {};
+    }
+    const QString method = words.first().first(equals).section(u'/', 0, 0).toLower();
+    return {method, words.first().sliced(equals + 1).toLower(), CheckedDomain(words)};
+}
+
+bool HasMethod(const AuthenticationReport& report, const QString& method) {
+    return std::any_of(report.results.begin(), report.results.end(),
+                       [&method](const AuthenticationResult& each) { return each.method == method; });
+}
+
+/// Adds the results of the methods that no field above has.
+void AddReport(const AuthenticationReport& lower, AuthenticationReport& all) {
+    all.server = all.server.isEmpty() ? lower.server : all.server;
+    const AuthenticationReport above = all;
+    std::copy_if(lower.results.begin(), lower.results.end(), std::back_inserter(all.results),
+                 [&above](const AuthenticationResult& each) { return !HasMethod(above, each.method); });
+}
+
 } // namespace
 
 AuthenticationReport ReadAuthenticationResults(const QString& value) {
     constexpr qsizetype mostResults = 50;
-    const QStringList parts = WithoutComments(value).split(u';');
-    AuthenticationReport report{parts.first().simplified().section(u' ', 0, 0), {}};
-    for (qsizetype i = 1; i < std::min(parts.size(), mostResults); ++i) {
-        const qsizetype equals = parts[i].indexOf(u'=');
-        if (equals < 0) {
-            continue;
+    const QStringList pieces = WithoutComments(value).split(u';');
+    AuthenticationReport report{pieces.first().simplified().section(u' ', 0, 0), {}};
+    for (qsizetype i = 1; i < std::min(pieces.size(), mostResults); ++i) {
+        AuthenticationResult result = ReadResult(pieces[i]);
+        if (!result.method.isEmpty()) {
+            report.results.push_back(std::move(result));
         }
-        const QString method = parts[i].first(equals).simplified().section(u'/', 0, 0).trimmed().toLower();
-        const QString result = parts[i].sliced(equals + 1).simplified().section(u' ', 0, 0).toLower();
-        report.results.push_back({method, result});
     }
     return report;
 }
 
 QString ReceivingHost(const QString& value) {
     const QStringList words = WithoutComments(value).simplified().split(u' ');
-    const qsizetype by = words.indexOf(QStringLiteral("by"));
+    const bool hasFrom = words.first().compare(QLatin1String("from"), Qt::CaseInsensitive) == 0;
+    const qsizetype by = words.indexOf(QStringLiteral("by"), hasFrom ? 2 : 0);
     if (by < 0 || by + 1 >= words.size()) {
         return {};
     }
@@ -71,26 +119,26 @@ QString ReceivingHost(const QString& value) {
     return host.endsWith(u';') ? host.chopped(1) : host;
 }
 
-std::vector<AuthenticationReport> ReportsOfOwnServer(const RawFieldList& fields) {
+AuthenticationReport ReportOfOwnServer(const RawFieldList& fields) {
     const auto topmost =
         std::find_if(fields.begin(), fields.end(), [](const RawField& field) { return IsField(field, "Received"); });
     const QString host = topmost == fields.end() ? QString() : ReceivingHost(DecodeHeaderValue(topmost->value));
-    std::vector<AuthenticationReport> reports;
+    AuthenticationReport all;
     if (host.isEmpty()) {
-        return reports;
+        return all;
     }
     for (const RawField& field : fields) {
         if (IsField(field, "Received") && !IsOfHost(ReceivingHost(DecodeHeaderValue(field.value)), host)) {
             break;
         }
         if (IsField(field, "Authentication-Results")) {
-            AuthenticationReport report = ReadAuthenticationResults(DecodeHeaderValue(field.value));
+            const AuthenticationReport report = ReadAuthenticationResults(DecodeHeaderValue(field.value));
             if (IsOfHost(report.server, host)) {
-                reports.push_back(std::move(report));
+                AddReport(report, all);
             }
         }
     }
-    return reports;
+    return all;
 }
 
 } // namespace quellbox

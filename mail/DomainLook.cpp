@@ -34,44 +34,29 @@ QChar SeenAs(QChar letter) {
                                                   {0x051B, 'q'},
                                                   {0x051D, 'w'},
                                                   {0x0433, 'r'},
-                                                  {0x044C, 'b'},
-                                                  {0x043C, 'm'},
-                                                  {0x043D, 'h'},
-                                                  {0x0442, 't'},
-                                                  {0x043A, 'k'},
-                                                  {0x0432, 'b'},
                                                   {0x04AF, 'y'},
                                                   {0x0475, 'v'},
-                                                  {0x0491, 'r'},
                                                   {0x04C0, 'l'},
                                                   // Greek
                                                   {0x03B1, 'a'},
                                                   {0x03B3, 'y'},
                                                   {0x03B9, 'i'},
-                                                  {0x03BA, 'k'},
                                                   {0x03BD, 'v'},
                                                   {0x03BF, 'o'},
                                                   {0x03C1, 'p'},
                                                   {0x03C3, 'o'},
                                                   {0x03C5, 'u'},
-                                                  {0x03C7, 'x'},
-                                                  {0x03C4, 't'},
-                                                  {0x03B7, 'n'},
-                                                  {0x03C9, 'w'},
                                                   {0x03F2, 'c'},
                                                   {0x03F3, 'j'},
-                                                  {0x03B5, 'e'},
                                                   // Armenian
                                                   {0x0561, 'w'},
                                                   {0x0563, 'q'},
                                                   {0x0566, 'q'},
                                                   {0x0570, 'h'},
-                                                  {0x0575, 'j'},
                                                   {0x0578, 'n'},
                                                   {0x057C, 'n'},
                                                   {0x057D, 'u'},
                                                   {0x0581, 'g'},
-                                                  {0x0582, 'i'},
                                                   {0x0584, 'f'},
                                                   {0x0585, 'o'},
                                                   // Latin beyond ASCII that bears no mark
@@ -101,6 +86,17 @@ QChar SeenAs(QChar letter) {
     return found == lookAlikes.constEnd() ? QChar() : QChar(QLatin1Char(*found));
 }
 
+/// The same of letters that are only loosely alike, and not listed there for ASCII: among Latin ones they are taken for
+/// them, but a word of such letters alone is read as what it is.
+QChar LooselySeenAs(QChar letter) {
+    static const QHash<char16_t, char> lookAlikes{{0x044C, 'b'}, {0x043C, 'm'}, {0x043D, 'h'}, {0x0442, 't'},
+                                                  {0x043A, 'k'}, {0x0432, 'b'}, {0x0491, 'r'}, {0x03BA, 'k'},
+                                                  {0x03C7, 'x'}, {0x03C4, 't'}, {0x03B7, 'n'}, {0x03C9, 'w'},
+                                                  {0x03B5, 'e'}, {0x0575, 'j'}, {0x0582, 'i'}};
+    const auto found = lookAlikes.constFind(letter.unicode());
+    return found == lookAlikes.constEnd() ? SeenAs(letter) : QChar(QLatin1Char(*found));
+}
+
 bool IsSaidLetter(QChar character) {
     return character.script() != QChar::Script_Common && character.script() != QChar::Script_Inherited;
 }
@@ -128,7 +124,7 @@ bool MayStandTogether(const Scripts& scripts) {
 QString SeenLabel(const QString& label) {
     QString seen = label;
     for (QChar& character : seen) {
-        const QChar other = SeenAs(character);
+        const QChar other = LooselySeenAs(character);
         character = other.isNull() ? character : other;
     }
     return seen;

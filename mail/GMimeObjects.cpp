@@ -18,7 +18,8 @@ struct FreeOptions {
 using OptionsPtr = std::unique_ptr<GMimeParserOptions, FreeOptions>;
 
 /// For parameters such as file names, which GMime decodes itself: what undeclared text may be in, the first that it can
-/// be read in counts.
+/// be read in counts. A declaration is needed: GMime decodes while it parses, names are too short to guess from, and so
+/// a name in an undeclared character set is read as Windows-1252.
 void SetFallbacks(GMimeParserOptions* options, const CharsetEvidence& evidence) {
     std::vector<const char*> fallbacks = {"utf-8"};
     for (const QByteArray& charset : evidence.Declared()) {

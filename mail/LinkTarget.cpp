@@ -1,6 +1,7 @@
 #include "mail/LinkTarget.h"
 
 #include "mail/OrganizationalDomain.h"
+#include "mail/ShownWords.h"
 
 #include <algorithm>
 
@@ -53,7 +54,7 @@ LinkTarget ReadLinkTarget(const QString& address) {
 
 QString HostShownBy(const QString& text) {
     const QString shown = text.trimmed();
-    if (shown.contains(u' ') || shown.contains(u'@')) {
+    if (shown.contains(u' ') || shown.contains(u'@') || IsKnownAsNoDomain(shown)) {
         return {};
     }
     const QString host = ReadLinkTarget(shown).host;

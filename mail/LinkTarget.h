@@ -14,7 +14,7 @@ struct LinkTarget {
 LinkTarget ReadLinkTarget(const QString& address);
 
 /// The host that a text shows as the place of a link: of an address of the web, or of a text that is a domain, perhaps
-/// with a path behind it. Empty where it shows none, as in "Click here" or "readme.txt".
+/// with a path behind it. Empty where it shows none, as in "Click here", "readme.txt" or what IsKnownAsNoDomain() says.
 QString HostShownBy(const QString& text);
 
 } // namespace quellbox

@@ -35,10 +35,10 @@ QString MailAddress::Domain() const {
     return at < 0 ? QString() : address.sliced(at + 1);
 }
 
-std::vector<MailAddress> ReadAddresses(QByteArrayView raw) {
+std::vector<MailAddress> ReadAddresses(QByteArrayView raw, const CharsetEvidence& evidence) {
     StartGMime();
     const QByteArray text =
-        raw.first(std::min(raw.size(), mostFieldBytes)).toByteArray().replace("\r\n", "\n").trimmed();
+        evidence.DecodeValue(raw.first(std::min(raw.size(), mostFieldBytes))).toUtf8().replace("\r\n", "\n").trimmed();
     const GMimePtr<InternetAddressList> list(internet_address_list_parse(nullptr, text.constData()));
     std::vector<MailAddress> addresses;
     if (list != nullptr) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mail/CharsetEvidence.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -16,7 +18,8 @@ struct MailAddress {
     QString Domain() const;
 };
 
-/// The addresses in the raw value of a header field, those of groups included; no more than the first hundred.
-std::vector<MailAddress> ReadAddresses(QByteArrayView raw);
+/// The addresses in the raw value of a header field, those of groups included; no more than the first hundred. Bytes
+/// that declare no character set are read by what the message tells.
+std::vector<MailAddress> ReadAddresses(QByteArrayView raw, const CharsetEvidence& evidence = CharsetEvidence());
 
 } // namespace quellbox

@@ -2234,6 +2234,22 @@
         <source>Your server %1 has found no proof of where the message comes from.</source>
         <translation>Ihr Server %1 hat keinen Beleg dafür gefunden, woher die Nachricht kommt.</translation>
     </message>
+    <message>
+        <source>Your server %1 has proof only that the message comes from %2, which is not the sender&apos;s organization.</source>
+        <translation>Ihr Server %1 hat nur einen Beleg dafür, dass die Nachricht von %2 kommt; das ist nicht die Organisation des Absenders.</translation>
+    </message>
+    <message>
+        <source>The message was sent on by %1, which is not the organization of its sender, %2.</source>
+        <translation>Die Nachricht wurde von %1 weitergeschickt; das ist nicht die Organisation des Absenders %2.</translation>
+    </message>
+    <message>
+        <source>A reply goes to %1, where the message was sent on, and not to the sender, %2.</source>
+        <translation>Eine Antwort geht an %1, wo die Nachricht weitergeschickt wurde, und nicht an den Absender %2.</translation>
+    </message>
+    <message>
+        <source>Warnings</source>
+        <translation>Warnungen</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

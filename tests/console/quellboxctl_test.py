@@ -188,8 +188,20 @@ class ShowTest(Console):
 
     def test_json_is_one_object(self):
         (found,) = lines_of(self.run_it('show', '--json', 'm.EML')[0])
-        self.assertEqual((found['subject'], found['text'], found['attachments'], found['sender']),
-                         ('Two parts', self.run_it('show', 'm.EML')[0], 'a.pdf', 's@e.example'))
+        self.assertEqual((found['subject'], found['text'], found['attachments'], found['warnings'], found['sender']),
+                         ('Two parts', 'Grüße[1m\n', 'a.pdf', '', 's@e.example'))
+
+    def test_tables_hold_the_text_apart_from_the_warnings(self):
+        self.place.put('h.EML', message('s@e.example', 'Ann <ann@e.example>', 'bob@h.example', 'Page', 4,
+                                        body='<p>Go <a href="http://evil.net/x">bank.de</a></p>'
+                                             '<a href="http://evil.net/y">other.de</a>',
+                                        more='Content-Type: text/html\r\n'))
+        (found,) = lines_of(self.run_it('show', '--json', 'h.EML')[0])
+        self.assertEqual(found['text'], 'Go bank.de [1]\n\nother.de [2]\n')
+        warnings = ['A link shows bank.de, but leads to evil.net.', 'A link shows other.de, but leads to evil.net.']
+        self.assertEqual(found['warnings'], '\n'.join(warnings))
+        head = self.run_it('show', '--csv', 'h.EML')[0].splitlines()[0]
+        self.assertTrue(head.endswith('"Text","Attachments","Warnings"'), head)
 
     def test_what_is_not_there_is_named(self):
         output, errors = self.run_it('show', 'gone.EML', code=1)
