@@ -176,6 +176,9 @@ void ContentsPane::ClearText() {
 void ContentsPane::Forget() {
     loading_.reset();
     MakeLoaders();
+    if (page_ && !view_.isNull()) {
+        LoadPage(*page_);
+    }
 }
 
 void ContentsPane::TakeAnswer(const MessageAnswer& answer) {
@@ -269,7 +272,9 @@ void ContentsPane::ShowViewer() {
 void ContentsPane::LoadPage(TextForm form) {
     MessageRequest request = RequestOf(view_->FileName(), form);
     request.text = true;
+    page_ = form;
     pageLoader_->Load(request, [this, form, path = request.path](const MessageAnswer& answer) {
+        page_.reset();
         if (view_.isNull() || view_->FileName() != path) {
             return;
         }

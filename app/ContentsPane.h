@@ -133,6 +133,7 @@ private:
     RawPane* rtfRaw = nullptr;
     QPointer<frmView> view_;
     std::unique_ptr<MessageLoader> loader_;
+    std::optional<TextForm> page_;              // which is on its way
     std::unique_ptr<MessageLoader> pageLoader_; // of the viewer, when it turns to its other page
     QTimer late_;
     std::optional<Loading> loading_; // of the message that is being read, what has not come yet

@@ -166,9 +166,9 @@ qint16 ListDesk::UpdateSelectionStatus() {
 void ListDesk::ShowCommands() {
     const AppState& state = parts_.state;
     const Activity shown = busy_.IsShown() ? parts_.jobs.Now() : Activity::Idle;
-    parts_.menus.Show(
-        ComputeCommandStates({shown, parts_.model.Count(), selectedRows_, state.TolerationLevel, state.FilterDays,
-                              offersView_, isUndoable_, state.KeepDeletedDays > 0, parts_.model.IsNarrowed()}));
+    parts_.menus.Show(ComputeCommandStates({shown, parts_.model.Count(), selectedRows_, state.TolerationLevel,
+                                            state.FilterDays, offersView_, isUndoable_, state.KeepDeletedDays > 0,
+                                            parts_.menus.Entry("mnuEditQuick").isChecked()}));
 }
 
 void ListDesk::SetUndoable(bool isUndoable) {

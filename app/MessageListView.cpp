@@ -187,8 +187,13 @@ void MessageListView::RestoreSelection(const std::vector<int>& places, int curre
             ranges.push_back({row, row});
         }
     }
+    // What is selected is to be seen, and what a command for one message works on.
+    const int firstSelected = ranges.empty() ? -1 : ranges.front().first;
     SelectRanges(std::move(ranges));
-    const int currentRow = currentPlace < 0 ? -1 : messages_.RowAtPlace(currentPlace);
+    int currentRow = currentPlace < 0 ? -1 : messages_.RowAtPlace(currentPlace);
+    if (currentRow < 0) {
+        currentRow = firstSelected;
+    }
     if (currentRow >= 0) {
         selectionModel()->setCurrentIndex(messages_.index(currentRow, 0), QItemSelectionModel::NoUpdate);
         scrollTo(currentIndex());

@@ -6,6 +6,7 @@
 #include "app/MessageListView.h"
 #include "app/PanesLayout.h"
 #include "app/WindowJobs.h"
+#include "platform/RuntimeError.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>
@@ -63,6 +64,7 @@ void QuickDesk::mnuEditQuick_Click() {
 void QuickDesk::Open() {
     fraQuick->show();
     ShowCounts();
+    list_.ShowCommands();
     txtQuick->setFocus();
 }
 
@@ -72,11 +74,12 @@ void QuickDesk::Close() {
     txtQuick->clear();
     prepare_.stop();
     parts_.model.ForgetNarrowing();
+    list_.ShowCommands();
     parts_.list.setFocus();
 }
 
 bool QuickDesk::ClosesNow() const {
-    return !fraQuick->isHidden() && (txtQuick->hasFocus() || parts_.list.hasFocus());
+    return !fraQuick->isHidden();
 }
 
 bool QuickDesk::eventFilter(QObject* watched, QEvent* event) {
@@ -88,11 +91,15 @@ bool QuickDesk::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-// Without a selection the first row gets it, so that the next key is for a message.
+// The next key is for a message, which is to be seen: the first row where none is selected.
 void QuickDesk::GoToList() {
     parts_.list.setFocus();
-    if (parts_.model.Count() > 0 && parts_.list.SelectedRanges().empty() && parts_.jobs.MakeWay()) {
-        list_.ClickRow(0);
+    const int row = parts_.list.SelectedRow();
+    if (row >= 0 && parts_.list.IsSelected(row)) {
+        parts_.list.scrollTo(parts_.model.index(row, 0));
+    } else if (parts_.model.Count() > 0 && parts_.jobs.MakeWay()) {
+        parts_.list.SelectOnly(0);
+        list_.ShowSelected();
     }
 }
 
@@ -116,8 +123,18 @@ void QuickDesk::Narrow() {
     parts_.list.Narrow(txtQuick->text());
     parts_.state.FindPosition = 0; // it is the number of a row
     ShowCounts();
-    if (list_.UpdateSelectionStatus() != selectedBefore) {
+    ShowStatus();
+    if (parts_.state.SelectedCount != selectedBefore) {
         parts_.contents.Clear();
+    }
+}
+
+// A box at each letter would end the typing, so what is wrong with the selection stands below the list.
+void QuickDesk::ShowStatus() {
+    try {
+        list_.UpdateSelectionStatus();
+    } catch (const RuntimeError& error) {
+        parts_.panels.SetInfo(error.Text());
     }
 }
 

@@ -42,6 +42,7 @@ private:
     void Narrow();
     void NarrowIfDue();
     void PrepareSlice();
+    void ShowStatus();
     void ShowCounts();
 
     WindowParts parts_;

@@ -7,7 +7,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QContextMenuEvent>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QMenu>
@@ -37,7 +36,9 @@ void frmView::MakePages() {
     ui_->rtfReadable->hide();
     for (const Page& page : pages_) {
         page.pane->installEventFilter(this);
-        page.pane->setContextMenuPolicy(Qt::DefaultContextMenu);
+        page.pane->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(page.pane, &QWidget::customContextMenuRequested, this,
+                [this, pane = page.pane](QPoint place) { PopUpMenu(*pane, place); });
     }
 }
 
@@ -135,19 +136,16 @@ void frmView::KeepInside() {
     }
 }
 
-void frmView::PopUpMenu(RawPane& pane, const QContextMenuEvent& event) {
-    const std::unique_ptr<QMenu> menu(pane.createStandardContextMenu(event.pos()));
+void frmView::PopUpMenu(RawPane& pane, QPoint place) {
+    QMenu* menu = pane.createStandardContextMenu(place);
     menu->setObjectName(QStringLiteral("mnuText"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addSeparator();
     menu->addAction(mnuReadable);
-    menu->exec(event.globalPos());
+    menu->popup(pane.viewport()->mapToGlobal(place));
 }
 
 bool frmView::eventFilter(QObject* watched, QEvent* event) {
-    if (auto* pane = qobject_cast<RawPane*>(watched); pane != nullptr && event->type() == QEvent::ContextMenu) {
-        PopUpMenu(*pane, *static_cast<QContextMenuEvent*>(event));
-        return true;
-    }
     if (event->type() == QEvent::KeyPress && rtfRaw_KeyPress(*static_cast<QKeyEvent*>(event))) {
         return true;
     }

@@ -58,7 +58,7 @@ private:
     void TurnTo(TextForm form);
     void TurnOver();
     void ShowCurrent();
-    void PopUpMenu(RawPane& pane, const QContextMenuEvent& event);
+    void PopUpMenu(RawPane& pane, QPoint place);
     void KeepInside();
     bool rtfRaw_KeyPress(const QKeyEvent& event);
 

@@ -393,6 +393,11 @@ int LinkNumbers::NumberOf(const QString& target) {
 
 QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset, const CharsetEvidence& evidence) {
     const QByteArray declared = charset.trimmed().isEmpty() ? CharsetOfPage(page) : charset.toByteArray();
+    const QByteArray name = declared.trimmed().toLower();
+    const bool isUtf8 = name.isEmpty() || name == "utf-8" || name == "us-ascii";
+    if (isUtf8 && !page.startsWith("\xEF\xBB\xBF") && !page.contains('\x1B') && QUtf8StringView(page).isValidUtf8()) {
+        return page; // as nearly every page is; a large one is not copied back and forth. ISO 2022 has escapes
+    }
     return DecodeText(page, declared, evidence).toUtf8();
 }
 

@@ -10,10 +10,6 @@ namespace quellbox {
 
 namespace {
 
-bool IsLarger(const StatisticsGroup& group, const StatisticsGroup& other) {
-    return group.count != other.count ? group.count > other.count : group.value < other.value;
-}
-
 bool IsNumbered(StatisticsBy by) {
     return by == StatisticsBy::Day || by == StatisticsBy::Level;
 }
@@ -58,16 +54,16 @@ void ArchiveStatistics::AddTo(Counted& counted, const MessageRow& row, qint64 by
 }
 
 void ArchiveStatistics::NoteSubject(Sum& sum, const MessageRow& row) {
-    if (sum.isVaried) {
+    if (!sum.first) {
+        sum.first.emplace(row);
         return;
     }
-    text_.resize(0);
-    row.AppendCell(ColumnSubject, text_);
-    if (sum.count == 1) {
-        sum.subject = text_;
-        sum.recipient = row.Cell(ColumnTo);
-    } else {
-        sum.isVaried = sum.subject != text_;
+    if (!sum.isVaried) {
+        text_.resize(0);
+        firstText_.resize(0);
+        row.AppendCell(ColumnSubject, text_);
+        sum.first->AppendCell(ColumnSubject, firstText_);
+        sum.isVaried = text_ != firstText_;
     }
 }
 
@@ -83,11 +79,12 @@ size_t ArchiveStatistics::GroupCount(StatisticsBy by) const {
     return counted.texts.size() + counted.numbers.size();
 }
 
-QString ArchiveStatistics::ValueOf(const Counted& counted, const QString& key, const Sum& sum) const {
-    if (counted.by != StatisticsBy::Subject) {
+QString ArchiveStatistics::ValueOf(StatisticsBy by, const QString& key, const Sum& sum) {
+    if (by != StatisticsBy::Subject) {
         return key;
     }
-    return sum.isVaried ? SubjectKey().Title(sum.subject, sum.recipient) : sum.subject;
+    const QString subject = sum.first->Cell(ColumnSubject);
+    return sum.isVaried ? SubjectKey().Title(subject, sum.first->Cell(ColumnTo)) : subject;
 }
 
 std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t top) const {
@@ -95,18 +92,25 @@ std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t t
     if (IsNumbered(by)) {
         return NumberGroups(counted, top);
     }
+    using Entry = const TextSums::value_type*;
+    std::vector<Entry> entries;
+    entries.reserve(counted.texts.size());
+    for (const auto& entry : counted.texts) {
+        entries.push_back(&entry);
+    }
+    const auto isLarger = [](Entry left, Entry right) {
+        const qint64 count = left->second.count;
+        return count != right->second.count ? count > right->second.count : left->first < right->first;
+    };
+    const size_t wanted = std::min(top, entries.size());
+    const auto end = entries.begin() + static_cast<std::ptrdiff_t>(wanted);
+    std::partial_sort(entries.begin(), end, entries.end(), isLarger);
     std::vector<StatisticsGroup> groups;
-    groups.reserve(counted.texts.size());
-    for (const auto& [text, sum] : counted.texts) {
-        groups.push_back({ValueOf(counted, text, sum), sum.count, sum.bytes, text});
+    groups.reserve(wanted);
+    for (auto entry = entries.begin(); entry != end; ++entry) {
+        const auto& [key, sum] = **entry;
+        groups.push_back({ValueOf(by, key, sum), sum.count, sum.bytes, key});
     }
-    const size_t wanted = std::min(top, groups.size());
-    const auto end = groups.begin() + static_cast<std::ptrdiff_t>(wanted);
-    if (wanted < groups.size()) {
-        std::nth_element(groups.begin(), end, groups.end(), IsLarger);
-        groups.erase(end, groups.end());
-    }
-    std::sort(groups.begin(), groups.end(), IsLarger);
     return groups;
 }
 

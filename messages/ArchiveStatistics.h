@@ -7,6 +7,7 @@
 
 #include <limits>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -37,7 +38,7 @@ public:
     qint64 Bytes() const { return total_.bytes; }
 
     /// The days and the levels in their order, of which the last `top` are given; of all else the `top` largest groups,
-    /// those with most messages first and equal ones in the order of the code units of their texts. Subjects have a
+    /// those with most messages first and equal ones in the order of the code units of their keys. Subjects have a
     /// group's title; where all are the same it is the first one, as it stands.
     std::vector<StatisticsGroup> Groups(StatisticsBy by, size_t top = all) const;
 
@@ -52,9 +53,8 @@ private:
     struct Sum {
         qint64 count = 0;
         qint64 bytes = 0;
-        QString subject{};   ///< the first one, of groups of subjects
-        QString recipient{}; ///< of that
-        bool isVaried = false;
+        std::optional<MessageRow> first{}; ///< of a group of subjects
+        bool isVaried = false;             ///< and another subject is in it
     };
     /// Not noexcept, so that a map keeps the hash of each text and does not calculate it anew when it grows.
     struct TextHash {
@@ -73,7 +73,7 @@ private:
     void NoteSubject(Sum& sum, const MessageRow& row);
     const Counted& By(StatisticsBy by) const;
     std::vector<StatisticsGroup> NumberGroups(const Counted& counted, size_t top) const;
-    QString ValueOf(const Counted& counted, const QString& key, const Sum& sum) const;
+    static QString ValueOf(StatisticsBy by, const QString& key, const Sum& sum);
     QString NumberText(StatisticsBy by, qint64 number) const;
 
     Sum total_;
@@ -81,7 +81,8 @@ private:
     std::vector<Counted> counted_;
     std::map<qint64, LevelCounts> levelsOfDays_;
     bool countsLevelsOfDays_ = false;
-    QString text_; // lent to Add()
+    QString text_; // lent to Add(), as the other one
+    QString firstText_;
 };
 
 } // namespace quellbox

@@ -12,7 +12,7 @@ CommandStates ComputeCommandStates(const CommandConditions& now) {
     }
     const bool usesWhitelist = now.tolerationLevel >= 1;
     can.undo = now.undoable;
-    can.edit = now.rows > 0 || now.narrowed || (can.undo && now.keepsDeleted);
+    can.edit = now.rows > 0 || now.narrows || (can.undo && now.keepsDeleted);
     can.exportList = now.rows > 0;
     can.list = true;
     can.onSelected = now.selected > 0;

@@ -14,7 +14,7 @@ struct CommandConditions {
     bool offersView = false;   ///< exactly one row was selected when the mouse button went down last
     bool undoable = false;     ///< an action can be taken back
     bool keepsDeleted = false; ///< deleted messages are kept, so that the user counts on taking back
-    bool narrowed = false;     ///< the list is narrowed by words, which the Edit menu ends
+    bool narrows = false;      ///< the field is open that narrows the list, which the Edit menu closes
 };
 
 /// Which commands can be used.

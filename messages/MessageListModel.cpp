@@ -167,11 +167,10 @@ void MessageListModel::Update(int row, MessageRow contents) {
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
-/// True when the row comes into sight by that.
-bool MessageListModel::Put(int place, MessageRow contents) {
+void MessageListModel::Put(int place, MessageRow contents) {
     rows_[static_cast<size_t>(place)] = std::move(contents);
     rowOfKey_.Clear();
-    return sight_.Put(place, rows_[static_cast<size_t>(place)]);
+    sight_.Put(place, rows_[static_cast<size_t>(place)]);
 }
 
 void MessageListModel::Replace(MessageRow contents) {
@@ -181,11 +180,8 @@ void MessageListModel::Replace(MessageRow contents) {
     }
     if (const int row = RowAtPlace(place); row >= 0) {
         Update(row, std::move(contents));
-    } else if (Put(place, std::move(contents))) {
-        beginInsertRows({}, sight_.RowFor(place), sight_.RowFor(place));
-        sight_.Add(place);
-        endInsertRows();
-        Q_EMIT CountsChanged();
+    } else {
+        Put(place, std::move(contents));
     }
 }
 

@@ -60,8 +60,9 @@ public:
     /// from under the mouse pointer.
     void Update(int row, MessageRow contents);
 
-    /// Puts a row in the place of the one with its key, as Update() does; one out of sight comes into it when it holds
-    /// the words now. Without such a row it does nothing.
+    /// Puts a row in the place of the one with its key, as Update() does. One out of sight stays there until other
+    /// words are sought, too: where it comes into sight, others would move from under the mouse pointer. Without such a
+    /// row it does nothing.
     void Replace(MessageRow contents);
 
     /// Removes rows in sight by ascending index. Few ranges are removed one by one, many by one reset of the model,
@@ -108,7 +109,7 @@ Q_SIGNALS:
 
 private:
     void Drop(const std::vector<int>& places);
-    bool Put(int place, MessageRow contents);
+    void Put(int place, MessageRow contents);
     void Rearrange(const std::vector<int>& sequence);
     void MarkPlace(int place, bool unread) { rows_[static_cast<size_t>(place)].SetUnread(unread); }
 

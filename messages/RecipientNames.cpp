@@ -2,29 +2,43 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace quellbox {
 
 namespace {
 
-constexpr qsizetype longestText = 300;
-constexpr size_t mostWords = 16;
-
 // What a mailbox is called after its purpose, or a display name holds besides a name. Subjects use the same words.
-constexpr std::array noNames{u"abuse",   u"account", u"admin",   u"and",       u"billing", u"buero",    u"contact",
-                             u"dear",    u"der",     u"die",     u"dr",        u"drs",     u"einkauf",  u"email",
-                             u"for",     u"fuer",    u"hello",   u"help",      u"info",    u"invoice",  u"jobs",
-                             u"kontakt", u"list",    u"mail",    u"marketing", u"mr",      u"mrs",      u"ms",
-                             u"news",    u"noreply", u"office",  u"order",     u"orders",  u"post",     u"postmaster",
-                             u"prof",    u"sales",   u"service", u"shop",      u"support", u"team",     u"test",
-                             u"the",     u"und",     u"verkauf", u"vertrieb",  u"web",     u"webmaster"};
+constexpr auto noNames = std::to_array<std::u16string_view>(
+    {u"abuse",     u"account", u"admin",      u"and",     u"billing", u"buero",    u"contact", u"dear",
+     u"der",       u"die",     u"dr",         u"drs",     u"einkauf", u"email",    u"for",     u"fuer",
+     u"hello",     u"help",    u"info",       u"invoice", u"jobs",    u"kontakt",  u"list",    u"mail",
+     u"marketing", u"mr",      u"mrs",        u"ms",      u"news",    u"noreply",  u"office",  u"order",
+     u"orders",    u"post",    u"postmaster", u"prof",    u"sales",   u"service",  u"shop",    u"support",
+     u"team",      u"test",    u"the",        u"und",     u"verkauf", u"vertrieb", u"web",     u"webmaster"});
 
 bool IsName(QStringView word) {
-    return std::none_of(noNames.begin(), noNames.end(), [word](const char16_t* other) { return word == other; });
+    const std::u16string_view letters(word.utf16(), static_cast<size_t>(word.size()));
+    return std::find(noNames.begin(), noNames.end(), letters) == noNames.end();
 }
 
 bool DividesRecipients(QChar unit) {
-    return unit.isSpace() || QStringView(u",;:<>()\"'[]").contains(unit);
+    switch (unit.unicode()) {
+    case u',':
+    case u';':
+    case u':':
+    case u'<':
+    case u'>':
+    case u'(':
+    case u')':
+    case u'[':
+    case u']':
+    case u'"':
+    case u'\'':
+        return true;
+    default:
+        return unit.isSpace();
+    }
 }
 
 bool DividesLocalPart(QChar unit) {
@@ -46,17 +60,19 @@ void ForEachPiece(QStringView text, Divides divides, Use use) {
 
 } // namespace
 
-void AppendLetters(QStringView text, QString& to) {
+// To append one character after the other to a QString takes several times as long.
+char16_t* WriteLetters(QStringView text, char16_t* to) {
     for (const QChar unit : text) {
         const char16_t code = unit.unicode();
         if ((code >= u'a' && code <= u'z') || (code >= u'0' && code <= u'9')) {
-            to += unit;
+            *to++ = code;
         } else if (code >= u'A' && code <= u'Z') {
-            to += QChar(static_cast<char16_t>(code | 0x20));
+            *to++ = static_cast<char16_t>(code | 0x20);
         } else if (code >= 0x80 && (unit.isLetterOrNumber() || unit.isMark() || unit.isSurrogate())) {
-            to += unit.toLower();
+            *to++ = unit.toLower().unicode();
         }
     }
+    return to;
 }
 
 void RecipientNames::Read(QStringView recipients) {
@@ -66,8 +82,8 @@ void RecipientNames::Read(QStringView recipients) {
     }
     text_.resize(0);
     text_.append(read);
-    words_.resize(0);
-    places_.clear();
+    used_ = 0;
+    count_ = 0;
     ForEachPiece(read, DividesRecipients, [this](QStringView piece) {
         constexpr qsizetype shortestOfDisplayName = 3; // shorter ones are initials, titles and particles
         const qsizetype at = piece.lastIndexOf(u'@');
@@ -78,28 +94,31 @@ void RecipientNames::Read(QStringView recipients) {
 void RecipientNames::AddAddress(QStringView localPart) {
     constexpr qsizetype shortest = 2;
     constexpr qsizetype shortestPiece = 3;
-    const size_t before = places_.size();
     AddWord(localPart, shortest);
-    if (places_.size() > before) {
-        ForEachPiece(localPart, DividesLocalPart, [this](QStringView piece) { AddWord(piece, shortestPiece); });
-    }
+    ForEachPiece(localPart, DividesLocalPart, [this, localPart](QStringView piece) {
+        if (piece.size() < localPart.size()) {
+            AddWord(piece, shortestPiece);
+        }
+    });
 }
 
 void RecipientNames::AddWord(QStringView word, qsizetype shortest) {
-    const qsizetype begin = words_.size();
-    AppendLetters(word, words_);
-    const qsizetype length = words_.size() - begin;
-    if (length < shortest || places_.size() == mostWords || !IsName(QStringView(words_).mid(begin))) {
-        words_.resize(begin);
+    char16_t* const begin = letters_.data() + used_;
+    const qsizetype length = WriteLetters(word, begin) - begin;
+    if (length < shortest || count_ == places_.size()) {
         return;
     }
-    places_.emplace_back(begin, length);
+    places_[count_++] = {used_, length};
+    used_ += length;
 }
 
+// Hardly a word of a subject is one of the recipient's, and only then it matters whether that is a name.
 bool RecipientNames::Contains(QStringView word) const {
-    return std::any_of(places_.begin(), places_.end(), [this, word](const auto& place) {
-        return place.second == word.size() && QStringView(words_).mid(place.first, place.second) == word;
+    const auto end = places_.begin() + static_cast<std::ptrdiff_t>(count_);
+    const bool isThere = std::any_of(places_.begin(), end, [this, word](const Place& place) {
+        return place.length == word.size() && QStringView(letters_.data() + place.begin, place.length) == word;
     });
+    return isThere && IsName(word);
 }
 
 } // namespace quellbox

@@ -2,8 +2,7 @@
 
 #include <QString>
 
-#include <utility>
-#include <vector>
+#include <array>
 
 namespace quellbox {
 
@@ -19,15 +18,27 @@ public:
     bool Contains(QStringView word) const;
 
 private:
+    /// A name in letters_.
+    struct Place {
+        qsizetype begin = 0;
+        qsizetype length = 0;
+    };
+
+    static constexpr qsizetype longestText = 300;
+    static constexpr size_t mostNames = 16;
+
     void AddAddress(QStringView localPart);
     void AddWord(QStringView word, qsizetype shortest);
 
-    QString text_; ///< of the recipients that were read last
-    QString words_;
-    std::vector<std::pair<qsizetype, qsizetype>> places_; ///< begin and length of each word in words_
+    QString text_;                                            ///< of the recipients that were read last
+    std::array<char16_t, size_t{2 * longestText}> letters_{}; ///< of the names; an address is there whole and in pieces
+    qsizetype used_ = 0;
+    std::array<Place, mostNames> places_{};
+    size_t count_ = 0;
 };
 
-/// Appends the letters and digits of a text, in lower case.
-void AppendLetters(QStringView text, QString& to);
+/// Writes the letters and digits of a text, in lower case, and returns their end. There has to be room for as many
+/// characters as the text has.
+char16_t* WriteLetters(QStringView text, char16_t* to);
 
 } // namespace quellbox

@@ -5,6 +5,7 @@
 
 namespace quellbox {
 
+// The row that a place has, or would have.
 int RowsInSight::RowFor(int place) const {
     return static_cast<int>(std::lower_bound(places_.begin(), places_.end(), place) - places_.begin());
 }
@@ -30,7 +31,7 @@ std::vector<int> RowsInSight::PlacesFor(const QuickFilter& filter, const std::ve
     }
     const int total = static_cast<int>(rows.size());
     Prepare(rows, total);
-    const bool looksInSight = IsNarrowed() && filter.IsWithin(filter_);
+    const bool looksInSight = IsNarrowed() && filter.IsWithin(filter_) && !hasLate_;
     const int candidates = looksInSight ? Count(total) : total;
     for (int candidate = 0; candidate < candidates; ++candidate) {
         const int place = looksInSight ? PlaceOf(candidate) : candidate;
@@ -52,6 +53,7 @@ bool RowsInSight::IsShown(const QuickFilter& filter, const std::vector<int>& pla
 void RowsInSight::Show(const QuickFilter& filter, std::vector<int> places) {
     filter_ = filter;
     places_ = std::move(places);
+    hasLate_ = false;
 }
 
 bool RowsInSight::Prepare(const std::vector<MessageRow>& rows, int most) {
@@ -88,12 +90,12 @@ void RowsInSight::Add(int place) {
     places_.insert(places_.begin() + RowFor(place), place);
 }
 
-bool RowsInSight::Put(int place, const MessageRow& row) {
+void RowsInSight::Put(int place, const MessageRow& row) {
     if (place >= folded_.Count()) {
-        return false;
+        return;
     }
     folded_.Replace(place, row);
-    return RowAt(place) < 0 && filter_.Matches(folded_.Text(place));
+    hasLate_ = hasLate_ || RowAt(place) < 0;
 }
 
 // What is ready of some rows only would have to be told from the others, if they moved.
@@ -122,6 +124,7 @@ void RowsInSight::Remove(const std::vector<int>& places, int total) {
 
 void RowsInSight::RemoveAll() {
     places_.clear();
+    hasLate_ = false;
     folded_.Clear();
 }
 

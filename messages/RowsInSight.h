@@ -23,9 +23,6 @@ public:
     /// The row at a place; -1 when it is out of sight.
     int RowAt(int place) const;
 
-    /// The row that a place out of sight would have.
-    int RowFor(int place) const;
-
     /// What other rows would be in sight for a filter. A narrower filter than the present one looks only at what is in
     /// sight now.
     const QuickFilter& Filter() const { return filter_; }
@@ -49,8 +46,8 @@ public:
     /// A place that has come into sight. Only for a narrowed list.
     void Add(int place);
 
-    /// A row has other contents now. True when it matches and is out of sight.
-    bool Put(int place, const MessageRow& row);
+    /// A row has other contents now. It stays in sight, or out of it, until another filter comes.
+    void Put(int place, const MessageRow& row);
 
     /// The rows at ascending places of `total` go.
     void Remove(const std::vector<int>& places, int total);
@@ -63,10 +60,12 @@ public:
     void Reorder(const std::vector<int>& sequence, const std::vector<int>& newPlaces);
 
 private:
+    int RowFor(int place) const;
     void ForgetUnfinished(int total);
 
     QuickFilter filter_;
     std::vector<int> places_; // ascending; empty while all rows are in sight
+    bool hasLate_ = false;    // a row out of sight matches by now
     FoldedRows folded_;       // of the first rows; of all of them while the list is narrowed
 };
 

@@ -2,20 +2,21 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace quellbox {
 
 namespace {
 
 constexpr QChar ellipsis(u'\u2026');
-constexpr qsizetype longestSubject = 1000;
 
 // Of answers and forwarded messages, as mail programs write them in several languages.
-constexpr std::array prefixes{u"re", u"aw", u"antw", u"fw",  u"fwd", u"wg", u"sv",  u"vs",  u"vb",
-                              u"tr", u"rv", u"ref",  u"rif", u"odp", u"pd", u"res", u"enc", u"betreff"};
+constexpr auto prefixes =
+    std::to_array<std::u16string_view>({u"re", u"aw", u"antw", u"fw", u"fwd", u"wg", u"sv", u"vs", u"vb", u"tr", u"rv",
+                                        u"ref", u"rif", u"odp", u"pd", u"res", u"enc", u"betreff"});
 
 bool IsPrefix(QStringView word) {
-    return std::any_of(prefixes.begin(), prefixes.end(), [word](const char16_t* prefix) {
+    return std::any_of(prefixes.begin(), prefixes.end(), [word](std::u16string_view prefix) {
         return word.compare(QStringView(prefix), Qt::CaseInsensitive) == 0;
     });
 }
@@ -72,11 +73,8 @@ bool IsPartOfWord(QChar unit) {
 
 qsizetype EndOfRun(QStringView text, qsizetype begin) {
     const bool hasNoCase = IsLetterWithoutCase(text[begin]);
-    qsizetype end = begin + 1;
-    while (end < text.size() && !text[end].isSpace() && IsLetterWithoutCase(text[end]) == hasNoCase) {
-        ++end;
-    }
-    return end;
+    const auto ends = [hasNoCase](QChar unit) { return unit.isSpace() || IsLetterWithoutCase(unit) != hasNoCase; };
+    return std::find_if(text.begin() + begin + 1, text.end(), ends) - text.begin();
 }
 
 /// Calls `use` with the begin and the end of each word, without punctuation at its ends; what is punctuation alone is
@@ -99,47 +97,51 @@ void ForEachWord(QStringView text, Use use) {
     }
 }
 
-QStringView Counted(QStringView subject) {
+} // namespace
+
+QStringView SubjectKey::Counted(QStringView subject) {
     return WithoutPrefixes(subject.first(std::min(subject.size(), longestSubject)));
 }
 
-} // namespace
-
-bool SubjectKey::IsChanging(QStringView word) {
-    word_.resize(0);
-    const bool changes =
-        std::any_of(word.begin(), word.end(), [](QChar unit) { return unit == u'@' || unit.isDigit(); });
-    AppendLetters(word, word_);
-    if (changes || names_.Contains(word_)) {
+/// Of a word and of its letters alone.
+bool SubjectKey::IsChanging(QStringView word, QStringView letters) const {
+    const auto isCode = [](QChar unit) { return unit == u'@' || unit.isDigit(); };
+    if (std::any_of(word.begin(), word.end(), isCode) || names_.Contains(letters)) {
         return true;
     }
-    for (const QChar apostrophe : {QChar(u'\''), QChar(u'\u2019')}) {
-        if (const qsizetype at = word.indexOf(apostrophe); at > 0) { // as in "Ann's"
-            return names_.Contains(QStringView(word_).first(std::min(at, word_.size())));
-        }
+    if (letters.size() == word.size()) {
+        return false;
     }
-    return false;
+    const auto isApostrophe = [](QChar unit) { return unit == u'\'' || unit == u'\u2019'; };
+    const qsizetype at = std::find_if(word.begin(), word.end(), isApostrophe) - word.begin();
+    return at < word.size() && names_.Contains(letters.first(std::min(at, letters.size()))); // as in "Ann's"
 }
 
 const QString& SubjectKey::Of(QStringView subject, QStringView recipients) {
     names_.Read(recipients);
     const QStringView text = Counted(subject);
-    key_.resize(0);
+    char16_t* end = letters_.data();
     bool hasChanged = false;
-    ForEachWord(text, [&](qsizetype begin, qsizetype end) {
-        const bool changes = IsChanging(text.mid(begin, end - begin));
+    ForEachWord(text, [&](qsizetype from, qsizetype to) {
+        const QStringView word = text.mid(from, to - from);
+        char16_t* const begin = end == letters_.data() ? end : end + 1;
+        char16_t* const wordEnd = WriteLetters(word, begin);
+        const bool changes = IsChanging(word, QStringView(begin, wordEnd));
         if (changes && hasChanged) {
             return;
         }
-        if (!key_.isEmpty()) {
-            key_ += u' ';
+        if (begin != end) {
+            *end = u' ';
         }
-        changes ? key_.append(ellipsis) : key_.append(word_);
+        end = wordEnd;
+        if (changes) {
+            *begin = ellipsis.unicode();
+            end = begin + 1;
+        }
         hasChanged = changes;
     });
-    if (key_.isEmpty()) {
-        key_.append(text.trimmed());
-    }
+    key_.resize(0);
+    key_.append(end == letters_.data() ? text.trimmed() : QStringView(letters_.data(), end));
     return key_;
 }
 
@@ -150,7 +152,8 @@ QString SubjectKey::Title(QStringView subject, QStringView recipients) {
     qsizetype done = 0;
     bool hasChanged = false;
     ForEachWord(text, [&](qsizetype begin, qsizetype end) {
-        const bool changes = IsChanging(text.mid(begin, end - begin));
+        const QStringView word = text.mid(begin, end - begin);
+        const bool changes = IsChanging(word, {letters_.data(), WriteLetters(word, letters_.data())});
         if (!changes || !hasChanged) {
             title.append(text.mid(done, begin - done));
             changes ? title.append(ellipsis) : title.append(text.mid(begin, end - begin));

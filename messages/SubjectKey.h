@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <array>
+
 namespace quellbox {
 
 /// Tells which subjects are one and the same but for what is written anew for each message: numbers and codes (words
@@ -21,11 +23,14 @@ public:
     QString Title(QStringView subject, QStringView recipients);
 
 private:
-    bool IsChanging(QStringView word);
+    static constexpr qsizetype longestSubject = 1000;
+
+    static QStringView Counted(QStringView subject);
+    bool IsChanging(QStringView word, QStringView letters) const;
 
     RecipientNames names_;
     QString key_;
-    QString word_; // that is looked at, without punctuation
+    std::array<char16_t, size_t{2 * longestSubject + 2}> letters_{}; ///< of the words and what divides them
 };
 
 } // namespace quellbox

@@ -31,7 +31,7 @@ text "$recipes/quellboxctl-nightly.cmd" quellboxctl-nightly.cmd
   printf '\xff\xfe'
   sed -e '1s/?>$/ encoding="UTF-16"?>/' -e 's/$/\r/' "$recipes/quellboxctl-nightly.xml" | iconv -f UTF-8 -t UTF-16LE
 } >"$folder/quellboxctl-nightly.xml"
-for library in qt mail curl uchardet; do
+for library in qt mail curl uchardet html; do
   for terms in "$(cat "$build/$library.prefix")"/licenses/*; do
     text "$terms" "licenses/$(basename "$terms")"
   done

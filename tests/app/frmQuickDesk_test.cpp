@@ -142,6 +142,50 @@ TEST_F(QuickDeskTest, WhatGoesOutOfSightIsSelectedNoMore) {
     EXPECT_EQ(SelectedKeys(), "");
 }
 
+TEST_F(QuickDeskTest, WhatStaysSelectedWithoutTheCurrentRowIsSeenAndDealtWith) {
+    ClickRow(2);
+    ClickRow(0, Qt::ControlModifier);
+    Type("-c.");
+    EXPECT_EQ(SelectedKeys(), "c.eml");
+    EXPECT_EQ(List()->currentIndex().row(), 0);
+    Press(Qt::Key_Return);
+    Q_EMIT Find<QMenu>("mnuActions")->aboutToShow();
+    EXPECT_TRUE(Action("mnuActionsDelete")->isEnabled());
+    Q_EMIT Find<QMenu>("mnuActions")->aboutToHide();
+    Press(Qt::Key_Delete);
+    EXPECT_EQ(Files("/archive/"), QStringList({QStringLiteral("a.eml"), QStringLiteral("b.eml")}));
+}
+
+TEST_F(QuickDeskTest, GoingToTheListOpensNoMenuWhateverWasClickedLast) {
+    ClickRow(0);
+    QTest::mouseClick(List()->viewport(), Qt::RightButton, {},
+                      List()->visualRect(window_->Messages().index(0, 0)).center());
+    Find<QMenu>("mnuMessage")->close();
+    Type("-c.");
+    Press(Qt::Key_Return);
+    EXPECT_FALSE(Find<QMenu>("mnuMessage")->isVisible());
+    EXPECT_EQ(SelectedKeys(), "c.eml");
+}
+
+TEST_F(QuickDeskTest, EscapeElsewhereClosesTheFieldToo) {
+    Type("-b.");
+    Find<RawPane>("rtfRaw")->setFocus();
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(FieldIsThere());
+    EXPECT_EQ(Keys(), "a.eml b.eml c.eml");
+}
+
+TEST_F(QuickDeskTest, AnEmptyListLeavesTheMenuThatClosesTheField) {
+    PressQuickKey();
+    Action("mnuEditSelectAll")->trigger();
+    Action("mnuActionsDelete")->trigger();
+    Settle();
+    ASSERT_EQ(Keys(), "");
+    EXPECT_TRUE(Action("mnuEdit")->isEnabled());
+    Action("mnuEditQuick")->trigger();
+    EXPECT_FALSE(Action("mnuEdit")->isEnabled());
+}
+
 TEST_F(QuickDeskTest, ActionsTouchOnlyWhatIsInSight) {
     Type("-b.");
     Action("mnuEditSelectAll")->trigger();

@@ -2,6 +2,7 @@
 
 #include "tests/support/RealFolderWindow.h"
 
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QScreen>
 #include <QScrollBar>
@@ -275,6 +276,22 @@ TEST_F(View, ComesWithTheReadableTextWhereThatIsSetAndReadsTheSourceWhenItIsWant
     QTest::keyClick(ReadableOf(viewer), Qt::Key_R, Qt::ControlModifier);
     Settle();
     EXPECT_EQ(TextOf(viewer)->Text(), QString::fromLatin1(Mail(1)));
+}
+
+TEST_F(View, TheMenuOfTheTextOffersTheReadableText) {
+    Open(1);
+    OpenViewer(0);
+    RawPane* text = TextOf(Viewer());
+    QContextMenuEvent click(QContextMenuEvent::Mouse, {20, 20}, text->viewport()->mapToGlobal(QPoint(20, 20)));
+    QCoreApplication::sendEvent(text->viewport(), &click);
+    auto* menu = text->findChild<QMenu*>(QStringLiteral("mnuText"));
+    ASSERT_NE(menu, nullptr);
+    QAction* entry = menu->actions().back();
+    EXPECT_EQ(entry->text(), QStringLiteral("&Readable text"));
+    entry->trigger();
+    menu->close();
+    Settle();
+    EXPECT_TRUE(ReadableOf(Viewer())->isVisible());
 }
 
 TEST_F(View, APageOfAFileThatHasGoneSaysSo) {

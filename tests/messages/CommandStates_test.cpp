@@ -17,7 +17,7 @@ TEST(CommandStates, AnEmptyListLeavesWhatNeedsNoMessage) {
 
 TEST(CommandStates, AListOfWhichNothingIsInSightCanBeWidened) {
     CommandConditions now{Activity::Idle, 0, 0, 1};
-    now.narrowed = true;
+    now.narrows = true;
     const CommandStates can = ComputeCommandStates(now);
     EXPECT_TRUE(can.edit);
     EXPECT_FALSE(can.find || can.exportList || can.onSelected);
