@@ -5,6 +5,7 @@
 #include "app/PlainToolTip.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QKeyEvent>
