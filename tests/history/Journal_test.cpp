@@ -156,6 +156,7 @@ TEST_F(JournalTest, TellsAProgramThatRunsFromOneThatHasEnded) {
     ASSERT_TRUE(RunUntil([&isAbandoned] { return isAbandoned.has_value(); }));
     EXPECT_FALSE(*isAbandoned);
     journal_.reset();
+    pool_->WaitForDone(); // it closes its database beside its owner
     isAbandoned.reset();
     other.AskFor(Journal::Question::Writes, &other, ask, take);
     ASSERT_TRUE(RunUntil([&isAbandoned] { return isAbandoned.has_value(); }));
