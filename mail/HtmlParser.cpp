@@ -98,9 +98,9 @@ void StartParserLibrary() {
 }
 
 /// Blanks out what a browser takes for a comment and the parser for text, as in "<![if !mso]>". What ends a real
-/// comment stays.
+/// comment stays. All that begin before the same ">" end there, so that each is looked for once.
 void RemoveMarkedSections(QByteArray& page) {
-    for (qsizetype at = page.indexOf("<!["); at >= 0; at = page.indexOf("<![", at + 1)) {
+    for (qsizetype at = page.indexOf("<!["); at >= 0;) {
         const qsizetype end = page.indexOf('>', at);
         if (end < 0) {
             return;
@@ -108,6 +108,7 @@ void RemoveMarkedSections(QByteArray& page) {
         if (!QByteArrayView(page).sliced(at, end - at).endsWith("--")) {
             std::fill(page.begin() + at, page.begin() + end + 1, ' ');
         }
+        at = page.indexOf("<![", end);
     }
 }
 

@@ -7,7 +7,6 @@ namespace quellbox {
 
 namespace {
 
-constexpr qsizetype mostSheetBytes = 512 * 1024;
 constexpr qsizetype mostRules = 5000;
 constexpr int mostClasses = 16;
 
@@ -55,8 +54,6 @@ bool IsSimple(QByteArrayView selector) {
 } // namespace
 
 void HtmlStyleSheet::Add(QByteArrayView css) {
-    css = css.first(std::min(css.size(), mostSheetBytes - taken_));
-    taken_ += css.size();
     const QByteArray text = WithoutCssComments(css);
     const QByteArrayView all(text);
     qsizetype at = 0;
@@ -67,8 +64,8 @@ void HtmlStyleSheet::Add(QByteArrayView css) {
         }
         const QByteArrayView selectors = all.sliced(at, brace - at).trimmed();
         if (selectors.startsWith('@')) {
-            const qsizetype semicolon = selectors.lastIndexOf(';'); // of @import, which has no block
-            at = semicolon < 0 ? BlockEnd(all, brace) : all.indexOf(';', at) + 1;
+            const qsizetype semicolon = all.sliced(at, brace - at).lastIndexOf(';'); // of @import, say
+            at = semicolon < 0 ? BlockEnd(all, brace) : at + semicolon + 1;
             continue;
         }
         const qsizetype end = all.indexOf('}', brace);

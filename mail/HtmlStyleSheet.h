@@ -9,7 +9,7 @@ namespace quellbox {
 
 /// The rules of a page whose selectors are one element, one class or one identifier (or an element with a class, as
 /// "p.note"). Of rules with other selectors it only counts that a background may come from them. Rules for certain
-/// media are passed over. Beyond some bounds further rules are, too.
+/// media are passed over. Beyond some thousands further rules are, too.
 class HtmlStyleSheet {
 public:
     /// Adds the rules of a style element; to be called with the whole of its text.
@@ -23,7 +23,6 @@ private:
     void AddSelector(QByteArrayView selector, const HtmlDeclarations& declared);
 
     QHash<QByteArray, HtmlDeclarations> rules_; // by ".class", "#identifier", "element" or "element.class"
-    qsizetype taken_ = 0;                       // bytes read so far
 };
 
 } // namespace quellbox

@@ -81,11 +81,54 @@ TEST(HtmlText, ResolvesLinksAgainstTheBaseOfThePage) {
               QStringList({QStringLiteral("http://evil.example/x/y?z"), QStringLiteral("mailto:a@b.example")}));
 }
 
+TEST(HtmlText, ResolvesLinksAsBrowsersDo) {
+    struct BaseCase {
+        const char* base;
+        const char* link;
+        const char* place;
+    };
+    for (const BaseCase& each :
+         std::initializer_list<BaseCase>{{"https://bank.de/", "\\\\evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "/\\evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "///evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "https:\\\\evil.net", "https://evil.net"},
+                                         {"https://bank.de/", "https:x", "https://bank.de/x"},
+                                         {"https://bank.de/", "http:evil.net", "http:evil.net"},
+                                         {"https://bank.de/a/b?c/d#e", "x", "https://bank.de/a/x"},
+                                         {"https://bank.de/a/b?c", "?x", "https://bank.de/a/b?x"},
+                                         {"https://bank.de/a/b", "/x", "https://bank.de/x"},
+                                         {"https://bank.de", "x", "https://bank.de/x"},
+                                         {"HTTPS:\\\\evil.net\\a\\b", "x", "https://evil.net/a/x"},
+                                         {"//evil.net/a", "x", "//evil.net/x"},
+                                         {"data:text/html,x", "y", "y"},
+                                         {"nothing", "y", "y"}}) {
+        LinkNumbers numbers;
+        ReadHtml(QByteArray("<base target=x><base href='") + each.base +
+                     "'><base href='https://second.example'><a href='" + each.link + "'>l</a>",
+                 "", numbers);
+        EXPECT_EQ(numbers.Targets(), QStringList(QString::fromLatin1(each.place))) << each.base << " " << each.link;
+    }
+}
+
+TEST(HtmlText, NumbersOnlyWhatCanBeClickedOn) {
+    LinkNumbers numbers;
+    ReadHtml("<a href=a></a><a href=b> </a><a href=c><img src=x></a><a href=d style='display:none'>t</a><map><area "
+             "href=e></map>",
+             "", numbers);
+    EXPECT_EQ(numbers.Targets(), QStringList({QStringLiteral("c"), QStringLiteral("d"), QStringLiteral("e")}));
+}
+
+TEST(HtmlText, ShowsWhatStandsInForAnObject) {
+    ExpectTexts({{"<object data=x>a <a href=l>b</a></object>", "a b [1]\n"},
+                 {"<applet>a</applet><xml>b</xml><math>c</math>", "abc\n"},
+                 {"<svg><title>t</title><a xlink:href=l><text>d</text></a></svg>", "d [1]\n"}});
+}
+
 TEST(HtmlText, ShowsWhatPicturesAndFormsSay) {
     ExpectTexts({{"<img alt='A [cat]'><img src=x><img alt=''>", "[picture: A (cat)]\n"},
                  {"<a href=x><img alt=Buy></a>", "[picture: Buy] [1]\n"},
                  {"<form action=http://x.example><input type=password><input type=submit value=Go></form>",
-                  "[a field for a password] [Go]\n[a form that is sent to [1]]\n"}});
+                  "[a field for a password] [button: Go]\n[a form that is sent to [1]]\n"}});
 }
 
 TEST(HtmlText, DropsScriptsStylesAndComments) {
@@ -123,6 +166,8 @@ TEST(HtmlText, MarksWhatAPageHides) {
     ExpectTexts({{"a <p hidden>secret</p> b", "a\n\n[hidden text: secret] b\n"},
                  {"<body bgcolor=black text=white><font color='#000000'>x]y</font> z", "[hidden text: x)y] z\n"},
                  {"<div style='display:none'><p style='display:block'>s</p></div>", "[hidden text: s]\n"}});
+    EXPECT_EQ(TextOf("<p style='display:none'>" + QByteArray("&zwnj;&nbsp;&#8203; ").repeated(1000) + "secret</p>"),
+              QStringLiteral("[hidden text: secret]\n"));
 }
 
 TEST(HtmlText, DoesNotMarkWhatCanBeRead) {
@@ -193,6 +238,14 @@ TEST(HtmlText, CutsWhatWouldTakeTooLong) {
         attributes += "a" + QByteArray::number(i) + "=1 ";
     }
     EXPECT_TRUE(ReadHtml(attributes + ">x", "", numbers).isCut);
+}
+
+TEST(HtmlText, PassesOverSectionsAndRulesInTimeThatGrowsWithThem) {
+    EXPECT_EQ(TextOf("a" + QByteArray("<![").repeated(2'000'000) + "-->b").count(QLatin1Char('a')), 1);
+    EXPECT_EQ(TextOf("<style>" + QByteArray("@a;").repeated(100'000) + QByteArray(200'000, ' ') + "{</style>b"),
+              QStringLiteral("b\n"));
+    EXPECT_EQ(TextOf("<style>@import 'x'; @charset 'y'; .g {display:none}</style><i class=g>b</i>"),
+              QStringLiteral("[hidden text: b]\n"));
 }
 
 TEST(HtmlText, ReadsAMillionTagsAndALongText) {
