@@ -48,6 +48,8 @@ HtmlDeclarations DeclaredByAttributes(QByteArrayView element, const HtmlAttribut
     for (const auto& [name, value] : attributes) {
         if (name == "hidden") {
             declared.isDisplayed = false;
+        } else if (value.trimmed().isEmpty()) {
+            continue;
         } else if (name == "bgcolor") {
             declared.background = CssBackground{ReadCssColor(value.toByteArray().toLower())};
         } else if (name == "background") {
@@ -97,8 +99,7 @@ public:
         const Open open = open_.back();
         open_.pop_back();
         if (open.role == Role::Style) {
-            budget_.sheet -= css_.size();
-            sheet_.Add(std::exchange(css_, {}));
+            AddSheet();
         }
         if (!Top().isIgnored) {
             EndRole(open);
@@ -106,7 +107,7 @@ public:
     }
 
     void Text(QByteArrayView utf8) override {
-        if (Top().role == Role::Style) {
+        if (Top().role == Role::Style && !isSheetWhole_) {
             css_.append(Short(utf8, budget_.sheet - css_.size()));
         }
         if (!Top().isIgnored) {
@@ -119,6 +120,15 @@ public:
     }
 
     bool IsFull() const override { return flow_.Size() > budget_.text || (budget_.goOn && !budget_.goOn()); }
+
+    /// Whether a style element came when there was text already, which it may hide.
+    bool HasLateSheet() const { return hasLateSheet_; }
+
+    /// Reads with the sheet of one that has read the same page before, in place of the own one.
+    void UseSheetOf(HtmlReader& other) {
+        sheet_ = std::move(other.sheet_);
+        isSheetWhole_ = true;
+    }
 
     HtmlText Finish(bool isWhole) {
         FlushText();
@@ -155,6 +165,14 @@ private:
             declared.keepsBlanks = true;
         }
         return Top().look.Inside(declared);
+    }
+
+    void AddSheet() {
+        if (!css_.isEmpty()) {
+            hasLateSheet_ = hasLateSheet_ || flow_.Size() > 0 || !hidden_.isEmpty();
+            budget_.sheet -= css_.size();
+            sheet_.Add(std::exchange(css_, {}));
+        }
     }
 
     void FlushText() {
@@ -394,6 +412,8 @@ private:
     ReadingBudget& budget_;
     TextFlow flow_;
     HtmlStyleSheet sheet_;
+    bool hasLateSheet_ = false;
+    bool isSheetWhole_ = false; // it is that of the whole page
     std::vector<HtmlLink> links_;
     QSet<std::pair<QString, QString>> kept_; // of links_: where they lead, and what they show
     std::vector<Open> open_{Open{}};         // the elements that are open, below them the page itself
@@ -462,8 +482,15 @@ HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& n
 HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers, const CharsetEvidence& evidence,
                   ReadingBudget& budget) {
     HtmlReader reader(numbers, budget);
-    const bool isWhole = ParseHtml(PageAsUtf8(page, charset, evidence), reader);
-    return reader.Finish(isWhole);
+    const QByteArray utf8 = PageAsUtf8(page, charset, evidence);
+    const bool isWhole = ParseHtml(utf8, reader);
+    if (!reader.HasLateSheet()) {
+        return reader.Finish(isWhole);
+    }
+    HtmlReader again(numbers, budget);
+    again.UseSheetOf(reader);
+    const bool isWholeAgain = ParseHtml(utf8, again);
+    return again.Finish(isWholeAgain);
 }
 
 } // namespace quellbox

@@ -192,9 +192,62 @@ TEST(HtmlText, FollowsSimpleRulesOfAStyleSheet) {
     EXPECT_EQ(textOf("<b>s</b>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<p class=white>s</p>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<i class=white>s</i>"), QStringLiteral("s\n"));
-    EXPECT_EQ(textOf("<i class=seen>s</i>"), QStringLiteral("s\n"));
+    EXPECT_EQ(textOf("<i class=seen>s</i>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<b style='font-size:12px'>s</b>"), QStringLiteral("s\n"));
     EXPECT_EQ(textOf("<table class=dark><tr><td style='color:white'>s</table>"), QStringLiteral("s\n"));
+}
+
+TEST(HtmlText, FollowsFurtherRulesOfAStyleSheet) {
+    const auto textOf = [](const QByteArray& sheet, const QByteArray& page) {
+        return TextOf("<style>" + sheet + "</style>" + page);
+    };
+    const QString hidden = QStringLiteral("[hidden text: s]\n");
+    const QString seen = QStringLiteral("s\n");
+    EXPECT_EQ(textOf("* {color:white}", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("*.g {color:white}", "<i class=g>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media all { i {display:none} }", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media print, only screen { i {display:none} }", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media print { i {display:none} }", "<i>s</i>"), seen);
+    EXPECT_EQ(textOf("@media screen and (max-width:600px) { i {display:none} }", "<i>s</i>"), seen);
+    EXPECT_EQ(textOf("i.a.b {display:none}", "<i class='b c a'>s</i>"), hidden);
+    EXPECT_EQ(textOf("i.a.b {display:none}", "<i class='b c'>s</i>"), seen);
+    EXPECT_EQ(textOf("i#x.b {display:none}", "<i id=x class=b>s</i>"), hidden);
+    EXPECT_EQ(textOf("html body i {display:none}", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("div i {color:black}", "<i style='color:white'>s</i>"), hidden);
+    EXPECT_EQ(textOf("div i {background:url(x)}", "<i style='color:white'>s</i>"), seen);
+    EXPECT_EQ(textOf("div i {background:black}", "<i style='color:white'>s</i>"), seen);
+}
+
+TEST(HtmlText, FollowsAStyleSheetBehindTheText) {
+    LinkNumbers numbers;
+    const HtmlText page = ReadHtml("<a href=l>t</a> <i class=g>s</i><style>.g {display:none}</style>", "", numbers);
+    EXPECT_EQ(page.text, QStringLiteral("t [1] [hidden text: s]\n"));
+    EXPECT_EQ(page.links.size(), 1U);
+}
+
+TEST(HtmlText, KnowsTheBackgroundWhereNoneIsDeclared) {
+    const QString hidden = QStringLiteral("[hidden text: s]\n");
+    EXPECT_EQ(TextOf("<body background=''><font color=white>s"), hidden);
+    EXPECT_EQ(TextOf("<body background=' ' bgcolor=''><font color=white>s"), hidden);
+    EXPECT_EQ(TextOf("<body background=x.png><font color=white>s"), QStringLiteral("s\n"));
+    for (const char* style :
+         {"background:none", "background:transparent", "background-image:none", "background:url()",
+          "background:nonsense", "background:white none", "background-image:url()", "color:white;color:nonsense"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:white;") + style + "'>s"), hidden) << style;
+    }
+}
+
+TEST(HtmlText, ReadsColorsInAllTheirForms) {
+    for (const char* color :
+         {"#fffa", "#ffff", "hsl(0, 0%, 100%)", "hsla(120deg 100% 99% / 1)", "hsl(0,0%,0%,0)", "#0000",
+          "lightgoldenrodyellow;background:#fafad2", "oldlace;background:#fdf5e6", "hsl(120,100%,50%);background:lime",
+          "hsl(-120,100%,50%);background:blue", "hsl(0.5turn,100%,50%);background:aqua", "rebeccapurple;color:#fff"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:") + color + "'>s"), QStringLiteral("[hidden text: s]\n"))
+            << color;
+    }
+    for (const char* color : {"#000f", "hsl(240,100%,50%)", "hsl(0)", "papayawhip;background:#000"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:") + color + "'>s"), QStringLiteral("s\n")) << color;
+    }
 }
 
 TEST(HtmlText, DecodesByTheDeclaredCharacterSetOrThePageItself) {
@@ -238,6 +291,11 @@ TEST(HtmlText, CutsWhatWouldTakeTooLong) {
         attributes += "a" + QByteArray::number(i) + "=1 ";
     }
     EXPECT_TRUE(ReadHtml(attributes + ">x", "", numbers).isCut);
+    const QByteArray longName(90, 'n');
+    EXPECT_TRUE(
+        ReadHtml(("<" + longName + ">").repeated(5'000) + ("</" + longName + "x>").repeated(20'000), "", numbers)
+            .isCut);
+    EXPECT_TRUE(ReadHtml(QByteArray("&bogus ").repeated(1'000'000), "", numbers).isCut);
 }
 
 TEST(HtmlText, PassesOverSectionsAndRulesInTimeThatGrowsWithThem) {
