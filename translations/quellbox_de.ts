@@ -2230,6 +2230,26 @@
         <source>Your server %1 has found no proof of where the message comes from.</source>
         <translation>Ihr Server %1 hat keinen Beleg dafür gefunden, woher die Nachricht kommt.</translation>
     </message>
+    <message>
+        <source>[button: %1]</source>
+        <translation>[Schaltfläche: %1]</translation>
+    </message>
+    <message>
+        <source>[field: %1]</source>
+        <translation>[Feld: %1]</translation>
+    </message>
+    <message>
+        <source>%1 - shown as: %2</source>
+        <translation>%1 - angezeigt als: %2</translation>
+    </message>
+    <message>
+        <source>[Further links are not listed. Behind them stands [?].]</source>
+        <translation>[Weitere Links sind nicht aufgeführt. Hinter ihnen steht [?].]</translation>
+    </message>
+    <message>
+        <source>[The rest of this message is not shown.]</source>
+        <translation>[Der Rest dieser Nachricht wird nicht angezeigt.]</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

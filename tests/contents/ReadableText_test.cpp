@@ -137,9 +137,9 @@ TEST(ReadableText, AnAttachedMessageHasItsOwnMargin) {
 TEST(ReadableText, TextsOfAMessageTogetherAreBounded) {
     const QByteArray quotes = QByteArray("<blockquote>").repeated(20) + QByteArray("<li>a").repeated(500'000);
     QByteArray bytes = "Subject: s\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n";
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 3; ++i) {
         bytes += "--b\r\nContent-Type: text/html\r\n\r\n" + quotes + "\r\n--b\r\n\r\n" +
-                 QByteArray("x\r\n").repeated(2'000'000);
+                 QByteArray("x\r\n").repeated(500'000);
     }
     const QString text = Readable(bytes + "--b--\r\n");
     EXPECT_LT(text.size(), 50 * 1024 * 1024);
@@ -149,8 +149,8 @@ TEST(ReadableText, TextsOfAMessageTogetherAreBounded) {
 TEST(ReadableText, LinesOfAnAttachedMessageAreWrittenInTimeThatGrowsWithThem) {
     const QString text =
         Readable("Subject: s\r\nMIME-Version: 1.0\r\nContent-Type: message/rfc822\r\n\r\nSubject: t\r\n\r\n" +
-                 QByteArray("x\r\n").repeated(4'000'000));
-    EXPECT_EQ(text.count(QStringLiteral("|   x\n")), 4'000'000);
+                 QByteArray("x\r\n").repeated(1'000'000));
+    EXPECT_EQ(text.count(QStringLiteral("|   x\n")), 1'000'000);
 }
 
 TEST(ReadableText, EndsWhenNobodyWaitsForIt) {
@@ -170,8 +170,7 @@ TEST(ReadableText, SaysThatLinksAreMissingAndLooksAtThemAllTheSame) {
     const QString text = Readable("Subject: s\r\nContent-Type: text/html\r\n\r\n" + page +
                                   "<a href=https://evil.net/>https://bank.de/</a>");
     EXPECT_TRUE(text.startsWith(QStringLiteral("! A link shows bank.de, but leads to evil.net.\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("l [10000] l [10000]\n")) ||
-                text.contains(QStringLiteral("l [10000] l [10000] l [?] l [?] https://bank.de/ [?]\n")));
+    EXPECT_TRUE(text.contains(QStringLiteral("l [10000] l [10000] l [?] l [?] https://bank.de/ [?]\n")));
     EXPECT_FALSE(text.contains(QStringLiteral("-empty")));
     EXPECT_TRUE(text.endsWith(QStringLiteral("\n[10000] https://e.example/9999\n"
                                              "[Further links are not listed. Behind them stands [?].]\n")));
