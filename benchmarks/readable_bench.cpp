@@ -22,9 +22,9 @@ QByteArray Filled(const QByteArray& piece, qsizetype size = whole) {
     return piece.repeated(size / piece.size());
 }
 
-void Measure(const char* what, const QByteArray& page, const char* expected) {
+void Measure(const char* what, const QByteArray& content, const char* expected, const QByteArray& type = "text/html") {
     const QByteArray bytes =
-        "From: a@example.com\r\nSubject: a large one\r\nContent-Type: text/html; charset=utf-8\r\n\r\n" + page;
+        "From: a@example.com\r\nSubject: a large one\r\nContent-Type: " + type + "; charset=utf-8\r\n\r\n" + content;
     const ServerProfile& profile = ServerProfiles().front();
     Best raw;
     Best readable;
@@ -63,6 +63,16 @@ int main(int argc, char** argv) {
     Measure("25 MiB of broken entities", Filled("&#x41;&bogus;&#;&amp"), "A");
     Measure("25 MiB of attributes in one tag", "x<p " + Filled("abc=1 b\xC3\xA4 "), "x");
     Measure("25 MiB of a comment without an end", "x<!--" + Filled("y"), "x");
+    Measure("25 MiB of sections that end in one place", "x" + Filled("<![") + "-->y", "x");
+    Measure("a million rules without a block", "<style>" + Filled("@a;", 400'000) + Filled(" ", 100'000) + "{</style>x",
+            "x");
+    Measure("25 MiB of references that are not known", Filled("&aaaaaaaaaaaaaaaaaaaa;"), "not shown");
+    Measure("end tags with long names in a deep page",
+            Filled("<" + QByteArray(90, 'n') + ">", 500'000) + Filled("</" + QByteArray(90, 'n') + "x>"), "not shown");
+    Measure("25 MiB of lists in deep quotes", QByteArray("<blockquote>").repeated(20) + Filled("<li>a"), "not shown");
+    Measure("25 MiB of short lines as plain text", Filled("x\r\n"), "  x", "text/plain");
+    Measure("25 MiB of short lines in an attached message", "Subject: s\r\n\r\n" + Filled("x\r\n"), "|   x",
+            "message/rfc822");
     Report("largest memory of the program", static_cast<double>(MemoryKiB("VmHWM:")) / 1024, "MiB");
     return 0;
 }

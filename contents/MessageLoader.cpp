@@ -61,7 +61,8 @@ private:
         answer.isLast = !isToBeParsed_;
         if (wanted_.text) {
             answer.kind = Kind::Text;
-            answer.text = wanted_.readable ? ReadableText(bytes_, *wanted_.profile) : RawText(bytes_);
+            const auto goOn = [this] { return !cancelled_; };
+            answer.text = wanted_.readable ? ReadableText(bytes_, *wanted_.profile, goOn) : RawText(bytes_);
         }
         return answer;
     }

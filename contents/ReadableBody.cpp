@@ -1,5 +1,6 @@
 #include "contents/ReadableBody.h"
 
+#include "mail/DisplayText.h"
 #include "mail/PartContent.h"
 
 #include <QCoreApplication>
@@ -13,41 +14,48 @@ namespace {
 
 using PieceKind = OutlinePart::Kind;
 
+/// The text of a part with LF line ends, and brackets that are none of the program's own (see EscapeBrackets()).
 QString PlainText(const OutlinePart& part, const CharsetEvidence& evidence) {
     QString text = DecodeText(part.content, part.charset, evidence);
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
-    qsizetype end = text.size();
-    while (end > 0 && text[end - 1].isSpace()) {
-        --end;
+    auto out = text.begin();
+    for (auto in = text.begin(); in != text.end(); ++in) {
+        const bool isHalfOfEnd = *in == u'\r' && in + 1 != text.end() && in[1] == u'\n';
+        if (!isHalfOfEnd) {
+            *out++ = IsLineEnd(*in) ? QChar(u'\n') : *in;
+        }
     }
-    text.truncate(end);
-    return text.isEmpty() ? text : text + u'\n';
+    while (out != text.begin() && out[-1].isSpace()) {
+        --out;
+    }
+    text.truncate(out - text.begin());
+    return text.isEmpty() ? text : EscapeBrackets(text) + u'\n';
 }
 
-/// Sets off the lines of an attached message from those around it.
-QString SetOff(const QString& text, int level) {
-    if (level == 0 || text.isEmpty()) {
-        return text;
-    }
-    const QString mark = QStringLiteral("| ").repeated(level);
-    QString lines = mark + text.chopped(1);
-    lines.replace(u'\n', u'\n' + mark);
-    return lines + u'\n';
+/// Who says what stands in a line.
+enum class Voice { Program, Message };
+
+/// What stands in front of a line. The lines of an attached message have bars, one for each level. Those of a message
+/// have blanks, which those of the program never have: so that no message can pretend to be the program.
+QString MarkOf(Voice voice, int level) {
+    return QStringLiteral("| ").repeated(level) + (voice == Voice::Message ? QStringLiteral("  ") : QString());
 }
 
 class BodyReader {
 public:
-    explicit BodyReader(const CharsetEvidence& evidence) : evidence_(evidence) {}
+    BodyReader(const CharsetEvidence& evidence, const std::function<bool()>& goOn) : evidence_(evidence) {
+        budget_.goOn = goOn;
+    }
 
-    void Add(const OutlinePart& part) {
+    /// False when nothing more is wanted.
+    bool Add(const OutlinePart& part) {
         switch (part.kind) {
         case PieceKind::Head:
-            AddText(QCoreApplication::translate("quellbox", "Attached message") + u'\n' +
-                        HeadLines(part.fields, evidence_),
-                    part.level + 1);
+            AddLines(QCoreApplication::translate("quellbox", "Attached message") + u'\n' +
+                         HeadLines(part.fields, evidence_),
+                     part.level + 1, Voice::Program);
             break;
         case PieceKind::Plain:
-            AddText(PlainText(part, evidence_), part.level);
+            AddLines(PlainText(part, evidence_), part.level, Voice::Message);
             break;
         case PieceKind::Html:
             AddPage(part);
@@ -55,35 +63,57 @@ public:
         case PieceKind::Attachment:
             break; // listed below the text
         }
+        return !budget_.IsSpent();
     }
 
     ReadableBody Finish() {
         for (size_t i = 0; i < body_.places.size(); ++i) {
             body_.places[i].address = numbers_.Targets()[static_cast<qsizetype>(i)];
         }
+        body_.areLinksMissing = numbers_.AreMissing();
         return std::move(body_);
     }
 
 private:
-    void AddText(const QString& text, int level) {
-        if (!text.isEmpty()) {
-            body_.text += (body_.text.isEmpty() ? QString() : QStringLiteral("\n")) + SetOff(text, level);
+    /// Adds lines, each with a line end, behind a blank one.
+    void AddLines(const QString& lines, int level, Voice voice) {
+        if (lines.isEmpty()) {
+            return;
+        }
+        const QString mark = MarkOf(voice, level);
+        const QString markOfBlank = mark.trimmed();
+        body_.text += body_.text.isEmpty() ? QString() : QStringLiteral("\n");
+        qsizetype at = 0;
+        while (at < lines.size() && !budget_.IsSpent()) {
+            const qsizetype end = lines.indexOf(u'\n', at) + 1;
+            body_.text += end - at == 1 ? markOfBlank : mark;
+            body_.text += QStringView(lines).sliced(at, end - at);
+            budget_.text -= mark.size() + end - at;
+            at = end;
+        }
+        if (at < lines.size()) {
+            TellCut(level);
         }
     }
 
+    void TellCut(int level) {
+        body_.text += MarkOf(Voice::Program, level) +
+                      QCoreApplication::translate("quellbox", "[The rest of this text is not shown.]") + u'\n';
+    }
+
     void AddPage(const OutlinePart& part) {
-        HtmlText page = ReadHtml(part.content, part.charset, numbers_, evidence_);
+        HtmlText page = ReadHtml(part.content, part.charset, numbers_, evidence_, budget_);
         if (part.isShown) {
+            AddLines(page.text, part.level, Voice::Message);
             if (page.isCut) {
-                page.text += QCoreApplication::translate("quellbox", "[The rest of this text is not shown.]") + u'\n';
+                TellCut(part.level);
             }
-            AddText(page.text, part.level);
         }
         body_.places.resize(static_cast<size_t>(numbers_.Targets().size()));
         for (HtmlLink& link : page.links) {
             if (link.number > 0) {
                 LinkPlace& place = body_.places[static_cast<size_t>(link.number - 1)];
-                place.isMarked = place.isMarked || part.isShown;
+                place.isMarked = place.isMarked || (part.isShown && link.isMarked);
                 place.text = place.text.isEmpty() ? link.text : place.text;
             }
             body_.links.push_back(std::move(link));
@@ -93,6 +123,7 @@ private:
     const CharsetEvidence& evidence_;
     ReadableBody body_;
     LinkNumbers numbers_;
+    ReadingBudget budget_;
 };
 
 } // namespace
@@ -108,16 +139,18 @@ QString HeadLines(const RawFieldList& fields, const CharsetEvidence& evidence) {
     for (const auto& [name, caption] : captions) {
         const QString value = RawFieldText(fields, name, evidence);
         if (!value.isEmpty()) {
-            lines += QCoreApplication::translate("quellbox", caption).arg(value) + u'\n';
+            lines += QCoreApplication::translate("quellbox", caption).arg(CleanseForDisplay(value)) + u'\n';
         }
     }
     return lines;
 }
 
-ReadableBody ReadBody(const MessageOutline& outline) {
-    BodyReader reader(outline.evidence);
+ReadableBody ReadBody(const MessageOutline& outline, const std::function<bool()>& goOn) {
+    BodyReader reader(outline.evidence, goOn);
     for (const OutlinePart& part : outline.parts) {
-        reader.Add(part);
+        if (!reader.Add(part)) {
+            break;
+        }
     }
     return reader.Finish();
 }

@@ -16,7 +16,7 @@ namespace {
 QString AttachmentLine(const OutlinePart& part) {
     const QString name = CleanseForDisplay(part.fileName);
     const AttachmentNature nature = JudgeAttachment(part);
-    QString line = QStringLiteral("  %1 (%2, %3)")
+    QString line = QStringLiteral("- %1 (%2, %3)")
                        .arg(name.isEmpty() ? QCoreApplication::translate("quellbox", "without a name") : name,
                             CleanseForDisplay(QString::fromLatin1(part.type)), FormatSize(part.size));
     if (nature.runs) {
@@ -37,14 +37,18 @@ QString AttachmentLines(const MessageOutline& outline) {
     return lines.isEmpty() ? lines : QCoreApplication::translate("quellbox", "Attachments:") + u'\n' + lines;
 }
 
-/// Where a link leads. Of one whose number does not stand in the text, because the text is not that of the page, it is
-/// said what it shows; and the host is said where it is not plain to see.
+/// Where a link leads, and the host where it is not plain to see. Of one whose number does not stand in the text it is
+/// said behind that what it shows. The address is without blanks, so that it is plain where it ends.
 QString LinkLine(const LinkPlace& place) {
-    const bool saysText = !place.isMarked && !place.text.isEmpty();
-    QString line = saysText ? CleanseForDisplay(place.text) + QStringLiteral(": ") : QString();
-    line += CleanseForDisplay(place.address);
+    QString line = CleanseForDisplay(place.address).replace(u' ', QLatin1String("%20"));
     const LinkTarget target = ReadLinkTarget(place.address);
-    return target.user.isEmpty() ? line : line + QStringLiteral(" (%1)").arg(CleanseForDisplay(target.host));
+    if (!target.user.isEmpty()) {
+        line += QStringLiteral(" (%1)").arg(CleanseForDisplay(target.host));
+    }
+    const bool saysText = !place.isMarked && !place.text.isEmpty();
+    return saysText
+               ? QCoreApplication::translate("quellbox", "%1 - shown as: %2").arg(line, CleanseForDisplay(place.text))
+               : line;
 }
 
 QString WarningLines(const std::vector<MessageWarning>& warnings) {
@@ -60,24 +64,34 @@ QString LinkLines(const ReadableBody& body) {
     for (size_t i = 0; i < body.places.size(); ++i) {
         lines += QStringLiteral("[%1] ").arg(i + 1) + LinkLine(body.places[i]) + u'\n';
     }
+    if (body.areLinksMissing) {
+        lines +=
+            QCoreApplication::translate("quellbox", "[Further links are not listed. Behind them stands [?].]") + u'\n';
+    }
     return lines.isEmpty() ? lines : QCoreApplication::translate("quellbox", "Links:") + u'\n' + lines;
 }
 
 } // namespace
 
-QString ReadableText(const QByteArray& bytes, const ServerProfile& profile) {
+QString ReadableText(const QByteArray& bytes, const ServerProfile& profile, const std::function<bool()>& goOn) {
     MessageOutline outline;
     const LoadError error = ReadOutline(bytes, outline);
     if (error != LoadError::None) {
         return LoadErrorText(error);
     }
-    const ReadableBody body = ReadBody(outline);
+    const ReadableBody body = ReadBody(outline, goOn);
+    if (goOn && !goOn()) {
+        return {};
+    }
     const QString warnings = WarningLines(FindWarnings({bytes, outline, body, profile}));
     QString text;
     const QString none = QCoreApplication::translate("quellbox", "[The message holds no text.]") + u'\n';
     const QString& shown = body.text.isEmpty() ? none : body.text;
-    for (const QString& section :
-         {warnings, HeadLines(outline.fields, outline.evidence), shown, AttachmentLines(outline), LinkLines(body)}) {
+    const QString cut =
+        outline.isCut ? QCoreApplication::translate("quellbox", "[The rest of this message is not shown.]") + u'\n'
+                      : QString();
+    for (const QString& section : {cut, warnings, HeadLines(outline.fields, outline.evidence), shown,
+                                   AttachmentLines(outline), LinkLines(body)}) {
         if (!section.isEmpty()) {
             text += text.isEmpty() ? section : u'\n' + section;
         }

@@ -54,6 +54,33 @@ QString CleanseLines(QString text) {
     return text;
 }
 
+bool IsLineEnd(QChar character) {
+    const char16_t unit = character.unicode();
+    return (unit >= u'\n' && unit <= u'\r') || unit == 0x85 || unit == 0x2028 || unit == 0x2029;
+}
+
+bool IsUnseen(QChar character) {
+    const char16_t unit = character.unicode();
+    return unit == 0x00AD || unit == 0x034F || unit == 0x061C || unit == 0x180E || (unit >= 0x200B && unit <= 0x200F) ||
+           (unit >= 0x2060 && unit <= 0x2064) || unit == 0x2800 || unit == 0x3164 || unit == 0xFEFF;
+}
+
+QString EscapeBrackets(const QString& text) {
+    const qsizetype brackets = text.count(u'[');
+    if (brackets == 0) {
+        return text;
+    }
+    QString escaped;
+    escaped.reserve(text.size() + brackets);
+    for (const QChar character : text) {
+        if (character == u'[') {
+            escaped += u'\\';
+        }
+        escaped += character;
+    }
+    return escaped;
+}
+
 QString WindowTitle(const QString& text) {
     return CleanseForDisplay(text).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
 }

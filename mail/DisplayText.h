@@ -13,7 +13,16 @@ QString CleanseForDisplay(QString text);
 /// The same for a text of several lines: line ends become LF and stay, as tabs do, and nothing is trimmed.
 QString CleanseLines(QString text);
 
-/// The same for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
+/// Whether a widget or a terminal begins a new line there: LF, VT, FF, CR, NEL, and the separators of Unicode.
+bool IsLineEnd(QChar character);
+
+/// Whether nothing is seen of a character, as of the joiners that fill the preview of a mailbox.
+bool IsUnseen(QChar character);
+
+/// The text of a message with a backslash before each "[", for views in which the program says something in brackets.
+QString EscapeBrackets(const QString& text);
+
+/// A cleansed text for the title of a window, in which the mark "[*]" stands for itself only when it is doubled.
 QString WindowTitle(const QString& text);
 
 /// So many characters of a text are shown at most; an ellipsis stands for the rest.

@@ -37,10 +37,7 @@ HtmlRole RoleOfElement(QByteArrayView element) {
         {"input", Role::Control},    {"base", Role::Base},
         {"style", Role::Style},      {"script", Role::Ignored},
         {"title", Role::Ignored},    {"noframes", Role::Ignored},
-        {"template", Role::Ignored}, {"object", Role::Ignored},
-        {"applet", Role::Ignored},   {"iframe", Role::Ignored},
-        {"svg", Role::Ignored},      {"math", Role::Ignored},
-        {"xml", Role::Ignored}};
+        {"template", Role::Ignored}, {"iframe", Role::Ignored}};
     const auto found = roles.find(std::string_view(element.data(), static_cast<size_t>(element.size())));
     return found == roles.end() ? Role::Inline : found->second;
 }

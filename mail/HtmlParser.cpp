@@ -17,7 +17,10 @@ constexpr qsizetype pieceSize = 4096;
 // compared with all others of its tag; the unit is one such comparison. Real pages stay a hundred times below.
 constexpr qint64 mostWork = 150'000'000;
 constexpr qint64 workOfTag = 50;
-constexpr qint64 workOfEntity = 20;
+constexpr qint64 workOfEntity = 300; // it is looked for in a table, and told as an error where it is not there
+constexpr qint64 workOfNumber = 20;
+constexpr qsizetype longestElement = 100; // the parser does not look further
+constexpr qint64 lettersAUnit = 8;
 // A tag is taken apart when its end has come: that must not be put off for ever.
 constexpr qint64 mostWordsOfTag = 20'000;
 // Around the page, because the parser stops where an outermost element ends.
@@ -98,9 +101,9 @@ void StartParserLibrary() {
 }
 
 /// Blanks out what a browser takes for a comment and the parser for text, as in "<![if !mso]>". What ends a real
-/// comment stays.
+/// comment stays. All that begin before the same ">" end there, so that each is looked for once.
 void RemoveMarkedSections(QByteArray& page) {
-    for (qsizetype at = page.indexOf("<!["); at >= 0; at = page.indexOf("<![", at + 1)) {
+    for (qsizetype at = page.indexOf("<!["); at >= 0;) {
         const qsizetype end = page.indexOf('>', at);
         if (end < 0) {
             return;
@@ -108,17 +111,35 @@ void RemoveMarkedSections(QByteArray& page) {
         if (!QByteArrayView(page).sliced(at, end - at).endsWith("--")) {
             std::fill(page.begin() + at, page.begin() + end + 1, ' ');
         }
+        at = page.indexOf("<![", end);
     }
+}
+
+/// What the tag costs behind whose "<" a text stands: its name is compared with those of the open elements.
+qint64 WorkOfTag(QByteArrayView rest, qint64 depth) {
+    const QByteArrayView start = rest.first(std::min(longestElement, rest.size()));
+    const auto isEnd = [](char c) { return c == '>' || c == '<' || c == ' ' || c == '\n' || c == '\t' || c == '\r'; };
+    const auto length = std::find_if(start.begin(), start.end(), isEnd) - start.begin();
+    return workOfTag + length + depth * (1 + length / lettersAUnit);
+}
+
+qint64 WorkOfReference(QByteArrayView rest) {
+    return rest.startsWith('#') ? workOfNumber : workOfEntity;
 }
 
 /// Adds the work that a piece makes, and says whether there is more of it than a page may make.
 bool IsTooMuch(QByteArrayView piece, ParserRun& run) {
     bool wasBlank = false;
-    for (const char c : piece) {
+    for (qsizetype at = 0; at < piece.size(); ++at) {
+        const char c = piece[at];
         const bool isBlank = c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '/' || c == '"' || c == '\'';
         run.words += isBlank && !wasBlank ? 1 : 0;
         wasBlank = isBlank;
-        run.work += c == '<' ? run.depth + workOfTag : c == '&' ? workOfEntity : 0;
+        if (c == '<') {
+            run.work += WorkOfTag(piece.sliced(at + 1), run.depth);
+        } else if (c == '&') {
+            run.work += WorkOfReference(piece.sliced(at + 1));
+        }
     }
     return run.work > mostWork || run.words > mostWordsOfTag;
 }

@@ -59,15 +59,38 @@ std::optional<CssLength> ReadFontSize(QByteArrayView text) {
     return ReadCssLength(text);
 }
 
-CssBackground ReadBackground(QByteArrayView text) {
-    if (text.contains("url(") || text.contains("gradient")) {
-        return {};
+/// Takes the first word, with what stands in its brackets.
+QByteArrayView TakeWord(QByteArrayView& text) {
+    qsizetype end = 0;
+    for (int depth = 0; end < text.size() && (depth > 0 || text[end] != ' '); ++end) {
+        depth += text[end] == '(' ? 1 : text[end] == ')' ? -1 : 0;
     }
-    if (std::optional<CssColor> color = ReadCssColor(text)) {
-        return {color};
+    const QByteArrayView word = text.first(end);
+    text = text.sliced(end).trimmed();
+    return word;
+}
+
+bool IsEmptyPicture(QByteArrayView word) {
+    return word == "url()" || word == "url('')" || word == "url(\"\")";
+}
+
+/// What a background is; empty where it says nothing. Without a colour it is transparent. What else stands in brackets
+/// is a picture, or a colour in words that are not known.
+std::optional<CssBackground> ReadBackground(QByteArrayView text) {
+    static const QByteArray words = " none transparent initial inherit unset revert repeat no-repeat repeat-x repeat-y "
+                                    "scroll fixed local left right top bottom center cover contain 0 ";
+    CssColor color{0, 0, 0, 0};
+    bool isKnown = false;
+    while (!text.isEmpty()) {
+        const QByteArrayView word = TakeWord(text);
+        const std::optional<CssColor> read = ReadCssColor(word);
+        if (!read && word.contains('(') && !IsEmptyPicture(word)) {
+            return CssBackground{};
+        }
+        color = read.value_or(color);
+        isKnown = isKnown || read || IsEmptyPicture(word) || words.contains(' ' + word.toByteArray() + ' ');
     }
-    const qsizetype blank = text.indexOf(' ');
-    return {blank < 0 ? std::nullopt : ReadCssColor(text.first(blank))};
+    return isKnown ? std::optional(CssBackground{color}) : std::nullopt;
 }
 
 bool IsZero(QByteArrayView text) {
@@ -80,6 +103,13 @@ bool IsFarOutside(QByteArrayView text) {
     return length && !length->isRelative && length->value <= farOutside;
 }
 
+template <class Value>
+void TakeDeclared(std::optional<Value>& into, const std::optional<Value>& from) {
+    if (from) {
+        into = from;
+    }
+}
+
 using Reader = void (*)(HtmlDeclarations&, QByteArrayView);
 
 const QHash<QByteArray, Reader>& Readers() {
@@ -88,6 +118,9 @@ const QHash<QByteArray, Reader>& Readers() {
     };
     static const Reader room = [](HtmlDeclarations& to, QByteArrayView value) {
         to.hasNoRoom = to.hasNoRoom.value_or(false) || IsZero(value);
+    };
+    static const Reader background = [](HtmlDeclarations& to, QByteArrayView value) {
+        TakeDeclared(to.background, ReadBackground(value));
     };
     static const QHash<QByteArray, Reader> readers{
         {"display", [](HtmlDeclarations& to, QByteArrayView value) { to.isDisplayed = value != "none"; }},
@@ -101,12 +134,12 @@ const QHash<QByteArray, Reader>& Readers() {
         {"overflow", [](HtmlDeclarations& to, QByteArrayView value) { to.clips = value == "hidden"; }},
         {"mso-hide", [](HtmlDeclarations& to, QByteArrayView value) { to.hidesInOutlook = value == "all"; }},
         {"font-size", [](HtmlDeclarations& to, QByteArrayView value) { to.fontSize = ReadFontSize(value); }},
-        {"color", [](HtmlDeclarations& to, QByteArrayView value) { to.color = ReadCssColor(value); }},
-        {"background", [](HtmlDeclarations& to, QByteArrayView value) { to.background = ReadBackground(value); }},
-        {"background-color", [](HtmlDeclarations& to, QByteArrayView value) { to.background = ReadBackground(value); }},
+        {"color", [](HtmlDeclarations& to, QByteArrayView value) { TakeDeclared(to.color, ReadCssColor(value)); }},
+        {"background", background},
+        {"background-color", background},
         {"background-image",
          [](HtmlDeclarations& to, QByteArrayView value) {
-             if (value != "none") {
+             if (value.contains('(') && !IsEmptyPicture(value)) {
                  to.background = CssBackground{};
              }
          }},
@@ -147,13 +180,6 @@ void ReadDeclaration(QByteArrayView text, HtmlDeclarations& declared) {
         value = value.first(important).trimmed();
     }
     (*reader)(declared, value);
-}
-
-template <class Value>
-void TakeDeclared(std::optional<Value>& into, const std::optional<Value>& from) {
-    if (from) {
-        into = from;
-    }
 }
 
 bool HidesAll(const HtmlDeclarations& declared) {

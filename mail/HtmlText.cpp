@@ -1,13 +1,16 @@
 #include "mail/HtmlText.h"
 
+#include "mail/DisplayText.h"
 #include "mail/HtmlElements.h"
 #include "mail/HtmlParser.h"
 #include "mail/HtmlStyleSheet.h"
+#include "mail/LinkTarget.h"
+#include "mail/PageBase.h"
 #include "mail/PartContent.h"
 #include "mail/TextFlow.h"
 
 #include <QCoreApplication>
-#include <QUrl>
+#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -18,12 +21,12 @@ namespace {
 
 using Role = HtmlRole;
 
-constexpr qsizetype mostText = 48 * 1024 * 1024;
 constexpr qsizetype mostPieces = 16 * 1024;
 constexpr size_t mostLinks = 10'000;
 constexpr qsizetype mostLinkText = 300;
 constexpr qsizetype mostHiddenText = 1000;
-constexpr qsizetype longestTarget = 8192;
+// Of links that lie there are kept as many again, so that none hides behind many others.
+constexpr size_t mostLyingLinks = 1000;
 
 QByteArrayView AttributeOf(const HtmlAttributes& attributes, QByteArrayView name) {
     const auto found =
@@ -45,6 +48,8 @@ HtmlDeclarations DeclaredByAttributes(QByteArrayView element, const HtmlAttribut
     for (const auto& [name, value] : attributes) {
         if (name == "hidden") {
             declared.isDisplayed = false;
+        } else if (value.trimmed().isEmpty()) {
+            continue;
         } else if (name == "bgcolor") {
             declared.background = CssBackground{ReadCssColor(value.toByteArray().toLower())};
         } else if (name == "background") {
@@ -61,10 +66,22 @@ QString Bracketed(QString text) {
     return text.replace(u'[', u'(').replace(u']', u')');
 }
 
+/// The text with LF for whatever begins a line.
+QString WithLineEnds(QString text) {
+    std::replace_if(text.begin(), text.end(), IsLineEnd, QChar(u'\n'));
+    return text;
+}
+
+/// Whether a link shows another host than it leads to.
+bool Lies(const HtmlLink& link) {
+    const QString shown = HostShownBy(link.text);
+    return !shown.isEmpty() && shown != ReadLinkTarget(link.target).host;
+}
+
 /// Writes what the parser tells into a flow of text.
 class HtmlReader : public HtmlSink {
 public:
-    explicit HtmlReader(LinkNumbers& numbers) : numbers_(numbers) {}
+    HtmlReader(LinkNumbers& numbers, ReadingBudget& budget) : numbers_(numbers), budget_(budget) {}
 
     void Begin(QByteArrayView element, const HtmlAttributes& attributes) override {
         FlushText();
@@ -82,7 +99,7 @@ public:
         const Open open = open_.back();
         open_.pop_back();
         if (open.role == Role::Style) {
-            sheet_.Add(std::exchange(css_, {}));
+            AddSheet();
         }
         if (!Top().isIgnored) {
             EndRole(open);
@@ -90,8 +107,8 @@ public:
     }
 
     void Text(QByteArrayView utf8) override {
-        if (Top().role == Role::Style) {
-            css_.append(utf8);
+        if (Top().role == Role::Style && !isSheetWhole_) {
+            css_.append(Short(utf8, budget_.sheet - css_.size()));
         }
         if (!Top().isIgnored) {
             // The parser tells each entity by itself, and each stray "<".
@@ -102,11 +119,23 @@ public:
         }
     }
 
-    bool IsFull() const override { return flow_.Size() > mostText; }
+    bool IsFull() const override { return flow_.Size() > budget_.text || (budget_.goOn && !budget_.goOn()); }
+
+    /// Whether a style element came when there was text already, which it may hide.
+    bool HasLateSheet() const { return hasLateSheet_; }
+
+    /// Reads with the sheet of one that has read the same page before, in place of the own one.
+    void UseSheetOf(HtmlReader& other) {
+        sheet_ = std::move(other.sheet_);
+        isSheetWhole_ = true;
+    }
 
     HtmlText Finish(bool isWhole) {
         FlushText();
         FlushHidden();
+        for (; open_.size() > 1; open_.pop_back()) { // in a page that was cut
+            EndLink(open_.back());
+        }
         return {flow_.Take(), std::move(links_), !isWhole};
     }
 
@@ -115,7 +144,12 @@ private:
         HtmlRole role = Role::Block;
         bool isIgnored = false;
         HtmlLook look = {};
-        qsizetype link = -1; // of the list of links; -1 for what is none
+        bool isLink = false;
+    };
+
+    struct OpenLink {
+        HtmlLink link;
+        bool hasContent = false; // something to click on
     };
 
     const Open& Top() const { return open_.back(); }
@@ -133,38 +167,56 @@ private:
         return Top().look.Inside(declared);
     }
 
+    void AddSheet() {
+        if (!css_.isEmpty()) {
+            hasLateSheet_ = hasLateSheet_ || flow_.Size() > 0 || !hidden_.isEmpty();
+            budget_.sheet -= css_.size();
+            sheet_.Add(std::exchange(css_, {}));
+        }
+    }
+
     void FlushText() {
         if (!pieces_.isEmpty()) {
-            AddText(QString::fromUtf8(pieces_));
+            AddText(WithLineEnds(QString::fromUtf8(pieces_)));
             pieces_.truncate(0);
         }
     }
 
     void AddText(const QString& text) {
+        if (!openLinks_.empty() && !openLinks_.back().hasContent) {
+            openLinks_.back().hasContent = !text.trimmed().isEmpty();
+        }
         if (!Top().look.ShowsText()) {
-            if (hidden_.size() < mostHiddenText) {
-                hidden_ += text;
-            }
+            AddHidden(text);
             return;
         }
         if (!hidden_.isEmpty() && !text.trimmed().isEmpty()) {
             FlushHidden();
         }
-        if (innermostLink_ >= 0) {
-            QString& linkText = links_[static_cast<size_t>(innermostLink_)].text;
+        if (!openLinks_.empty()) {
+            QString& linkText = openLinks_.back().link.text;
             linkText += QStringView(text).left(std::max<qsizetype>(0, mostLinkText - linkText.size()));
         }
-        flow_.Add(text, Top().look.keepsBlanks);
+        flow_.Add(EscapeBrackets(text), Top().look.keepsBlanks);
     }
 
-    /// What was hidden up to here stands there as one mark, without what only fills the preview of a mailbox.
+    /// Without what only fills the preview of a mailbox, which would leave no room for what is really hidden.
+    void AddHidden(const QString& text) {
+        for (const QChar character : text) {
+            if (hidden_.size() > mostHiddenText) {
+                return;
+            }
+            if (!character.isSpace() && !IsUnseen(character)) {
+                hidden_ += character;
+            } else if (character.isSpace() && !hidden_.endsWith(u' ')) {
+                hidden_ += u' ';
+            }
+        }
+    }
+
+    /// What was hidden up to here stands there as one mark.
     void FlushHidden() {
-        QString hidden = std::exchange(hidden_, {});
-        hidden.removeIf([](QChar character) {
-            const char16_t unit = character.unicode();
-            return unit == 0x00AD || unit == 0x034F || (unit >= 0x200B && unit <= 0x200F) || unit == 0xFEFF;
-        });
-        hidden = hidden.simplified();
+        QString hidden = std::exchange(hidden_, {}).trimmed();
         if (hidden.isEmpty()) {
             return;
         }
@@ -199,11 +251,11 @@ private:
             flow_.BeginCell();
             break;
         default:
-            BeginOther(attributes);
+            BeginOther(element, attributes);
         }
     }
 
-    void BeginOther(const HtmlAttributes& attributes) {
+    void BeginOther(QByteArrayView element, const HtmlAttributes& attributes) {
         switch (Top().role) {
         case Role::LineBreak:
             flow_.BreakLine();
@@ -214,11 +266,11 @@ private:
             flow_.EndLine();
             break;
         case Role::Link:
-            BeginLink(attributes, "href");
+            BeginLink(attributes, HasAttribute(attributes, "href") ? "href" : "xlink:href", element != "a");
             break;
         case Role::Form:
             flow_.EndLine();
-            BeginLink(attributes, "action");
+            BeginLink(attributes, "action", true);
             break;
         case Role::Picture:
             AddPicture(attributes);
@@ -227,7 +279,9 @@ private:
             AddControl(attributes);
             break;
         case Role::Base:
-            base_ = QUrl(QString::fromUtf8(Short(AttributeOf(attributes, "href"), longestTarget)));
+            if (HasAttribute(attributes, "href")) {
+                base_.Set(AttributeOf(attributes, "href"));
+            }
             break;
         default:
             EndRole(Top());
@@ -268,39 +322,34 @@ private:
         }
     }
 
-    QString TargetOf(QByteArrayView value) const {
-        value = value.trimmed();
-        if (value.isEmpty() || value.startsWith('#')) {
-            return {};
+    void BeginLink(const HtmlAttributes& attributes, QByteArrayView attribute, bool hasContent) {
+        const QString target = base_.Resolve(AttributeOf(attributes, attribute));
+        if (!target.isEmpty()) {
+            open_.back().isLink = true;
+            openLinks_.push_back({{.text = {}, .target = target}, hasContent});
         }
-        // A browser passes over line ends and tabs in an address.
-        QString target = QString::fromUtf8(Short(value, longestTarget));
-        target.removeIf([](QChar character) { return character == u'\n' || character == u'\r' || character == u'\t'; });
-        const bool isRelative = base_.isValid() && !base_.isEmpty() && QUrl(target).isRelative();
-        return isRelative ? base_.resolved(QUrl(target)).toString() : target;
-    }
-
-    void BeginLink(const HtmlAttributes& attributes, QByteArrayView attribute) {
-        const QString target = TargetOf(AttributeOf(attributes, attribute));
-        if (target.isEmpty() || links_.size() >= mostLinks) {
-            return;
-        }
-        open_.back().link = static_cast<qsizetype>(links_.size());
-        links_.push_back({{}, target, numbers_.NumberOf(target)});
-        outerLinks_.push_back(std::exchange(innermostLink_, open_.back().link));
     }
 
     void EndLink(const Open& open) {
-        if (open.link < 0) {
+        if (!open.isLink) {
             return;
         }
-        innermostLink_ = outerLinks_.back();
-        outerLinks_.pop_back();
-        HtmlLink& link = links_[static_cast<size_t>(open.link)];
-        link.text = link.text.simplified();
-        if (!open.look.ShowsPictures()) {
-            return; // its place is in the list all the same
+        OpenLink ended = std::move(openLinks_.back());
+        openLinks_.pop_back();
+        if (!ended.hasContent) {
+            return; // there is nothing to click on
         }
+        HtmlLink& link = ended.link;
+        link.text = link.text.simplified();
+        link.number = numbers_.NumberOf(link.target);
+        link.isMarked = open.look.ShowsPictures();
+        if (link.isMarked) {
+            AddLinkMark(open, link);
+        }
+        Keep(std::move(link));
+    }
+
+    void AddLinkMark(const Open& open, const HtmlLink& link) {
         if (open.role == Role::Form) {
             flow_.EndLine();
             flow_.AddMark(QCoreApplication::translate("quellbox", "[a form that is sent to %1]").arg(Mark(link)));
@@ -311,11 +360,27 @@ private:
         }
     }
 
+    /// Adds a link to the list, unless it is there.
+    void Keep(HtmlLink link) {
+        const bool hasRoom = links_.size() < mostLinks || (links_.size() < mostLinks + mostLyingLinks && Lies(link));
+        if (!hasRoom) {
+            return;
+        }
+        const auto key = std::make_pair(link.isMarked ? link.target : u'\n' + link.target, link.text);
+        if (!kept_.contains(key)) {
+            kept_.insert(key);
+            links_.push_back(std::move(link));
+        }
+    }
+
     static QString Mark(const HtmlLink& link) {
         return link.number == 0 ? QStringLiteral("[?]") : QStringLiteral("[%1]").arg(link.number);
     }
 
     void AddPicture(const HtmlAttributes& attributes) {
+        if (!openLinks_.empty()) {
+            openLinks_.back().hasContent = true;
+        }
         const QString text = QString::fromUtf8(Short(AttributeOf(attributes, "alt"), 1000)).simplified();
         if (!Top().look.ShowsPictures() || text.isEmpty()) {
             return;
@@ -336,21 +401,27 @@ private:
         }
         const QString text = QString::fromUtf8(Short(AttributeOf(attributes, "value"), 1000)).simplified();
         if (!text.isEmpty()) {
-            flow_.AddMark(QStringLiteral("[%1]").arg(Bracketed(text)));
+            const bool isButton = type == "submit" || type == "button" || type == "reset";
+            const QString mark = isButton ? QCoreApplication::translate("quellbox", "[button: %1]")
+                                          : QCoreApplication::translate("quellbox", "[field: %1]");
+            flow_.AddMark(mark.arg(Bracketed(text)));
         }
     }
 
     LinkNumbers& numbers_;
+    ReadingBudget& budget_;
     TextFlow flow_;
     HtmlStyleSheet sheet_;
+    bool hasLateSheet_ = false;
+    bool isSheetWhole_ = false; // it is that of the whole page
     std::vector<HtmlLink> links_;
-    std::vector<Open> open_{Open{}};    // the elements that are open, below them the page itself
-    std::vector<qsizetype> outerLinks_; // around the innermost one
-    qsizetype innermostLink_ = -1;
-    QByteArray pieces_; // of text, not yet in the flow
-    QByteArray css_;    // of the style element that is open
-    QString hidden_;    // not yet in the flow
-    QUrl base_;
+    QSet<std::pair<QString, QString>> kept_; // of links_: where they lead, and what they show
+    std::vector<Open> open_{Open{}};         // the elements that are open, below them the page itself
+    std::vector<OpenLink> openLinks_;        // the innermost one behind
+    QByteArray pieces_;                      // of text, not yet in the flow
+    QByteArray css_;                         // of the style element that is open
+    QString hidden_;                         // not yet in the flow
+    PageBase base_;
 };
 
 /// The character set that a page declares itself at its beginning; empty where it does not.
@@ -384,6 +455,7 @@ int LinkNumbers::NumberOf(const QString& target) {
         return *found;
     }
     if (targets_.size() >= static_cast<qsizetype>(mostLinks)) {
+        areMissing_ = true;
         return 0;
     }
     targets_.append(target);
@@ -403,9 +475,22 @@ QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset, const Char
 
 HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers,
                   const CharsetEvidence& evidence) {
-    HtmlReader reader(numbers);
-    const bool isWhole = ParseHtml(PageAsUtf8(page, charset, evidence), reader);
-    return reader.Finish(isWhole);
+    ReadingBudget budget;
+    return ReadHtml(page, charset, numbers, evidence, budget);
+}
+
+HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers, const CharsetEvidence& evidence,
+                  ReadingBudget& budget) {
+    HtmlReader reader(numbers, budget);
+    const QByteArray utf8 = PageAsUtf8(page, charset, evidence);
+    const bool isWhole = ParseHtml(utf8, reader);
+    if (!reader.HasLateSheet()) {
+        return reader.Finish(isWhole);
+    }
+    HtmlReader again(numbers, budget);
+    again.UseSheetOf(reader);
+    const bool isWholeAgain = ParseHtml(utf8, again);
+    return again.Finish(isWholeAgain);
 }
 
 } // namespace quellbox

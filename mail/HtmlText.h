@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
 namespace quellbox {
@@ -19,22 +20,37 @@ public:
 
     const QStringList& Targets() const { return targets_; }
 
+    /// Whether there were places without a number.
+    bool AreMissing() const { return areMissing_; }
+
 private:
     QStringList targets_;
     QHash<QString, int> numbers_;
+    bool areMissing_ = false;
+};
+
+/// What the texts of one message may come to, all of them together: many parts are to cost no more than one.
+struct ReadingBudget {
+    qsizetype text = 48 * 1024 * 1024; ///< UTF-16 units that may still be written
+    qsizetype sheet = 512 * 1024;      ///< bytes of style sheets that may still be read
+    std::function<bool()> goOn = {};   ///< asked now and then; nobody waits any more for the text when it says no
+
+    /// Whether the reading has to end here.
+    bool IsSpent() const { return text <= 0 || (goOn && !goOn()); }
 };
 
 /// A link of a page.
 struct HtmlLink {
-    QString text;   ///< what is to be seen of it, its beginning
-    QString target; ///< where it leads
-    int number = 0; ///< see LinkNumbers
+    QString text;          ///< what is to be seen of it, its beginning
+    QString target;        ///< where it leads
+    int number = 0;        ///< see LinkNumbers
+    bool isMarked = false; ///< its number stands in the text
 };
 
 /// What a page says to a reader.
 struct HtmlText {
     QString text;                ///< with LF line ends
-    std::vector<HtmlLink> links; ///< in their order; no more than 10,000
+    std::vector<HtmlLink> links; ///< in their order, each once; some thousands at most, those that lie among the last
     bool isCut = false;          ///< the rest of the page was beyond the bounds
 };
 
@@ -46,6 +62,11 @@ struct HtmlText {
 /// not cleansed.
 HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers,
                   const CharsetEvidence& evidence = CharsetEvidence());
+
+/// The same for one of several pages, within the budget of the message. The caller takes from it what the text needs;
+/// the style sheets are counted here.
+HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers, const CharsetEvidence& evidence,
+                  ReadingBudget& budget);
 
 /// The page as UTF-8, decoded by the declared character set, or by that which it declares itself.
 QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset,

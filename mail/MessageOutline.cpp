@@ -41,6 +41,15 @@ bool IsBlankText(QByteArrayView text) {
     return text.trimmed().isEmpty();
 }
 
+/// Bytes of an object as it stands in the message.
+qint64 SizeOf(GMimeObject* object) {
+    GMimeStream* counter = g_mime_stream_null_new();
+    g_mime_object_write_to_stream(object, nullptr, counter);
+    const qint64 size = g_mime_stream_tell(counter);
+    g_object_unref(counter);
+    return size;
+}
+
 /// Walks through the parts, depth first. Recursion is bounded by kMaximumDepth.
 class OutlineBuilder {
 public:
@@ -68,7 +77,7 @@ private:
     void AddMultipart(GMimeMultipart* multipart, int level, int depth) {
         const size_t first = outline_.parts.size();
         const int count = g_mime_multipart_get_count(multipart);
-        for (int i = 0; i < count && !outline_.isCut; ++i) {
+        for (int i = 0; i < count; ++i) {
             Add(g_mime_multipart_get_part(multipart, i), level, depth + 1, false);
         }
         const char* prologue = g_mime_multipart_get_prologue(multipart);
@@ -99,7 +108,10 @@ private:
         GMimeMessage* message = g_mime_message_part_get_message(part);
         if (message == nullptr || level >= kMaximumAttachedLevels) {
             const QString name = DeclaredFileName(GMIME_OBJECT(part));
-            outline_.parts.push_back({.level = level, .type = TypeOf(GMIME_OBJECT(part)), .fileName = name});
+            outline_.parts.push_back({.level = level,
+                                      .type = TypeOf(GMIME_OBJECT(part)),
+                                      .fileName = name,
+                                      .size = message == nullptr ? 0 : SizeOf(GMIME_OBJECT(message))});
             return;
         }
         outline_.parts.push_back(
@@ -113,16 +125,28 @@ private:
         part.content = PartBytes(leaf);
         part.size = part.content.size();
         const bool isText = part.type == "text/plain" || part.type == "text/html";
-        const bool isInline = !IsDeclaredAttachment(object) && (isOnly || part.fileName.isEmpty());
-        if (isText && isInline) {
-            part.kind = part.type == "text/html" ? PartKind::Html : PartKind::Plain;
-            part.charset = g_mime_object_get_content_type_parameter(object, "charset");
-            AddText(std::move(part));
+        const bool isListed = !isOnly && !part.fileName.isEmpty();
+        if (isText && !IsDeclaredAttachment(object)) {
+            OutlinePart listed = part;
+            AddText(ReadableOf(object, std::move(part)));
+            if (isListed) {
+                AddAttachment(std::move(listed));
+            }
         } else if (part.size > 0 || !part.fileName.isEmpty()) {
-            part.content.truncate(keptOfAttachment);
-            part.content.squeeze();
-            outline_.parts.push_back(std::move(part));
+            AddAttachment(std::move(part));
         }
+    }
+
+    static OutlinePart ReadableOf(GMimeObject* object, OutlinePart part) {
+        part.kind = part.type == "text/html" ? PartKind::Html : PartKind::Plain;
+        part.charset = g_mime_object_get_content_type_parameter(object, "charset");
+        return part;
+    }
+
+    void AddAttachment(OutlinePart part) {
+        part.content = part.content.first(std::min(keptOfAttachment, part.content.size()));
+        part.content.squeeze();
+        outline_.parts.push_back(std::move(part));
     }
 
     void AddText(OutlinePart part) {

@@ -29,7 +29,7 @@ struct OutlinePart {
         Head,      ///< an attached message begins; its pieces follow with a higher level
         Plain,     ///< text that is shown as it is
         Html,      ///< text that has to be made from HTML
-        Attachment ///< anything else
+        Attachment ///< anything else, and once more a text that has a name, for it can be saved and opened
     };
 
     Kind kind = Kind::Attachment;

@@ -1,5 +1,7 @@
 #include "mail/TextFlow.h"
 
+#include "mail/DisplayText.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -25,12 +27,9 @@ bool IsPageBlank(QChar character) {
 }
 
 /// Whether nothing of a word is seen: it fills the preview of a mailbox, say.
-bool IsUnseen(QStringView word) {
-    return std::all_of(word.begin(), word.end(), [](QChar character) {
-        const char16_t unit = character.unicode();
-        return unit == 0x00AD || unit == 0x034F || (unit >= 0x200B && unit <= 0x200F) || unit == 0x2060 ||
-               unit == 0x3000 || unit == 0xFEFF;
-    });
+bool IsUnseenWord(QStringView word) {
+    return std::all_of(word.begin(), word.end(),
+                       [](QChar character) { return character == QChar(0x3000) || IsUnseen(character); });
 }
 
 } // namespace
@@ -78,7 +77,7 @@ void TextFlow::AddPreformatted(QStringView text) {
 }
 
 void TextFlow::AddWord(QStringView word) {
-    if (IsUnseen(word)) {
+    if (IsUnseenWord(word)) {
         return;
     }
     OpenLine();

@@ -2250,6 +2250,26 @@
         <source>Warnings</source>
         <translation>Warnungen</translation>
     </message>
+    <message>
+        <source>[button: %1]</source>
+        <translation>[Schaltfläche: %1]</translation>
+    </message>
+    <message>
+        <source>[field: %1]</source>
+        <translation>[Feld: %1]</translation>
+    </message>
+    <message>
+        <source>%1 - shown as: %2</source>
+        <translation>%1 - angezeigt als: %2</translation>
+    </message>
+    <message>
+        <source>[Further links are not listed. Behind them stands [?].]</source>
+        <translation>[Weitere Links sind nicht aufgeführt. Hinter ihnen steht [?].]</translation>
+    </message>
+    <message>
+        <source>[The rest of this message is not shown.]</source>
+        <translation>[Der Rest dieser Nachricht wird nicht angezeigt.]</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

@@ -50,7 +50,9 @@ protected:
         return RunUntil([this] { return !loader->IsBusy(); });
     }
 
-    void Load(const QString& path) { loader->Load({path, true, true, true}, Note()); }
+    void Load(const QString& path) {
+        loader->Load({.path = path, .ifExists = true, .text = true, .structure = true}, Note());
+    }
 
     std::vector<Kind> Kinds() const {
         std::vector<Kind> kinds;

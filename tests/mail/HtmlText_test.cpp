@@ -81,11 +81,54 @@ TEST(HtmlText, ResolvesLinksAgainstTheBaseOfThePage) {
               QStringList({QStringLiteral("http://evil.example/x/y?z"), QStringLiteral("mailto:a@b.example")}));
 }
 
+TEST(HtmlText, ResolvesLinksAsBrowsersDo) {
+    struct BaseCase {
+        const char* base;
+        const char* link;
+        const char* place;
+    };
+    for (const BaseCase& each :
+         std::initializer_list<BaseCase>{{"https://bank.de/", "\\\\evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "/\\evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "///evil.net/x", "https://evil.net/x"},
+                                         {"https://bank.de/", "https:\\\\evil.net", "https://evil.net"},
+                                         {"https://bank.de/", "https:x", "https://bank.de/x"},
+                                         {"https://bank.de/", "http:evil.net", "http:evil.net"},
+                                         {"https://bank.de/a/b?c/d#e", "x", "https://bank.de/a/x"},
+                                         {"https://bank.de/a/b?c", "?x", "https://bank.de/a/b?x"},
+                                         {"https://bank.de/a/b", "/x", "https://bank.de/x"},
+                                         {"https://bank.de", "x", "https://bank.de/x"},
+                                         {"HTTPS:\\\\evil.net\\a\\b", "x", "https://evil.net/a/x"},
+                                         {"//evil.net/a", "x", "//evil.net/x"},
+                                         {"data:text/html,x", "y", "y"},
+                                         {"nothing", "y", "y"}}) {
+        LinkNumbers numbers;
+        ReadHtml(QByteArray("<base target=x><base href='") + each.base +
+                     "'><base href='https://second.example'><a href='" + each.link + "'>l</a>",
+                 "", numbers);
+        EXPECT_EQ(numbers.Targets(), QStringList(QString::fromLatin1(each.place))) << each.base << " " << each.link;
+    }
+}
+
+TEST(HtmlText, NumbersOnlyWhatCanBeClickedOn) {
+    LinkNumbers numbers;
+    ReadHtml("<a href=a></a><a href=b> </a><a href=c><img src=x></a><a href=d style='display:none'>t</a><map><area "
+             "href=e></map>",
+             "", numbers);
+    EXPECT_EQ(numbers.Targets(), QStringList({QStringLiteral("c"), QStringLiteral("d"), QStringLiteral("e")}));
+}
+
+TEST(HtmlText, ShowsWhatStandsInForAnObject) {
+    ExpectTexts({{"<object data=x>a <a href=l>b</a></object>", "a b [1]\n"},
+                 {"<applet>a</applet><xml>b</xml><math>c</math>", "abc\n"},
+                 {"<svg><title>t</title><a xlink:href=l><text>d</text></a></svg>", "d [1]\n"}});
+}
+
 TEST(HtmlText, ShowsWhatPicturesAndFormsSay) {
     ExpectTexts({{"<img alt='A [cat]'><img src=x><img alt=''>", "[picture: A (cat)]\n"},
                  {"<a href=x><img alt=Buy></a>", "[picture: Buy] [1]\n"},
                  {"<form action=http://x.example><input type=password><input type=submit value=Go></form>",
-                  "[a field for a password] [Go]\n[a form that is sent to [1]]\n"}});
+                  "[a field for a password] [button: Go]\n[a form that is sent to [1]]\n"}});
 }
 
 TEST(HtmlText, DropsScriptsStylesAndComments) {
@@ -123,6 +166,8 @@ TEST(HtmlText, MarksWhatAPageHides) {
     ExpectTexts({{"a <p hidden>secret</p> b", "a\n\n[hidden text: secret] b\n"},
                  {"<body bgcolor=black text=white><font color='#000000'>x]y</font> z", "[hidden text: x)y] z\n"},
                  {"<div style='display:none'><p style='display:block'>s</p></div>", "[hidden text: s]\n"}});
+    EXPECT_EQ(TextOf("<p style='display:none'>" + QByteArray("&zwnj;&nbsp;&#8203; ").repeated(1000) + "secret</p>"),
+              QStringLiteral("[hidden text: secret]\n"));
 }
 
 TEST(HtmlText, DoesNotMarkWhatCanBeRead) {
@@ -147,9 +192,62 @@ TEST(HtmlText, FollowsSimpleRulesOfAStyleSheet) {
     EXPECT_EQ(textOf("<b>s</b>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<p class=white>s</p>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<i class=white>s</i>"), QStringLiteral("s\n"));
-    EXPECT_EQ(textOf("<i class=seen>s</i>"), QStringLiteral("s\n"));
+    EXPECT_EQ(textOf("<i class=seen>s</i>"), QStringLiteral("[hidden text: s]\n"));
     EXPECT_EQ(textOf("<b style='font-size:12px'>s</b>"), QStringLiteral("s\n"));
     EXPECT_EQ(textOf("<table class=dark><tr><td style='color:white'>s</table>"), QStringLiteral("s\n"));
+}
+
+TEST(HtmlText, FollowsFurtherRulesOfAStyleSheet) {
+    const auto textOf = [](const QByteArray& sheet, const QByteArray& page) {
+        return TextOf("<style>" + sheet + "</style>" + page);
+    };
+    const QString hidden = QStringLiteral("[hidden text: s]\n");
+    const QString seen = QStringLiteral("s\n");
+    EXPECT_EQ(textOf("* {color:white}", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("*.g {color:white}", "<i class=g>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media all { i {display:none} }", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media print, only screen { i {display:none} }", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("@media print { i {display:none} }", "<i>s</i>"), seen);
+    EXPECT_EQ(textOf("@media screen and (max-width:600px) { i {display:none} }", "<i>s</i>"), seen);
+    EXPECT_EQ(textOf("i.a.b {display:none}", "<i class='b c a'>s</i>"), hidden);
+    EXPECT_EQ(textOf("i.a.b {display:none}", "<i class='b c'>s</i>"), seen);
+    EXPECT_EQ(textOf("i#x.b {display:none}", "<i id=x class=b>s</i>"), hidden);
+    EXPECT_EQ(textOf("html body i {display:none}", "<i>s</i>"), hidden);
+    EXPECT_EQ(textOf("div i {color:black}", "<i style='color:white'>s</i>"), hidden);
+    EXPECT_EQ(textOf("div i {background:url(x)}", "<i style='color:white'>s</i>"), seen);
+    EXPECT_EQ(textOf("div i {background:black}", "<i style='color:white'>s</i>"), seen);
+}
+
+TEST(HtmlText, FollowsAStyleSheetBehindTheText) {
+    LinkNumbers numbers;
+    const HtmlText page = ReadHtml("<a href=l>t</a> <i class=g>s</i><style>.g {display:none}</style>", "", numbers);
+    EXPECT_EQ(page.text, QStringLiteral("t [1] [hidden text: s]\n"));
+    EXPECT_EQ(page.links.size(), 1U);
+}
+
+TEST(HtmlText, KnowsTheBackgroundWhereNoneIsDeclared) {
+    const QString hidden = QStringLiteral("[hidden text: s]\n");
+    EXPECT_EQ(TextOf("<body background=''><font color=white>s"), hidden);
+    EXPECT_EQ(TextOf("<body background=' ' bgcolor=''><font color=white>s"), hidden);
+    EXPECT_EQ(TextOf("<body background=x.png><font color=white>s"), QStringLiteral("s\n"));
+    for (const char* style :
+         {"background:none", "background:transparent", "background-image:none", "background:url()",
+          "background:nonsense", "background:white none", "background-image:url()", "color:white;color:nonsense"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:white;") + style + "'>s"), hidden) << style;
+    }
+}
+
+TEST(HtmlText, ReadsColorsInAllTheirForms) {
+    for (const char* color :
+         {"#fffa", "#ffff", "hsl(0, 0%, 100%)", "hsla(120deg 100% 99% / 1)", "hsl(0,0%,0%,0)", "#0000",
+          "lightgoldenrodyellow;background:#fafad2", "oldlace;background:#fdf5e6", "hsl(120,100%,50%);background:lime",
+          "hsl(-120,100%,50%);background:blue", "hsl(0.5turn,100%,50%);background:aqua", "rebeccapurple;color:#fff"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:") + color + "'>s"), QStringLiteral("[hidden text: s]\n"))
+            << color;
+    }
+    for (const char* color : {"#000f", "hsl(240,100%,50%)", "hsl(0)", "papayawhip;background:#000"}) {
+        EXPECT_EQ(TextOf(QByteArray("<p style='color:") + color + "'>s"), QStringLiteral("s\n")) << color;
+    }
 }
 
 TEST(HtmlText, DecodesByTheDeclaredCharacterSetOrThePageItself) {
@@ -193,6 +291,19 @@ TEST(HtmlText, CutsWhatWouldTakeTooLong) {
         attributes += "a" + QByteArray::number(i) + "=1 ";
     }
     EXPECT_TRUE(ReadHtml(attributes + ">x", "", numbers).isCut);
+    const QByteArray longName(90, 'n');
+    EXPECT_TRUE(
+        ReadHtml(("<" + longName + ">").repeated(5'000) + ("</" + longName + "x>").repeated(20'000), "", numbers)
+            .isCut);
+    EXPECT_TRUE(ReadHtml(QByteArray("&bogus ").repeated(1'000'000), "", numbers).isCut);
+}
+
+TEST(HtmlText, PassesOverSectionsAndRulesInTimeThatGrowsWithThem) {
+    EXPECT_EQ(TextOf("a" + QByteArray("<![").repeated(2'000'000) + "-->b").count(QLatin1Char('a')), 1);
+    EXPECT_EQ(TextOf("<style>" + QByteArray("@a;").repeated(100'000) + QByteArray(200'000, ' ') + "{</style>b"),
+              QStringLiteral("b\n"));
+    EXPECT_EQ(TextOf("<style>@import 'x'; @charset 'y'; .g {display:none}</style><i class=g>b</i>"),
+              QStringLiteral("[hidden text: b]\n"));
 }
 
 TEST(HtmlText, ReadsAMillionTagsAndALongText) {
