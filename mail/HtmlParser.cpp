@@ -15,9 +15,9 @@ namespace {
 constexpr qsizetype pieceSize = 4096;
 // What the work of a page may be. For an end tag the parser may search all elements that are open, and an attribute is
 // compared with all others of its tag; the unit is one such comparison. Real pages stay a hundred times below.
-constexpr qint64 mostWork = 150'000'000;
+constexpr qint64 mostWork = 200'000'000;
 constexpr qint64 workOfTag = 50;
-constexpr qint64 workOfEntity = 300; // it is looked for in a table, and told as an error where it is not there
+constexpr qint64 workOfEntity = 150; // it is looked for in a table, and told as an error where it is not there
 constexpr qint64 workOfNumber = 20;
 constexpr qsizetype longestElement = 100; // the parser does not look further
 constexpr qint64 lettersAUnit = 8;
