@@ -101,8 +101,11 @@ TEST(ReadableText, SaysThatPartsAreMissingAndListsThoseBehindThem) {
 TEST(ReadableText, ATextWithANameIsShownAndListed) {
     const QByteArray head =
         "Subject: s\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n";
-    EXPECT_EQ(Readable(head + "Content-Type: text/html; name=a.html\r\n\r\n<p>seen</p>\r\n--b--\r\n"),
-              QStringLiteral("Subject: s\n\n  seen\n\nAttachments:\n- a.html (text/html, 11 bytes)\n"));
+    EXPECT_EQ(Readable(head + "Content-Type: text/plain; name=a.txt\r\n\r\nseen\r\n--b--\r\n"),
+              QStringLiteral("Subject: s\n\n  seen\n\nAttachments:\n- a.txt (text/plain, 4 bytes)\n"));
+    const QString page = Readable(head + "Content-Type: text/html; name=a.html\r\n\r\n<p>seen</p>\r\n--b--\r\n");
+    EXPECT_TRUE(page.contains(QStringLiteral("\n  seen\n"))) << page.toStdString();
+    EXPECT_TRUE(page.startsWith(QStringLiteral("! "))) << "a page runs when it is opened";
     EXPECT_FALSE(Readable(head + "Content-Type: text/plain; name=a.txt\r\nContent-Disposition: attachment\r\n\r\n"
                                  "kept\r\n--b--\r\n")
                      .contains(QStringLiteral("kept")));
