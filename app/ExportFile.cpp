@@ -26,7 +26,7 @@ bool HasKnownEnding(const QString& name, const std::vector<ExportForm>& forms) {
 
 /// The name that was chosen, with the ending of the chosen form where none was typed.
 QString ChosenFile(const QFileDialog& dialog, const std::vector<ExportForm>& forms) {
-    const QString name = dialog.selectedFiles().value(0);
+    QString name = dialog.selectedFiles().value(0);
     if (name.isEmpty() || HasKnownEnding(name, forms)) {
         return name;
     }

@@ -62,13 +62,33 @@ struct ShownTexts {
     QStringList warnings;
 };
 
+/// A column of its own holds nothing of the program's that the text would have to be told from, so that the text is
+/// there as it was written.
+QString WithoutMargin(QStringView text) {
+    QString plain;
+    plain.reserve(text.size());
+    for (QStringView line : text.tokenize(u'\n')) {
+        for (; line.startsWith(QLatin1String("| ")); line = line.sliced(2)) {
+            plain += line.first(2);
+        }
+        line = line.startsWith(QLatin1String("  ")) ? line.sliced(2) : line;
+        for (qsizetype at = 0; at < line.size(); ++at) {
+            const bool isEscape = line[at] == u'\\' && line.sliced(at).startsWith(QLatin1String("\\["));
+            plain += isEscape ? line[++at] : line[at];
+        }
+        plain += u'\n';
+    }
+    plain.chop(1);
+    return plain;
+}
+
 ShownTexts ReadTexts(const QByteArray& bytes, const ServerProfile& profile) {
     MessageOutline outline;
     if (ReadOutline(bytes, outline) != LoadError::None) {
         return {};
     }
     const ReadableBody body = ReadBody(outline);
-    ShownTexts texts{CleanseLines(body.text), {}};
+    ShownTexts texts{WithoutMargin(CleanseLines(body.text)), {}};
     for (const MessageWarning& warning : FindWarnings({bytes, outline, body, profile})) {
         texts.warnings.append(warning.text);
     }

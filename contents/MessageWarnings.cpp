@@ -41,7 +41,7 @@ QString OtherHostShownBy(const QString& text, const QString& host) {
     int looked = 0;
     for (const QString& word : ShownWords(text)) {
         const bool mayBeHost = word.contains(u'.') && ++looked <= mostWords;
-        const QString shown = mayBeHost ? HostShownBy(word) : QString();
+        QString shown = mayBeHost ? HostShownBy(word) : QString();
         if (!shown.isEmpty() && !AreOfOneOrganization(shown, host)) {
             return shown;
         }

@@ -126,6 +126,7 @@ QString CanBeUndone() {
 /// The most frequent first; equal ones stay in the order of their names.
 std::vector<UnblockedSender> ByCount(const std::map<QString, UnblockedSender>& senders) {
     std::vector<UnblockedSender> sorted;
+    sorted.reserve(senders.size());
     for (const auto& [name, sender] : senders) {
         sorted.push_back(sender);
     }

@@ -57,7 +57,7 @@ QString HostShownBy(const QString& text) {
     if (shown.contains(u' ') || shown.contains(u'@') || IsKnownAsNoDomain(shown)) {
         return {};
     }
-    const QString host = ReadLinkTarget(shown).host;
+    QString host = ReadLinkTarget(shown).host;
     if (!host.isEmpty()) {
         return host;
     }

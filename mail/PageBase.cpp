@@ -67,7 +67,7 @@ void PageBase::Set(QByteArrayView href) {
 }
 
 QString PageBase::Resolve(QByteArrayView value) const {
-    const QString target = AddressOf(value, longestTarget);
+    QString target = AddressOf(value, longestTarget);
     if (target.startsWith(u'#')) {
         return {};
     }

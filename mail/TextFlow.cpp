@@ -89,9 +89,9 @@ void TextFlow::AddWord(QStringView word) {
     isEmpty_ = false;
 }
 
-void TextFlow::AddMark(const QString& mark) {
+void TextFlow::AddMark(const QString& text) {
     wantsSpace_ = true;
-    AddWord(mark);
+    AddWord(text);
 }
 
 /// Makes up for what was put off until there is a text.

@@ -14,7 +14,7 @@ public:
     void Add(QStringView text, bool keepsBlanks = false);
 
     /// Adds a word that stands for something, such as "[1]", with a space before it where text stands there.
-    void AddMark(const QString& mark);
+    void AddMark(const QString& text);
 
     /// The next text begins a new line, or a new paragraph.
     void EndLine();

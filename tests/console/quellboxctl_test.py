@@ -165,7 +165,7 @@ class ShowTest(Console):
     def test_header_and_text(self):
         self.assertEqual(self.run_it('show', 'm.EML')[0],
                          'From: Ann <ann@e.example>\nTo: bob@h.example\nDate: Mon, 2 Mar 2026 10:00:00 +0000\n'
-                         'Subject: Two parts\n\nGrüße[1m\n\nAttachments:\n  a.pdf (application/pdf, 4 bytes)\n')
+                         'Subject: Two parts\n\n  Grüße\\[1m\n\nAttachments:\n- a.pdf (application/pdf, 4 bytes)\n')
 
     def test_html_is_made_into_text_below_what_does_not_fit(self):
         self.place.put('h.EML', message('s@e.example', 'Ann <ann@e.example>', 'bob@h.example', 'Page', 4,
@@ -174,7 +174,7 @@ class ShowTest(Console):
         self.assertEqual(self.run_it('show', 'h.EML')[0],
                          '! A link shows bank.de, but leads to evil.net.\n\n'
                          'From: Ann <ann@e.example>\nTo: bob@h.example\nDate: Mon, 2 Mar 2026 10:00:00 +0000\n'
-                         'Subject: Page\n\nGo bank.de [1]\n\nLinks:\n[1] http://evil.net/x\n')
+                         'Subject: Page\n\n  Go bank.de [1]\n\nLinks:\n[1] http://evil.net/x\n')
 
     def test_raw_is_the_file(self):
         self.assertEqual(self.run_it('show', '--raw', 'm.EML', raw=True)[0], self.mail)
