@@ -132,7 +132,8 @@ private:
         for (int place = laidOut_.barCount - 1; place >= 0; place -= every) {
             const double middle = plot_.left() + (place + 0.5) * columnWidth_;
             const double left = std::clamp(middle - width / 2, 0.0, std::max(0.0, laidOut_.size.width() - width));
-            const QString& day = picture_.bars[static_cast<size_t>(laidOut_.firstBar + place)].label;
+            const int bar = laidOut_.firstBar + place;
+            const QString& day = picture_.bars[static_cast<size_t>(bar)].label;
             AddText(QRectF(left, plot_.bottom() + line * 0.1, width, line), day.mid(day.size() - 5), Qt::AlignCenter);
         }
     }
