@@ -74,14 +74,12 @@ QStringList DomainsIn(QString text) {
 bool IsOfList(const WarningSource& source) {
     const QString domain = EnvelopeSender(source).Domain();
     const auto isOfEnvelope = [&domain](const QString& each) { return AreOfOneOrganization(each, domain); };
-    for (const char* name : {"List-Id", "List-Post"}) {
+    const auto namesEnvelope = [&](const char* name) {
         const QString value = RawFieldText(source.outline.fields, name);
         const QStringList named = DomainsIn(value.sliced(value.lastIndexOf(u'<') + 1));
-        if (std::any_of(named.begin(), named.end(), isOfEnvelope)) {
-            return true;
-        }
-    }
-    return false;
+        return std::any_of(named.begin(), named.end(), isOfEnvelope);
+    };
+    return namesEnvelope("List-Id") || namesEnvelope("List-Post");
 }
 
 /// Whether a message was sent on, by what it says itself: nobody can know it, and so the warning is only milder.

@@ -115,7 +115,7 @@ QString ReceivingHost(const QString& value) {
     if (by < 0 || by + 1 >= words.size()) {
         return {};
     }
-    QString host = words[by + 1];
+    const QString& host = words[by + 1];
     return host.endsWith(u';') ? host.chopped(1) : host;
 }
 
