@@ -10,7 +10,9 @@
 #include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemorySettingsStore.h"
-#include "tests/support/RunUntil.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 
 #include <numeric>
 #include <stdexcept>
@@ -20,7 +22,7 @@ namespace quellbox {
 namespace {
 
 constexpr int daysToKeep = 7;
-constexpr auto longestAction = std::chrono::minutes(1);
+constexpr int longestActionMs = 60'000;
 
 void AddFailures(Told& told, const std::vector<FileFailure>& failures) {
     for (const FileFailure& failure : failures) {
@@ -31,14 +33,15 @@ void AddFailures(Told& told, const std::vector<FileFailure>& failures) {
 /// Runs events until the task has ended. A server that has died meanwhile comes back at once.
 template <class Task>
 void WaitForEnd(FaultScene& scene, const Task& task) {
-    const auto hasEnded = [&] {
+    const QDeadlineTimer deadline(longestActionMs);
+    while (task.IsRunning()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
         if (scene.Mount().HasEnded()) {
             scene.Mount().MountAgain();
         }
-        return !task.IsRunning();
-    };
-    if (!RunUntil(hasEnded, longestAction)) {
-        throw std::runtime_error("the task does not end");
+        if (deadline.hasExpired()) {
+            throw std::runtime_error("the task does not end");
+        }
     }
 }
 
