@@ -68,8 +68,4 @@ HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& n
 HtmlText ReadHtml(const QByteArray& page, QByteArrayView charset, LinkNumbers& numbers, const CharsetEvidence& evidence,
                   ReadingBudget& budget);
 
-/// The page as UTF-8, decoded by the declared character set, or by that which it declares itself.
-QByteArray PageAsUtf8(const QByteArray& page, QByteArrayView charset,
-                      const CharsetEvidence& evidence = CharsetEvidence());
-
 } // namespace quellbox
