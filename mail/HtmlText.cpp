@@ -415,12 +415,12 @@ private:
     bool hasLateSheet_ = false;
     bool isSheetWhole_ = false; // it is that of the whole page
     std::vector<HtmlLink> links_;
-    QSet<std::pair<QString, QString>> kept_; // of links_: where they lead, and what they show
-    std::vector<Open> open_{Open{}};         // the elements that are open, below them the page itself
-    std::vector<OpenLink> openLinks_;        // the innermost one behind
-    QByteArray pieces_;                      // of text, not yet in the flow
-    QByteArray css_;                         // of the style element that is open
-    QString hidden_;                         // not yet in the flow
+    QSet<std::pair<QString, QString>> kept_;        // of links_: where they lead, and what they show
+    std::vector<Open> open_ = std::vector<Open>(1); // the elements that are open, below them the page itself
+    std::vector<OpenLink> openLinks_;               // the innermost one behind
+    QByteArray pieces_;                             // of text, not yet in the flow
+    QByteArray css_;                                // of the style element that is open
+    QString hidden_;                                // not yet in the flow
     PageBase base_;
 };
 
