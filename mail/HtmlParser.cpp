@@ -167,6 +167,13 @@ qsizetype PieceAt(QByteArrayView page, qsizetype at) {
     return end < 0 ? piece.size() : end + 1;
 }
 
+/// The parser keeps a text back until it knows its end: what came before a page is cut is to be seen.
+void TellAwaitedText(htmlParserCtxt& context, const ParserRun& run) {
+    if (run.words <= mostWordsOfTag) {
+        htmlParseChunk(&context, nullptr, 0, 1);
+    }
+}
+
 } // namespace
 
 bool ParseHtml(QByteArray utf8, HtmlSink& sink) {
@@ -184,7 +191,11 @@ bool ParseHtml(QByteArray utf8, HtmlSink& sink) {
     htmlParseChunk(context.get(), outermost, sizeof outermost - 1, 0);
     for (qsizetype at = 0; at < utf8.size();) {
         const QByteArrayView piece = QByteArrayView(utf8).sliced(at, PieceAt(utf8, at));
-        if (sink.IsFull() || run.hasEnded || IsTooMuch(piece, run)) {
+        if (sink.IsFull() || run.hasEnded) {
+            return false;
+        }
+        if (IsTooMuch(piece, run)) {
+            TellAwaitedText(*context, run);
             return false;
         }
         htmlParseChunk(context.get(), piece.data(), static_cast<int>(piece.size()), 0);

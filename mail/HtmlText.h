@@ -1,33 +1,15 @@
 #pragma once
 
 #include "mail/CharsetEvidence.h"
+#include "mail/HtmlLinks.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <vector>
 
 namespace quellbox {
-
-/// The places where the links of a message lead, each numbered once from 1 on.
-class LinkNumbers {
-public:
-    /// The number of a place; 0 where there are so many that no further one is numbered.
-    int NumberOf(const QString& target);
-
-    const QStringList& Targets() const { return targets_; }
-
-    /// Whether there were places without a number.
-    bool AreMissing() const { return areMissing_; }
-
-private:
-    QStringList targets_;
-    QHash<QString, int> numbers_;
-    bool areMissing_ = false;
-};
 
 /// What the texts of one message may come to, all of them together: many parts are to cost no more than one.
 struct ReadingBudget {
@@ -37,14 +19,6 @@ struct ReadingBudget {
 
     /// Whether the reading has to end here.
     bool IsSpent() const { return text <= 0 || (goOn && !goOn()); }
-};
-
-/// A link of a page.
-struct HtmlLink {
-    QString text;          ///< what is to be seen of it, its beginning
-    QString target;        ///< where it leads
-    int number = 0;        ///< see LinkNumbers
-    bool isMarked = false; ///< its number stands in the text
 };
 
 /// What a page says to a reader.

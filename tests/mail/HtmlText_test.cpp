@@ -298,6 +298,13 @@ TEST(HtmlText, CutsWhatWouldTakeTooLong) {
     EXPECT_TRUE(ReadHtml(QByteArray("&bogus ").repeated(2'000'000), "", numbers).isCut);
 }
 
+TEST(HtmlText, ShowsWhatStandsBeforeTheCut) {
+    LinkNumbers numbers;
+    const HtmlText cut = ReadHtml("seen" + QByteArray("&bogus ").repeated(2'000'000), "", numbers);
+    EXPECT_TRUE(cut.isCut);
+    EXPECT_EQ(cut.text.left(12), QStringLiteral("seen&bogus &"));
+}
+
 TEST(HtmlText, PassesOverSectionsAndRulesInTimeThatGrowsWithThem) {
     EXPECT_EQ(TextOf("a" + QByteArray("<![").repeated(2'000'000) + "-->b").count(QLatin1Char('a')), 1);
     EXPECT_EQ(TextOf("<style>" + QByteArray("@a;").repeated(100'000) + QByteArray(200'000, ' ') + "{</style>b"),
