@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 #include <utility>
 
 namespace quellbox {
@@ -46,7 +47,11 @@ void ArchiveStatistics::AddTo(Counted& counted, const MessageRow& row, qint64 by
         AddMessage(counted.numbers[number], bytes);
         return;
     }
-    Sum& sum = counted.texts[keys_.Of(row, counted.by)];
+    const size_t number = counted.texts.NumberOf(keys_.Of(row, counted.by));
+    if (number == counted.sums.size()) {
+        counted.sums.emplace_back();
+    }
+    Sum& sum = counted.sums[number];
     AddMessage(sum, bytes);
     if (counted.by == StatisticsBy::Subject) {
         NoteSubject(sum, row);
@@ -76,12 +81,12 @@ const ArchiveStatistics::Counted& ArchiveStatistics::By(StatisticsBy by) const {
 
 size_t ArchiveStatistics::GroupCount(StatisticsBy by) const {
     const Counted& counted = By(by);
-    return counted.texts.size() + counted.numbers.size();
+    return counted.texts.Count() + counted.numbers.size();
 }
 
-QString ArchiveStatistics::ValueOf(StatisticsBy by, const QString& key, const Sum& sum) {
+QString ArchiveStatistics::ValueOf(StatisticsBy by, QStringView key, const Sum& sum) {
     if (by != StatisticsBy::Subject) {
-        return key;
+        return key.toString();
     }
     const QString subject = sum.first->Cell(ColumnSubject);
     return sum.isVaried ? SubjectKey().Title(subject, sum.first->Cell(ColumnTo)) : subject;
@@ -92,24 +97,21 @@ std::vector<StatisticsGroup> ArchiveStatistics::Groups(StatisticsBy by, size_t t
     if (IsNumbered(by)) {
         return NumberGroups(counted, top);
     }
-    using Entry = const TextSums::value_type*;
-    std::vector<Entry> entries;
-    entries.reserve(counted.texts.size());
-    for (const auto& entry : counted.texts) {
-        entries.push_back(&entry);
-    }
-    const auto isLarger = [](Entry left, Entry right) {
-        const qint64 count = left->second.count;
-        return count != right->second.count ? count > right->second.count : left->first < right->first;
+    std::vector<size_t> numbers(counted.sums.size());
+    std::iota(numbers.begin(), numbers.end(), size_t{0});
+    const auto isLarger = [&counted](size_t left, size_t right) {
+        const qint64 more = counted.sums[left].count - counted.sums[right].count;
+        return more != 0 ? more > 0 : counted.texts.Text(left) < counted.texts.Text(right);
     };
-    const size_t wanted = std::min(top, entries.size());
-    const auto end = entries.begin() + static_cast<std::ptrdiff_t>(wanted);
-    std::partial_sort(entries.begin(), end, entries.end(), isLarger);
+    const size_t wanted = std::min(top, numbers.size());
+    const auto end = numbers.begin() + static_cast<std::ptrdiff_t>(wanted);
+    std::partial_sort(numbers.begin(), end, numbers.end(), isLarger);
     std::vector<StatisticsGroup> groups;
     groups.reserve(wanted);
-    for (auto entry = entries.begin(); entry != end; ++entry) {
-        const auto& [key, sum] = **entry;
-        groups.push_back({ValueOf(by, key, sum), sum.count, sum.bytes, key});
+    for (auto number = numbers.begin(); number != end; ++number) {
+        const QStringView key = counted.texts.Text(*number);
+        const Sum& sum = counted.sums[*number];
+        groups.push_back({ValueOf(by, key, sum), sum.count, sum.bytes, key.toString()});
     }
     return groups;
 }

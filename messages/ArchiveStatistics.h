@@ -1,14 +1,13 @@
 #pragma once
 
 #include "messages/GroupKey.h"
+#include "messages/TextNumbers.h"
 
-#include <QHashFunctions>
 #include <QString>
 
 #include <limits>
 #include <map>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 namespace quellbox {
@@ -56,24 +55,20 @@ private:
         std::optional<MessageRow> first{}; ///< of a group of subjects
         bool isVaried = false;             ///< and another subject is in it
     };
-    /// Not noexcept, so that a map keeps the hash of each text and does not calculate it anew when it grows.
-    struct TextHash {
-        size_t operator()(const QString& text) const { return qHash(text); }
-    };
-    using TextSums = std::unordered_map<QString, Sum, TextHash>; // half the time of QHash
     using NumberSums = std::map<qint64, Sum>;
 
     struct Counted {
         StatisticsBy by;
-        TextSums texts{};
-        NumberSums numbers{}; ///< of days since 1970 and of levels
+        TextNumbers texts{};
+        std::vector<Sum> sums{}; ///< of the texts, by their numbers
+        NumberSums numbers{};    ///< of days since 1970 and of levels
     };
 
     void AddTo(Counted& counted, const MessageRow& row, qint64 bytes);
     void NoteSubject(Sum& sum, const MessageRow& row);
     const Counted& By(StatisticsBy by) const;
     std::vector<StatisticsGroup> NumberGroups(const Counted& counted, size_t top) const;
-    static QString ValueOf(StatisticsBy by, const QString& key, const Sum& sum);
+    static QString ValueOf(StatisticsBy by, QStringView key, const Sum& sum);
     QString NumberText(StatisticsBy by, qint64 number) const;
 
     Sum total_;

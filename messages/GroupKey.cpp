@@ -42,6 +42,12 @@ void GroupKey::ReadCell(const MessageRow& row, int column) {
     row.AppendCell(column, text_);
 }
 
+void GroupKey::ReadSubject(const MessageRow& row) {
+    recipients_.resize(0);
+    row.AppendCell(ColumnTo, recipients_);
+    ReadCell(row, ColumnSubject);
+}
+
 void GroupKey::ReadDomain(const MessageRow& row) {
     text_.resize(0);
     row.AppendTag(text_);
@@ -67,15 +73,21 @@ const QString& GroupKey::Of(const MessageRow& row, StatisticsBy by) {
         ReadCell(row, ColumnTo);
         break;
     case StatisticsBy::Subject:
-        recipients_.resize(0);
-        row.AppendCell(ColumnTo, recipients_);
-        ReadCell(row, ColumnSubject);
+        ReadSubject(row);
         return subjects_.Of(text_, recipients_);
     case StatisticsBy::Level:
         text_ = QString::number(LevelOf(row));
         break;
     }
     return text_;
+}
+
+bool GroupKey::Is(const QString& key, const MessageRow& row, StatisticsBy by) {
+    if (by != StatisticsBy::Subject) {
+        return Of(row, by) == key;
+    }
+    ReadSubject(row);
+    return subjects_.Is(key, text_, recipients_);
 }
 
 int GroupKey::LevelOf(const MessageRow& row) {
@@ -98,7 +110,7 @@ bool GroupMatcher::Holds(const MessageRow& row) {
 
 // To write a day takes longer than all the rest.
 bool GroupMatcher::Has(const MessageRow& row, const GroupTrait& trait) {
-    return trait.by == StatisticsBy::Day ? DayOf(row) == day_ : keys_.Of(row, trait.by) == trait.key;
+    return trait.by == StatisticsBy::Day ? DayOf(row) == day_ : keys_.Is(trait.key, row, trait.by);
 }
 
 } // namespace quellbox

@@ -36,11 +36,15 @@ public:
     /// the next call.
     const QString& Of(const MessageRow& row, StatisticsBy by);
 
+    /// Whether Of() is that key.
+    bool Is(const QString& key, const MessageRow& row, StatisticsBy by);
+
     int LevelOf(const MessageRow& row);
 
     bool RatesByNumber() const { return ratesByNumber_; }
 
 private:
+    void ReadSubject(const MessageRow& row);
     void ReadDomain(const MessageRow& row);
     void ReadCell(const MessageRow& row, int column);
 

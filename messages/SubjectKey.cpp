@@ -77,8 +77,8 @@ qsizetype EndOfRun(QStringView text, qsizetype begin) {
     return std::find_if(text.begin() + begin + 1, text.end(), ends) - text.begin();
 }
 
-/// Calls `use` with the begin and the end of each word, without punctuation at its ends; what is punctuation alone is
-/// none.
+/// Calls `use` with the begin and the end of each word, without punctuation at its ends, until it returns false; what
+/// is punctuation alone is none.
 template <class Use>
 void ForEachWord(QStringView text, Use use) {
     for (qsizetype at = SkipSpaces(text, 0); at < text.size();) {
@@ -90,8 +90,8 @@ void ForEachWord(QStringView text, Use use) {
         while (end > at && !IsPartOfWord(text[end - 1])) {
             --end;
         }
-        if (at < end) {
-            use(at, end);
+        if (at < end && !use(at, end)) {
+            return;
         }
         at = SkipSpaces(text, next);
     }
@@ -117,9 +117,9 @@ bool SubjectKey::IsChanging(QStringView word, QStringView letters) const {
     return at < word.size() && names_.Contains(letters.first(std::min(at, letters.size()))); // as in "Ann's"
 }
 
-const QString& SubjectKey::Of(QStringView subject, QStringView recipients) {
-    names_.Read(recipients);
-    const QStringView text = Counted(subject);
+/// Writes the key of a text into letters_, as long as `goesOn` says so of what is written.
+template <class GoesOn>
+QStringView SubjectKey::Write(QStringView text, GoesOn goesOn) {
     char16_t* end = letters_.data();
     bool hasChanged = false;
     ForEachWord(text, [&](qsizetype from, qsizetype to) {
@@ -128,7 +128,7 @@ const QString& SubjectKey::Of(QStringView subject, QStringView recipients) {
         char16_t* const wordEnd = WriteLetters(word, begin);
         const bool changes = IsChanging(word, QStringView(begin, wordEnd));
         if (changes && hasChanged) {
-            return;
+            return true;
         }
         if (begin != end) {
             *end = u' ';
@@ -139,10 +139,21 @@ const QString& SubjectKey::Of(QStringView subject, QStringView recipients) {
             end = begin + 1;
         }
         hasChanged = changes;
+        return goesOn(QStringView(letters_.data(), end));
     });
+    return end == letters_.data() ? text.trimmed() : QStringView(letters_.data(), end);
+}
+
+const QString& SubjectKey::Of(QStringView subject, QStringView recipients) {
+    names_.Read(recipients);
     key_.resize(0);
-    key_.append(end == letters_.data() ? text.trimmed() : QStringView(letters_.data(), end));
+    key_.append(Write(Counted(subject), [](QStringView) { return true; }));
     return key_;
+}
+
+bool SubjectKey::Is(QStringView key, QStringView subject, QStringView recipients) {
+    names_.Read(recipients);
+    return Write(Counted(subject), [key](QStringView begin) { return key.startsWith(begin); }) == key;
 }
 
 QString SubjectKey::Title(QStringView subject, QStringView recipients) {
@@ -160,6 +171,7 @@ QString SubjectKey::Title(QStringView subject, QStringView recipients) {
         }
         done = end;
         hasChanged = changes;
+        return true;
     });
     title.append(text.mid(done));
     return title.trimmed();

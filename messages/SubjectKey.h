@@ -19,6 +19,9 @@ public:
     /// that change. `recipients` is the text of the column "To". Lent until the next call.
     const QString& Of(QStringView subject, QStringView recipients);
 
+    /// Whether a subject has that key. Most that have not are told by their first words.
+    bool Is(QStringView key, QStringView subject, QStringView recipients);
+
     /// The subject as people read it, without prefixes, and with U+2026 where words change.
     QString Title(QStringView subject, QStringView recipients);
 
@@ -26,6 +29,8 @@ private:
     static constexpr qsizetype longestSubject = 1000;
 
     static QStringView Counted(QStringView subject);
+    template <class GoesOn>
+    QStringView Write(QStringView text, GoesOn goesOn);
     bool IsChanging(QStringView word, QStringView letters) const;
 
     RecipientNames names_;

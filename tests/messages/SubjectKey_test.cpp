@@ -83,6 +83,26 @@ TEST(SubjectKeyTest, OnlyTheFirstThousandCharactersCount) {
     EXPECT_NE(KeyOf(start.first(999) + u"y"_s), KeyOf(start));
 }
 
+TEST(SubjectKeyTest, ASubjectHasItsOwnKeyAndNoOther) {
+    const QStringList subjects{u"Ann, your parcel"_s,
+                               u"Your parcel"_s,
+                               u"Your parcel 5 6"_s,
+                               u"Your parcels"_s,
+                               u"Your"_s,
+                               u"!!!"_s,
+                               u""_s,
+                               u"Re: 5"_s};
+    SubjectKey keys;
+    for (const QString& subject : subjects) {
+        const QString key = keys.Of(subject, ann);
+        for (const QString& other : subjects) {
+            EXPECT_EQ(keys.Is(key, other, ann), other == subject) << qPrintable(key + u" / "_s + other);
+        }
+    }
+    EXPECT_TRUE(keys.Is(u"\u2026 your parcel"_s, u"ANN SMITH: your parcel"_s, ann));
+    EXPECT_FALSE(keys.Is(u"\u2026 your parcel"_s, u"Bob, your parcel"_s, ann));
+}
+
 TEST(SubjectKeyTest, TheTitleKeepsWhatStaysAsItIs) {
     EXPECT_EQ(TitleFor(u"Re: Ann, Invoice no. 2791!"_s, ann), "…, Invoice no. …!");
     EXPECT_EQ(TitleFor(u"Your 1 2 3 Parcel (4711)"_s, ann), "Your … Parcel (…)");
