@@ -1,5 +1,5 @@
 // A click on a large message: when its first screen is painted, when its tree is there, how long the window does not
-// answer meanwhile, and when all of it is there.
+// answer meanwhile, and when all of it is there. First with the source, then with the readable text in its place.
 #include "app/MessageListView.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/ProgramWindow.h"
@@ -7,6 +7,7 @@
 #include "contents/frmRawPane.h"
 #include "platform/LocalFileSystem.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QTemporaryDir>
 
@@ -20,8 +21,9 @@ namespace {
 constexpr qsizetype megabyte = 1024 * 1024;
 constexpr int rounds = 3;
 
-QByteArray MakeMessage(qsizetype size, const QByteArray& line) {
-    QByteArray bytes = "X-Sender: a@example.com\r\nSubject: a large one\r\n\r\n";
+QByteArray MakeMessage(qsizetype size, const QByteArray& line, const QByteArray& type = "text/plain") {
+    QByteArray bytes =
+        "X-Sender: a@example.com\r\nSubject: a large one\r\nContent-Type: " + type + "; charset=utf-8\r\n\r\n";
     bytes.reserve(size + line.size());
     while (bytes.size() < size) {
         bytes += line;
@@ -67,9 +69,12 @@ void Click(frmMain& form) {
     Q_EMIT list->ItemClick(0);
 }
 
-void MeasureOnce(FileSystem& files, const QString& folder, Measured& measured) {
+void MeasureOnce(FileSystem& files, const QString& folder, TextForm form, Measured& measured) {
     ProgramWindow window(files, folder);
     window.Refresh();
+    if (form == TextForm::Readable) {
+        window.Form().findChild<QAction*>(QStringLiteral("mnuViewReadable"))->trigger();
+    }
     auto* pane = window.Form().findChild<RawPane*>(QStringLiteral("rtfRaw"));
     QCoreApplication::processEvents();
     const PaintWatch paint(pane);
@@ -94,21 +99,29 @@ void MeasureOnce(FileSystem& files, const QString& folder, Measured& measured) {
     measured.whole.Add(seconds);
 }
 
+double MeasureForm(FileSystem& files, const QString& folder, TextForm form) {
+    Measured measured;
+    for (int round = 0; round < rounds; ++round) {
+        MeasureOnce(files, folder, form, measured);
+    }
+    std::printf(form == TextForm::Source ? "  source\n" : "  readable text\n");
+    Report("    return from the click", measured.click.seconds * 1e3, "ms");
+    Report("    first screen", measured.firstScreen.seconds * 1e3, "ms");
+    Report("    the tree", measured.tree.seconds * 1e3, "ms");
+    Report("    longest gap between turns", measured.gap.seconds * 1e3, "ms");
+    Report("    all of it", measured.whole.seconds * 1e3, "ms");
+    return measured.whole.seconds;
+}
+
 void Measure(const char* what, const QByteArray& bytes) {
     const QTemporaryDir folder;
     const std::unique_ptr<FileSystem> files = MakeLocalFileSystem();
     const QString path = folder.path() + QLatin1Char('/');
     files->WriteWhole(path + QStringLiteral("large.eml"), bytes);
-    Measured measured;
-    for (int round = 0; round < rounds; ++round) {
-        MeasureOnce(*files, path, measured);
-    }
     std::printf("%s\n", what);
-    Report("  return from the click", measured.click.seconds * 1e3, "ms");
-    Report("  first screen", measured.firstScreen.seconds * 1e3, "ms");
-    Report("  the tree", measured.tree.seconds * 1e3, "ms");
-    Report("  longest gap between turns", measured.gap.seconds * 1e3, "ms");
-    Report("  all of it", measured.whole.seconds * 1e3, "ms");
+    const double source = MeasureForm(*files, path, TextForm::Source);
+    const double readable = MeasureForm(*files, path, TextForm::Readable);
+    Report("  all of the readable text / all of the source", readable / source, "times", "< 1");
 }
 
 } // namespace
@@ -117,6 +130,14 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     Measure("25 MiB in lines of 76 characters", MakeMessage(25 * megabyte, QByteArray(76, 'x') + "\r\n"));
     Measure("25 MiB in one line", MakeMessage(25 * megabyte, QByteArray(4096, 'x')));
+    Measure(
+        "25 MiB of a page in paragraphs",
+        MakeMessage(25 * megabyte, "<p>" + QByteArray("some words of a text ").repeated(40) + "</p>\r\n", "text/html"));
+    Measure("25 MiB of a newsletter",
+            MakeMessage(25 * megabyte,
+                        "<tr><td style='color:#333;font-size:14px'><p class=x>Some words that are read</p></td><td>"
+                        "<a href='http://news.example/1'>More of it</a>&nbsp;</td></tr>\r\n",
+                        "text/html"));
     Measure("50 MiB of line ends", MakeMessage(50 * megabyte, QByteArray(4096, '\n')));
     Report("largest memory of the program", static_cast<double>(MemoryKiB("VmHWM:")) / 1024, "MiB");
     return 0;

@@ -86,13 +86,15 @@ qsizetype EndOfHost(const QString& text, qsizetype begin) {
 /// The hosts of the addresses of the web in a text. It is bounded how many addresses are looked at, however often they
 /// repeat.
 void AddHostsOf(const QString& text, QSet<QString>& hosts) {
-    const QLatin1String mark("://");
-    qsizetype at = text.indexOf(mark);
-    for (qsizetype looked = 0; at >= 0 && looked < mostAddresses; ++looked) {
-        const qsizetype begin = at + mark.size();
-        const qsizetype end = EndOfHost(text, begin);
-        hosts.insert(ReadLinkTarget(QStringLiteral("http://") + text.sliced(begin, end - begin)).host);
-        at = text.indexOf(mark, end);
+    qsizetype looked = 0;
+    for (qsizetype at = text.indexOf(u':'); at >= 0 && looked < mostAddresses; at = text.indexOf(u':', at)) {
+        ++at;
+        if (QStringView(text).sliced(at).startsWith(QLatin1String("//"))) {
+            const qsizetype begin = at + 2;
+            at = EndOfHost(text, begin);
+            hosts.insert(ReadLinkTarget(QStringLiteral("http://") + text.sliced(begin, at - begin)).host);
+            ++looked;
+        }
     }
 }
 

@@ -17,17 +17,19 @@ using PieceKind = OutlinePart::Kind;
 /// The text of a part with LF line ends, and brackets that are none of the program's own (see EscapeBrackets()).
 QString PlainText(const OutlinePart& part, const CharsetEvidence& evidence) {
     QString text = DecodeText(part.content, part.charset, evidence);
-    auto out = text.begin();
-    for (auto in = text.begin(); in != text.end(); ++in) {
-        const bool isHalfOfEnd = *in == u'\r' && in + 1 != text.end() && in[1] == u'\n';
+    const auto begin = text.begin();
+    const auto end = text.end();
+    auto out = begin;
+    for (auto in = begin; in != end; ++in) {
+        const bool isHalfOfEnd = *in == u'\r' && in + 1 != end && in[1] == u'\n';
         if (!isHalfOfEnd) {
             *out++ = IsLineEnd(*in) ? QChar(u'\n') : *in;
         }
     }
-    while (out != text.begin() && out[-1].isSpace()) {
+    while (out != begin && out[-1].isSpace()) {
         --out;
     }
-    text.truncate(out - text.begin());
+    text.truncate(out - begin);
     return text.isEmpty() ? text : EscapeBrackets(text) + u'\n';
 }
 
@@ -82,6 +84,7 @@ private:
         }
         const QString mark = MarkOf(voice, level);
         const QString markOfBlank = mark.trimmed();
+        body_.text.reserve(body_.text.size() + 1 + lines.size() + lines.count(u'\n') * mark.size());
         body_.text += body_.text.isEmpty() ? QString() : QStringLiteral("\n");
         qsizetype at = 0;
         while (at < lines.size() && !budget_.IsSpent()) {

@@ -44,8 +44,9 @@ QString CleanseLines(QString text) {
     }
     const auto clean = first - text.cbegin(); // before begin(), as above
     auto out = text.begin() + clean;
-    for (auto in = out; in != text.end(); ++in) {
-        const bool isLineEnd = *in == u'\r' && (in + 1 == text.end() || in[1] != u'\n');
+    const auto end = text.end();
+    for (auto in = out; in != end; ++in) {
+        const bool isLineEnd = *in == u'\r' && (in + 1 == end || in[1] != u'\n');
         if (isLineEnd || stays(*in)) {
             *out++ = isLineEnd ? QChar(u'\n') : *in;
         }
@@ -54,24 +55,12 @@ QString CleanseLines(QString text) {
     return text;
 }
 
-bool IsLineEnd(QChar character) {
-    const char16_t unit = character.unicode();
-    return (unit >= u'\n' && unit <= u'\r') || unit == 0x85 || unit == 0x2028 || unit == 0x2029;
-}
-
-bool IsUnseen(QChar character) {
-    const char16_t unit = character.unicode();
-    return unit == 0x00AD || unit == 0x034F || unit == 0x061C || unit == 0x180E || (unit >= 0x200B && unit <= 0x200F) ||
-           (unit >= 0x2060 && unit <= 0x2064) || unit == 0x2800 || unit == 0x3164 || unit == 0xFEFF;
-}
-
 QString EscapeBrackets(const QString& text) {
-    const qsizetype brackets = text.count(u'[');
-    if (brackets == 0) {
+    if (!text.contains(u'[')) {
         return text;
     }
     QString escaped;
-    escaped.reserve(text.size() + brackets);
+    escaped.reserve(text.size() + text.count(u'['));
     for (const QChar character : text) {
         if (character == u'[') {
             escaped += u'\\';

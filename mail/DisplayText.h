@@ -14,10 +14,17 @@ QString CleanseForDisplay(QString text);
 QString CleanseLines(QString text);
 
 /// Whether a widget or a terminal begins a new line there: LF, VT, FF, CR, NEL, and the separators of Unicode.
-bool IsLineEnd(QChar character);
+constexpr bool IsLineEnd(QChar character) {
+    const char16_t unit = character.unicode();
+    return (unit >= u'\n' && unit <= u'\r') || unit == 0x85 || unit == 0x2028 || unit == 0x2029;
+}
 
 /// Whether nothing is seen of a character, as of the joiners that fill the preview of a mailbox.
-bool IsUnseen(QChar character);
+constexpr bool IsUnseen(QChar character) {
+    const char16_t unit = character.unicode();
+    return unit == 0x00AD || unit == 0x034F || unit == 0x061C || unit == 0x180E || (unit >= 0x200B && unit <= 0x200F) ||
+           (unit >= 0x2060 && unit <= 0x2064) || unit == 0x2800 || unit == 0x3164 || unit == 0xFEFF;
+}
 
 /// The text of a message with a backslash before each "[", for views in which the program says something in brackets.
 QString EscapeBrackets(const QString& text);

@@ -2,23 +2,27 @@
 
 #include "mail/Charset.h"
 
+#include <algorithm>
+
 namespace quellbox {
 
 namespace {
 
+/// The text with CRLF line ends. What stands between them is appended as a whole: a character at a time takes many
+/// times as long.
 QString WithCrlf(const QString& text) {
+    const auto isEnd = [](QChar unit) { return unit == u'\r' || unit == u'\n'; };
     QString out;
     out.reserve(text.size() + text.count(u'\n'));
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar unit = text[i];
-        if (unit == u'\r' || unit == u'\n') {
-            out += u'\r';
-            out += u'\n';
-            if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
-                ++i;
-        } else {
-            out += unit;
+    const auto end = text.cend();
+    for (auto line = text.cbegin(); line != end;) {
+        auto lineEnd = std::find_if(line, end, isEnd);
+        out += QStringView(line, lineEnd);
+        if (lineEnd != end) {
+            out += QLatin1String("\r\n");
+            lineEnd += *lineEnd == u'\r' && lineEnd + 1 != end && lineEnd[1] == u'\n' ? 2 : 1;
         }
+        line = lineEnd;
     }
     return out;
 }
