@@ -17,6 +17,7 @@ namespace quellbox {
 namespace {
 
 constexpr int mostTries = 4; // to create a file
+constexpr int existenceFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 
 } // namespace
 
@@ -179,17 +180,20 @@ void TemporaryFile::Close() {
 }
 
 int TryToOpen(const QByteArray& path) {
-    const Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
+    const Descriptor file(::open(path.constData(), existenceFlags));
     return file.IsOpen() ? 0 : errno;
 }
 
 bool IsGone(const QByteArray& path, const std::optional<dev_t>& device) {
-    if (TryToOpen(path) != ENOENT) {
+    // What is asked about the opened folder cannot be about another one that is mounted in its place meanwhile.
+    const QByteArray name = FolderOf(path);
+    const Descriptor folder(::open(name.isEmpty() ? "." : name.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    struct stat status {};
+    if (!folder.IsOpen() || (device && (::fstat(folder.Number(), &status) != 0 || status.st_dev != *device))) {
         return false;
     }
-    struct stat folder {};
-    const QByteArray name = FolderOf(path);
-    return ::stat(name.isEmpty() ? "." : name.constData(), &folder) == 0 && (!device || folder.st_dev == *device);
+    const Descriptor file(::openat(folder.Number(), path.constData() + name.size(), existenceFlags));
+    return !file.IsOpen() && errno == ENOENT;
 }
 
 int RemoveForGood(const QByteArray& path, const std::optional<dev_t>& device) {

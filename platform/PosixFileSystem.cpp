@@ -124,7 +124,7 @@ public:
 
     void MakeFolder(const QString& folder) override {
         if (quellbox::MakeFolder(folder)) {
-            memory_.SetListed(SystemPath(folder), {}); // nothing is in it
+            memory_.SetListed(SystemPath(folder), {}, std::nullopt); // nothing is in it
         }
     }
 
@@ -170,7 +170,9 @@ private:
         if (errno != 0) {
             ThrowFileError(folder, errno);
         }
-        memory_.SetListed(path, std::move(others));
+        struct stat status {};
+        const bool isKnown = ::fstat(::dirfd(stream.get()), &status) == 0;
+        memory_.SetListed(path, std::move(others), isKnown ? std::optional(status.st_dev) : std::nullopt);
     }
 
     /// Renames a closed file to `path`, which is replaced. Throws FileError.
@@ -214,12 +216,8 @@ private:
         struct stat status {};
         const QByteArray bytes = SystemPath(path);
         if (::lstat(bytes.constData(), &status) != 0) {
-            const int error = errno;
-            // Without its folder nobody knows: the share may not be mounted any more.
-            if (error == ENOTDIR || (error == ENOENT && FolderIsThere(bytes))) {
-                return false;
-            }
-            ThrowFileError(path, error);
+            RequireGone(path, bytes, errno);
+            return false;
         }
         if (!S_ISREG(status.st_mode) && !(S_ISLNK(status.st_mode) && FileExists(path))) {
             return false;
@@ -227,6 +225,21 @@ private:
         check(path, status);
         Unlink(path, bytes, status);
         return true;
+    }
+
+    /// Throws FileError unless a file that could not be found is certainly gone. Without its folder, or with another
+    /// one in its place, nobody knows: the share may not be mounted any more, or is being mounted anew.
+    void RequireGone(const QString& path, const QByteArray& bytes, int error) const {
+        if (error == ENOTDIR || (error == ENOENT && IsGone(bytes, memory_.DeviceOf(bytes)))) {
+            return;
+        }
+        if (error != ENOENT || !FolderIsThere(bytes)) {
+            ThrowFileError(path, error);
+        }
+        throw FileError(path,
+                        QCoreApplication::translate("quellbox", "The folder was mounted anew since it was listed. "
+                                                                "Refresh the list."),
+                        FileProblem::NoAnswer);
     }
 
     // For the system it is enough that the folder may be written.

@@ -45,8 +45,9 @@ bool LieInTwoShares(const QByteArray& from, const QByteArray& to) {
 
 } // namespace
 
-void FolderMemory::SetListed(const QByteArray& folder, QSet<QByteArray> others) {
+void FolderMemory::SetListed(const QByteArray& folder, QSet<QByteArray> others, const std::optional<dev_t>& device) {
     Folder listed;
+    listed.device = device;
     // More than that are found where the file system does not report types; nothing can be saved there.
     if (others.size() <= mostOthers) {
         listed.others = std::move(others);
@@ -65,6 +66,11 @@ bool FolderMemory::IsRegularFile(const QByteArray& path) const {
     const QMutexLocker lock(&mutex_);
     const auto found = folders_.constFind(folder);
     return found != folders_.cend() && found->others && !found->others->contains(path.mid(folder.size()));
+}
+
+std::optional<dev_t> FolderMemory::DeviceOf(const QByteArray& path) const {
+    const QMutexLocker lock(&mutex_);
+    return folders_.value(FolderOf(path)).device;
 }
 
 bool FolderMemory::MustBeCopied(const QByteArray& from, const QByteArray& to) {

@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <optional>
+#include <sys/types.h>
 
 namespace quellbox {
 
@@ -27,9 +28,10 @@ public:
     /// So many entries of a folder that are no regular files are remembered; with more of them it counts as not listed.
     static constexpr qsizetype mostOthers = 1000;
 
-    /// To be called when `folder` has been listed: all its entries are regular files, except for those in `others`. The
-    /// method for renaming is found out anew afterwards, since another file system may have been mounted there.
-    void SetListed(const QByteArray& folder, QSet<QByteArray> others);
+    /// To be called when `folder` has been listed: all its entries are regular files, except for those in `others`, and
+    /// lie on the file system `device`, where that is known. The method for renaming is found out anew afterwards,
+    /// since another file system may have been mounted there.
+    void SetListed(const QByteArray& folder, QSet<QByteArray> others, const std::optional<dev_t>& device);
 
     /// Whether the types of the files in a folder are known.
     bool IsListed(const QByteArray& folder) const;
@@ -37,6 +39,9 @@ public:
     /// Whether `path` is a regular file according to the last listing of its folder. A file that is newer than the
     /// listing counts as a regular one: what arrives in an archive are messages.
     bool IsRegularFile(const QByteArray& path) const;
+
+    /// The file system on which the folder of `path` was when it was listed last, where that is known.
+    std::optional<dev_t> DeviceOf(const QByteArray& path) const;
 
     /// Whether a file cannot be renamed from the folder of one path into that of the other: two file systems, or two
     /// shares between which the rename would be a copy under the final name; see LieInTwoDesktopShares(). The second
@@ -61,6 +66,7 @@ public:
 private:
     struct Folder {
         std::optional<QSet<QByteArray>> others; // empty when the folder has not been listed
+        std::optional<dev_t> device;
         RenameMethod method = RenameMethod::Atomic;
         QByteArray target; // a folder for which mustBeCopied has been found out
         bool mustBeCopied = false;

@@ -2270,6 +2270,10 @@
         <source>[The rest of this message is not shown.]</source>
         <translation>[Der Rest dieser Nachricht wird nicht angezeigt.]</translation>
     </message>
+    <message>
+        <source>The folder was mounted anew since it was listed. Refresh the list.</source>
+        <translation>Der Ordner wurde neu eingehängt, seit er aufgelistet wurde. Aktualisieren Sie die Liste.</translation>
+    </message>
 </context>
 <context>
     <name>quellbox::ActionDesk</name>

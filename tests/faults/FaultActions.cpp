@@ -10,9 +10,7 @@
 #include "tests/support/FileNames.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/MemorySettingsStore.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "tests/support/RunUntil.h"
 
 #include <numeric>
 #include <stdexcept>
@@ -22,7 +20,7 @@ namespace quellbox {
 namespace {
 
 constexpr int daysToKeep = 7;
-constexpr int longestActionMs = 60'000;
+constexpr auto longestAction = std::chrono::minutes(1);
 
 void AddFailures(Told& told, const std::vector<FileFailure>& failures) {
     for (const FileFailure& failure : failures) {
@@ -30,18 +28,17 @@ void AddFailures(Told& told, const std::vector<FileFailure>& failures) {
     }
 }
 
-/// Runs events until the task has ended. A server that has died meanwhile comes back at once.
+/// Runs events until the task has ended. A server that has died meanwhile comes back a moment later.
 template <class Task>
 void WaitForEnd(FaultScene& scene, const Task& task) {
-    const QDeadlineTimer deadline(longestActionMs);
-    while (task.IsRunning()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    const auto hasEnded = [&] {
         if (scene.Mount().HasEnded()) {
             scene.Mount().MountAgain();
         }
-        if (deadline.hasExpired()) {
-            throw std::runtime_error("the task does not end");
-        }
+        return !task.IsRunning();
+    };
+    if (!RunUntil(hasEnded, longestAction)) {
+        throw std::runtime_error("the task does not end");
     }
 }
 

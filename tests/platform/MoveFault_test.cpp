@@ -161,7 +161,7 @@ TEST_F(MoveFaultTest, ASourceOfWhichNobodyCanTellKeepsTheCopy) {
             return Answer{EIO, true};
         }
         const bool asksAgain =
-            call.name == "open" && call.path.contains("/archive/a") && !QFile::exists(QFile::decodeName(call.path));
+            call.name == "openat" && call.path.contains("/archive/a") && !QFile::exists(QFile::decodeName(call.path));
         return asksAgain ? Answer{ETIMEDOUT} : Answer();
     };
     calls_.answer = answer;

@@ -4,7 +4,12 @@
 
 #ifndef _WIN32
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <cerrno>
+#include <sys/stat.h>
 
 namespace quellbox {
 
@@ -17,7 +22,7 @@ protected:
 
 } // namespace
 
-TEST_F(RemoveCallsTest, AFileCostsTwoAlsoOneThatIsMissing) {
+TEST_F(RemoveCallsTest, AFileCostsTwoAndOneThatIsMissingFour) {
     for (const char* name : {"a", "b"}) {
         files_->WriteWhole(Path(name), "x");
     }
@@ -25,7 +30,7 @@ TEST_F(RemoveCallsTest, AFileCostsTwoAlsoOneThatIsMissing) {
     EXPECT_TRUE(files_->Remove(Path("a")));
     EXPECT_EQ(calls_.TakeCount(), 2) << "lstat, unlink";
     EXPECT_FALSE(files_->Remove(Path("a")));
-    EXPECT_EQ(calls_.TakeCount(), 2) << "lstat, stat of the folder";
+    EXPECT_EQ(calls_.TakeCount(), 4) << "lstat, open and close the folder, openat";
     EXPECT_TRUE(files_->RemoveUnless(Path("b"), [](const FileStatus&) { return false; }));
     EXPECT_EQ(calls_.TakeCount(), 2);
 }
@@ -44,6 +49,36 @@ TEST_F(RemoveCallsTest, AFileWhoseRemovalWasNotAnsweredIsGone) {
 
 TEST_F(RemoveCallsTest, AFileIsNotGoneWithItsFolder) {
     EXPECT_THROW(files_->Remove(Path("none/a")), FileError) << "the share may not be mounted any more";
+}
+
+/// While a share is mounted anew, what is in it cannot be found for a moment.
+TEST_F(RemoveCallsTest, AFileThatCouldNotBeFoundForAMomentIsNotGone) {
+    files_->WriteWhole(Path("a"), "x");
+    calls_.answer = [](const SystemCall& call) { return call.name == "lstat" ? Answer{ENOENT} : Answer(); };
+    EXPECT_THROW(files_->Remove(Path("a")), FileError);
+    calls_.answer = nullptr;
+    EXPECT_TRUE(files_->FileExists(Path("a")));
+}
+
+TEST_F(RemoveCallsTest, AFileIsNotGoneWhereAnotherFileSystemIsInPlaceOfItsFolder) {
+    const QTemporaryDir elsewhere(QStringLiteral("/dev/shm/quellbox-XXXXXX"));
+    struct stat here {};
+    struct stat there {};
+    ASSERT_TRUE(elsewhere.isValid());
+    ASSERT_EQ(::stat(QFile::encodeName(folder_.path()).constData(), &here), 0);
+    ASSERT_EQ(::stat(QFile::encodeName(elsewhere.path()).constData(), &there), 0);
+    if (here.st_dev == there.st_dev) {
+        GTEST_SKIP() << "both folders are on one file system";
+    }
+    ASSERT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("real")));
+    ASSERT_TRUE(QFile::link(Path("real"), Path("archive")));
+    files_->WriteWhole(Path("archive/a"), "x");
+    files_->Entries(Path("archive/"));
+    ASSERT_TRUE(QFile::remove(Path("archive")));
+    ASSERT_TRUE(QFile::link(elsewhere.path(), Path("archive")));
+    EXPECT_THROW(files_->Remove(Path("archive/a")), FileError);
+    files_->Entries(Path("archive/"));
+    EXPECT_FALSE(files_->Remove(Path("archive/a"))) << "the new one has been listed";
 }
 
 TEST_F(RemoveCallsTest, AFileOfWhichNobodyCanTellIsAnError) {

@@ -23,8 +23,8 @@ struct Answer {
     bool takesEffect = false; ///< the call is made, and only its answer is lost
 };
 
-/// While this object lives, the calls of the system that concern files below a folder go through it: open, close, link,
-/// unlink, rename, renameat2, fsync, stat, lstat and fstat. Calls that its functions make do not. For tests that make
+/// While this object lives, the calls of the system that concern files below a folder go through it: open, openat,
+/// close, link, unlink, rename, renameat2, fsync, stat, lstat and fstat. Calls that its functions make do not. For tests that make
 /// their calls from one thread.
 class SystemCalls {
 public:

@@ -132,6 +132,22 @@ int open(const char* path, int flags, ...) {
     });
 }
 
+int openat(int folder, const char* path, int flags, ...) {
+    static const auto real = quellbox::Real("openat", static_cast<int (*)(int, const char*, int, ...)>(nullptr));
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    const QByteArray whole = quellbox::PathOf(folder) + path;
+    return quellbox::Pass({"openat", whole, {}}, [&] {
+        const int number = real(folder, path, flags, mode);
+        if (number >= 0 && quellbox::current != nullptr) {
+            quellbox::current->SetOpened(number, whole, (flags & O_DIRECTORY) != 0);
+        }
+        return number;
+    });
+}
+
 int close(int number) {
     static const auto real = quellbox::Real("close", static_cast<int (*)(int)>(nullptr));
     // Also called between vfork() and exec(), by a child that borrows its parent's memory and has hardly any stack.
