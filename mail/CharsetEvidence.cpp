@@ -13,11 +13,6 @@ namespace {
 // Real header blocks have fewer lines beyond ASCII, and a hostile one is not to cost more.
 constexpr qsizetype kGuessedLines = 8;
 
-/// Undeclared text that nothing else has to be known of.
-bool SpeaksForItself(QByteArrayView bytes) {
-    return QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8() && !bytes.contains('\x1B');
-}
-
 /// Text in 7 bits that says by escape sequences what it is.
 std::optional<QString> DecodeEscaped(QByteArrayView bytes) {
     const bool isSevenBit =
@@ -45,6 +40,10 @@ std::optional<QString> DecodeAs(QByteArrayView bytes, const QByteArray& charset)
 }
 
 } // namespace
+
+bool SpeaksForItself(QByteArrayView bytes) {
+    return QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8() && !bytes.contains('\x1B');
+}
 
 void CharsetEvidence::Declare(QByteArrayView charset) {
     ofParts_.append(charset.trimmed().toByteArray().toLower());

@@ -8,10 +8,12 @@
 
 namespace quellbox {
 
+/// Whether nothing else has to be known of undeclared text: it is UTF-8, and holds no escape sequence.
+bool SpeaksForItself(QByteArrayView bytes);
+
 /// What a message tells about the character sets of those of its bytes that lack a declaration of their own: the ones
 /// that it declares elsewhere, else a guess. It looks for nothing before bytes need it, which are neither UTF-8 nor
-/// plain ASCII; everything else costs no more than without it. File names and header fields of parts, which GMime
-/// decodes, get the declarations only, and no guess. For one thread.
+/// plain ASCII; everything else costs no more than without it. For one thread.
 class CharsetEvidence {
 public:
     /// Nothing is known: bytes have to speak for themselves.

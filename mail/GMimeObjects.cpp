@@ -17,9 +17,8 @@ struct FreeOptions {
 };
 using OptionsPtr = std::unique_ptr<GMimeParserOptions, FreeOptions>;
 
-/// For parameters such as file names, which GMime decodes itself: what undeclared text may be in, the first that it can
-/// be read in counts. A declaration is needed: GMime decodes while it parses, names are too short to guess from, and so
-/// a name in an undeclared character set is read as Windows-1252.
+/// For parameters, which GMime decodes itself: what undeclared text may be in, the first that it can be read in counts.
+/// What is not declared in the header block is read as Windows-1252; of file names see ParameterText().
 void SetFallbacks(GMimeParserOptions* options, const CharsetEvidence& evidence) {
     std::vector<const char*> fallbacks = {"utf-8"};
     for (const QByteArray& charset : evidence.Declared()) {
@@ -38,6 +37,31 @@ GMimePtr<GMimeMessage> RunParser(const QByteArray& bytes, const CharsetEvidence&
         g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<size_t>(bytes.size())));
     const GMimePtr<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
     return GMimePtr<GMimeMessage>(g_mime_parser_construct_message(parser.get(), options.get()));
+}
+
+/// A parameter of a header field, as GMime has decoded it.
+struct Parameter {
+    GMimeObject* part;
+    const char* field;
+    const char* name;
+    const char* text;
+};
+
+/// The bytes of a parameter. Parsed by itself, it is decoded only where it says in what it is written.
+QByteArray ParameterBytes(QByteArrayView field, const char* name) {
+    const QByteArray parameters = field.sliced(field.indexOf(';') + 1).toByteArray();
+    const GMimePtr<GMimeParamList> list(g_mime_param_list_parse(nullptr, parameters.constData()));
+    GMimeParam* parameter = list == nullptr ? nullptr : g_mime_param_list_get_parameter(list.get(), name);
+    return parameter == nullptr ? QByteArray() : QByteArray(g_mime_param_get_value(parameter));
+}
+
+/// GMime decodes while it parses, when not everything is known that a message tells about its character sets.
+QString ParameterText(const Parameter& parameter, const CharsetEvidence& evidence) {
+    GMimeHeader* header = g_mime_header_list_get_header(g_mime_object_get_header_list(parameter.part), parameter.field);
+    const char* raw = header == nullptr ? nullptr : g_mime_header_get_raw_value(header);
+    const bool mayBeRaw = raw != nullptr && !SpeaksForItself(raw);
+    const QByteArray bytes = mayBeRaw ? ParameterBytes(raw, parameter.name) : QByteArray();
+    return SpeaksForItself(bytes) ? QString::fromUtf8(parameter.text) : evidence.DecodeValue(bytes);
 }
 
 } // namespace
@@ -84,11 +108,12 @@ void DeclareParts(GMimeObject* part, CharsetEvidence& evidence, int depth) {
         DeclareParts(g_mime_multipart_get_part(GMIME_MULTIPART(part), i), evidence, depth + 1);
 }
 
-QString DeclaredFileName(GMimeObject* part) {
-    const char* name = g_mime_object_get_content_disposition_parameter(part, "filename");
-    if (name == nullptr)
-        name = g_mime_object_get_content_type_parameter(part, "name");
-    return name == nullptr ? QString() : QString::fromUtf8(name);
+QString DeclaredFileName(GMimeObject* part, const CharsetEvidence& evidence) {
+    if (const char* name = g_mime_object_get_content_disposition_parameter(part, "filename"))
+        return ParameterText({part, "Content-Disposition", "filename", name}, evidence);
+    if (const char* name = g_mime_object_get_content_type_parameter(part, "name"))
+        return ParameterText({part, "Content-Type", "name", name}, evidence);
+    return {};
 }
 
 QByteArray PartBytes(GMimePart* part) {

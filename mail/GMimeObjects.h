@@ -37,8 +37,9 @@ const char* DeclaredCharset(GMimeObject* part);
 /// Notes what the parts declare. As deep as leaves are collected (kMaximumDepth), and no deeper.
 void DeclareParts(GMimeObject* part, CharsetEvidence& evidence, int depth = 1);
 
-/// The file name that a part declares, decoded but not cleansed; empty where it declares none.
-QString DeclaredFileName(GMimeObject* part);
+/// The file name that a part declares, decoded but not cleansed; empty where it declares none. One in raw bytes that
+/// are not UTF-8 is decoded by the evidence.
+QString DeclaredFileName(GMimeObject* part, const CharsetEvidence& evidence);
 
 /// The content of a part without its transfer encoding.
 QByteArray PartBytes(GMimePart* part);

@@ -107,7 +107,7 @@ private:
     void AddAttachedMessage(GMimeMessagePart* part, int level, int depth) {
         GMimeMessage* message = g_mime_message_part_get_message(part);
         if (message == nullptr || level >= kMaximumAttachedLevels) {
-            const QString name = DeclaredFileName(GMIME_OBJECT(part));
+            const QString name = DeclaredFileName(GMIME_OBJECT(part), outline_.evidence);
             outline_.parts.push_back({.level = level,
                                       .type = TypeOf(GMIME_OBJECT(part)),
                                       .fileName = name,
@@ -121,7 +121,8 @@ private:
 
     void AddLeaf(GMimePart* leaf, int level, bool isOnly) {
         GMimeObject* object = GMIME_OBJECT(leaf);
-        OutlinePart part{.level = level, .type = TypeOf(object), .fileName = DeclaredFileName(object)};
+        OutlinePart part{
+            .level = level, .type = TypeOf(object), .fileName = DeclaredFileName(object, outline_.evidence)};
         part.content = PartBytes(leaf);
         part.size = part.content.size();
         const bool isText = part.type == "text/plain" || part.type == "text/html";

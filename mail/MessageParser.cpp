@@ -53,8 +53,8 @@ Fields MessageFields(GMimeMessage* message) {
     return fields;
 }
 
-QString AttachmentName(GMimeObject* part) {
-    return CleanseForDisplay(DeclaredFileName(part));
+QString AttachmentName(GMimeObject* part, const CharsetEvidence& evidence) {
+    return CleanseForDisplay(DeclaredFileName(part, evidence));
 }
 
 QString PartText(GMimeObject* part, const CharsetEvidence& evidence) {
@@ -70,7 +70,7 @@ QString PartText(GMimeObject* part, const CharsetEvidence& evidence) {
 }
 
 MessagePart MakePart(GMimeObject* part, const Fields& fields, const CharsetEvidence& evidence) {
-    return {DecodeFields(fields, evidence), AttachmentName(part), PartText(part, evidence)};
+    return {DecodeFields(fields, evidence), AttachmentName(part, evidence), PartText(part, evidence)};
 }
 
 /// True when the only entity of a message has no content at all.

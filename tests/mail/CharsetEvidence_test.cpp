@@ -222,6 +222,25 @@ TEST(CharsetEvidence, EncodedWordOfTheHeaderDeclaresAFileName) {
     EXPECT_EQ(message.Parts()[0].attachment.toStdString(), "时间表.txt");
 }
 
+TEST(CharsetEvidence, FileNamesInRawBytesFollowTheTextsBesideThem) {
+    const auto nameAfter = [](const QByteArray& header, const QByteArray& field) {
+        MailMessage message;
+        message.LoadBytes(header + "Content-Type: multipart/mixed; boundary=b\n\n--b\n" + field + "\n\nx\n--b--\n");
+        return message.Parts().empty() ? "" : message.Parts().back().attachment.toStdString();
+    };
+    const QByteArray text = "Content-Type: text/plain; charset=koi8-r\n\nx\n--b\n";
+    EXPECT_EQ(nameAfter("", text + "Content-Disposition: attachment;\n\tfilename=\"\xF0\xD2\xC9\xD7\xC5\xD4.pdf\""),
+              "Привет.pdf");
+    EXPECT_EQ(nameAfter("", text + "Content-Type: application/pdf; name=\xF0\xD2\xC9\xD7\xC5\xD4.pdf"), "Привет.pdf");
+    EXPECT_EQ(nameAfter("", "Content-Disposition: attachment; filename=\"\x1B$B%F%9%H\x1B(B.pdf\""), "テスト.pdf");
+    EXPECT_EQ(nameAfter("Subject: \xCD\xE0\xEF\xEE\xEC\xE8\xED\xE0\xE5\xEC \xEE \xF1\xEE\xE1\xF0\xE0\xED\xE8\xE8\n",
+                        "Content-Disposition: attachment; filename=\"\xCF\xF0\xE8\xE2\xE5\xF2.pdf\""),
+              "Привет.pdf")
+        << "guessed from the subject";
+    EXPECT_EQ(nameAfter("", text + "Content-Disposition: attachment; filename=\"=?utf-8?Q?=C3=BC?=.pdf\""), "ü.pdf");
+    EXPECT_EQ(nameAfter("", text + "Content-Disposition: attachment; filename=\"\xC3\xBC.pdf\""), "ü.pdf");
+}
+
 TEST(CharsetEvidence, PartsDeclareNothingForTheFieldsThatTheListShows) {
     EXPECT_EQ(SubjectOf("Subject: \xE1\xE2\xE3\nContent-Type: multipart/mixed; boundary=b\n\n--b\n"
                         "Content-Type: text/plain; charset=iso-8859-7\n\nx\n--b--\n"),
