@@ -1,6 +1,8 @@
 #include "tests/support/CallGate.h"
 #include "tests/support/MainWindowFixture.h"
 
+#include <QDir>
+
 #include <atomic>
 
 namespace quellbox {
@@ -30,7 +32,7 @@ protected:
     /// Holds the deletion of a file, or of any when the path is empty.
     void Hold(const QString& path) {
         files_.SetChangeHook([this, path](const QString& changed) {
-            if (path.isEmpty() || changed == path) {
+            if (path.isEmpty() || QDir::fromNativeSeparators(changed) == path) {
                 isHeld_ = true;
                 gate_.Pass(0);
             }
