@@ -4,6 +4,10 @@
 
 #include <algorithm>
 
+#ifdef __MINGW32__
+#include <cxxabi.h>
+#endif
+
 namespace quellbox {
 
 namespace {
@@ -16,6 +20,17 @@ constexpr int mostSingle = 8;
 
 // Whoever meets that many calls that hang will not be helped by more threads.
 constexpr int mostAside = 256;
+
+#ifdef __MINGW32__
+/// GCC frees the memory of thread_local objects when a thread ends, and destroys the objects, in the order in which
+/// both were used first in the program. Nearly always that is the wrong order: Qt's regular expressions, for one, have
+/// such an object, and the program would crash when a thread ends that has used one. So before anything else an object
+/// is announced that is none.
+[[gnu::constructor(101)]] void DestroyThreadLocalsBeforeTheirMemoryGoes() {
+    static char nothing = 0;
+    __cxxabiv1::__cxa_thread_atexit([](void*) {}, &nothing, &nothing);
+}
+#endif
 
 } // namespace
 
