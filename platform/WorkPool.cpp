@@ -6,6 +6,9 @@
 
 #ifdef __MINGW32__
 #include <cxxabi.h>
+
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the compiler's name for this program
+extern "C" void* __dso_handle;
 #endif
 
 namespace quellbox {
@@ -22,13 +25,12 @@ constexpr int mostSingle = 8;
 constexpr int mostAside = 256;
 
 #ifdef __MINGW32__
-/// GCC frees the memory of thread_local objects when a thread ends, and destroys the objects, in the order in which
-/// both were used first in the program. Nearly always that is the wrong order: Qt's regular expressions, for one, have
-/// such an object, and the program would crash when a thread ends that has used one. So before anything else an object
-/// is announced that is none.
+/// As libstdc++ has it, the memory of thread_local objects is freed when a thread ends, and the objects are destroyed,
+/// in the order in which both were used first in the program: nearly always the wrong one. Qt's regular expressions,
+/// for one, have such an object, and a thread that has used one crashes when it ends. So before anything else an object
+/// is announced that is none. Where the program is linked with the runtime's own functions, it does no harm.
 [[gnu::constructor(101)]] void DestroyThreadLocalsBeforeTheirMemoryGoes() {
-    static char nothing = 0;
-    __cxxabiv1::__cxa_thread_atexit([](void*) {}, &nothing, &nothing);
+    __cxxabiv1::__cxa_thread_atexit([](void*) {}, nullptr, &__dso_handle);
 }
 #endif
 

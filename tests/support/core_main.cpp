@@ -32,7 +32,6 @@ bool WroteArguments(const QString& path) {
 #endif
 
 int main(int argc, char** argv) {
-    quellbox::UseTimeZoneOfTest();
     const QCoreApplication application(argc, argv);
 #ifdef _WIN32
     if (WroteArguments(qEnvironmentVariable("QUELLBOX_TEST_ARGUMENTS"))) {

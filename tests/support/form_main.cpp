@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    quellbox::UseTimeZoneOfTest();
     const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
