@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -84,7 +85,7 @@ private:
         }
         const QString mark = MarkOf(voice, level);
         const QString markOfBlank = mark.trimmed();
-        body_.text.reserve(body_.text.size() + 1 + lines.size() + lines.count(u'\n') * mark.size());
+        MakeRoom(lines.size() + lines.count(u'\n') * mark.size());
         body_.text += body_.text.isEmpty() ? QString() : QStringLiteral("\n");
         qsizetype at = 0;
         while (at < lines.size() && !budget_.IsSpent()) {
@@ -96,6 +97,14 @@ private:
         }
         if (at < lines.size()) {
             TellCut(level);
+        }
+    }
+
+    /// For the many lines of a large text at once, and not anew for each of many small ones.
+    void MakeRoom(qsizetype wanted) {
+        const qsizetype size = body_.text.size() + std::min(wanted, budget_.text) + 1;
+        if (size > body_.text.capacity()) {
+            body_.text.reserve(std::max(size, 2 * body_.text.capacity()));
         }
     }
 

@@ -47,7 +47,18 @@ struct Parameter {
     const char* text;
 };
 
-/// The bytes of a parameter. Parsed by itself, it is decoded only where it says in what it is written.
+/// The last field of a name in the header of a part, whose parameters count for GMime.
+QByteArray LastField(GMimeObject* part, const char* name) {
+    GMimeHeaderList* headers = g_mime_object_get_header_list(part);
+    for (int i = g_mime_header_list_get_count(headers) - 1; i >= 0; --i) {
+        GMimeHeader* header = g_mime_header_list_get_header_at(headers, i);
+        if (qstricmp(g_mime_header_get_name(header), name) == 0)
+            return QByteArray(g_mime_header_get_raw_value(header)).replace("\r", "").replace("\n", "");
+    }
+    return {};
+}
+
+/// The bytes of a parameter. Where it is in one piece and has no encoded words, they stay as they are.
 QByteArray ParameterBytes(QByteArrayView field, const char* name) {
     const QByteArray parameters = field.sliced(field.indexOf(';') + 1).toByteArray();
     const GMimePtr<GMimeParamList> list(g_mime_param_list_parse(nullptr, parameters.constData()));
@@ -57,10 +68,8 @@ QByteArray ParameterBytes(QByteArrayView field, const char* name) {
 
 /// GMime decodes while it parses, when not everything is known that a message tells about its character sets.
 QString ParameterText(const Parameter& parameter, const CharsetEvidence& evidence) {
-    GMimeHeader* header = g_mime_header_list_get_header(g_mime_object_get_header_list(parameter.part), parameter.field);
-    const char* raw = header == nullptr ? nullptr : g_mime_header_get_raw_value(header);
-    const bool mayBeRaw = raw != nullptr && !SpeaksForItself(raw);
-    const QByteArray bytes = mayBeRaw ? ParameterBytes(raw, parameter.name) : QByteArray();
+    const QByteArray field = LastField(parameter.part, parameter.field);
+    const QByteArray bytes = SpeaksForItself(field) ? QByteArray() : ParameterBytes(field, parameter.name);
     return SpeaksForItself(bytes) ? QString::fromUtf8(parameter.text) : evidence.DecodeValue(bytes);
 }
 

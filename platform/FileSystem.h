@@ -122,7 +122,8 @@ public:
                             const std::function<bool(const FileStatus&)>& keep) = 0;
 
     /// Deletes the file at `path`, if FileExists() would say that there is one, but not a read-only one. Returns
-    /// whether there was one. Throws FileError, also when its folder is missing: its share may not be mounted any more.
+    /// whether there was one. Throws FileError, also when its folder is missing or not the one that was listed: its
+    /// share may not be mounted any more, or anew.
     virtual bool Remove(const QString& path) = 0;
 
     /// The same for a file that may be read-only.

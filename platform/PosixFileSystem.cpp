@@ -236,10 +236,9 @@ private:
         if (error != ENOENT || !FolderIsThere(bytes)) {
             ThrowFileError(path, error);
         }
-        throw FileError(path,
-                        QCoreApplication::translate("quellbox", "The folder was mounted anew since it was listed. "
-                                                                "Refresh the list."),
-                        FileProblem::NoAnswer);
+        throw FileError(path, QCoreApplication::translate("quellbox",
+                                                          "The file cannot be found, but its folder may not be the "
+                                                          "one that was listed. Refresh the list."));
     }
 
     // For the system it is enough that the folder may be written.

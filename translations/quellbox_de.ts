@@ -2271,8 +2271,8 @@
         <translation>[Der Rest dieser Nachricht wird nicht angezeigt.]</translation>
     </message>
     <message>
-        <source>The folder was mounted anew since it was listed. Refresh the list.</source>
-        <translation>Der Ordner wurde neu eingehängt, seit er aufgelistet wurde. Aktualisieren Sie die Liste.</translation>
+        <source>The file cannot be found, but its folder may not be the one that was listed. Refresh the list.</source>
+        <translation>Die Datei ist nicht zu finden, doch ihr Ordner ist vielleicht nicht der, der aufgelistet wurde. Aktualisieren Sie die Liste.</translation>
     </message>
 </context>
 <context>

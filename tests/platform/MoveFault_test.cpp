@@ -160,8 +160,8 @@ TEST_F(MoveFaultTest, ASourceOfWhichNobodyCanTellKeepsTheCopy) {
         if (call.name == "unlink" && call.path.contains("/archive/")) {
             return Answer{EIO, true};
         }
-        const bool asksAgain =
-            call.name == "openat" && call.path.contains("/archive/a") && !QFile::exists(QFile::decodeName(call.path));
+        const bool asksAgain = (call.name == "open" || call.name == "openat") && call.path.contains("/archive/a") &&
+                               !QFile::exists(QFile::decodeName(call.path));
         return asksAgain ? Answer{ETIMEDOUT} : Answer();
     };
     calls_.answer = answer;

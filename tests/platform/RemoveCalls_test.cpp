@@ -17,6 +17,17 @@ namespace {
 
 class RemoveCallsTest : public RealFilesTest {
 protected:
+    /// The user is told to look anew, in words that the window shows.
+    void ExpectUnsure(const QString& path) {
+        try {
+            files_->Remove(path);
+            ADD_FAILURE() << "it counts as deleted";
+        } catch (const FileError& error) {
+            EXPECT_EQ(error.Problem(), FileProblem::Other);
+            EXPECT_TRUE(QString::fromUtf8(error.what()).contains(QStringLiteral("Refresh the list."))) << error.what();
+        }
+    }
+
     SystemCalls calls_{QFile::encodeName(folder_.path()) + '/'};
 };
 
@@ -55,7 +66,7 @@ TEST_F(RemoveCallsTest, AFileIsNotGoneWithItsFolder) {
 TEST_F(RemoveCallsTest, AFileThatCouldNotBeFoundForAMomentIsNotGone) {
     files_->WriteWhole(Path("a"), "x");
     calls_.answer = [](const SystemCall& call) { return call.name == "lstat" ? Answer{ENOENT} : Answer(); };
-    EXPECT_THROW(files_->Remove(Path("a")), FileError);
+    ExpectUnsure(Path("a"));
     calls_.answer = nullptr;
     EXPECT_TRUE(files_->FileExists(Path("a")));
 }
@@ -64,7 +75,9 @@ TEST_F(RemoveCallsTest, AFileIsNotGoneWhereAnotherFileSystemIsInPlaceOfItsFolder
     const QTemporaryDir elsewhere(QStringLiteral("/dev/shm/quellbox-XXXXXX"));
     struct stat here {};
     struct stat there {};
-    ASSERT_TRUE(elsewhere.isValid());
+    if (!elsewhere.isValid()) {
+        GTEST_SKIP() << "there is no other folder";
+    }
     ASSERT_EQ(::stat(QFile::encodeName(folder_.path()).constData(), &here), 0);
     ASSERT_EQ(::stat(QFile::encodeName(elsewhere.path()).constData(), &there), 0);
     if (here.st_dev == there.st_dev) {
@@ -76,7 +89,7 @@ TEST_F(RemoveCallsTest, AFileIsNotGoneWhereAnotherFileSystemIsInPlaceOfItsFolder
     files_->Entries(Path("archive/"));
     ASSERT_TRUE(QFile::remove(Path("archive")));
     ASSERT_TRUE(QFile::link(elsewhere.path(), Path("archive")));
-    EXPECT_THROW(files_->Remove(Path("archive/a")), FileError);
+    ExpectUnsure(Path("archive/a"));
     files_->Entries(Path("archive/"));
     EXPECT_FALSE(files_->Remove(Path("archive/a"))) << "the new one has been listed";
 }

@@ -24,8 +24,8 @@ struct Answer {
 };
 
 /// While this object lives, the calls of the system that concern files below a folder go through it: open, openat,
-/// close, link, unlink, rename, renameat2, fsync, stat, lstat and fstat. Calls that its functions make do not. For tests that make
-/// their calls from one thread.
+/// close, link, unlink, rename, renameat2, fsync, stat, lstat and fstat. Calls that its functions make do not. For
+/// tests that make their calls from one thread.
 class SystemCalls {
 public:
     /// `folder` ends with a separator.
