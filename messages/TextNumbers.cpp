@@ -2,8 +2,6 @@
 
 #include <QHash>
 
-#include <utility>
-
 namespace quellbox {
 
 size_t TextNumbers::NumberOf(QStringView text) {
@@ -40,14 +38,9 @@ void TextNumbers::Grow() {
     std::vector<Slot> old(2 * slots_.size());
     old.swap(slots_);
     for (const Slot& slot : old) {
-        if (slot.next == 0) {
-            continue;
+        if (slot.next != 0) {
+            SlotOf(slot.hash, Text(slot.next - 1)) = slot;
         }
-        size_t at = slot.hash & (slots_.size() - 1);
-        while (slots_[at].next != 0) {
-            at = (at + 1) & (slots_.size() - 1);
-        }
-        slots_[at] = slot;
     }
 }
 

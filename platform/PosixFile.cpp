@@ -17,7 +17,6 @@ namespace quellbox {
 namespace {
 
 constexpr int mostTries = 4; // to create a file
-constexpr int existenceFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 
 } // namespace
 
@@ -180,7 +179,7 @@ void TemporaryFile::Close() {
 }
 
 int TryToOpen(const QByteArray& path) {
-    const Descriptor file(::open(path.constData(), existenceFlags));
+    const Descriptor file(::open(path.constData(), readOnlyFlags | O_NOFOLLOW));
     return file.IsOpen() ? 0 : errno;
 }
 
@@ -192,7 +191,7 @@ bool IsGone(const QByteArray& path, const std::optional<dev_t>& device) {
     if (!folder.IsOpen() || (device && (::fstat(folder.Number(), &status) != 0 || status.st_dev != *device))) {
         return false;
     }
-    const Descriptor file(::openat(folder.Number(), path.constData() + name.size(), existenceFlags));
+    const Descriptor file(::openat(folder.Number(), path.constData() + name.size(), readOnlyFlags | O_NOFOLLOW));
     return !file.IsOpen() && errno == ENOENT;
 }
 

@@ -147,6 +147,14 @@ protected:
 
     std::string Told() { return In<QLabel>("lblTold")->text().toStdString(); }
 
+    /// Unblocks the messages of the first sender domain, until both of its senders are listed below the pictures.
+    void UnblockFirstDomain() {
+        ClickBar("chtSenders", {0});
+        Command("mnuActionsUnblock")->trigger();
+        Settle();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return Unblocked().size() == 2; }));
+    }
+
     QStringList Unblocked() {
         QStringList lines;
         const auto* list = In<QTreeWidget>("lvwUnblocked");

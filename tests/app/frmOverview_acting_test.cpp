@@ -6,10 +6,7 @@ namespace {
 TEST_F(OverviewDeskTest, ToleratingIsOfferedWhereTheWhitelistIsUsed) {
     OpenThree();
     ShowOverview(3);
-    ClickBar("chtSenders", {0});
-    Command("mnuActionsUnblock")->trigger();
-    Settle();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return Unblocked().size() == 2; }));
+    ASSERT_NO_FATAL_FAILURE(UnblockFirstDomain());
     In<QTreeWidget>("lvwUnblocked")->setCurrentItem(In<QTreeWidget>("lvwUnblocked")->topLevelItem(0));
     EXPECT_TRUE(In<QPushButton>("btnTolerate")->isEnabled());
     EXPECT_TRUE(In<QAction>("actTolerateDays")->isEnabled());
